@@ -1,0 +1,44 @@
+// The units in which the cost of analysis is told: ns per frame of a signal (one sample of each
+// of its channels), and the share of one core that the signal takes in real time. At the end of a
+// run a table sets each cost beside others: the plain reading of the formulas and a peer, measured
+// in the same run, and the figure to beat (ns per frame, measured on another machine, so that its
+// ratio is a guide and the other ratio is the claim).
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace TarvaneBenchmarks {
+
+inline constexpr double benchmarkSampleRate = 48000.0;
+
+/// Times `processBlock()` over the state's iterations, a block of `framesPerBlock` frames each,
+/// and sets the counters "ns/frame" and "share".
+template <class ProcessBlock>
+void measureFrames(benchmark::State& state, int framesPerBlock, ProcessBlock processBlock) {
+    const auto start = std::chrono::steady_clock::now();
+    for (auto _ : state) {
+        processBlock();
+    }
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+    const double frames = static_cast<double>(state.iterations()) * framesPerBlock;
+    state.counters["ns/frame"] = elapsed.count() * 1e9 / frames;
+    state.counters["share"] = elapsed.count() * benchmarkSampleRate / frames;
+}
+
+/// What one benchmark's cost is set beside.
+struct CostComparison {
+    std::string name;                ///< of the benchmark
+    std::string plain;               ///< of the benchmark that it replaces
+    std::optional<double> nsToBeat;  ///< per frame
+    std::string peer = {};           ///< of another program's library; empty: there is none
+};
+
+/// Has the table's row printed when the run is over, if both benchmarks ran.
+void compareCost(CostComparison comparison);
+
+}  // namespace TarvaneBenchmarks

@@ -1,0 +1,32 @@
+# Sourced by ./run, ./test and the scripts beside this file: where the tree is, and how long
+# steps are shown.
+set -euo pipefail
+
+root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+cd "$root"
+
+fail() {
+    echo "$*" >&2
+    exit 1
+}
+
+# The project's own files that match, whoever owns the checkout.
+tracked_files() {
+    git -c safe.directory="$root" ls-files -- "$@"
+}
+
+step() {
+    printf '\n\033[1m== %s\033[0m\n' "$*"
+}
+
+# Configures and builds a preset; any further arguments are its targets. Ninja shows the progress.
+build() {
+    local preset=$1
+    shift
+    local launcher=()
+    if command -v ccache >/dev/null; then
+        launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+    fi
+    cmake --preset "$preset" -Wno-dev --log-level=WARNING "${launcher[@]}" &&
+        NINJA_STATUS='[%f/%t] ' cmake --build --preset "$preset" ${1:+--target "$@"}
+}

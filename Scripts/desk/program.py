@@ -1,0 +1,201 @@
+"""The running program: found, read and worked through what a user has. Readings come from the
+accessibility tree, that is, from what a screen reader would say of the window."""
+
+import re
+import subprocess
+import time
+
+from .failure import DeskFailure
+from .processes import cpu_seconds, wait_until
+
+
+def _atspi():
+    import gi
+
+    gi.require_version("Atspi", "2.0")
+    from gi.repository import Atspi
+
+    return Atspi
+
+
+MAIN_WINDOW = "Tarvane"
+
+
+def text_of(element):
+    """What a drawn value, a label or a field reads."""
+    return _atspi().Text.get_text(element, 0, -1) if "Text" in element.get_interfaces() else ""
+
+
+class Program:
+    def __init__(self, desk):
+        self._desk = desk
+        self.process = desk.processes.start("tarvane", [str(desk.program("tarvane"))], desk.env)
+        self._application = wait_until(self._find_application, 20, "The program shows no window")
+
+    # What there is.
+
+    def _find_application(self):
+        if self.process.poll() is not None:
+            raise DeskFailure(f"The program ended with {self.process.returncode}: "
+                              f"{self._desk.processes.log('tarvane')}")
+        Atspi = _atspi()
+        desktop = Atspi.get_desktop(0)
+        desktop.clear_cache()
+        for index in range(desktop.get_child_count()):
+            application = desktop.get_child_at_index(index)
+            if application is not None and application.get_process_id() == self.process.pid:
+                if application.get_child_count() > 0:
+                    return application
+        return None
+
+    def elements(self):
+        """Every element of every window, outermost first."""
+        queue = [self._application]
+        while queue:
+            element = queue.pop(0)
+            element.clear_cache()
+            yield element
+            try:
+                children = [element.get_child_at_index(index)
+                            for index in range(element.get_child_count())]
+            except Exception:  # went away meanwhile
+                continue
+            queue.extend(child for child in children if child is not None)
+
+    def find(self, name=None, role=None):
+        """The first element with that name (or whose name matches a pattern) and role, that is
+        on screen; None if there is none."""
+        Atspi = _atspi()
+        for element in self.elements():
+            try:
+                if role is not None and element.get_role_name() != role:
+                    continue
+                said = element.get_name() or ""
+                matches = (name is None or said == name if not isinstance(name, re.Pattern)
+                           else name.search(said) is not None)
+                if matches and element.get_state_set().contains(Atspi.StateType.SHOWING):
+                    return element
+            except Exception:  # went away meanwhile
+                continue
+        return None
+
+    def wait_for(self, name=None, role=None, seconds=10.0):
+        return wait_until(lambda: self.find(name, role), seconds,
+                          f"The window shows no {role or 'element'} named {name!r}")
+
+    def reading(self, name):
+        """What the value of that name reads, as "-23.0 dBFS"."""
+        return text_of(self.wait_for(name, "label"))
+
+    def level(self, name):
+        """The number in a reading; None for "—"."""
+        number = re.match(r"-?[0-9.]+", self.reading(name))
+        return float(number.group()) if number else None
+
+    def clip_is_clear(self):
+        return self.reading("Input clipping") == ""
+
+    def settled_level(self, name):
+        """The reading once it stays the same for a second and a half."""
+        seen = []
+
+        def settled():
+            seen.append(self.level(name))
+            time.sleep(0.25)
+            return len(seen) >= 6 and seen[-1] is not None and len(set(seen[-6:])) == 1
+
+        wait_until(settled, 30, f"{name} doesn't settle")
+        return seen[-1]
+
+    def alerts(self):
+        """The texts of all alerts on the screen."""
+        found = []
+        for element in self.elements():
+            try:
+                if element.get_role_name() == "alert" and self._has_state(element, "SHOWING"):
+                    labels = [element.get_child_at_index(index)
+                              for index in range(element.get_child_count())]
+                    found.append(" ".join(label.get_name() for label in labels
+                                          if label.get_role_name() == "label" and label.get_name()))
+            except Exception:  # went away meanwhile
+                continue
+        return found
+
+    def wait_for_alert(self, seconds=10):
+        wait_until(self.alerts, seconds, "The window shows no alert")
+        return self.alerts()
+
+    def window_id(self):
+        """The main window's, as the X server knows it."""
+        return self._desk.xdotool_output("search", "--onlyvisible", "--pid", str(self.process.pid),
+                                         "--name", f"^{MAIN_WINDOW}$").split()[0]
+
+    # Hands.
+
+    def click(self, name, role=None):
+        """With the pointer, in the element's middle."""
+        Atspi = _atspi()
+        place = Atspi.Component.get_extents(self.wait_for(name, role), Atspi.CoordType.SCREEN)
+        if not self._desk.xdotool("mousemove", str(place.x + place.width // 2),
+                                  str(place.y + place.height // 2), "click", "1"):
+            raise DeskFailure(f"{name!r} can't be clicked.")
+
+    def press(self, name, role=None):
+        """As a screen reader does it: the element's first action, without the pointer."""
+        if not _atspi().Action.do_action(self.wait_for(name, role), 0):
+            raise DeskFailure(f"{name!r} can't be pressed.")
+
+    def key(self, *keys):
+        """A key with the main window in front."""
+        self.bring_to_front()
+        if not self._desk.xdotool("key", "--clearmodifiers", *keys):
+            raise DeskFailure(f"The keys {keys} can't be pressed.")
+
+    def bring_to_front(self):
+        wait_until(self._is_in_front, 10, "The main window doesn't come to the front")
+
+    def start(self):
+        """Starts metering with the Space bar."""
+        self.wait_for("Start", "push button")
+        self.key("space")
+        self.wait_for("Stop", "push button")
+
+    def dismiss_alert(self):
+        self.click("OK", "push button")
+        wait_until(lambda: not self.alerts(), 10, "The alert stays")
+
+    def choose(self, entry, instead_of):
+        """An entry of the drop-down list that shows the other one."""
+        self.click(instead_of, "combo box")
+        self.click(entry, "list item")
+        self.wait_for(entry, "combo box")
+
+    def quit(self):
+        self.key("ctrl+q")
+        wait_until(lambda: not self.is_running(), 10, "The program doesn't end")
+
+    def _is_in_front(self):
+        if self._has_state(self.find(MAIN_WINDOW, "frame"), "ACTIVE"):
+            return True
+        self._desk.xdotool("search", "--onlyvisible", "--pid", str(self.process.pid), "--name",
+                           f"^{MAIN_WINDOW}$", "windowactivate")
+        return False
+
+    @staticmethod
+    def _has_state(element, state):
+        return element is not None and element.get_state_set().contains(
+            getattr(_atspi().StateType, state))
+
+    # Cost.
+
+    def cpu_shares(self, seconds):
+        """CPU seconds per second of the program and of the X server."""
+        pids = (self.process.pid, self._desk.display.pid)
+        before = [cpu_seconds(pid) for pid in pids]
+        began = time.monotonic()
+        time.sleep(seconds)
+        elapsed = time.monotonic() - began
+        return [(cpu_seconds(pid) - start) / elapsed for pid, start in zip(pids, before)]
+
+    def is_running(self):
+        return self.process.poll() is None

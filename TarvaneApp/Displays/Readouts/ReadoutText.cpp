@@ -1,0 +1,84 @@
+#include "Readouts/ReadoutText.h"
+
+#include <cmath>
+
+namespace TarvaneApp {
+
+using TarvaneKit::LoudnessMetric;
+using TarvaneKit::SPLMetric;
+
+namespace {
+
+template <class E>
+QString rawText(E value) {
+    const std::string_view raw = TarvaneKit::rawValue(value);
+    return QString::fromUtf8(raw.data(), static_cast<qsizetype>(raw.size()));
+}
+
+struct Label {
+    QString operator()(const SPLMetric::SPL& spl) const {
+        return QStringLiteral("SPL %1 %2").arg(rawText(spl.weighting), rawText(spl.timeWeighting));
+    }
+    QString operator()(const SPLMetric::Peak& peak) const {
+        return QStringLiteral("Peak %1").arg(rawText(peak.weighting));
+    }
+    QString operator()(const SPLMetric::Leq&) const { return QStringLiteral("Leq"); }
+    QString operator()(const SPLMetric::Loudness& loudness) const {
+        switch (loudness.metric) {
+            case LoudnessMetric::momentary:
+                return QStringLiteral("Momentary");
+            case LoudnessMetric::shortTerm:
+                return QStringLiteral("Short-Term");
+            case LoudnessMetric::integrated:
+                return QStringLiteral("Integrated");
+            case LoudnessMetric::range:
+                return QStringLiteral("Loudness Range");
+            case LoudnessMetric::truePeakMax:
+                return QStringLiteral("True Peak Max");
+            case LoudnessMetric::momentaryMax:
+                return QStringLiteral("Momentary Max");
+            case LoudnessMetric::shortTermMax:
+                return QStringLiteral("Short-Term Max");
+        }
+        return {};
+    }
+};
+
+bool readsSPL(bool isCalibrated, bool showsDBFS) {
+    return isCalibrated && !showsDBFS;
+}
+
+}  // namespace
+
+QString levelText(double levelDB) {
+    return std::isfinite(levelDB) ? QString::number(levelDB, 'f', 1) : QStringLiteral("—");
+}
+
+QString displayLabel(const SPLMetric& metric) {
+    return std::visit(Label{}, metric.reading);
+}
+
+QString metricSuffix(bool isCalibrated, bool showsDBFS) {
+    if (!isCalibrated) {
+        return QStringLiteral("  (dBFS, uncalibrated)");
+    }
+    return showsDBFS ? QStringLiteral("  (dBFS)") : QString();
+}
+
+QString valueTemplate(bool isCalibrated, bool showsDBFS) {
+    return readsSPL(isCalibrated, showsDBFS) ? QStringLiteral("000.0") : QStringLiteral("-00.0");
+}
+
+QString levelUnit(bool isCalibrated, bool showsDBFS) {
+    return readsSPL(isCalibrated, showsDBFS) ? QStringLiteral("dB SPL") : QStringLiteral("dBFS");
+}
+
+QString sidesText(const std::vector<double>& sideValuesDB) {
+    if (sideValuesDB.size() != 2) {
+        return {};
+    }
+    return QStringLiteral("L %1   R %2")
+        .arg(levelText(sideValuesDB[0]), levelText(sideValuesDB[1]));
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,31 @@
+// The words and numbers of the readouts, letter for letter.
+#pragma once
+
+#include <QString>
+#include <vector>
+
+#include "Metrics/SPLMetric.h"
+
+namespace TarvaneApp {
+
+/// One decimal; "—" for a value that is not finite.
+QString levelText(double levelDB);
+
+/// The name of a reading as the user sees it, as "SPL A Fast", "Peak C", "Leq".
+QString displayLabel(const TarvaneKit::SPLMetric& metric);
+
+/// What follows the metric's name: nothing for dB SPL, else why the numbers are digital.
+QString metricSuffix(bool isCalibrated, bool showsDBFS);
+
+/// The widest ordinary number of the readout, which sets the width of its column.
+QString valueTemplate(bool isCalibrated, bool showsDBFS);
+
+/// "dB SPL" or "dBFS", for a screen reader.
+QString levelUnit(bool isCalibrated, bool showsDBFS);
+
+/// "L -23.0   R -24.1". Empty unless there are two sides.
+QString sidesText(const std::vector<double>& sideValuesDB);
+
+inline constexpr const char* sidesHelp = "Left and right sides; the large value combines both";
+
+}  // namespace TarvaneApp

@@ -1,0 +1,110 @@
+// The audio side of one running channel: where a block enters the system's own logic.
+//
+// The capture thread of a source hands it blocks (`ingest`); each is appended to a short rolling
+// buffer for the analysis and fed at once to the level meters, so that SPL, Peak and Leq see
+// every sample, whatever the displays do. The main thread reads the meters; a tick's analysis
+// takes what it needs on the analysis queue. Made anew at every start and never reused.
+//
+// `bufferLock_` guards the rolling buffers, the peak, the pause and the list of meters. It is
+// held only for copying and appending: no meter and no analysis runs under it.
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "Calibration/CalibrationProfile.h"
+#include "ChannelAnalysis.h"
+#include "Core/UUID.h"
+#include "Metrics/SPLMetric.h"
+#include "Metrics/SPLMetricEngine.h"
+#include "RollingBuffer.h"
+
+namespace TarvaneApp {
+
+class ChannelProcessor {
+  public:
+    /// The id of the one Leq that the user sets up.
+    static constexpr const char* userLeqID = "user";
+
+    struct Configuration {
+        double sampleRate = 48000.0;
+        TarvaneKit::CalibrationProfile calibration;
+        TarvaneKit::Weighting leqWeighting = TarvaneKit::Weighting::a;
+        double leqIntegrationSeconds = 60.0;
+    };
+
+    /// Unconfigured: every block is dropped.
+    ChannelProcessor(const TarvaneKit::UUID& id, bool isStereo);
+
+    const TarvaneKit::UUID id;
+    const bool isStereo;
+
+    /// Opens `ingest`. Once, on the start queue; blocks may already be arriving.
+    void configure(const Configuration& configuration);
+    double sampleRate() const { return sampleRate_; }
+
+    /// Takes one block, on the capture thread. `right` may be null: a stereo channel then has a
+    /// silent right side; a mono channel ignores it. A sample that is not finite counts as 0.
+    /// Doesn't allocate, unless a block is larger than any before and than 8192 frames.
+    void ingest(const float* left, const float* right, int frameCount);
+
+    /// The current reading, both sides of a stereo channel combined: the higher peak, else the
+    /// mean of the energies. Minus infinity when not configured.
+    double value(const TarvaneKit::SPLMetric& metric) const;
+    /// The same for several, all of one side read at one instant.
+    std::vector<double> values(std::span<const TarvaneKit::SPLMetric> metrics) const;
+    /// Left and right; absent unless stereo and configured.
+    std::optional<std::vector<double>> sideValues(const TarvaneKit::SPLMetric& metric) const;
+    /// Progress of the user's Leq, 0 to 1; 0 when not configured.
+    double leqElapsedFraction() const;
+
+    /// While true, blocks are dropped before anything sees them.
+    void setDropsIncomingAudio(bool drops);
+    /// Takes up blocks again after a pause, with nothing left of what came before it.
+    void resumeAfterPause();
+
+    /// Each reaches all meters of the channel, from the main thread; nothing when not configured.
+    void setCalibration(const TarvaneKit::CalibrationProfile& calibration);
+    void configureLeq(TarvaneKit::Weighting weighting, double integrationSeconds);
+    void resetPeakDetectors();
+
+    bool isConfigured() const;
+
+    /// One tick's analysis, on the analysis queue; one call at a time.
+    ChannelFrame analyze(const AnalysisSettings& settings, const ChannelAnalysisRequest& request);
+
+    /// Samples waiting for the analysis.
+    int accumulatedCount() const;
+    int accumulatedRightCount() const;
+
+  private:
+    using Engine = TarvaneKit::SPLMetricEngine;
+
+    struct Engines {
+        Engine* left = nullptr;
+        Engine* right = nullptr;
+    };
+    /// The meters as of now. They live as long as the processor once they are there.
+    Engines engines() const;
+    static double combine(const TarvaneKit::SPLMetric& metric, double left, double right);
+
+    double sampleRate_ = 48000.0;
+
+    mutable std::mutex bufferLock_;
+    RollingBuffer accumulated_;
+    RollingBuffer accumulatedRight_;
+    float peakSinceLastTick_ = 0.0F;
+    bool dropsIncomingAudio_ = false;
+    std::unique_ptr<Engine> leftEngine_;
+    std::unique_ptr<Engine> rightEngine_;
+    bool isConfigured_ = false;
+
+    // Capture thread only.
+    std::vector<float> leftBlock_;
+    std::vector<float> rightBlock_;
+};
+
+}  // namespace TarvaneApp

@@ -1,0 +1,183 @@
+// Which channels there are, what feeds them, and what they are called.
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "MeterEngine.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::AudioInputDevice;
+using TarvaneKit::systemOutputUID;
+using TarvaneKit::TransportType;
+using TarvaneKit::UUID;
+
+namespace {
+
+// Words in the names of network and loopback devices.
+constexpr std::array<std::string_view, 5> digitalNames{"dante", "blackhole", "loopback",
+                                                       "soundflower", "virtual"};
+
+// The system's output is captured in stereo.
+constexpr int systemOutputChannels = 2;
+
+std::string lowerCase(std::string text) {
+    std::ranges::transform(text, text.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return text;
+}
+
+}  // namespace
+
+void MeterEngine::refreshDevices() {
+    try {
+        availableDevices.set(audio_.availableInputDevices());
+    } catch (const TarvaneKit::AudioIOError& error) {
+        errorMessage.set(error.what());
+    }
+}
+
+// Devices came or went by themselves. A list that can't be had now is no news to the user: what
+// it means for a running source, that source tells.
+void MeterEngine::followDevices() {
+    try {
+        availableDevices.set(audio_.availableInputDevices());
+    } catch (const TarvaneKit::AudioIOError&) {
+    }
+}
+
+ChannelInfo MeterEngine::mainChannelInfo() const {
+    return {.id = UUID::main(),
+            .name = "Main Input",
+            .deviceUID = selectedDeviceUID(),
+            .channelIndex = selectedChannelIndex(),
+            .rightChannelIndex =
+                mainInputIsStereo() ? std::optional(mainInputRightChannelIndex()) : std::nullopt,
+            .color = rtaColor(),
+            .isEnabled = true,
+            .ringOutEnabled = false,
+            .calibration = mainInputIsDigital() ? uncalibrated() : calibration(),
+            .measuresLoudness = false};
+}
+
+ChannelInfo MeterEngine::info(const ChannelConfig& config) const {
+    return {.id = config.id,
+            .name = config.name,
+            .deviceUID = config.deviceUID,
+            .channelIndex = config.channelIndex,
+            .rightChannelIndex =
+                config.isStereo ? std::optional(config.rightChannelIndex) : std::nullopt,
+            .color = config.color,
+            .isEnabled = config.isEnabled,
+            .ringOutEnabled = config.ringOutEnabled,
+            .calibration =
+                config.isDigital ? uncalibrated() : config.calibration.value_or(uncalibrated()),
+            .measuresLoudness = config.measuresLoudness};
+}
+
+std::vector<ChannelInfo> MeterEngine::channelInfos() const {
+    std::vector<ChannelInfo> infos{mainChannelInfo()};
+    for (const ChannelConfig& config : extraChannels()) {
+        infos.push_back(info(config));
+    }
+    return infos;
+}
+
+std::vector<ChannelInfo> MeterEngine::activeChannelInfos() const {
+    auto infos = channelInfos();
+    std::erase_if(infos, [](const ChannelInfo& channel) { return !channel.isEnabled; });
+    return infos;
+}
+
+std::optional<ChannelInfo> MeterEngine::channelInfo(const UUID& id) const {
+    if (id == UUID::main()) {
+        return mainChannelInfo();
+    }
+    const auto found = std::ranges::find(extraChannels(), id, &ChannelConfig::id);
+    return found != extraChannels().end() ? std::optional(info(*found)) : std::nullopt;
+}
+
+MeterChannel& MeterEngine::meterChannel(const UUID& id) {
+    auto& channel = meterChannels_[id];
+    if (!channel) {
+        channel = std::make_unique<MeterChannel>(id);
+    }
+    return *channel;
+}
+
+UUID MeterEngine::resolvedChannelID(const UUID& id) const {
+    return channelInfo(id) ? id : UUID::main();
+}
+
+std::string MeterEngine::deviceDisplayName(const std::optional<std::string>& uid) const {
+    if (!uid) {
+        return "Default Input";
+    }
+    if (*uid == systemOutputUID) {
+        return "System Output";
+    }
+    const auto device = std::ranges::find(availableDevices(), *uid, &AudioInputDevice::uid);
+    return device != availableDevices().end() ? device->name : "Unavailable Device";
+}
+
+int MeterEngine::channelCount(const std::optional<std::string>& forDeviceUID) const {
+    if (forDeviceUID == systemOutputUID) {
+        return systemOutputChannels;
+    }
+    if (forDeviceUID) {
+        const auto device =
+            std::ranges::find(availableDevices(), *forDeviceUID, &AudioInputDevice::uid);
+        if (device != availableDevices().end()) {
+            return device->channelCount;
+        }
+    }
+    const auto defaultDevice = audio_.defaultInputDeviceID();
+    return defaultDevice ? std::max(audio_.inputChannelCount(*defaultDevice), 1) : 1;
+}
+
+std::string MeterEngine::inputDescription(const ChannelInfo& channel) const {
+    std::string device = deviceDisplayName(channel.deviceUID);
+    if (channelCount(channel.deviceUID) < 2) {
+        return device;
+    }
+    const bool isSystemOutput = channel.deviceUID == systemOutputUID;
+    if (channel.rightChannelIndex) {
+        return isSystemOutput
+                   ? device + " (stereo)"
+                   : fmt::format("{} (inputs {}+{}, stereo)", device, channel.channelIndex + 1,
+                                 *channel.rightChannelIndex + 1);
+    }
+    if (isSystemOutput) {
+        return device + (channel.channelIndex == 0 ? " (left)" : " (right)");
+    }
+    return fmt::format("{} (channel {})", device, channel.channelIndex + 1);
+}
+
+bool MeterEngine::isLikelyDigitalSource(const std::optional<std::string>& uid) const {
+    if (uid == systemOutputUID) {
+        return true;
+    }
+    std::optional<std::uint32_t> device;
+    std::string name;
+    if (!uid) {
+        device = audio_.defaultInputDeviceID();
+    } else {
+        const auto listed = std::ranges::find(availableDevices(), *uid, &AudioInputDevice::uid);
+        if (listed == availableDevices().end()) {
+            return false;
+        }
+        device = listed->id;
+        name = lowerCase(listed->name);
+    }
+    if (device && audio_.transportType(*device) == TransportType::virtualDevice) {
+        return true;
+    }
+    return std::ranges::any_of(
+        digitalNames, [&](std::string_view word) { return name.find(word) != std::string::npos; });
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,174 @@
+// What a channel shows: its display settings, its metric, unit and colour, its min and max.
+
+#include <algorithm>
+#include <limits>
+
+#include "MeterEngine.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::CalibrationSource;
+using TarvaneKit::InputClipState;
+using TarvaneKit::RGBAColor;
+using TarvaneKit::SPLMetric;
+using TarvaneKit::UUID;
+using TarvaneKit::Weighting;
+
+ChannelDisplaySettings MeterEngine::mainDisplay() const {
+    ChannelDisplaySettings settings;
+    settings.showsDBFS = splReadoutShowsDBFS();
+    settings.metricMode = metricMode();
+    settings.splWeighting = splWeighting();
+    settings.splTimeWeighting = splTimeWeighting();
+    settings.peakWeighting = peakWeighting();
+    return settings;
+}
+
+ChannelDisplaySettings MeterEngine::display(const UUID& id) const {
+    const auto config = std::ranges::find(extraChannels(), id, &ChannelConfig::id);
+    return config != extraChannels().end() && config->display ? *config->display : mainDisplay();
+}
+
+void MeterEngine::updateDisplay(const UUID& id,
+                                const std::function<void(ChannelDisplaySettings&)>& edit) {
+    const ChannelDisplaySettings before = display(id);
+    ChannelDisplaySettings after = before;
+    edit(after);
+    if (after == before) {
+        return;
+    }
+    if (id != UUID::main()) {
+        auto channels = extraChannels();
+        const auto config = std::ranges::find(channels, id, &ChannelConfig::id);
+        if (config == channels.end()) {
+            return;
+        }
+        config->display = after;
+        extraChannels.set(std::move(channels));
+    } else {
+        if (after.metricDiffers(before)) {
+            pinChannelsFollowingMain(before);
+        }
+        const auto assign = [](auto& setting, const auto& value) {
+            if (setting() != value) {
+                setting.set(value);
+            }
+        };
+        assign(splReadoutShowsDBFS, after.showsDBFS);
+        assign(metricMode, after.metricMode);
+        assign(splWeighting, after.splWeighting);
+        assign(splTimeWeighting, after.splTimeWeighting);
+        assign(peakWeighting, after.peakWeighting);
+    }
+    if (after.metricDiffers(before)) {
+        metricChanged(meterChannel(id));
+    }
+}
+
+// A change of the main metric doesn't silently change what the other channels show.
+void MeterEngine::pinChannelsFollowingMain(const ChannelDisplaySettings& to) {
+    auto channels = extraChannels();
+    bool pinned = false;
+    for (ChannelConfig& channel : channels) {
+        if (!channel.display) {
+            channel.display = to;
+            pinned = true;
+        }
+    }
+    if (pinned) {
+        extraChannels.set(std::move(channels));
+    }
+}
+
+SPLMetric MeterEngine::displayedMetric(const UUID& id) const {
+    const ChannelDisplaySettings settings = display(resolvedChannelID(id));
+    switch (settings.metricMode) {
+        case MetricMode::spl:
+            return SPLMetric::spl(settings.splWeighting, settings.splTimeWeighting);
+        case MetricMode::peak:
+            return SPLMetric::peak(settings.peakWeighting);
+        case MetricMode::leq:
+            break;
+    }
+    return SPLMetric::leq(ChannelProcessor::userLeqID);
+}
+
+bool MeterEngine::isCalibrated(const UUID& id) const {
+    const auto channel = channelInfo(id);
+    return channel && channel->calibration.calibrationSource() != CalibrationSource::none;
+}
+
+std::string MeterEngine::levelUnitLabel(const UUID& id) const {
+    return isCalibrated(id) && !display(id).showsDBFS ? "dB" : "dBFS";
+}
+
+double MeterEngine::splReadoutDisplayOffsetDB(const UUID& id) const {
+    const auto channel = channelInfo(id);
+    return channel && display(id).showsDBFS ? channel->calibration.broadbandOffsetDB() : 0.0;
+}
+
+MeterEngine::ActiveTrafficLight MeterEngine::activeTrafficLight(const UUID& id) const {
+    const auto channel = channelInfo(id);
+    if (!channel) {
+        return {trafficLightConfigDBFS(), 0.0};
+    }
+    if (isCalibrated(id) && !display(id).showsDBFS) {
+        return {trafficLightConfig(), 0.0};
+    }
+    // The digital thresholds always judge the digital level.
+    return {trafficLightConfigDBFS(), channel->calibration.broadbandOffsetDB()};
+}
+
+RGBAColor MeterEngine::trafficLightColor(double levelDB, const UUID& id) const {
+    const ActiveTrafficLight light = activeTrafficLight(id);
+    return light.config.color(levelDB - light.offsetDB);
+}
+
+void MeterEngine::resetMinMax(MeterChannel& channel) {
+    Q_EMIT channel.live.willChange();
+    channel.live.minSPLValueDB = std::numeric_limits<double>::infinity();
+    channel.live.maxSPLValueDB = -std::numeric_limits<double>::infinity();
+    if (channel.processor) {
+        channel.processor->resetPeakDetectors();
+    }
+    channel.lastClipDate.reset();
+    channel.clippedSinceReset = false;
+    channel.live.inputClipState = InputClipState::none;
+}
+
+void MeterEngine::resetMinMax() {
+    for (const auto& [id, channel] : meterChannels_) {
+        resetMinMax(*channel);
+    }
+}
+
+// All metrics are measured all the time, so the new one is there at once, also while no tick
+// comes because metering is paused or stopped.
+void MeterEngine::metricChanged(MeterChannel& channel) {
+    resetMinMax(channel);
+    if (channel.processor && channel.processor->isConfigured()) {
+        publishLevels(channel);
+    }
+}
+
+// A channel with display settings of its own shows what it showed.
+void MeterEngine::mainMetricChanged() {
+    metricChanged(meterChannel(UUID::main()));
+    for (const ChannelConfig& config : extraChannels()) {
+        if (!config.display) {
+            metricChanged(meterChannel(config.id));
+        }
+    }
+}
+
+void MeterEngine::configureLeq(Weighting weighting, double integrationSeconds) {
+    leqWeighting.set(weighting);
+    leqIntegrationSeconds.set(integrationSeconds);
+    for (const auto& [id, channel] : meterChannels_) {
+        if (channel->processor) {
+            channel->processor->configureLeq(weighting, integrationSeconds);
+        }
+    }
+}
+
+}  // namespace TarvaneApp

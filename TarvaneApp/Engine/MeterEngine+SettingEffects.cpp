@@ -1,0 +1,94 @@
+// What a change of a setting does beyond saving it. Each effect runs with the new value in
+// place and saved; a setting that isn't named here is saved, and that is all.
+
+#include <algorithm>
+
+#include "MeterEngine.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::CalibrationProfile;
+using TarvaneKit::UUID;
+
+namespace {
+
+// What of a channel is fixed when its source opens.
+using SourceSignature = std::tuple<UUID, std::optional<std::string>, int, std::optional<int>>;
+
+std::vector<SourceSignature> sourceSignatures(const std::vector<ChannelConfig>& channels) {
+    std::vector<SourceSignature> signatures;
+    for (const ChannelConfig& channel : channels) {
+        if (channel.isEnabled) {
+            signatures.emplace_back(
+                channel.id, channel.deviceUID, channel.channelIndex,
+                channel.isStereo ? std::optional(channel.rightChannelIndex) : std::nullopt);
+        }
+    }
+    std::ranges::sort(signatures);
+    return signatures;
+}
+
+}  // namespace
+
+void MeterEngine::attachSettingEffects() {
+    selectedDeviceUID.setEffect([this](const auto& old) { selectedDeviceChanged(old); });
+    selectedChannelIndex.setEffect(
+        [this](int old) { noteSourceChange(old != selectedChannelIndex()); });
+    mainInputIsStereo.setEffect([this](bool old) { noteSourceChange(old != mainInputIsStereo()); });
+    mainInputRightChannelIndex.setEffect(
+        [this](int old) { noteSourceChange(old != mainInputRightChannelIndex()); });
+    mainInputIsDigital.setEffect([this](bool) { calibrationChanged(); });
+    extraChannels.setEffect([this](const auto& old) { extraChannelsChanged(old); });
+
+    metricMode.setEffect([this](MetricMode) { mainMetricChanged(); });
+    splWeighting.setEffect([this](TarvaneKit::Weighting) { mainMetricChanged(); });
+    splTimeWeighting.setEffect([this](TarvaneKit::TimeWeighting) { mainMetricChanged(); });
+    peakWeighting.setEffect([this](TarvaneKit::Weighting) { mainMetricChanged(); });
+
+    calibration.setEffect([this](const CalibrationProfile&) { calibrationChanged(); },
+                          Setting<CalibrationProfile>::Saving::afterEffect);
+}
+
+void MeterEngine::selectedDeviceChanged(const std::optional<std::string>& old) {
+    const auto& uid = selectedDeviceUID();
+    const int inputs = channelCount(uid);
+    if (selectedChannelIndex() >= inputs) {
+        selectedChannelIndex.set(0);
+    }
+    if (uid == old) {
+        return;
+    }
+    mainInputIsDigital.set(isLikelyDigitalSource(uid));
+    if (uid == TarvaneKit::systemOutputUID) {
+        selectedChannelIndex.set(0);
+        mainInputRightChannelIndex.set(1);
+        mainInputIsStereo.set(true);
+    } else if (mainInputRightChannelIndex() >= inputs) {
+        mainInputIsStereo.set(false);
+    }
+    noteSourceChange(true);
+}
+
+void MeterEngine::extraChannelsChanged(const std::vector<ChannelConfig>& old) {
+    calibrationChanged();
+    noteSourceChange(sourceSignatures(old) != sourceSignatures(extraChannels()));
+}
+
+void MeterEngine::calibrationChanged() {
+    ++calibrationGeneration_;
+    for (const ChannelInfo& info : channelInfos()) {
+        const auto found = meterChannels_.find(info.id);
+        if (found != meterChannels_.end() && found->second->processor) {
+            found->second->processor->setCalibration(info.calibration);
+        }
+    }
+}
+
+// The running sources stay as they are; the interface offers a restart.
+void MeterEngine::noteSourceChange(bool changed) {
+    if (changed && isRunning()) {
+        channelSourcesChangedWhileRunning.set(true);
+    }
+}
+
+}  // namespace TarvaneApp

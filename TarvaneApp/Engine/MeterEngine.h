@@ -1,0 +1,228 @@
+// The model of the whole program: it owns the channels and everything that measures.
+//
+// Made once at launch and living on the main thread to the end of the process. Every control
+// reads and writes one of its fields or calls one of its operations. Its operations stand in
+// one source per subject:
+//
+//   MeterEngine+SettingEffects   what a change of a setting does beyond saving it
+//   MeterEngine+RunControl       start, pause, resume, stop; opening and losing sources
+//   MeterEngine+Tick             the display tick and the publication of its results
+//   MeterEngine+Channels         which channels there are and what they are called
+//   MeterEngine+Display          what a channel shows, its min and max, its Leq
+//
+// Work leaves the main thread twice, for opening sources (`startQueue_`) and for a tick's
+// analysis (`analysisQueue_`), always with values alone, and comes back through the event loop
+// carrying the generation it began with; what comes back late is let go of.
+#pragma once
+
+#include <QObject>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "AudioIO/AudioInputDevice.h"
+#include "AudioIO/AudioSystem.h"
+#include "Calibration/CalibrationProfile.h"
+#include "CaptureGroup.h"
+#include "ChannelAnalysis.h"
+#include "ChannelConfig.h"
+#include "ChannelDisplaySettings.h"
+#include "ChannelInfo.h"
+#include "Clock.h"
+#include "Core/UUID.h"
+#include "DisplayEnums.h"
+#include "MainThreadQueue.h"
+#include "MeterChannel.h"
+#include "Metrics/SPLMetric.h"
+#include "Metrics/TrafficLightConfig.h"
+#include "ParallelLoop.h"
+#include "SerialQueue.h"
+#include "Setting.h"
+#include "StartPlan.h"
+#include "TickTimer.h"
+
+namespace TarvaneApp {
+
+class MeterEngine : public QObject {
+    Q_OBJECT
+  public:
+    using SpectrumViewMode = TarvaneApp::SpectrumViewMode;
+    using MetricMode = TarvaneApp::MetricMode;
+
+    /// What the engine stands on. All of it outlives the engine.
+    struct Environment {
+        TarvaneKit::AudioSystem& audio;
+        KeyValueStore& store;
+        const Clock& clock;
+        TickTimer& displayTimer;
+    };
+
+    /// Loads the settings; metering doesn't start by itself.
+    explicit MeterEngine(const Environment& environment, QObject* parent = nullptr);
+    /// Shuts every source. Waits for a start that is under way.
+    ~MeterEngine() override;
+
+    /// The profile of every channel that carries no acoustic level or was never calibrated.
+    static const TarvaneKit::CalibrationProfile& uncalibrated();
+
+  private:
+    SettingsRegistry settings_;  // ahead of the settings, which enter themselves
+
+  public:
+    // The settings: type, key, default. Their effects: MeterEngine+SettingEffects.cpp.
+    using Key = Persistence::Key;
+    Setting<std::optional<std::string>> selectedDeviceUID{settings_, Key::deviceUID, std::nullopt};
+    Setting<int> selectedChannelIndex{settings_, Key::channelIndex, 0};
+    Setting<bool> mainInputIsStereo{settings_, Key::mainInputIsStereo, false};
+    Setting<int> mainInputRightChannelIndex{settings_, Key::mainInputRightChannelIndex, 1};
+    Setting<bool> mainInputIsDigital{settings_, Key::mainInputIsDigital, false};
+    Setting<std::vector<ChannelConfig>> extraChannels{settings_, Key::extraChannels, {}};
+    Setting<TarvaneKit::UUID> splMeterChannelID{settings_, Key::splMeterChannelID,
+                                                TarvaneKit::UUID::main()};
+    Setting<TarvaneKit::RGBAColor> rtaColor{settings_, Key::rtaColor, {0.55, 1.0, 0.35, 0.95}};
+    Setting<MetricMode> metricMode{settings_, Key::metricMode, MetricMode::spl};
+    Setting<TarvaneKit::Weighting> splWeighting{settings_, Key::splWeighting,
+                                                TarvaneKit::Weighting::a};
+    Setting<TarvaneKit::TimeWeighting> splTimeWeighting{settings_, Key::splTimeWeighting,
+                                                        TarvaneKit::TimeWeighting::fast};
+    Setting<TarvaneKit::Weighting> peakWeighting{settings_, Key::peakWeighting,
+                                                 TarvaneKit::Weighting::c};
+    Setting<TarvaneKit::Weighting> leqWeighting{settings_, Key::leqWeighting,
+                                                TarvaneKit::Weighting::a};
+    Setting<double> leqIntegrationSeconds{settings_, Key::leqIntegrationSeconds, 60.0};
+    Setting<TarvaneKit::TrafficLightConfig> trafficLightConfig{
+        settings_, Key::trafficLightConfig, TarvaneKit::TrafficLightConfig::defaultSPL()};
+    Setting<TarvaneKit::TrafficLightConfig> trafficLightConfigDBFS{
+        settings_, Key::trafficLightConfigDBFS, TarvaneKit::TrafficLightConfig::defaultDBFS()};
+    Setting<bool> splReadoutShowsDBFS{settings_, Key::splReadoutShowsDBFS, false};
+    Setting<bool> splMeterShowsLevelBar{settings_, Key::splMeterShowsLevelBar, true};
+    Setting<TarvaneKit::CalibrationProfile> calibration{settings_, Key::calibration, {}};
+
+    // The state of the run.
+    Published<bool> isRunning{false};
+    Published<bool> isStarting{false};
+    Published<bool> isPaused{false};
+    Published<std::vector<TarvaneKit::AudioInputDevice>> availableDevices;
+    /// A finished sentence for the user; dismissing it makes it absent.
+    Published<std::optional<std::string>> errorMessage;
+    Published<bool> microphonePermissionDenied{false};
+    /// A channel's device or input was changed since the start: offer a restart.
+    Published<bool> channelSourcesChangedWhileRunning{false};
+    /// The main channel's rate in Hz; 48000 until the first start.
+    Published<double> sampleRate{48000.0};
+
+    // MeterEngine+RunControl
+    void start();
+    void stop();
+    void pause();
+    void resume();
+
+    // MeterEngine+Channels
+    /// Reads the list of devices anew. When that fails the last good list stays.
+    void refreshDevices();
+    ChannelInfo mainChannelInfo() const;
+    ChannelInfo info(const ChannelConfig& config) const;
+    /// The main input first, then every extra channel.
+    std::vector<ChannelInfo> channelInfos() const;
+    /// The main input first, then the extra channels that are enabled.
+    std::vector<ChannelInfo> activeChannelInfos() const;
+    std::optional<ChannelInfo> channelInfo(const TarvaneKit::UUID& id) const;
+    /// Made at first use, so that a view may bind to a channel before it has ever run.
+    MeterChannel& meterChannel(const TarvaneKit::UUID& id);
+    /// The id, or the main input's when there is no such channel any more.
+    TarvaneKit::UUID resolvedChannelID(const TarvaneKit::UUID& id) const;
+    std::string deviceDisplayName(const std::optional<std::string>& uid) const;
+    /// Inputs of the device; for an absent or unknown uid those of the default input, at least 1.
+    int channelCount(const std::optional<std::string>& forDeviceUID) const;
+    /// A channel's device and inputs in words, as "Mic Interface (inputs 3+4, stereo)".
+    std::string inputDescription(const ChannelInfo& channel) const;
+    /// Whether the device is a network feed, a loopback or the like, that starts out as digital.
+    bool isLikelyDigitalSource(const std::optional<std::string>& uid) const;
+
+    // MeterEngine+Display
+    /// The channel's own display settings, or the main input's where it follows them.
+    ChannelDisplaySettings display(const TarvaneKit::UUID& id) const;
+    void updateDisplay(const TarvaneKit::UUID& id,
+                       const std::function<void(ChannelDisplaySettings&)>& edit);
+    TarvaneKit::SPLMetric displayedMetric(const TarvaneKit::UUID& id) const;
+    bool isCalibrated(const TarvaneKit::UUID& id) const;
+    /// "dB" for a calibrated channel in SPL, else "dBFS".
+    std::string levelUnitLabel(const TarvaneKit::UUID& id) const;
+    /// What is to be taken off a level in the channel's calibrated scale to show it in its unit.
+    double splReadoutDisplayOffsetDB(const TarvaneKit::UUID& id) const;
+    struct ActiveTrafficLight {
+        TarvaneKit::TrafficLightConfig config;
+        double offsetDB = 0.0;  ///< taken off a calibrated level to reach the table's scale
+    };
+    ActiveTrafficLight activeTrafficLight(const TarvaneKit::UUID& id) const;
+    TarvaneKit::RGBAColor trafficLightColor(double levelDB, const TarvaneKit::UUID& id) const;
+    /// Clears min, max, the peak detectors and the clip latch of every channel.
+    void resetMinMax();
+    /// Starts the user's Leq over on every channel.
+    void configureLeq(TarvaneKit::Weighting weighting, double integrationSeconds);
+
+  private:
+    // MeterEngine+Channels
+    void followDevices();
+
+    // MeterEngine+SettingEffects
+    void attachSettingEffects();
+    void selectedDeviceChanged(const std::optional<std::string>& old);
+    void extraChannelsChanged(const std::vector<ChannelConfig>& old);
+    void calibrationChanged();
+    void noteSourceChange(bool changed);
+
+    // MeterEngine+RunControl
+    void startAuthorized();
+    void microphoneRefused();
+    void startReturned(int generation, const std::vector<ChannelInfo>& infos,
+                       const std::vector<StartPlan>& plans, std::vector<StartResult> results);
+    void finishStart(const std::vector<ChannelInfo>& infos, const std::vector<StartPlan>& plans,
+                     std::vector<StartResult> results, const std::vector<std::string>& failures);
+    void sourceLost(const std::shared_ptr<CaptureGroup>& group);
+    void closeGroup(const std::shared_ptr<CaptureGroup>& group);
+    void startDisplayTimer();
+    template <class Action>
+    void forEachProcessor(Action action);
+
+    // MeterEngine+Tick
+    void tick();
+    void analysisReturned(int generation, const std::vector<MeterChannel*>& channels,
+                          const std::vector<ChannelFrame>& frames);
+    void publish(const ChannelFrame& frame, MeterChannel& channel, TarvaneKit::Date now);
+    void publishLevels(MeterChannel& channel);
+    static void updateClipState(MeterChannel& channel, bool clippedThisTick, TarvaneKit::Date now);
+    static void updateInputMeter(MeterChannel& channel, float peak, TarvaneKit::Date now);
+
+    // MeterEngine+Display
+    ChannelDisplaySettings mainDisplay() const;
+    void pinChannelsFollowingMain(const ChannelDisplaySettings& to);
+    void resetMinMax(MeterChannel& channel);
+    void metricChanged(MeterChannel& channel);
+    void mainMetricChanged();
+
+    TarvaneKit::AudioSystem& audio_;
+    const Clock& clock_;
+    TickTimer& displayTimer_;
+
+    std::map<TarvaneKit::UUID, std::unique_ptr<MeterChannel>> meterChannels_;
+    std::vector<std::shared_ptr<CaptureGroup>> captureGroups_;
+    int startGeneration_ = 0;  // raised by every start and by a stop during one
+    int runGeneration_ = 0;    // raised when a run begins and when it ends
+
+    bool analysisInFlight_ = false;
+    int smoothingGeneration_ = 0;
+    int peakHoldGeneration_ = 0;
+    int timingGeneration_ = 0;
+    int calibrationGeneration_ = 0;
+
+    // Last, so that their work ends before anything it could reach is gone.
+    MainThreadQueue mainThread_;
+    ParallelLoop analysisLoop_;
+    SerialQueue analysisQueue_{"org.brenlow.tarvane.analysis"};
+    SerialQueue startQueue_{"org.brenlow.tarvane.start"};
+};
+
+}  // namespace TarvaneApp

@@ -1,0 +1,110 @@
+// A published field that the user's settings store keeps.
+//
+// Declaring one is a line: type, key, default. All its effects on the engine hang on it in one
+// place, MeterEngine+SettingEffects.cpp. An assignment puts the value in place, saves it, runs
+// the effect, and tells the watchers; an effect may assign other settings.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <type_traits>
+#include <vector>
+
+#include "Persistence.h"
+#include "Published.h"
+
+namespace TarvaneApp {
+
+class SettingBase {
+  public:
+    virtual ~SettingBase() = default;
+    /// Takes the stored value, or the default, without any effect and without telling anyone.
+    virtual void load() = 0;
+};
+
+/// The settings of one engine, in the order of their declaration.
+class SettingsRegistry {
+  public:
+    explicit SettingsRegistry(KeyValueStore& store) : persistence_(store) {}
+
+    Persistence& persistence() { return persistence_; }
+    void add(SettingBase& setting) { settings_.push_back(&setting); }
+    void loadAll() {
+        for (SettingBase* setting : settings_) {
+            setting->load();
+        }
+    }
+
+  private:
+    Persistence persistence_;
+    std::vector<SettingBase*> settings_;
+};
+
+/// For T = std::optional<U> an absent value has no key in the store.
+template <class T>
+class Setting final : public Published<T>, public SettingBase {
+  public:
+    /// Whether the new value is saved ahead of the effect, as all but one are, or after it.
+    enum class Saving { beforeEffect, afterEffect };
+    using Effect = std::function<void(const T& old)>;
+
+    Setting(SettingsRegistry& registry, Persistence::Key key, T defaultValue)
+        : Published<T>(defaultValue),
+          persistence_(registry.persistence()),
+          key_(key),
+          default_(std::move(defaultValue)) {
+        registry.add(*this);
+    }
+
+    void set(T value) {
+        const T old = std::exchange(this->value_, std::move(value));
+        if (saving_ == Saving::beforeEffect) {
+            save();
+        }
+        if (effect_) {
+            effect_(old);
+        }
+        if (saving_ == Saving::afterEffect) {
+            save();
+        }
+        Q_EMIT this->notifier_.changed();
+    }
+
+    void setEffect(Effect effect, Saving saving = Saving::beforeEffect) {
+        effect_ = std::move(effect);
+        saving_ = saving;
+    }
+
+    /// Mends a stored value on its way in.
+    void setSanitizer(std::function<T(T)> sanitizer) { sanitizer_ = std::move(sanitizer); }
+
+    void load() override {
+        auto stored = persistence_.load<Stored>(key_);
+        this->value_ = stored ? T(std::move(*stored)) : default_;
+        if (sanitizer_) {
+            this->value_ = sanitizer_(std::move(this->value_));
+        }
+    }
+
+  private:
+    template <class U>
+    struct Unwrapped {
+        using Type = U;
+    };
+    template <class U>
+    struct Unwrapped<std::optional<U>> {
+        using Type = U;
+    };
+    using Stored = typename Unwrapped<T>::Type;
+
+    void save() { persistence_.save(key_, std::optional<Stored>(this->value_)); }
+
+    Persistence& persistence_;
+    const Persistence::Key key_;
+    const T default_;
+    Effect effect_;
+    Saving saving_ = Saving::beforeEffect;
+    std::function<T(T)> sanitizer_;
+};
+
+}  // namespace TarvaneApp

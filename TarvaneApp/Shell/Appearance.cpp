@@ -1,0 +1,162 @@
+#include "Appearance.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QPalette>
+#include <QPolygonF>
+#include <QProxyStyle>
+#include <QStyleFactory>
+#include <QStyleOption>
+#include <QToolTip>
+#include <algorithm>
+
+#include "Icon.h"
+#include "Theme.h"
+
+namespace TarvaneApp {
+
+namespace {
+
+constexpr double focusRingWidth = 2.0;
+
+QPalette darkPalette() {
+    QPalette palette;
+    palette.setColor(QPalette::Window, Theme::background);
+    palette.setColor(QPalette::WindowText, Theme::primaryText);
+    palette.setColor(QPalette::Base, Theme::panelBackground);
+    palette.setColor(QPalette::AlternateBase, Theme::controlBackground);
+    palette.setColor(QPalette::Text, Theme::primaryText);
+    palette.setColor(QPalette::PlaceholderText, Theme::axisText);
+    palette.setColor(QPalette::Button, Theme::gridLine);
+    palette.setColor(QPalette::ButtonText, Theme::primaryText);
+    palette.setColor(QPalette::BrightText, Qt::white);
+    palette.setColor(QPalette::Highlight, Theme::accent);
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Link, Theme::accent);
+    palette.setColor(QPalette::ToolTipBase, Theme::gridLine);
+    palette.setColor(QPalette::ToolTipText, Theme::primaryText);
+    palette.setColor(QPalette::Light, Theme::gridLineStrong);
+    palette.setColor(QPalette::Midlight, Theme::gridLineStrong);
+    palette.setColor(QPalette::Mid, Theme::gridLine);
+    palette.setColor(QPalette::Dark, Theme::background);
+    palette.setColor(QPalette::Shadow, Qt::black);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(QPalette::Disabled, role, Theme::gridLineStrong.lighter(140));
+    }
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, Theme::gridLineStrong);
+    return palette;
+}
+
+// The toolkit's buttons and pickers drawn as flat as our own controls, with room about their
+// texts and a ring about the one that has the focus.
+class FlatStyle final : public QProxyStyle {
+  public:
+    FlatStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        if (element == PE_PanelButtonCommand) {
+            paintPlate(*painter, *option);
+        } else if (element == PE_IndicatorCheckBox) {
+            paintCheckBox(*painter, *option);
+        } else if (element != PE_FrameFocusRect) {
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+        }
+    }
+
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+        QProxyStyle::drawControl(element, option, painter, widget);
+        if (element == CE_PushButton || element == CE_CheckBox) {
+            ringIfFocused(*option, *painter);
+        }
+    }
+
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                            QPainter* painter, const QWidget* widget) const override {
+        const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+        if (control != CC_ComboBox || combo == nullptr || combo->editable) {
+            QProxyStyle::drawComplexControl(control, option, painter, widget);
+            return;
+        }
+        paintPlate(*painter, *option);
+        const QRectF arrow(option->rect.right() - chevronSize - chevronMargin,
+                           option->rect.center().y() - chevronSize / 2.0 + 1.0, chevronSize,
+                           chevronSize);
+        Icon::paint(*painter, QStringLiteral("chevron.down"), arrow, Theme::axisText);
+        ringIfFocused(*option, *painter);
+    }
+
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                           const QWidget* widget) const override {
+        const QSize natural = QProxyStyle::sizeFromContents(type, option, size, widget);
+        return type == CT_PushButton || type == CT_ComboBox
+                   ? QSize(natural.width() + textPadding, std::max(natural.height(), controlHeight))
+                   : natural;
+    }
+
+  private:
+    static constexpr double cornerRadius = 6.0;
+    static constexpr int controlHeight = 26;
+    static constexpr int textPadding = 12;
+    static constexpr double chevronSize = 9.0;
+    static constexpr double chevronMargin = 8.0;
+
+    static void paintPlate(QPainter& painter, const QStyleOption& option) {
+        const bool isEnabled = (option.state & State_Enabled) != 0;
+        const bool isPressed = isEnabled && (option.state & State_Sunken) != 0;
+        const bool isHovered = isEnabled && (option.state & State_MouseOver) != 0;
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(isPressed   ? Theme::controlBackground
+                         : isHovered ? Theme::gridLineStrong
+                                     : Theme::gridLine);
+        painter.drawRoundedRect(option.rect, cornerRadius, cornerRadius);
+        painter.restore();
+    }
+
+    static void paintCheckBox(QPainter& painter, const QStyleOption& option) {
+        const bool isOn = (option.state & State_On) != 0;
+        const QRectF box = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(isOn ? Theme::accent : Theme::axisText);
+        painter.setBrush(isOn ? Theme::accent : Theme::controlBackground);
+        painter.drawRoundedRect(box, 3.0, 3.0);
+        if (isOn) {
+            const auto at = [&box](double x, double y) {
+                return QPointF(box.left() + x * box.width(), box.top() + y * box.height());
+            };
+            painter.setPen(QPen(Qt::white, 2.0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+            painter.drawPolyline(QPolygonF{at(0.25, 0.52), at(0.43, 0.7), at(0.76, 0.32)});
+        }
+        painter.restore();
+    }
+
+    static void ringIfFocused(const QStyleOption& option, QPainter& painter) {
+        if ((option.state & State_HasFocus) != 0) {
+            paintFocusRing(painter, option.rect, cornerRadius - 1.0);
+        }
+    }
+};
+
+}  // namespace
+
+void applyAppearance() {
+    QApplication::setStyle(new FlatStyle);
+    QApplication::setPalette(darkPalette());
+    QToolTip::setPalette(darkPalette());
+}
+
+void paintFocusRing(QPainter& painter, const QRectF& rect, double radius) {
+    constexpr double inset = focusRingWidth / 2.0;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(Theme::accent.lighter(130), focusRingWidth));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), radius, radius);
+    painter.restore();
+}
+
+}  // namespace TarvaneApp

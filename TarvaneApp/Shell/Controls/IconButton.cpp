@@ -1,0 +1,49 @@
+#include "Controls/IconButton.h"
+
+#include <QEvent>
+#include <QPainter>
+
+#include "Appearance.h"
+#include "Icon.h"
+
+namespace TarvaneApp {
+
+IconButton::IconButton(int iconSize, QWidget* parent)
+    : QAbstractButton(parent), iconSize_(iconSize) {
+    setFocusPolicy(Qt::TabFocus);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void IconButton::setSymbol(const QString& name, const QColor& color) {
+    if (name != symbol_ || color != color_) {
+        symbol_ = name;
+        color_ = color;
+        update();
+    }
+}
+
+QSize IconButton::sizeHint() const {
+    return {iconSize_ + 2 * margin, iconSize_ + 2 * margin};
+}
+
+bool IconButton::event(QEvent* event) {
+    if (event->type() == QEvent::Enter || event->type() == QEvent::Leave) {
+        update();
+    }
+    return QAbstractButton::event(event);
+}
+
+void IconButton::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    if (!symbol_.isEmpty()) {
+        const QColor color = isDown()       ? color_.darker(130)
+                             : underMouse() ? color_.lighter(115)
+                                            : color_;
+        Icon::paint(painter, symbol_, QRectF(margin, margin, iconSize_, iconSize_), color);
+    }
+    if (hasFocus()) {
+        paintFocusRing(painter, rect(), 6.0);
+    }
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,34 @@
+// A button that is nothing but a symbol.
+#pragma once
+
+#include <QAbstractButton>
+#include <QColor>
+
+namespace TarvaneApp {
+
+class IconButton final : public QAbstractButton {
+    Q_OBJECT
+  public:
+    /// `iconSize` in logical pixels; the button is a little larger, for the focus ring.
+    explicit IconButton(int iconSize, QWidget* parent = nullptr);
+
+    /// How far the button reaches beyond its symbol on each side.
+    static constexpr int margin = 3;
+
+    /// An empty name draws nothing, and keeps the place.
+    void setSymbol(const QString& name, const QColor& color);
+    QString symbol() const { return symbol_; }
+
+    QSize sizeHint() const override;
+
+  protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    int iconSize_;
+    QString symbol_;
+    QColor color_;
+};
+
+}  // namespace TarvaneApp

@@ -1,0 +1,98 @@
+#include "Controls/MenuButton.h"
+
+#include <QActionGroup>
+#include <QFontMetrics>
+#include <QMenu>
+#include <QPainter>
+#include <algorithm>
+
+#include "Appearance.h"
+#include "Icon.h"
+#include "Theme.h"
+
+namespace TarvaneApp {
+
+namespace {
+
+constexpr int buttonHeight = 26;
+constexpr int padding = 9;
+constexpr int dotSize = 8;
+constexpr int dotGap = 5;
+constexpr int chevronSize = 9;
+constexpr int chevronGap = 6;
+constexpr int widestText = 220;
+constexpr double cornerRadius = 6.0;
+
+QFont labelFont() {
+    return Typeface::installed().systemFont(11);
+}
+
+}  // namespace
+
+MenuButton::MenuButton(const QString& name, QWidget* parent) : QToolButton(parent), name_(name) {
+    setFocusPolicy(Qt::TabFocus);
+    setPopupMode(QToolButton::InstantPopup);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setMenu(new QMenu(this));
+}
+
+void MenuButton::setItems(std::vector<Item> items) {
+    // The choice that leads here may come from one of the old actions: they go later.
+    for (QAction* old : menu()->actions()) {
+        menu()->removeAction(old);
+        old->deleteLater();
+    }
+    if (group_ != nullptr) {
+        group_->deleteLater();
+    }
+    group_ = new QActionGroup(menu());
+    for (Item& item : items) {
+        QAction* action = menu()->addAction(item.text);
+        action->setCheckable(true);
+        action->setChecked(item.isCurrent);
+        group_->addAction(action);
+        if (item.isCurrent) {
+            setText(item.text);
+            dot_ = item.dot;
+        }
+        connect(action, &QAction::triggered, this, [run = std::move(item.action)] { run(); });
+    }
+    setAccessibleName(name_ + QStringLiteral(": ") + text());
+    updateGeometry();
+    update();
+}
+
+QSize MenuButton::sizeHint() const {
+    const int textWidth = std::min(QFontMetrics(labelFont()).horizontalAdvance(text()), widestText);
+    return {2 * padding + (dot_ ? dotSize + dotGap : 0) + textWidth + chevronGap + chevronSize,
+            buttonHeight};
+}
+
+void MenuButton::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(isDown() || underMouse() ? Theme::gridLine : Theme::controlBackground);
+    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    double x = padding;
+    if (dot_) {
+        painter.setBrush(*dot_);
+        painter.drawEllipse(QRectF(x, (height() - dotSize) / 2.0, dotSize, dotSize));
+        x += dotSize + dotGap;
+    }
+    const double right = width() - padding - chevronSize;
+    const QRectF textRect(x, 0.0, right - chevronGap - x, height());
+    painter.setFont(labelFont());
+    painter.setPen(Theme::primaryText);
+    painter.drawText(textRect, Qt::AlignLeft | Qt::AlignVCenter,
+                     painter.fontMetrics().elidedText(text(), Qt::ElideRight,
+                                                      static_cast<int>(textRect.width()) + 1));
+    Icon::paint(painter, QStringLiteral("chevron.down"),
+                QRectF(right, (height() - chevronSize) / 2.0, chevronSize, chevronSize),
+                Theme::axisText);
+    if (hasFocus()) {
+        paintFocusRing(painter, rect(), cornerRadius - 1.0);
+    }
+}
+
+}  // namespace TarvaneApp

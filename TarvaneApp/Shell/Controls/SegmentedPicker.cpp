@@ -1,0 +1,86 @@
+#include "Controls/SegmentedPicker.h"
+
+#include <QAbstractButton>
+#include <QHBoxLayout>
+#include <QPainter>
+
+#include "Theme.h"
+
+namespace TarvaneApp {
+
+namespace {
+
+constexpr int pickerHeight = 26;
+constexpr double cornerRadius = 6.0;
+
+class Segment final : public QAbstractButton {
+  public:
+    Segment(const QString& label, QWidget* parent) : QAbstractButton(parent) {
+        setText(label);
+        setCheckable(true);
+        setFocusPolicy(Qt::TabFocus);
+        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    }
+    QSize sizeHint() const override { return {20, pickerHeight}; }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QRectF body = QRectF(rect()).adjusted(2, 2, -2, -2);
+        if (isChecked()) {
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(Theme::accent);
+            painter.drawRoundedRect(body, cornerRadius - 2.0, cornerRadius - 2.0);
+        }
+        painter.setFont(Typeface::installed().systemFont(13));
+        painter.setPen(isChecked() || isDown() ? Theme::primaryText : Theme::axisText);
+        painter.drawText(rect(), Qt::AlignCenter, text());
+        if (hasFocus()) {
+            painter.setPen(QPen(isChecked() ? Theme::primaryText : Theme::accent, 2.0));
+            painter.setBrush(Qt::NoBrush);
+            painter.drawRoundedRect(body.adjusted(1, 1, -1, -1), cornerRadius - 3.0,
+                                    cornerRadius - 3.0);
+        }
+    }
+};
+
+}  // namespace
+
+SegmentedPicker::SegmentedPicker(const QStringList& labels, int width,
+                                 std::function<void(int)> onPick, QWidget* parent)
+    : QWidget(parent) {
+    setFixedSize(width, pickerHeight);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    for (int i = 0; i < labels.size(); ++i) {
+        auto* segment = new Segment(labels[i], this);
+        group_.addButton(segment, i);
+        row->addWidget(segment);
+    }
+    connect(&group_, &QButtonGroup::idToggled, this,
+            [onPick = std::move(onPick)](int index, bool checked) {
+                if (checked) {
+                    onPick(index);
+                }
+            });
+}
+
+void SegmentedPicker::setSelectedIndex(int index) {
+    if (QAbstractButton* segment = group_.button(index); segment && !segment->isChecked()) {
+        const QSignalBlocker quiet(group_);
+        segment->setChecked(true);
+        update();
+    }
+}
+
+void SegmentedPicker::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Theme::controlBackground);
+    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,99 @@
+#include "MainWindow.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QMenuBar>
+#include <QShortcut>
+#include <QToolButton>
+
+#include "ContentView.h"
+#include "ErrorAlert.h"
+#include "Icon.h"
+#include "MainToolbar.h"
+#include "MeterEngine.h"
+
+namespace TarvaneApp {
+
+namespace {
+
+constexpr QSize smallestSize(900, 260);
+constexpr QSize firstSize(1000, 460);
+
+}  // namespace
+
+MainWindow::MainWindow(MeterEngine& engine, const Actions& actions) : engine_(engine) {
+    setWindowTitle(QStringLiteral("Tarvane"));
+    setWindowIcon(Icon::application());
+    setMinimumSize(smallestSize);
+    resize(firstSize);
+    setCentralWidget(new ContentView(engine, this));
+    // No control is pressed or ringed until the user moves the focus there.
+    centralWidget()->setFocusPolicy(Qt::ClickFocus);
+    centralWidget()->setFocus();
+    makeMenus(actions);
+    makeShortcuts();
+    new ErrorAlert(engine, this);
+}
+
+void MainWindow::makeMenus(const Actions& actions) {
+    QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
+    QAction* settings = file->addAction(QStringLiteral("Settings…"), this, actions.showSettings);
+    settings->setShortcut(QKeySequence(QStringLiteral("Ctrl+,")));
+    settings->setMenuRole(QAction::PreferencesRole);
+    file->addSeparator();
+    QAction* quit = file->addAction(QStringLiteral("Quit"), this, actions.quit);
+    quit->setShortcut(QKeySequence(QStringLiteral("Ctrl+Q")));
+    quit->setMenuRole(QAction::QuitRole);
+
+    QMenu* view = menuBar()->addMenu(QStringLiteral("&View"));
+    QAction* levelBar = view->addAction(QStringLiteral("Show Level Bar in SPL Meter"));
+    levelBar->setCheckable(true);
+    connect(levelBar, &QAction::triggered, this,
+            [this](bool shown) { engine_.splMeterShowsLevelBar.set(shown); });
+    follow(engine_.splMeterShowsLevelBar, this,
+           [this, levelBar] { levelBar->setChecked(engine_.splMeterShowsLevelBar()); });
+}
+
+// A text field that has the focus takes the keys as text before any shortcut sees them.
+void MainWindow::makeShortcuts() {
+    MainToolbar& toolbar = static_cast<ContentView*>(centralWidget())->toolbar();
+    const auto add = [this, &toolbar](Qt::Key key, void (MainToolbar::*action)()) {
+        auto* shortcut = new QShortcut(QKeySequence(key), this);
+        shortcut->setAutoRepeat(false);
+        connect(shortcut, &QShortcut::activated, &toolbar, action);
+    };
+    add(Qt::Key_Space, &MainToolbar::toggleRunning);
+    add(Qt::Key_P, &MainToolbar::togglePause);
+}
+
+// Space belongs to start and stop, so Return presses the control that has the focus.
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    QWidget* focused = focusWidget();
+    if (!isReturn || focused == nullptr) {
+        QMainWindow::keyPressEvent(event);
+    } else if (auto* menuButton = qobject_cast<QToolButton*>(focused);
+               menuButton != nullptr && menuButton->menu() != nullptr) {
+        menuButton->showMenu();
+    } else if (auto* button = qobject_cast<QAbstractButton*>(focused)) {
+        button->click();
+    }
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (!event->spontaneous()) {
+        engine_.refreshDevices();
+    }
+}
+
+void MainWindow::showInFront() {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,44 @@
+#include "Preferences/DeviceSourcePicker.h"
+
+#include <algorithm>
+
+#include "LiveFollow.h"
+#include "MeterEngine.h"
+#include "Preferences/FormHelp.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::AudioInputDevice;
+
+DeviceSourcePicker::DeviceSourcePicker(MeterEngine& engine, QWidget* parent)
+    : QComboBox(parent), engine_(engine) {
+    setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    setMinimumContentsLength(24);
+    connect(this, &QComboBox::activated, this, [this] {
+        const QString uid = currentData().toString();
+        engine_.selectedDeviceUID.set(uid.isEmpty() ? std::nullopt
+                                                    : std::optional(uid.toStdString()));
+    });
+    followAll(
+        this, [this] { showDevices(); }, engine.selectedDeviceUID, engine.availableDevices);
+}
+
+// The default input's entry has no uid.
+void DeviceSourcePicker::showDevices() {
+    const auto& devices = engine_.availableDevices();
+    std::vector<ComboEntry> entries{{QStringLiteral("Default Input"), QString()}};
+    for (const AudioInputDevice& device : devices) {
+        entries.push_back(
+            {QString::fromStdString(device.name), QString::fromStdString(device.uid)});
+    }
+    entries.push_back({QStringLiteral("System Output (what the Mac is playing)"),
+                       QString::fromLatin1(TarvaneKit::systemOutputUID)});
+    const QString current =
+        QString::fromStdString(engine_.selectedDeviceUID().value_or(std::string()));
+    if (std::ranges::find(entries, QVariant(current), &ComboEntry::value) == entries.end()) {
+        entries.push_back({QStringLiteral("Unavailable Device"), current});
+    }
+    setEntries(*this, entries, current);
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,63 @@
+#include "Preferences/PreferencesWindow.h"
+
+#include <QKeyEvent>
+#include <QScrollArea>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include "Icon.h"
+#include "Preferences/AudioSettingsView.h"
+#include "Preferences/LeqSettingsView.h"
+#include "Theme.h"
+
+namespace TarvaneApp {
+
+namespace {
+
+constexpr int tabIconSize = 18;
+constexpr QSize smallestSize(520, 360);
+constexpr QSize firstSize(660, 540);
+
+}  // namespace
+
+PreferencesWindow::PreferencesWindow(MeterEngine& engine)
+    : QWidget(nullptr, Qt::Window), tabs_(new QTabWidget(this)) {
+    setWindowTitle(QStringLiteral("Settings"));
+    setWindowIcon(Icon::application());
+    setMinimumSize(smallestSize);
+    resize(firstSize);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(12, 12, 12, 12);
+    column->addWidget(tabs_);
+    tabs_->setDocumentMode(true);
+    tabs_->setIconSize(QSize(tabIconSize, tabIconSize));
+    addTab(QStringLiteral("Audio"), QStringLiteral("waveform.circle"),
+           new AudioSettingsView(engine));
+    addTab(QStringLiteral("Leq"), QStringLiteral("waveform"), new LeqSettingsView(engine));
+}
+
+void PreferencesWindow::addTab(const QString& title, const QString& symbol, QWidget* form) {
+    auto* scroll = new QScrollArea;
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setWidget(form);
+    tabs_->addTab(scroll, Icon::tinted(symbol, tabIconSize, Theme::primaryText), title);
+}
+
+void PreferencesWindow::showInFront() {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+void PreferencesWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape || event->matches(QKeySequence::Close)) {
+        close();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+}  // namespace TarvaneApp

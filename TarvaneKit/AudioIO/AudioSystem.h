@@ -1,0 +1,54 @@
+// The machine's audio, as far as the engine needs it: which inputs there are, and a source for
+// each. The platform's implementation and the made-up one of the tests stand behind it.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "AudioIO/AudioInputDevice.h"
+#include "AudioIO/AudioInputSource.h"
+
+namespace TarvaneKit {
+
+enum class MicrophoneAuthorization { undetermined, restricted, denied, authorized };
+
+enum class TransportType {
+    hardware,
+    virtualDevice,  ///< software: a loopback, a network feed, another program
+};
+
+/// Every operation may be called on any thread and answers within milliseconds, but for the
+/// `start()` of a source it made.
+class AudioSystem {
+  public:
+    virtual ~AudioSystem() = default;
+
+    /// Inputs in the system's order, empty when there are none. Throws AudioIOError
+    /// (deviceEnumerationFailed) when the list can't be had.
+    virtual std::vector<AudioInputDevice> availableInputDevices() = 0;
+    /// 0 when it can't be read.
+    virtual int inputChannelCount(std::uint32_t deviceID) = 0;
+    virtual std::optional<std::uint32_t> defaultInputDeviceID() = 0;
+    virtual std::optional<TransportType> transportType(std::uint32_t deviceID) = 0;
+
+    virtual MicrophoneAuthorization microphoneAuthorizationStatus() = 0;
+    /// `completion(granted)` comes once, on any thread.
+    virtual void requestMicrophoneAccess(std::function<void(bool)> completion) = 0;
+
+    /// A source, not started, for that device, or for the default input and its successors when
+    /// none is given. Throws AudioIOError when the device can't be selected.
+    virtual std::unique_ptr<MultiChannelAudioSource> makeDeviceSource(
+        const std::optional<AudioInputDevice>& device) = 0;
+    /// A source, not started, for what the machine plays. Throws AudioIOError
+    /// (systemAudioUnavailable) where there is no such capture.
+    virtual std::unique_ptr<MultiChannelAudioSource> makeSystemOutputSource() = 0;
+
+    /// The device list or the default input may have changed. Set before the first use of the
+    /// system and cleared when its listener goes; called on any thread.
+    virtual void setDevicesChangedHandler(std::function<void()> handler) = 0;
+};
+
+}  // namespace TarvaneKit

@@ -1,0 +1,107 @@
+#include "AudioIO/CaptureThread.h"
+
+#include <pthread.h>
+
+#include <cmath>
+#include <utility>
+
+#include "Core/Contract.h"
+
+namespace TarvaneKit {
+
+namespace {
+
+// A capture thread that the scheduler keeps waiting this long still loses nothing.
+constexpr double ringSeconds = 1.0;
+
+std::unique_ptr<SampleRing> makeRing(const CaptureThread::Layout& layout) {
+    return std::make_unique<SampleRing>(
+        layout.channelCount, static_cast<int>(std::ceil(layout.sampleRate * ringSeconds)),
+        layout.largestBlockFrames);
+}
+
+}  // namespace
+
+CaptureThread::CaptureThread(const std::string& name, const Layout& layout, Handler handler)
+    : handler_(std::move(handler)), current_(makeRing(layout)) {
+    pushRing_.store(current_.get(), std::memory_order_release);
+    thread_ = std::thread([this, name] { run(name); });
+}
+
+CaptureThread::~CaptureThread() {
+    stop();
+}
+
+bool CaptureThread::push(const float* const* channels, int frameCount) noexcept {
+    const bool taken = pushRing_.load(std::memory_order_acquire)->write(channels, frameCount);
+    if (!taken) {
+        droppedBlocks_.fetch_add(1, std::memory_order_relaxed);
+        droppedFrames_.fetch_add(frameCount, std::memory_order_relaxed);
+    }
+    wake();
+    return taken;
+}
+
+void CaptureThread::reopen(const Layout& layout) {
+    auto ring = makeRing(layout);
+    pushRing_.store(ring.get(), std::memory_order_release);
+    {
+        const std::scoped_lock lock(mutex_);
+        waiting_.push_back(std::move(ring));
+    }
+    wake();
+}
+
+void CaptureThread::stop() {
+    TARVANE_PRECONDITION(thread_.get_id() != std::this_thread::get_id());
+    stopping_.store(true);
+    wake();
+    const std::scoped_lock lock(stopMutex_);
+    if (thread_.joinable()) {
+        thread_.join();
+    }
+}
+
+void CaptureThread::wake() noexcept {
+    wakeCount_.fetch_add(1, std::memory_order_release);
+    wakeCount_.notify_one();
+}
+
+void CaptureThread::run(const std::string& name) {
+    pthread_setname_np(pthread_self(), name.substr(0, 15).c_str());
+    for (;;) {
+        const int seen = wakeCount_.load(std::memory_order_acquire);
+        if (stopping_.load(std::memory_order_acquire)) {
+            return;
+        }
+        deliverAll();
+        wakeCount_.wait(seen, std::memory_order_acquire);
+    }
+}
+
+void CaptureThread::deliverAll() {
+    do {
+        while (const auto block = current_->front()) {
+            if (stopping_.load(std::memory_order_acquire)) {
+                return;
+            }
+            handler_(block->channels, block->channelCount, block->frameCount);
+            current_->pop();
+        }
+    } while (takeNextRing());
+}
+
+bool CaptureThread::takeNextRing() {
+    const std::scoped_lock lock(mutex_);
+    if (waiting_.empty()) {
+        return false;
+    }
+    // A ring that has a successor gets no more blocks, but may have got some since it was emptied.
+    if (!current_->front()) {
+        current_ = std::move(waiting_.front());
+        waiting_.pop_front();
+    }
+    return true;
+}
+
+}  // namespace TarvaneKit

@@ -1,0 +1,77 @@
+// A source's capture thread: takes the blocks that the platform's audio callback left in the ring
+// and calls the source's handler with them, whole and in order, at the handler's own pace.
+//
+// `push` belongs to the audio callback and is wait-free; all it asks of the system is to wake the
+// thread. `reopen` and `stop` belong to the source's owner. The handler runs on this object's
+// thread and nowhere else.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include "Core/SampleRing.h"
+
+namespace TarvaneKit {
+
+class CaptureThread {
+  public:
+    /// `channels[channel][frame]`, valid for the call only.
+    using Handler =
+        std::function<void(const float* const* channels, int channelCount, int frameCount)>;
+
+    struct Layout {
+        int channelCount = 1;
+        double sampleRate = 48000;
+        int largestBlockFrames = 8192;  ///< PipeWire's own limit of a graph cycle
+    };
+
+    /// Takes all memory and starts the thread. `name` is what a debugger shows, 15 characters.
+    CaptureThread(const std::string& name, const Layout& layout, Handler handler);
+    ~CaptureThread();
+    CaptureThread(const CaptureThread&) = delete;
+    CaptureThread& operator=(const CaptureThread&) = delete;
+
+    /// Audio callback. Hands over one block of the layout's channels; a null channel counts as
+    /// silence. False when the ring was full and the block is lost.
+    bool push(const float* const* channels, int frameCount) noexcept;
+
+    /// Makes room for another layout. Blocks pushed before are still delivered, ahead of those
+    /// pushed after. No push may be running.
+    void reopen(const Layout& layout);
+
+    /// When it has returned, the handler isn't running and won't run again. Blocks still in the
+    /// ring are dropped. Idempotent; not from within the handler.
+    void stop();
+
+    /// Lost because the ring was full, since the start. Any thread.
+    std::int64_t droppedBlocks() const { return droppedBlocks_.load(std::memory_order_relaxed); }
+    std::int64_t droppedFrames() const { return droppedFrames_.load(std::memory_order_relaxed); }
+
+  private:
+    void run(const std::string& name);
+    void deliverAll();
+    bool takeNextRing();
+    void wake() noexcept;
+
+    const Handler handler_;
+    // Written by the owner while no push runs, read by the audio callback.
+    std::atomic<SampleRing*> pushRing_ = nullptr;
+    std::unique_ptr<SampleRing> current_;  // the capture thread's
+    // Guards the rings that follow the current one; held for a pointer's exchange.
+    std::mutex mutex_;
+    std::deque<std::unique_ptr<SampleRing>> waiting_;
+    std::atomic<std::int64_t> droppedBlocks_ = 0;
+    std::atomic<std::int64_t> droppedFrames_ = 0;
+    std::atomic<int> wakeCount_ = 0;
+    std::atomic<bool> stopping_ = false;
+    std::mutex stopMutex_;
+    std::thread thread_;
+};
+
+}  // namespace TarvaneKit

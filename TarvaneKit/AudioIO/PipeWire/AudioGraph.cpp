@@ -1,0 +1,299 @@
+#include "AudioIO/PipeWire/AudioGraph.h"
+
+#include <spa/param/audio/format-utils.h>
+#include <spa/pod/iter.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+#include <utility>
+
+#include "Core/JSONValue.h"
+
+namespace TarvaneKit {
+
+namespace {
+
+std::string text(const spa_dict& properties, const char* key) {
+    const char* value = spa_dict_lookup(&properties, key);
+    return value != nullptr ? value : "";
+}
+
+std::uint32_t number(const spa_dict& properties, const char* key) {
+    return static_cast<std::uint32_t>(std::strtoul(text(properties, key).c_str(), nullptr, 10));
+}
+
+std::optional<AudioNode::Kind> kindOfClass(const std::string& mediaClass) {
+    if (mediaClass == "Audio/Source" || mediaClass == "Audio/Source/Virtual") {
+        return AudioNode::Kind::source;
+    }
+    if (mediaClass == "Audio/Sink") {
+        return AudioNode::Kind::sink;
+    }
+    if (mediaClass == "Audio/Duplex") {
+        return AudioNode::Kind::duplex;
+    }
+    return std::nullopt;
+}
+
+// A format may name its channels as a number or as a choice, whose first value is the default.
+int channelsOfFormat(const spa_pod& format) {
+    const spa_pod_prop* property = spa_pod_find_prop(&format, nullptr, SPA_FORMAT_AUDIO_channels);
+    if (property == nullptr) {
+        return 0;
+    }
+    std::uint32_t valueCount = 0;
+    std::uint32_t choice = 0;
+    const spa_pod* values = spa_pod_get_values(&property->value, &valueCount, &choice);
+    if (values == nullptr || values->type != SPA_TYPE_Int || valueCount == 0) {
+        return 0;
+    }
+    const int channels = *static_cast<const std::int32_t*>(SPA_POD_BODY_CONST(values));
+    return std::clamp(channels, 0, static_cast<int>(SPA_AUDIO_MAX_CHANNELS));
+}
+
+// The default's name out of {"name":"…"}.
+std::string nameInValue(const char* value) {
+    const auto json = value != nullptr ? JSONValue::parse(value) : std::nullopt;
+    const JSONValue* name = json ? json->member("name") : nullptr;
+    const auto* string = name != nullptr ? std::get_if<std::string>(&name->content) : nullptr;
+    return string != nullptr ? *string : std::string();
+}
+
+}  // namespace
+
+struct AudioGraph::BoundNode {
+    AudioGraph& graph;
+    AudioNode node;
+    pw_proxy* proxy = nullptr;
+    spa_hook hook = {};
+
+    BoundNode(AudioGraph& owner, pw_proxy* bound) : graph(owner), proxy(bound) {}
+    ~BoundNode() {
+        spa_hook_remove(&hook);
+        pw_proxy_destroy(proxy);
+    }
+    BoundNode(const BoundNode&) = delete;
+    BoundNode& operator=(const BoundNode&) = delete;
+
+    void listen();
+    static void onInfo(void* data, const pw_node_info* info);
+    static void onParam(void* data, int sequence, std::uint32_t id, std::uint32_t index,
+                        std::uint32_t next, const spa_pod* param);
+};
+
+void AudioGraph::BoundNode::listen() {
+    static const pw_node_events events = [] {
+        pw_node_events e = {};
+        e.version = PW_VERSION_NODE_EVENTS;
+        e.info = onInfo;
+        e.param = onParam;
+        return e;
+    }();
+    auto* interface = reinterpret_cast<pw_node*>(proxy);
+    pw_node_add_listener(interface, &hook, &events, this);
+    std::uint32_t ids[] = {SPA_PARAM_EnumFormat};
+    pw_node_subscribe_params(interface, ids, 1);
+}
+
+// The registry's own properties are a selection; the node's are all of them.
+void AudioGraph::BoundNode::onInfo(void* data, const pw_node_info* info) {
+    auto& self = *static_cast<BoundNode*>(data);
+    if (info == nullptr || info->props == nullptr ||
+        (info->change_mask & PW_NODE_CHANGE_MASK_PROPS) == 0) {
+        return;
+    }
+    const std::string isVirtual = text(*info->props, PW_KEY_NODE_VIRTUAL);
+    self.node.isVirtual =
+        text(*info->props, PW_KEY_DEVICE_ID).empty() || isVirtual == "true" || isVirtual == "1";
+    self.node.name = text(*info->props, PW_KEY_NODE_NAME);
+    self.node.description = text(*info->props, PW_KEY_NODE_DESCRIPTION);
+    self.graph.changed_();
+}
+
+void AudioGraph::BoundNode::onParam(void* data, int, std::uint32_t id, std::uint32_t, std::uint32_t,
+                                    const spa_pod* param) {
+    auto& self = *static_cast<BoundNode*>(data);
+    if (id != SPA_PARAM_EnumFormat || param == nullptr) {
+        return;
+    }
+    if (const int channels = channelsOfFormat(*param);
+        channels > 0 && channels != self.node.channelCount) {
+        self.node.channelCount = channels;
+        self.graph.changed_();
+    }
+}
+
+AudioGraph::AudioGraph(pw_core* core, std::function<void()> changed)
+    : core_(core), changed_(std::move(changed)) {
+    static const pw_registry_events events = [] {
+        pw_registry_events e = {};
+        e.version = PW_VERSION_REGISTRY_EVENTS;
+        e.global = onGlobal;
+        e.global_remove = onGlobalRemove;
+        return e;
+    }();
+    registry_ = pw_core_get_registry(core_, PW_VERSION_REGISTRY, 0);
+    if (registry_ != nullptr) {
+        pw_registry_add_listener(registry_, &registryHook_, &events, this);
+    }
+    pendingSync_ = pw_core_sync(core_, PW_ID_CORE, 0);
+}
+
+AudioGraph::~AudioGraph() {
+    nodes_.clear();
+    if (metadata_ != nullptr) {
+        spa_hook_remove(&metadataHook_);
+        pw_proxy_destroy(metadata_);
+    }
+    if (registry_ != nullptr) {
+        spa_hook_remove(&registryHook_);
+        pw_proxy_destroy(reinterpret_cast<pw_proxy*>(registry_));
+    }
+}
+
+// The first reply says that all objects have been told of, the second that those which were bound
+// while that happened have told of themselves.
+void AudioGraph::syncDone(int sequence) {
+    if (sequence != pendingSync_ || syncsDone_ >= syncsNeeded) {
+        return;
+    }
+    if (++syncsDone_ < syncsNeeded) {
+        pendingSync_ = pw_core_sync(core_, PW_ID_CORE, 0);
+    }
+    changed_();
+}
+
+std::vector<const AudioNode*> AudioGraph::nodes() const {
+    std::vector<const AudioNode*> result;
+    for (const auto& bound : nodes_) {
+        result.push_back(&bound->node);
+    }
+    return result;
+}
+
+const AudioNode* AudioGraph::node(std::uint32_t id) const {
+    const auto found = std::find_if(nodes_.begin(), nodes_.end(),
+                                    [id](const auto& bound) { return bound->node.id == id; });
+    return found != nodes_.end() ? &(*found)->node : nullptr;
+}
+
+const AudioNode* AudioGraph::outputOrInput(const std::string& name, bool wantsInput) const {
+    for (const auto& bound : nodes_) {
+        const AudioNode& node = bound->node;
+        if (!name.empty() && node.name == name && (wantsInput ? node.isInput() : node.isOutput())) {
+            return &node;
+        }
+    }
+    return nullptr;
+}
+
+const AudioNode* AudioGraph::defaultSource() const {
+    return outputOrInput(defaultSourceName_, true);
+}
+
+const AudioNode* AudioGraph::defaultSink() const {
+    return outputOrInput(defaultSinkName_, false);
+}
+
+std::vector<std::uint32_t> AudioGraph::nodesLinkedInto(std::uint32_t nodeID) const {
+    std::vector<std::uint32_t> result;
+    for (const auto& [id, link] : links_) {
+        if (link.inputNode == nodeID) {
+            result.push_back(link.outputNode);
+        }
+    }
+    return result;
+}
+
+void AudioGraph::onGlobal(void* data, std::uint32_t id, std::uint32_t, const char* type,
+                          std::uint32_t, const spa_dict* properties) {
+    auto& self = *static_cast<AudioGraph*>(data);
+    if (properties == nullptr) {
+        return;
+    }
+    if (std::strcmp(type, PW_TYPE_INTERFACE_Node) == 0) {
+        self.addNode(id, *properties);
+    } else if (std::strcmp(type, PW_TYPE_INTERFACE_Link) == 0) {
+        self.links_[id] = {number(*properties, PW_KEY_LINK_OUTPUT_NODE),
+                           number(*properties, PW_KEY_LINK_INPUT_NODE)};
+        self.changed_();
+    } else if (std::strcmp(type, PW_TYPE_INTERFACE_Metadata) == 0) {
+        self.addMetadata(id, *properties);
+    }
+}
+
+void AudioGraph::addNode(std::uint32_t id, const spa_dict& properties) {
+    const auto kind = kindOfClass(text(properties, PW_KEY_MEDIA_CLASS));
+    if (!kind) {
+        return;
+    }
+    auto* proxy = static_cast<pw_proxy*>(
+        pw_registry_bind(registry_, id, PW_TYPE_INTERFACE_Node, PW_VERSION_NODE, 0));
+    if (proxy == nullptr) {
+        return;
+    }
+    auto bound = std::make_unique<BoundNode>(*this, proxy);
+    bound->node.id = id;
+    bound->node.serial = text(properties, PW_KEY_OBJECT_SERIAL);
+    bound->node.kind = *kind;
+    bound->node.name = text(properties, PW_KEY_NODE_NAME);
+    bound->node.description = text(properties, PW_KEY_NODE_DESCRIPTION);
+    bound->listen();
+    nodes_.push_back(std::move(bound));
+    changed_();
+}
+
+void AudioGraph::addMetadata(std::uint32_t id, const spa_dict& properties) {
+    if (metadata_ != nullptr || text(properties, PW_KEY_METADATA_NAME) != "default") {
+        return;
+    }
+    metadata_ = static_cast<pw_proxy*>(
+        pw_registry_bind(registry_, id, PW_TYPE_INTERFACE_Metadata, PW_VERSION_METADATA, 0));
+    if (metadata_ == nullptr) {
+        return;
+    }
+    static const pw_metadata_events events = [] {
+        pw_metadata_events e = {};
+        e.version = PW_VERSION_METADATA_EVENTS;
+        e.property = onMetadata;
+        return e;
+    }();
+    metadataID_ = id;
+    pw_metadata_add_listener(reinterpret_cast<pw_metadata*>(metadata_), &metadataHook_, &events,
+                             this);
+}
+
+int AudioGraph::onMetadata(void* data, std::uint32_t subject, const char* key, const char*,
+                           const char* value) {
+    auto& self = *static_cast<AudioGraph*>(data);
+    if (subject != PW_ID_CORE) {
+        return 0;
+    }
+    self.defaultsSeen_ = true;
+    // Without a key all of the subject's keys are gone.
+    if (key == nullptr || std::strcmp(key, "default.audio.source") == 0) {
+        self.defaultSourceName_ = nameInValue(key != nullptr ? value : nullptr);
+    }
+    if (key == nullptr || std::strcmp(key, "default.audio.sink") == 0) {
+        self.defaultSinkName_ = nameInValue(key != nullptr ? value : nullptr);
+    }
+    self.changed_();
+    return 0;
+}
+
+void AudioGraph::onGlobalRemove(void* data, std::uint32_t id) {
+    auto& self = *static_cast<AudioGraph*>(data);
+    if (self.metadata_ != nullptr && id == self.metadataID_) {
+        spa_hook_remove(&self.metadataHook_);
+        pw_proxy_destroy(std::exchange(self.metadata_, nullptr));
+        self.defaultSourceName_.clear();
+        self.defaultSinkName_.clear();
+    }
+    self.links_.erase(id);
+    std::erase_if(self.nodes_, [id](const auto& bound) { return bound->node.id == id; });
+    self.changed_();
+}
+
+}  // namespace TarvaneKit

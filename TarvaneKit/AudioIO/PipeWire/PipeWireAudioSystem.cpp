@@ -1,0 +1,67 @@
+#include "AudioIO/PipeWire/PipeWireAudioSystem.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "AudioIO/AudioIOError.h"
+#include "AudioIO/PipeWire/PipeWireConnection.h"
+#include "AudioIO/PipeWire/PipeWireInputEngine.h"
+#include "AudioIO/PipeWire/SystemAudioTapSource.h"
+
+namespace TarvaneKit {
+
+PipeWireAudioSystem::PipeWireAudioSystem() : connection_(std::make_shared<PipeWireConnection>()) {}
+
+PipeWireAudioSystem::~PipeWireAudioSystem() {
+    connection_->setChangedHandler(nullptr);
+}
+
+std::vector<AudioInputDevice> PipeWireAudioSystem::availableInputDevices() {
+    return connection_->inputDevices();
+}
+
+int PipeWireAudioSystem::inputChannelCount(std::uint32_t deviceID) {
+    try {
+        const auto devices = connection_->inputDevices();
+        const auto found = std::find_if(devices.begin(), devices.end(),
+                                        [&](const auto& device) { return device.id == deviceID; });
+        return found != devices.end() ? found->channelCount : 0;
+    } catch (const AudioIOError&) {
+        return 0;
+    }
+}
+
+std::optional<std::uint32_t> PipeWireAudioSystem::defaultInputDeviceID() {
+    return connection_->defaultInputDeviceID();
+}
+
+std::optional<TransportType> PipeWireAudioSystem::transportType(std::uint32_t deviceID) {
+    return connection_->transportType(deviceID);
+}
+
+MicrophoneAuthorization PipeWireAudioSystem::microphoneAuthorizationStatus() {
+    return MicrophoneAuthorization::authorized;
+}
+
+void PipeWireAudioSystem::requestMicrophoneAccess(std::function<void(bool)> completion) {
+    completion(true);
+}
+
+std::unique_ptr<MultiChannelAudioSource> PipeWireAudioSystem::makeDeviceSource(
+    const std::optional<AudioInputDevice>& device) {
+    auto source = std::make_unique<PipeWireInputEngine>(connection_);
+    if (device) {
+        source->selectDevice(*device);
+    }
+    return source;
+}
+
+std::unique_ptr<MultiChannelAudioSource> PipeWireAudioSystem::makeSystemOutputSource() {
+    return std::make_unique<SystemAudioTapSource>(connection_);
+}
+
+void PipeWireAudioSystem::setDevicesChangedHandler(std::function<void()> handler) {
+    connection_->setChangedHandler(std::move(handler));
+}
+
+}  // namespace TarvaneKit

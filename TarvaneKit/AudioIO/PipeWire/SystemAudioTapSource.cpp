@@ -1,0 +1,55 @@
+#include "AudioIO/PipeWire/SystemAudioTapSource.h"
+
+#include <utility>
+
+#include "AudioIO/PipeWire/CaptureSession.h"
+
+namespace TarvaneKit {
+
+namespace {
+
+constexpr double rateBeforeFirstStart = 48000.0;
+
+}  // namespace
+
+SystemAudioTapSource::SystemAudioTapSource(std::shared_ptr<PipeWireConnection> connection)
+    : session_(std::make_unique<CaptureSession>(
+          std::move(connection), CaptureSession::Identity{.nodeName = "tarvane-system-output",
+                                                          .description = "Tarvane System Output",
+                                                          .mediaName = "System Output",
+                                                          .threadName = "tarvane-output"})) {}
+
+SystemAudioTapSource::~SystemAudioTapSource() = default;
+
+double SystemAudioTapSource::sampleRate() const {
+    const int rate = session_->sampleRate();
+    return rate > 0 ? rate : rateBeforeFirstStart;
+}
+
+void SystemAudioTapSource::start() {
+    try {
+        session_->start(
+            CaptureSession::Target::defaultOutput, std::nullopt,
+            [this](const float* const* channels, int count, int frameCount) {
+                if (onAudioBuffer) {
+                    onAudioBuffer(channels, count, frameCount);
+                }
+            },
+            onLoss);
+    } catch (const CaptureFailure& failure) {
+        if (failure.reason == CaptureFailure::Reason::noServer) {
+            throw AudioIOError::systemAudioUnavailable();
+        }
+        throw AudioIOError::systemAudioTapFailed(failure.status);
+    }
+}
+
+void SystemAudioTapSource::stop() {
+    session_->stop();
+}
+
+CaptureStatistics SystemAudioTapSource::statistics() const {
+    return session_->statistics();
+}
+
+}  // namespace TarvaneKit

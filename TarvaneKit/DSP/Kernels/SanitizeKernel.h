@@ -1,0 +1,11 @@
+// The entrance of samples from a device: what isn't a number counts as silence from here on, so
+// that nothing behind has to ask. Called on the capture thread for every block.
+#pragma once
+
+namespace TarvaneKit {
+
+/// Copies `count` samples, each NaN or infinity as 0, and returns the largest magnitude copied;
+/// 0 for no samples. `in` and `out` may be the same buffer.
+float copySanitized(const float* in, float* out, int count);
+
+}  // namespace TarvaneKit

@@ -1,0 +1,60 @@
+#include "DSP/LeqAccumulator.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "Core/Contract.h"
+
+namespace TarvaneKit {
+
+namespace {
+
+constexpr double meanSquareFloor = 1e-24;
+
+}  // namespace
+
+LeqAccumulator::LeqAccumulator(double integrationSeconds, double sampleRate)
+    : integrationSeconds_(integrationSeconds), sampleRate_(sampleRate) {
+    TARVANE_PRECONDITION(sampleRate > 0.0);
+}
+
+void LeqAccumulator::setIntegrationSeconds(double integrationSeconds) {
+    integrationSeconds_ = integrationSeconds;
+    reset();
+}
+
+void LeqAccumulator::reset() {
+    sumOfSquares_ = 0.0;
+    elapsedSeconds_ = 0.0;
+}
+
+void LeqAccumulator::processBlock(std::span<const double> samples) {
+    double blockSumOfSquares = 0.0;
+    for (const double sample : samples) {
+        blockSumOfSquares += sample * sample;
+    }
+    advance(blockSumOfSquares, static_cast<int>(samples.size()));
+}
+
+void LeqAccumulator::advance(double blockSumOfSquares, int sampleCount) {
+    if (sampleCount == 0) {
+        return;
+    }
+    sumOfSquares_ += blockSumOfSquares;
+    elapsedSeconds_ += sampleCount / sampleRate_;
+}
+
+double LeqAccumulator::elapsedFraction() const {
+    return integrationSeconds_ > 0.0 ? std::min(elapsedSeconds_ / integrationSeconds_, 1.0) : 0.0;
+}
+
+double LeqAccumulator::currentLeqDB() const {
+    if (!(elapsedSeconds_ > 0.0)) {
+        return -std::numeric_limits<double>::infinity();
+    }
+    const double meanSquare = sumOfSquares_ / (elapsedSeconds_ * sampleRate_);
+    return 10.0 * std::log10(meanSquare > meanSquareFloor ? meanSquare : meanSquareFloor);
+}
+
+}  // namespace TarvaneKit

@@ -1,0 +1,61 @@
+#include "DSP/WeightingBank.h"
+
+#include <cmath>
+#include <map>
+#include <mutex>
+
+#include "DSP/WeightingFilter.h"
+
+namespace TarvaneKit {
+
+namespace {
+
+WeightingPoles polesOf(const WeightingFilter& a) {
+    const auto& sections = a.sections();
+    return {
+        .p1 = -sections[0].a1, .p2 = -sections[4].a1, .p3 = -sections[5].a1, .p4 = -sections[2].a1};
+}
+
+// What the kernel leaves out: every section's b0, and the filter's gain.
+double scaleOf(const WeightingFilter& filter) {
+    double scale = filter.gain();
+    for (const FirstOrderSection& section : filter.sections()) {
+        scale *= section.b0;
+    }
+    return scale;
+}
+
+// The tables hold 60 KB and depend on the rate alone, so all channels of a rate share them.
+std::shared_ptr<const WeightingTables> sharedTables(const WeightingFilter& a, double sampleRate) {
+    static std::mutex lock;
+    static std::map<double, std::weak_ptr<const WeightingTables>> tablesByRate;
+    const std::lock_guard guard(lock);
+    auto& entry = tablesByRate[sampleRate];
+    auto tables = entry.lock();
+    if (!tables) {
+        tables = std::make_shared<const WeightingTables>(polesOf(a));
+        entry = tables;
+    }
+    return tables;
+}
+
+}  // namespace
+
+WeightingBank::WeightingBank(double sampleRate) {
+    const WeightingFilter a(Weighting::a, sampleRate);
+    const WeightingFilter c(Weighting::c, sampleRate);
+    tables_ = sharedTables(a, sampleRate);
+    scaleA_ = scaleOf(a);
+    scaleC_ = scaleOf(c);
+}
+
+std::array<WeightedRun, 3> WeightingBank::process(std::span<const float> samples, double gain) {
+    const WeightingSums sums =
+        weightBlock(*tables_, gain, samples.data(), static_cast<int>(samples.size()), carry_);
+    return {
+        WeightedRun{sums.sumOfSquaresA * scaleA_ * scaleA_, std::sqrt(sums.squaredPeakA) * scaleA_},
+        WeightedRun{sums.sumOfSquaresC * scaleC_ * scaleC_, std::sqrt(sums.squaredPeakC) * scaleC_},
+        WeightedRun{sums.sumOfSquaresZ, sums.peakZ}};
+}
+
+}  // namespace TarvaneKit

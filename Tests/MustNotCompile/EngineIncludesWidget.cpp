@@ -1,0 +1,5 @@
+// The engine runs without a window.
+#include "MeterEngine.h"
+#ifdef FORBIDDEN
+#include <QWidget>
+#endif

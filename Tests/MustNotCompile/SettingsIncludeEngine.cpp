@@ -1,0 +1,5 @@
+// The settings store lies under the engine.
+#include "Persistence.h"
+#ifdef FORBIDDEN
+#include "MeterEngine.h"
+#endif

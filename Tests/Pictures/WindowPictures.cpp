@@ -1,0 +1,184 @@
+// Writes pictures of the windows in every state, for people to look at: run it with the folder
+// to write to, on any Qt platform, with QT_SCALE_FACTOR for other scales.
+
+#include <QApplication>
+#include <QDir>
+#include <QMessageBox>
+#include <QTabWidget>
+#include <QTest>
+#include <cmath>
+#include <iostream>
+#include <numbers>
+
+#include "LiveMeterData.h"
+#include "MainWindow.h"
+#include "MeterEngine.h"
+#include "Preferences/PreferencesWindow.h"
+#include "Support/FakeAudioSystem.h"
+#include "Support/ManualTime.h"
+#include "Support/MemoryStore.h"
+#include "TarvaneApplication.h"
+
+namespace {
+
+using TarvaneApp::MeterEngine;
+using TarvaneKit::InputClipState;
+
+class Stage {
+  public:
+    explicit Stage(QString folder) : folder_(std::move(folder)) {
+        audio.plugIn({.id = 7, .uid = "mic", .name = "Measurement Microphone", .channelCount = 2});
+        audio.setDefaultInput(7);
+        audio.behaviour("").channelCount = 2;
+        window.show();
+        settle();
+    }
+
+    static void settle() {
+        for (int i = 0; i < 5; ++i) {
+            QTest::qWait(10);
+        }
+    }
+
+    void start() {
+        engine.start();
+        while (engine.isStarting()) {
+            settle();
+        }
+    }
+
+    // `seconds` of a 1 kHz sine of that amplitude.
+    void play(double seconds, double amplitude) {
+        std::vector<float> block(480);
+        for (int n = 0; n < static_cast<int>(seconds * 100.0); ++n) {
+            for (std::size_t i = 0; i < block.size(); ++i) {
+                block[i] = static_cast<float>(
+                    amplitude * std::sin(2.0 * std::numbers::pi * static_cast<double>(i) / 48.0));
+            }
+            audio.feed("", {block, block});
+            clock.advance(0.01);
+            if (n % 5 == 0) {
+                timer.fire();
+                QTest::qWait(2);
+            }
+        }
+        settle();
+    }
+
+    void shoot(const QString& name, QWidget& widget) const {
+        settle();
+        const QString path = QDir(folder_).filePath(name + QStringLiteral(".png"));
+        if (!widget.grab().save(path)) {
+            std::cerr << "can't write " << path.toStdString() << '\n';
+        }
+    }
+
+    void shootSizes(const QString& state) {
+        for (const QSize size : {QSize(900, 260), QSize(900, 430), QSize(1280, 720),
+                                 QSize(1920, 1080), QSize(3840, 2160)}) {
+            window.resize(size);
+            shoot(QStringLiteral("%1-%2x%3").arg(state).arg(size.width()).arg(size.height()),
+                  window);
+        }
+        window.resize(1000, 460);
+    }
+
+    TarvaneTests::FakeAudioSystem audio;
+    TarvaneTests::MemoryStore store;
+    TarvaneTests::ManualClock clock;
+    TarvaneTests::ManualTickTimer timer;
+    MeterEngine engine{{.audio = audio, .store = store, .clock = clock, .displayTimer = timer}};
+    TarvaneApp::MainWindow window{engine, {.showSettings = [] {}, .quit = [] {}}};
+
+  private:
+    QString folder_;
+};
+
+TarvaneKit::CalibrationProfile calibrated() {
+    TarvaneKit::CalibrationProfile profile;
+    profile.reference = TarvaneKit::ReferenceCalibration{.offsetDB = 124.3,
+                                                         .referenceDeviceUID = {},
+                                                         .referenceDeviceName = {},
+                                                         .calibratedAt = {},
+                                                         .inputGainDB = {}};
+    return profile;
+}
+
+void shootAll(Stage& stage) {
+    using TarvaneApp::MetricMode;
+    stage.shootSizes("idle");
+    stage.audio.behaviour("").opensSlowly = true;
+    stage.engine.start();
+    stage.shoot("starting", stage.window);
+    stage.audio.open("");
+    while (stage.engine.isStarting()) {
+        Stage::settle();
+    }
+    stage.play(1.0, 0.1);
+    stage.play(1.5, 0.03);
+    stage.shootSizes("running-dbfs");
+    stage.engine.calibration.set(calibrated());
+    stage.play(0.5, 0.03);
+    stage.engine.resetMinMax();
+    stage.play(1.5, 0.12);
+    stage.shootSizes("running-spl");
+    stage.engine.pause();
+    stage.shoot("paused", stage.window);
+    stage.engine.resume();
+    stage.play(0.3, 1.0);
+    stage.shootSizes("clipping");
+    stage.play(2.5, 0.12);
+    stage.shoot("latched", stage.window);
+    stage.engine.updateDisplay(TarvaneKit::UUID::main(),
+                               [](auto& display) { display.metricMode = MetricMode::leq; });
+    stage.play(3.0, 0.12);
+    stage.shoot("leq", stage.window);
+    stage.engine.updateDisplay(TarvaneKit::UUID::main(),
+                               [](auto& display) { display.metricMode = MetricMode::peak; });
+    stage.engine.mainInputIsStereo.set(true);
+    stage.engine.stop();
+    stage.start();
+    stage.play(1.0, 0.12);
+    stage.shootSizes("stereo-peak");
+    stage.engine.stop();
+    stage.audio.behaviour("").startError = TarvaneKit::AudioIOError::noInputAvailable();
+    stage.start();
+    Stage::settle();
+    if (auto* box = stage.window.findChild<QMessageBox*>()) {
+        stage.shoot("failed-alert", *box);
+        box->accept();
+    }
+    stage.shoot("failed", stage.window);
+    stage.audio.behaviour("").startError = std::nullopt;
+    QTest::keyClick(&stage.window, Qt::Key_Tab);
+    stage.shoot("focus-1", stage.window);
+    QTest::keyClick(&stage.window, Qt::Key_Tab);
+    stage.shoot("focus-2", stage.window);
+
+    TarvaneApp::PreferencesWindow preferences(stage.engine);
+    preferences.show();
+    stage.shoot("preferences-audio", preferences);
+    stage.engine.isRunning.set(true);
+    stage.engine.selectedDeviceUID.set("mic");
+    stage.engine.selectedDeviceUID.set(TarvaneKit::systemOutputUID);
+    stage.shoot("preferences-audio-restart", preferences);
+    stage.engine.isRunning.set(false);
+    preferences.findChild<QTabWidget*>()->setCurrentIndex(1);
+    stage.shoot("preferences-leq", preferences);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    if (argc != 2) {
+        std::cerr << "usage: TarvaneWindowPictures <folder>\n";
+        return 2;
+    }
+    TarvaneApp::TarvaneApplication::introduce();
+    const QString folder = QString::fromLocal8Bit(argv[1]);
+    QDir().mkpath(folder);
+    Stage stage(folder);
+    shootAll(stage);
+    return 0;
+}

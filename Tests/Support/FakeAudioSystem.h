@@ -1,0 +1,250 @@
+// A made-up audio system: devices that the test plugs in and out, and sources that open slowly,
+// fail, or die when told to, and deliver exactly what the test feeds them.
+#pragma once
+
+#include <algorithm>
+#include <condition_variable>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "AudioIO/AudioSystem.h"
+
+namespace TarvaneTests {
+
+/// How the sources of one uid behave; "" stands for the default input.
+struct SourceBehaviour {
+    double sampleRate = 48000.0;
+    int channelCount = 1;
+    std::optional<TarvaneKit::AudioIOError> startError;
+    /// `start()` waits until the test calls `FakeAudioSystem::open` for that uid.
+    bool opensSlowly = false;
+    /// Dies inside `start()`, just ahead of its return.
+    std::optional<TarvaneKit::AudioSourceLoss> diesAtOnce;
+};
+
+class FakeAudioSystem final : public TarvaneKit::AudioSystem {
+  public:
+    class Source;
+
+    // The test's side.
+
+    void plugIn(const TarvaneKit::AudioInputDevice& device) {
+        {
+            const std::lock_guard hold(lock_);
+            devices_.push_back(device);
+            behaviours_[device.uid].channelCount = device.channelCount;
+        }
+        tellDevicesChanged();
+    }
+    void unplug(const std::string& uid) {
+        {
+            const std::lock_guard hold(lock_);
+            std::erase_if(devices_, [&](const auto& device) { return device.uid == uid; });
+        }
+        tellDevicesChanged();
+    }
+    void setDefaultInput(std::optional<std::uint32_t> id) {
+        const std::lock_guard hold(lock_);
+        defaultID_ = id;
+    }
+    void setVirtual(std::uint32_t id) {
+        const std::lock_guard hold(lock_);
+        virtualIDs_.push_back(id);
+    }
+    void setListingError(std::optional<TarvaneKit::AudioIOError> error) {
+        const std::lock_guard hold(lock_);
+        listingError_ = std::move(error);
+    }
+    void setAuthorization(TarvaneKit::MicrophoneAuthorization authorization) {
+        authorization_ = authorization;
+    }
+    SourceBehaviour& behaviour(const std::string& uid) { return behaviours_[uid]; }
+
+    /// Lets slow starts of that uid go on.
+    void open(const std::string& uid) {
+        const std::lock_guard hold(lock_);
+        behaviours_[uid].opensSlowly = false;
+        opened_.notify_all();
+    }
+
+    /// Delivers one block to every running source of that uid; true when there was one.
+    bool feed(const std::string& uid, const std::vector<std::vector<float>>& channels);
+    /// Every running source of that uid dies.
+    void lose(const std::string& uid, TarvaneKit::AudioSourceLoss loss);
+
+    int runningCount() const {
+        const std::lock_guard hold(lock_);
+        return static_cast<int>(running_.size());
+    }
+    int madeCount() const {
+        const std::lock_guard hold(lock_);
+        return static_cast<int>(made_.size());
+    }
+    /// The uids of all sources made so far, sorted: plans open in parallel.
+    std::vector<std::string> madeUIDs() const {
+        const std::lock_guard hold(lock_);
+        auto uids = made_;
+        std::ranges::sort(uids);
+        return uids;
+    }
+    int permissionRequests() const { return permissionRequests_; }
+    /// Sources whose callback was cleared while they could still deliver.
+    int clearedTooEarly() const { return clearedTooEarly_; }
+    void answerPermission(bool granted) { std::exchange(permission_, nullptr)(granted); }
+
+    // The engine's side.
+
+    std::vector<TarvaneKit::AudioInputDevice> availableInputDevices() override {
+        const std::lock_guard hold(lock_);
+        if (listingError_) {
+            throw *listingError_;
+        }
+        return devices_;
+    }
+    int inputChannelCount(std::uint32_t deviceID) override {
+        const std::lock_guard hold(lock_);
+        const auto found = std::ranges::find(devices_, deviceID, &TarvaneKit::AudioInputDevice::id);
+        return found != devices_.end() ? found->channelCount : 0;
+    }
+    std::optional<std::uint32_t> defaultInputDeviceID() override {
+        const std::lock_guard hold(lock_);
+        return defaultID_;
+    }
+    std::optional<TarvaneKit::TransportType> transportType(std::uint32_t deviceID) override {
+        const std::lock_guard hold(lock_);
+        return std::ranges::count(virtualIDs_, deviceID) > 0
+                   ? TarvaneKit::TransportType::virtualDevice
+                   : TarvaneKit::TransportType::hardware;
+    }
+    TarvaneKit::MicrophoneAuthorization microphoneAuthorizationStatus() override {
+        return authorization_;
+    }
+    void requestMicrophoneAccess(std::function<void(bool)> completion) override {
+        ++permissionRequests_;
+        permission_ = std::move(completion);
+    }
+    std::unique_ptr<TarvaneKit::MultiChannelAudioSource> makeDeviceSource(
+        const std::optional<TarvaneKit::AudioInputDevice>& device) override {
+        return make(device ? device->uid : "");
+    }
+    std::unique_ptr<TarvaneKit::MultiChannelAudioSource> makeSystemOutputSource() override {
+        return make(TarvaneKit::systemOutputUID);
+    }
+    void setDevicesChangedHandler(std::function<void()> handler) override {
+        const std::lock_guard hold(lock_);
+        devicesChanged_ = std::move(handler);
+    }
+
+  private:
+    std::unique_ptr<TarvaneKit::MultiChannelAudioSource> make(const std::string& uid);
+    void tellDevicesChanged() {
+        std::function<void()> handler;
+        {
+            const std::lock_guard hold(lock_);
+            handler = devicesChanged_;
+        }
+        if (handler) {
+            handler();
+        }
+    }
+
+    mutable std::mutex lock_;
+    std::condition_variable opened_;
+    std::vector<TarvaneKit::AudioInputDevice> devices_;
+    std::optional<std::uint32_t> defaultID_;
+    std::vector<std::uint32_t> virtualIDs_;
+    std::optional<TarvaneKit::AudioIOError> listingError_;
+    TarvaneKit::MicrophoneAuthorization authorization_ =
+        TarvaneKit::MicrophoneAuthorization::authorized;
+    std::map<std::string, SourceBehaviour> behaviours_;
+    std::vector<std::string> made_;
+    std::vector<Source*> running_;
+    std::function<void()> devicesChanged_;
+    std::function<void(bool)> permission_;
+    int permissionRequests_ = 0;
+    int clearedTooEarly_ = 0;
+};
+
+class FakeAudioSystem::Source final : public TarvaneKit::MultiChannelAudioSource {
+  public:
+    Source(FakeAudioSystem& system, std::string uid) : system_(system), uid_(std::move(uid)) {}
+    ~Source() override {
+        const std::lock_guard hold(system_.lock_);
+        if (std::erase(system_.running_, this) > 0) {
+            ++system_.clearedTooEarly_;
+        }
+    }
+
+    double sampleRate() const override { return system_.behaviours_.at(uid_).sampleRate; }
+
+    void start() override {
+        std::unique_lock hold(system_.lock_);
+        SourceBehaviour& behaviour = system_.behaviours_[uid_];
+        system_.opened_.wait(hold, [&] { return !behaviour.opensSlowly; });
+        if (behaviour.startError) {
+            throw *behaviour.startError;
+        }
+        system_.running_.push_back(this);
+        const auto dies = behaviour.diesAtOnce;
+        hold.unlock();
+        if (dies) {
+            onLoss(*dies);
+        }
+    }
+
+    void stop() override {
+        const std::lock_guard hold(system_.lock_);
+        std::erase(system_.running_, this);
+    }
+
+    const std::string& uid() const { return uid_; }
+
+  private:
+    FakeAudioSystem& system_;
+    const std::string uid_;
+};
+
+inline std::unique_ptr<TarvaneKit::MultiChannelAudioSource> FakeAudioSystem::make(
+    const std::string& uid) {
+    const std::lock_guard hold(lock_);
+    made_.push_back(uid);
+    behaviours_.try_emplace(uid);
+    return std::make_unique<Source>(*this, uid);
+}
+
+inline bool FakeAudioSystem::feed(const std::string& uid,
+                                  const std::vector<std::vector<float>>& channels) {
+    std::vector<const float*> pointers;
+    for (const auto& channel : channels) {
+        pointers.push_back(channel.data());
+    }
+    const std::lock_guard hold(lock_);
+    bool fed = false;
+    for (Source* source : running_) {
+        if (source->uid() == uid) {
+            source->onAudioBuffer(pointers.data(), static_cast<int>(pointers.size()),
+                                  channels.empty() ? 0 : static_cast<int>(channels[0].size()));
+            fed = true;
+        }
+    }
+    return fed;
+}
+
+inline void FakeAudioSystem::lose(const std::string& uid, TarvaneKit::AudioSourceLoss loss) {
+    std::vector<Source*> dying;
+    {
+        const std::lock_guard hold(lock_);
+        std::ranges::copy_if(running_, std::back_inserter(dying),
+                             [&](const Source* source) { return source->uid() == uid; });
+    }
+    for (Source* source : dying) {
+        source->onLoss(loss);
+    }
+}
+
+}  // namespace TarvaneTests

@@ -1,0 +1,222 @@
+#include "ChannelProcessor.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "Core/RealtimeScope.h"
+#include "EngineFixture.h"
+#include "Support/RealtimeGuard.h"
+
+namespace TarvaneApp {
+namespace {
+
+using TarvaneKit::SPLMetric;
+using TarvaneKit::TimeWeighting;
+using TarvaneKit::UUID;
+using TarvaneKit::Weighting;
+using TarvaneTests::sine;
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+const SPLMetric zNone = SPLMetric::spl(Weighting::z, TimeWeighting::none);
+const SPLMetric zPeak = SPLMetric::peak(Weighting::z);
+
+ChannelFrame analyze(ChannelProcessor& processor) {
+    return processor.analyze({}, {});
+}
+
+void ingest(ChannelProcessor& processor, const std::vector<float>& left) {
+    processor.ingest(left.data(), nullptr, static_cast<int>(left.size()));
+}
+void ingest(ChannelProcessor& processor, const std::vector<float>& left,
+            const std::vector<float>& right) {
+    processor.ingest(left.data(), right.data(), static_cast<int>(left.size()));
+}
+
+class ChannelProcessorTests : public testing::Test {
+  protected:
+    ChannelProcessorTests() {
+        mono.configure({});
+        stereo.configure({});
+    }
+    ChannelProcessor mono{UUID::main(), false};
+    ChannelProcessor stereo{UUID::main(), true};
+};
+
+TEST_F(ChannelProcessorTests, dropsEverythingUntilConfigured) {
+    ChannelProcessor fresh(UUID::main(), false);
+    ingest(fresh, {1.0F, 0.5F});
+    EXPECT_EQ(fresh.value(zNone), -infinity);
+    EXPECT_EQ(fresh.values(std::array{zNone, zPeak}), (std::vector{-infinity, -infinity}));
+    EXPECT_FALSE(fresh.sideValues(zNone));
+    EXPECT_EQ(fresh.leqElapsedFraction(), 0.0);
+    EXPECT_EQ(analyze(fresh).peak, 0.0F);
+    fresh.configure({});
+    EXPECT_EQ(fresh.accumulatedCount(), 0);
+}
+
+TEST_F(ChannelProcessorTests, aDroppedBlockLeavesPeakAndMetersUnchanged) {
+    ingest(mono, sine(1000.0, 0.1, 4800));
+    analyze(mono);
+    const double before = mono.value(zPeak);
+    mono.setDropsIncomingAudio(true);
+    ingest(mono, {1.0F});
+    EXPECT_EQ(mono.value(zPeak), before);
+    EXPECT_EQ(analyze(mono).peak, 0.0F);
+    EXPECT_EQ(mono.accumulatedCount(), 4800);
+}
+
+TEST_F(ChannelProcessorTests, aStalledAnalysisCostsTheOldestSamplesAlone) {
+    for (int i = 0; i < 65536 / 256; ++i) {
+        ingest(mono, std::vector<float>(256, 0.25F));
+    }
+    EXPECT_EQ(mono.accumulatedCount(), 65536);
+    ingest(mono, std::vector<float>(256, 0.5F));
+    EXPECT_EQ(mono.accumulatedCount(), 16384);
+}
+
+TEST_F(ChannelProcessorTests, aMissingRightSideIsSilentAndKeepsTheBuffersAligned) {
+    ingest(stereo, sine(1000.0, 0.1, 4800));
+    EXPECT_EQ(stereo.accumulatedCount(), 4800);
+    EXPECT_EQ(stereo.accumulatedRightCount(), 4800);
+    const auto sides = stereo.sideValues(zNone);
+    ASSERT_TRUE(sides);
+    EXPECT_NEAR((*sides)[0], -23.0103, 0.001);
+    EXPECT_EQ((*sides)[1], -240.0);
+}
+
+TEST_F(ChannelProcessorTests, aMonoChannelIgnoresARightSide) {
+    ingest(mono, std::vector<float>(64, 0.1F), std::vector<float>(64, 1.0F));
+    EXPECT_NEAR(mono.value(zPeak), -20.0, 1e-6);
+    EXPECT_EQ(mono.accumulatedRightCount(), 0);
+    EXPECT_FLOAT_EQ(analyze(mono).peak, 0.1F);
+    EXPECT_FALSE(mono.sideValues(zNone));
+}
+
+TEST_F(ChannelProcessorTests, sidesCombineAsMeanEnergyAndHigherPeak) {
+    ingest(stereo, std::vector<float>(64, 0.1F), std::vector<float>(64, 0.0F));
+    // Half the energy of −20 dB; the silent side's −240 dB adds nothing.
+    EXPECT_NEAR(stereo.value(zNone), -20.0 - 10.0 * std::log10(2.0), 1e-6);
+    EXPECT_NEAR(stereo.value(zPeak), -20.0, 1e-6);
+    const auto values = stereo.values(std::array{zNone, zPeak});
+    EXPECT_EQ(values[0], stereo.value(zNone));
+    EXPECT_EQ(values[1], stereo.value(zPeak));
+}
+
+TEST_F(ChannelProcessorTests, aSideWithoutAValueCountsAsNoEnergy) {
+    // Only the left side gets blocks, so only its Leq has begun.
+    stereo.configureLeq(Weighting::z, 60.0);
+    ingest(stereo, std::vector<float>(4800, 0.1F));
+    const auto sides = stereo.sideValues(SPLMetric::leq("user"));
+    ASSERT_TRUE(sides);
+    EXPECT_EQ((*sides)[1], -infinity);
+    EXPECT_NEAR(stereo.value(SPLMetric::leq("user")), -23.0103, 0.001);
+    EXPECT_EQ(stereo.value(SPLMetric::leq("unknown")), -infinity);
+}
+
+TEST_F(ChannelProcessorTests, thePeakIsTheLargestOfEitherSideSinceTheLastAnalysis) {
+    ingest(stereo, {0.1F, -0.3F}, {0.2F, 0.0F});
+    ingest(stereo, {0.1F, 0.1F}, {-0.6F, 0.0F});
+    EXPECT_EQ(analyze(stereo).peak, 0.6F);
+    EXPECT_EQ(analyze(stereo).peak, 0.0F);
+}
+
+TEST_F(ChannelProcessorTests, samplesThatAreNotFiniteCountAsZeroAndPoisonNothing) {
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const float inf = std::numeric_limits<float>::infinity();
+    ingest(mono, {nan, inf, -inf, 0.5F, nan, -nan, inf});
+    EXPECT_EQ(analyze(mono).peak, 0.5F);
+    EXPECT_NEAR(mono.value(zPeak), 20.0 * std::log10(0.5), 1e-9);
+    for (int i = 0; i < 20; ++i) {
+        ingest(mono, sine(1000.0, 0.1, 4800, 4800 * i));
+    }
+    for (const auto weighting : TarvaneKit::allCases<Weighting>()) {
+        EXPECT_NEAR(mono.value(SPLMetric::spl(weighting, TimeWeighting::none)), -23.0103, 0.01);
+    }
+}
+
+TEST_F(ChannelProcessorTests, anEmptyBlockAddsNothing) {
+    mono.ingest(nullptr, nullptr, 0);
+    EXPECT_EQ(mono.accumulatedCount(), 0);
+    EXPECT_EQ(mono.value(zNone), -240.0);
+}
+
+TEST_F(ChannelProcessorTests, ingestAllocatesNothingOnceConfigured) {
+    const auto samples = sine(1000.0, 0.5, 8192);
+    const auto before = TarvaneTests::RealtimeGuard::counts().allocations;
+    {
+        const TarvaneKit::RealtimeScope scope;
+        for (int round = 0; round < 20; ++round) {
+            for (const int frames : {1, 64, 235, 236, 256, 1000, 8192}) {
+                mono.ingest(samples.data(), nullptr, frames);
+                stereo.ingest(samples.data(), samples.data(), frames);
+                stereo.ingest(samples.data(), nullptr, frames);
+            }
+        }
+    }
+    EXPECT_EQ(TarvaneTests::RealtimeGuard::counts().allocations, before);
+}
+
+TEST_F(ChannelProcessorTests, ingestLeavesTheCallersDenormalsAsTheyWere) {
+    const volatile float smallest = std::numeric_limits<float>::min();
+    ingest(mono, std::vector<float>(256, 1e-40F));
+    EXPECT_GT(smallest / 2.0F, 0.0F);
+}
+
+TEST_F(ChannelProcessorTests, aBlockLargerThanAnyBeforeIsOneBlock) {
+    ingest(mono, sine(1000.0, 0.1, 48000));
+    EXPECT_NEAR(mono.value(zNone), -23.0103, 0.001);
+    EXPECT_EQ(mono.accumulatedCount(), 48000);
+}
+
+TEST_F(ChannelProcessorTests, calibrationReachesBothSidesWithTheNextBlock) {
+    TarvaneKit::CalibrationProfile profile;
+    profile.reference = TarvaneKit::ReferenceCalibration{.offsetDB = 100.0,
+                                                         .referenceDeviceUID = {},
+                                                         .referenceDeviceName = {},
+                                                         .calibratedAt = {},
+                                                         .inputGainDB = {}};
+    stereo.setCalibration(profile);
+    ingest(stereo, sine(1000.0, 0.1, 4800), sine(1000.0, 0.1, 4800));
+    EXPECT_NEAR(stereo.value(zNone), 100.0 - 23.0103, 0.001);
+}
+
+TEST(RollingBuffer, keepsTheNewestInOrderAcrossTheRingsEnd) {
+    RollingBuffer buffer;
+    buffer.allocate();
+    float next = 0.0F;
+    const auto append = [&](int count) {
+        std::vector<float> block;
+        for (int i = 0; i < count; ++i) {
+            block.push_back(next++);
+        }
+        buffer.append(block);
+    };
+    for (int i = 0; i < 500; ++i) {
+        append(977);
+        std::vector<float> newest(static_cast<std::size_t>(std::min(buffer.count(), 5000)));
+        buffer.copyNewest(newest);
+        for (std::size_t k = 0; k < newest.size(); ++k) {
+            ASSERT_EQ(newest[k], next - static_cast<float>(newest.size() - k));
+        }
+    }
+}
+
+TEST(RollingBuffer, aBlockBeyondTheLimitLeavesItsNewestSamples) {
+    RollingBuffer buffer;
+    buffer.allocate();
+    std::vector<float> block(100000);
+    for (std::size_t i = 0; i < block.size(); ++i) {
+        block[i] = static_cast<float>(i);
+    }
+    buffer.append(block);
+    ASSERT_EQ(buffer.count(), 16384);
+    std::vector<float> newest(16384);
+    buffer.copyNewest(newest);
+    EXPECT_EQ(newest.back(), 99999.0F);
+    EXPECT_EQ(newest.front(), 100000.0F - 16384.0F);
+}
+
+}  // namespace
+}  // namespace TarvaneApp

@@ -1,0 +1,107 @@
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <atomic>
+#include <numeric>
+#include <thread>
+
+#include "MainThreadQueue.h"
+#include "ParallelLoop.h"
+#include "SerialQueue.h"
+
+namespace TarvaneApp {
+namespace {
+
+TEST(SerialQueue, runsWhatItIsGivenInOrderOnOneOtherThread) {
+    std::vector<int> order;
+    std::vector<std::thread::id> threads;
+    std::atomic<bool> done = false;
+    SerialQueue queue("org.brenlow.tarvane.test");
+    for (int i = 0; i < 100; ++i) {
+        queue.post([&, i] {
+            order.push_back(i);
+            threads.push_back(std::this_thread::get_id());
+        });
+    }
+    queue.post([&] {
+        done = true;
+        done.notify_one();
+    });
+    done.wait(false);
+    std::vector<int> expected(100);
+    std::iota(expected.begin(), expected.end(), 0);
+    EXPECT_EQ(order, expected);
+    for (const auto& thread : threads) {
+        EXPECT_EQ(thread, threads.front());
+        EXPECT_NE(thread, std::this_thread::get_id());
+    }
+}
+
+TEST(SerialQueue, endingItWaitsForTheWorkAtHand) {
+    std::atomic<bool> began = false;
+    std::atomic<bool> ended = false;
+    {
+        SerialQueue queue("org.brenlow.tarvane.test");
+        queue.post([&] {
+            began = true;
+            began.notify_one();
+            std::this_thread::yield();
+            ended = true;
+        });
+        began.wait(false);
+    }
+    EXPECT_TRUE(ended);
+}
+
+TEST(MainThreadQueue, bringsWorkOfManyThreadsToOneInEachOnesOrder) {
+    MainThreadQueue queue;
+    std::vector<std::vector<int>> arrived(4);
+    int count = 0;
+    const auto mainThread = std::this_thread::get_id();
+    std::vector<std::thread> posters;
+    for (std::size_t k = 0; k < arrived.size(); ++k) {
+        posters.emplace_back([&, k] {
+            for (int i = 0; i < 500; ++i) {
+                queue.post([&, k, i] {
+                    EXPECT_EQ(std::this_thread::get_id(), mainThread);
+                    arrived[k].push_back(i);
+                    ++count;
+                });
+            }
+        });
+    }
+    while (count < 2000) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+    }
+    for (std::thread& poster : posters) {
+        poster.join();
+    }
+    for (const auto& sequence : arrived) {
+        EXPECT_TRUE(std::ranges::is_sorted(sequence));
+    }
+}
+
+TEST(MainThreadQueue, dropsWhatHasNotRunWhenItEnds) {
+    bool ran = false;
+    {
+        MainThreadQueue queue;
+        queue.post([&] { ran = true; });
+    }
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(ran);
+}
+
+TEST(ParallelLoop, callsEachIterationOnceAndReturnsAfterTheLast) {
+    for (const int helpers : {0, 1, 3}) {
+        ParallelLoop loop(helpers);
+        for (int round = 0; round < 300; ++round) {
+            const int count = round % 17;
+            std::vector<int> calls(static_cast<std::size_t>(count));
+            loop.run(count, [&](int i) { ++calls[static_cast<std::size_t>(i)]; });
+            EXPECT_EQ(std::ranges::count(calls, 1), count);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace TarvaneApp
