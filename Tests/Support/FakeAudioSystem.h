@@ -63,7 +63,11 @@ class FakeAudioSystem final : public TarvaneKit::AudioSystem {
     void setAuthorization(TarvaneKit::MicrophoneAuthorization authorization) {
         authorization_ = authorization;
     }
-    SourceBehaviour& behaviour(const std::string& uid) { return behaviours_[uid]; }
+    /// To be changed while no start is under way.
+    SourceBehaviour& behaviour(const std::string& uid) {
+        const std::lock_guard hold(lock_);
+        return behaviours_[uid];
+    }
 
     /// Lets slow starts of that uid go on.
     void open(const std::string& uid) {
@@ -180,7 +184,10 @@ class FakeAudioSystem::Source final : public TarvaneKit::MultiChannelAudioSource
         }
     }
 
-    double sampleRate() const override { return system_.behaviours_.at(uid_).sampleRate; }
+    double sampleRate() const override {
+        const std::lock_guard hold(system_.lock_);
+        return system_.behaviours_.at(uid_).sampleRate;
+    }
 
     void start() override {
         std::unique_lock hold(system_.lock_);
