@@ -17,21 +17,8 @@ void RollingBuffer::append(std::span<const float> block) {
     const auto untilWrap = std::min(newest.size(), static_cast<std::size_t>(limit - end_));
     std::ranges::copy(newest.first(untilWrap), ring_.begin() + end_);
     std::ranges::copy(newest.subspan(untilWrap), ring_.begin());
-    countAppended(static_cast<int>(newest.size()), block.size());
-}
-
-void RollingBuffer::appendSilence(int frames) {
-    const int written = std::min(frames, limit);
-    const int untilWrap = std::min(written, limit - end_);
-    std::fill_n(ring_.begin() + end_, untilWrap, 0.0F);
-    std::fill_n(ring_.begin(), written - untilWrap, 0.0F);
-    countAppended(written, static_cast<std::size_t>(frames));
-}
-
-// `written` samples came into the ring, of a block of `offered`.
-void RollingBuffer::countAppended(int written, std::size_t offered) {
-    end_ = (end_ + written) % limit;
-    const auto wanted = static_cast<std::size_t>(count_) + offered;
+    end_ = (end_ + static_cast<int>(newest.size())) % limit;
+    const auto wanted = static_cast<std::size_t>(count_) + block.size();
     count_ = wanted > static_cast<std::size_t>(limit) ? remainder : static_cast<int>(wanted);
 }
 

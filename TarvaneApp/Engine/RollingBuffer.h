@@ -4,6 +4,7 @@
 // 16384 stay. A ring, so that appending copies the block and nothing else. Guarded by its owner.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <span>
 #include <vector>
@@ -23,13 +24,12 @@ class RollingBuffer {
     /// Forgets the samples and keeps the storage.
     void clear() { count_ = 0; }
     void append(std::span<const float> block);
-    void appendSilence(int frames);
     /// Copies the newest `into.size()` samples, oldest first; at most `count()`.
     void copyNewest(std::span<float> into) const;
+    /// Forgets all but the newest `count`.
+    void keepNewest(int count) { count_ = std::min(count_, count); }
 
   private:
-    void countAppended(int written, std::size_t offered);
-
     std::vector<float> ring_;
     int end_ = 0;  // where the next sample goes
     int count_ = 0;
