@@ -40,7 +40,8 @@ struct Scratch {
     AlignedVector<float> left = AlignedVector<float>(ChannelAnalysis::spectrogramFFTSize / 2);
     AlignedVector<float> right = AlignedVector<float>(ChannelAnalysis::spectrogramFFTSize / 2);
     AlignedVector<float> magnitudes = AlignedVector<float>(ChannelAnalysis::spectrogramFFTSize / 2);
-    AlignedVector<double> linePowers = AlignedVector<double>(ChannelAnalysis::spectrogramFFTSize / 2);
+    AlignedVector<double> linePowers =
+        AlignedVector<double>(ChannelAnalysis::spectrogramFFTSize / 2);
     AlignedVector<double> lineLevelsDB =
         AlignedVector<double>(ChannelAnalysis::spectrogramFFTSize / 2);
     AlignedVector<double> shownLevelsDB = AlignedVector<double>(lineCount);
@@ -71,8 +72,7 @@ RingOutDetector::Configuration ringOutConfiguration(
 // microphone's correction.
 float correctionGain(const CalibrationProfile& calibration, double frequencyHz) {
     return static_cast<float>(std::pow(
-        10.0,
-        (calibration.broadbandOffsetDB() + calibration.micCorrectionDB(frequencyHz)) / 20.0));
+        10.0, (calibration.broadbandOffsetDB() + calibration.micCorrectionDB(frequencyHz)) / 20.0));
 }
 
 // Follows the levels up at once, and lets the rest fall at the holds' pace.
@@ -113,8 +113,8 @@ void ChannelAnalysis::analyze(const AnalysisSettings& settings,
         analyzeSpectrum(settings, request, *window, elapsedSeconds, *frame.rta);
     }
     if (request.wantsSpectrogram) {
-        frame.spectrogramRows = spectrogramPace_.rows(
-            spectrogramRow(request, *window, elapsedSeconds), elapsedSeconds);
+        frame.spectrogramRows =
+            spectrogramPace_.rows(spectrogramRow(request, *window, elapsedSeconds), elapsedSeconds);
     } else {
         spectrogramLevelsDB_.clear();
         spectrogramPace_.forgetDebt();

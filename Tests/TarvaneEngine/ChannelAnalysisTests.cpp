@@ -159,7 +159,8 @@ TEST(ChannelAnalysisTests, aToneOnALineReadsItsAmplitudeThereAndInItsBand) {
     const auto loudest = std::ranges::max_element(frame.rta->lineSpectrumDB);
     EXPECT_EQ(loudest - frame.rta->lineSpectrumDB.begin(), 128);
     // The Hann window's three lines hold 1 + 2 (1/2)^2 of the middle one's power.
-    const auto bands = TarvaneKit::OctaveBands::standardBands(OctaveFraction::thirdOctave, 20, 20000);
+    const auto bands =
+        TarvaneKit::OctaveBands::standardBands(OctaveFraction::thirdOctave, 20, 20000);
     for (std::size_t i = 0; i < bands.size(); ++i) {
         if (bands[i].lowerEdgeHz < 1500.0 && 1500.0 < bands[i].upperEdgeHz) {
             EXPECT_NEAR(frame.rta->bandLevelsDB[i], -20.0 + 10.0 * std::log10(1.5), 0.01);
@@ -201,8 +202,7 @@ TEST(ChannelAnalysisTests, calibrationAndMicrophoneFileRaiseEachLine) {
     EXPECT_NEAR(calibrated.rta->lineSpectrumDB[128], 80.0 + 0.0875, 0.001);
 
     // New values wait for their counter, so that a tick computes no table.
-    channel.request.calibration =
-        std::make_shared<const CalibrationProfile>(calibratedWith(90.0));
+    channel.request.calibration = std::make_shared<const CalibrationProfile>(calibratedWith(90.0));
     EXPECT_NEAR(channel.tick(100.0).rta->lineSpectrumDB[128], 80.0875, 0.001);
     ++channel.settings.calibrationGeneration;
     EXPECT_NEAR(channel.tick(100.0).rta->lineSpectrumDB[128], 70.0, 0.001);
@@ -512,7 +512,9 @@ TEST_P(ChannelAnalysisAgainstPlainReading, everyArrayIsTheSame) {
         std::mt19937 random(7);
         for (int tick = 0; tick < 12; ++tick) {
             const double gain = std::pow(10.0, -static_cast<double>(random() % 140) / 20.0);
-            auto left = tick % 5 == 3 ? silence : whiteNoise(8192, gain, static_cast<std::uint32_t>(random()));
+            auto left = tick % 5 == 3
+                            ? silence
+                            : whiteNoise(8192, gain, static_cast<std::uint32_t>(random()));
             auto right = whiteNoise(8192, gain, static_cast<std::uint32_t>(random()));
             const double elapsed =
                 tick == 0 ? tickSeconds : static_cast<double>(1 + random() % 100) / 1000.0;
