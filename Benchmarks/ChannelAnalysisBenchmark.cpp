@@ -77,8 +77,8 @@ void wholeChannels(benchmark::State& state) {
     const auto count = static_cast<std::size_t>(state.range(0));
     const auto left = whiteNoise(framesPerTick, 0.1, 1);
     const auto right = whiteNoise(framesPerTick, 0.1, 2);
-    const auto metric = TarvaneKit::SPLMetric::spl(TarvaneKit::Weighting::a,
-                                                   TarvaneKit::TimeWeighting::fast);
+    const auto metric =
+        TarvaneKit::SPLMetric::spl(TarvaneKit::Weighting::a, TarvaneKit::TimeWeighting::fast);
     const ChannelAnalysisRequest request = everything();
     AnalysisSettings settings;
     const std::size_t before = bytesInUse();
@@ -131,8 +131,7 @@ const bool isRegistered = [] {
         const std::optional<double> limit = target.name == "AVX2"   ? std::optional(54.0)
                                             : target.name == "AVX3" ? std::optional(38.0)
                                                                     : std::nullopt;
-        compareCost({name, plainName,
-                     limit ? std::optional(nsPerFrame(*limit)) : std::nullopt});
+        compareCost({name, plainName, limit ? std::optional(nsPerFrame(*limit)) : std::nullopt});
     }
     benchmark::RegisterBenchmark("ChannelProcessor/everything", wholeChannels)
         ->Arg(1)
