@@ -102,6 +102,8 @@ void MeterEngine::calibrationChanged() {
     for (const ChannelInfo& info : channelInfos()) {
         const auto found = meterChannels_.find(info.id);
         if (found != meterChannels_.end() && found->second->processor) {
+            found->second->calibration =
+                std::make_shared<const CalibrationProfile>(info.calibration);
             found->second->processor->setCalibration(info.calibration);
         }
     }

@@ -6,7 +6,7 @@
 //
 //   MeterEngine+SettingEffects   what a change of a setting does beyond saving it
 //   MeterEngine+RunControl       start, pause, resume, stop; opening and losing sources
-//   MeterEngine+Tick             the display tick and the publication of its results
+//   MeterEngine+Tick             the display tick, the publication of its results, demand
 //   MeterEngine+Channels         which channels there are, what feeds them, what they are called
 //   MeterEngine+Display          what a channel shows, its min and max, its Leq
 //   MeterEngine+Layout           where the modules are
@@ -23,12 +23,13 @@
 #include <string>
 #include <vector>
 
+#include "AnalysisSettings.h"
 #include "AudioIO/AudioInputDevice.h"
 #include "AudioIO/AudioSystem.h"
 #include "Calibration/CalibrationProfile.h"
 #include "CaptureGroup.h"
-#include "ChannelAnalysis.h"
 #include "ChannelConfig.h"
+#include "ChannelDemand.h"
 #include "ChannelDisplaySettings.h"
 #include "ChannelInfo.h"
 #include "ChannelWindowLayout.h"
@@ -60,6 +61,7 @@ class MeterEngine : public QObject {
   public:
     using SpectrumViewMode = TarvaneApp::SpectrumViewMode;
     using MetricMode = TarvaneApp::MetricMode;
+    using ChannelDemand = TarvaneApp::ChannelDemand;
     using RTAScale = TarvaneApp::RTAScale;
     using ModulePlacement = TarvaneApp::ModulePlacement;
     using PanelLayout = TarvaneApp::PanelLayout;
@@ -68,6 +70,12 @@ class MeterEngine : public QObject {
     using LevelHistoryPosition = TarvaneApp::LevelHistoryPosition;
     using LevelHistoryZoom = TarvaneApp::LevelHistoryZoom;
     using LayoutPreset = TarvaneApp::LayoutPreset;
+
+    static constexpr double ringAlertHoldSeconds = 3.0;
+    /// Two minutes at 60 rows a second.
+    static constexpr int spectrogramMaxHistoryRows = 7200;
+    static constexpr int fftSize = ChannelAnalysis::fftSize;
+    static constexpr int spectrogramFFTSize = ChannelAnalysis::spectrogramFFTSize;
 
     /// What the engine stands on. All of it outlives the engine.
     struct Environment {
@@ -217,6 +225,12 @@ class MeterEngine : public QObject {
     void pause();
     void resume();
 
+    // MeterEngine+Tick
+    /// One more display shows this of the channel, or one less. Not touched by start and stop.
+    void addDemand(ChannelDemand demand, const TarvaneKit::UUID& id);
+    void removeDemand(ChannelDemand demand, const TarvaneKit::UUID& id);
+    bool isDemanded(ChannelDemand demand, const TarvaneKit::UUID& id) const;
+
     // MeterEngine+Channels
     /// Reads the list of devices and their gains anew. When that fails the last good list stays.
     void refreshDevices();
@@ -315,9 +329,13 @@ class MeterEngine : public QObject {
     // MeterEngine+Tick
     void tick();
     void analysisReturned(int generation, const std::vector<MeterChannel*>& channels,
-                          const std::vector<ChannelFrame>& frames);
-    void publish(const ChannelFrame& frame, MeterChannel& channel, TarvaneKit::Date now);
+                          std::vector<ChannelFrame>& frames);
+    void publish(ChannelFrame& frame, MeterChannel& channel, TarvaneKit::Date now);
+    void publishRingAlert(const std::optional<TarvaneKit::RingAlert>& alert, MeterChannel& channel,
+                          TarvaneKit::Date now);
+    static void publishSpectrogram(std::vector<std::vector<float>>& rows, LiveMeterData& live);
     void publishLevels(MeterChannel& channel);
+    static void recordLevels(MeterChannel& channel, TarvaneKit::Date now);
     static void updateClipState(MeterChannel& channel, bool clippedThisTick, TarvaneKit::Date now);
     static void updateInputMeter(MeterChannel& channel, float peak, TarvaneKit::Date now);
 
@@ -342,6 +360,7 @@ class MeterEngine : public QObject {
     int startGeneration_ = 0;  // raised by every start and by a stop during one
     int runGeneration_ = 0;    // raised when a run begins and when it ends
 
+    ChannelDemandCounts demandCounts_;
     bool analysisInFlight_ = false;
     int smoothingGeneration_ = 0;
     int peakHoldGeneration_ = 0;
