@@ -76,8 +76,7 @@ std::vector<std::unique_ptr<ToneDevice>> plugInDesks() {
 class EngineOnPipeWireTests : public testing::Test {
   protected:
     EngineOnPipeWireTests()
-        : engine(
-              {.audio = audio, .store = store, .clock = clock, .displayTimer = displayTimer}) {
+        : engine({.audio = audio, .store = store, .clock = clock, .displayTimer = displayTimer}) {
         engine.splWeighting.set(Weighting::z);
         engine.splTimeWeighting.set(TimeWeighting::fast);
     }
@@ -127,8 +126,8 @@ class EngineOnPipeWireTests : public testing::Test {
             const int number = static_cast<int>(i);
             // A block that a busy machine kept from us costs a Fast meter a part of a dB for a
             // moment.
-            const double level = sineLevelDB(
-                tonePeakDBFS(number / channelsPerDevice, number % channelsPerDevice));
+            const double level =
+                sineLevelDB(tonePeakDBFS(number / channelsPerDevice, number % channelsPerDevice));
             EXPECT_TRUE(runUntil([&] { return std::abs(processor->value(metric) - level) < 0.05; }))
                 << config.name << " reads " << processor->value(metric) << ", not " << level;
         }
