@@ -29,7 +29,7 @@ class OctaveBandLevels : public Testing::EachVectorTarget {};
 TEST_P(OctaveBandLevels, areThoseOfAWalkOverTheBins) {
     for (const auto fraction : allCases<OctaveFraction>()) {
         for (const int fftSize : {256, 4096, 8192}) {
-            for (const double rate : {44100.0, 48000.0, 192000.0}) {
+            for (const double rate : {8000.0, 44100.0, 48000.0, 192000.0, 384000.0}) {
                 const auto analyzer = standardAnalyzer(fraction, fftSize, rate);
                 const auto magnitudes = roughSpectrum(fftSize / 2);
                 const auto levels = analyzer.bandLevels(magnitudes);
