@@ -124,8 +124,8 @@ TEST_P(LevelKernel, aLevelRisesWithItsPower) {
 
 TEST_P(LevelKernel, whatIsNotAboveTheFloorReadsItExactly) {
     constexpr LevelFloor floor{.power = 1e-24, .levelDB = -240.0};
-    const Doubles low{1e-24,          1e-25, DoubleLimits::denorm_min(), 0.0, -0.0, -1.0,
-                      DoubleLimits::quiet_NaN(), -DoubleLimits::infinity()};
+    const Doubles low{1e-24, 1e-25, DoubleLimits::denorm_min(), 0.0,
+                      -0.0,  -1.0,  DoubleLimits::quiet_NaN(),  -DoubleLimits::infinity()};
     for (int count = 0; count < longest; ++count) {
         expectWrites<double>(
             [&](double* out, int n) {
@@ -229,11 +229,10 @@ TEST_P(LevelKernel, twoSidesCombineToTheirRootMeanSquare) {
     const Floats a = floats(longest, 0.0, 2.0);
     const Floats b = floats(longest, 0.0, 2.0);
     for (int count = 0; count <= longest; ++count) {
-        expectWrites<float>([&](float* out, int n) { rootMeanSquare(a.data(), b.data(), out, n); },
-                            [&](std::size_t i) {
-                                return std::sqrt(a[i] * a[i] + b[i] * b[i]) * 0.70710677F;
-                            },
-                            count);
+        expectWrites<float>(
+            [&](float* out, int n) { rootMeanSquare(a.data(), b.data(), out, n); },
+            [&](std::size_t i) { return std::sqrt(a[i] * a[i] + b[i] * b[i]) * 0.70710677F; },
+            count);
     }
     Floats equal(9, 0.25F);
     rootMeanSquare(equal.data(), equal.data(), equal.data(), 9);
