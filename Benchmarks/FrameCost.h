@@ -35,7 +35,7 @@ struct CostComparison {
     std::string name;                ///< of the benchmark
     std::string plain;               ///< of the benchmark that it replaces
     std::optional<double> nsToBeat;  ///< per frame
-    std::string peer = {};           ///< of another program's library; empty: there is none
+    std::string peer = {};           ///< of what else does the like; empty: there is none
 };
 
 /// Has the table's row printed when the run is over, if both benchmarks ran.
