@@ -86,8 +86,7 @@ TEST_P(VectorState, theUpperHalvesOfRegistersAreLeftEmpty) {
     WeightingBank weightings(48000);
 
     const std::vector<std::pair<std::string, std::function<void()>>> kernels{
-        {"spectrum",
-         [&] { fft.magnitudeSpectrum(std::span(samples).first(4096), spectrum); }},
+        {"spectrum", [&] { fft.magnitudeSpectrum(std::span(samples).first(4096), spectrum); }},
         {"bands", [&] { bands.bandLevels(magnitudes, bandLevels); }},
         {"row", [&] { spectrogramRow(rough, spectrogramFrequencies(), 48000, 4096, row); }},
         {"columns", [&] { columns.row(columnLevels, row); }},
@@ -109,7 +108,10 @@ TEST_P(VectorState, theUpperHalvesOfRegistersAreLeftEmpty) {
         {"sanitizing", [&] { copySanitized(narrow.data(), narrow.data(), count); }},
         {"squares", [&] { squareAmplitudes(magnitudes.data(), 1e-18, levels.data(), count); }},
         {"powers", [&] { powersOfLevels(rough.data(), levels.data(), count); }},
-        {"levels", [&] { levelsOfPowers(levels.data(), {1e-24, -240}, levels.data(), count); }},
+        {"levels",
+         [&] {
+             levelsOfPowers(levels.data(), {1e-24, -240}, levels.data(), count);
+         }},
         {"tilt", [&] { tiltLevels(rough.data(), 0.01, levels.data(), count); }},
         {"sums", [&] { add(rough.data(), rough.data(), levels.data(), count); }},
         {"products", [&] { multiply(rough.data(), rough.data(), levels.data(), count); }},
