@@ -19,6 +19,11 @@ class FrequencyAxis {
     static constexpr std::array<double, 10> gridLines{20.0,   50.0,   100.0,  200.0,   500.0,
                                                       1000.0, 2000.0, 5000.0, 10000.0, 20000.0};
 
+    /// The same in the order in which labels get room: the decades and the ends speak for the
+    /// others where there is little.
+    static constexpr std::array<double, 10> byImportance{100.0, 1000.0, 10000.0, 20.0,   20000.0,
+                                                         50.0,  200.0,  500.0,   2000.0, 5000.0};
+
     /// "20", "500", "1k", "20k".
     static QString label(double frequencyHz) {
         return frequencyHz < 1000.0

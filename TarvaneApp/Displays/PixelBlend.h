@@ -24,6 +24,18 @@ inline QRgb scaled(QRgb pixel, std::uint32_t weight) {
     return even | odd;
 }
 
+/// Between two pixels: the first for weight 0, the second for the full one.
+inline QRgb mixed(QRgb first, QRgb second, std::uint32_t weight) {
+    constexpr std::uint32_t low = 0x00FF00FF;
+    constexpr std::uint32_t half = 0x00800080;
+    const std::uint32_t rest = fullWeight - weight;
+    const std::uint32_t even =
+        (((first & low) * rest + (second & low) * weight + half) >> 8U) & low;
+    const std::uint32_t odd =
+        (((first >> 8U) & low) * rest + ((second >> 8U) & low) * weight + half) & ~low;
+    return even | odd;
+}
+
 /// `source` over `below`, with the share of the pixel that the source covers.
 inline QRgb over(QRgb below, QRgb source, std::uint32_t coverage) {
     const QRgb covered = scaled(source, coverage);

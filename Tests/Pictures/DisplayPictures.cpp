@@ -6,7 +6,11 @@
 #include <QPainter>
 #include <iostream>
 
+#include "Spectrogram/SpectrogramFrequencyAxisView.h"
+#include "Spectrogram/SpectrogramRaster.h"
+#include "Spectrogram/SpectrogramStatusBadge.h"
 #include "Spectrum/SpectrumRaster.h"
+#include "Support/SpectrogramScenes.h"
 #include "Support/SpectrumScenes.h"
 
 namespace {
@@ -67,6 +71,36 @@ void shootSpectra(Album& album) {
     shootSpectrum(album, QStringLiteral("spectrum-both"), both, {900, 300}, 1.0);
 }
 
+void shootSpectrogram(Album& album, const QString& name, const SpectrogramView& view,
+                      const QSize& size, double scale) {
+    QImage picture((QSizeF(size) * scale).toSize(), QImage::Format_RGB32);
+    picture.setDevicePixelRatio(scale);
+    picture.fill(Theme::panelBackground);
+    QPainter painter(&picture);
+    const QSizeF plot(size.width(), size.height() - SpectrogramFrequencyAxisView::height);
+    SpectrogramRaster raster;
+    painter.drawImage(QPointF(), raster.image(view, plot, scale));
+    SpectrogramStatusBadge{view.scrollState.rowOffset == 0}.paint(painter, plot);
+    painter.translate(0.0, plot.height());
+    paint(painter, SpectrogramFrequencyAxisView(), plot.width());
+    painter.end();
+    album.put(name, size, scale, picture);
+}
+
+void shootSpectrograms(Album& album) {
+    const SpectrogramHistory history = spectrogramHistory(900);
+    for (const QSize& size : sizes) {
+        shootSpectrogram(album, QStringLiteral("spectrogram"), spectrogramOf(history), size, 1.0);
+    }
+    for (const double scale : {1.5, 2.0}) {
+        shootSpectrogram(album, QStringLiteral("spectrogram"), spectrogramOf(history), {900, 300},
+                         scale);
+    }
+    SpectrogramView scrolled = spectrogramOf(history, 12.0);
+    scrolled.scrollState.rowOffset = 100;
+    shootSpectrogram(album, QStringLiteral("spectrogram-history"), scrolled, {900, 300}, 1.0);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -80,5 +114,6 @@ int main(int argc, char** argv) {
     QDir().mkpath(folder);
     Album album(folder);
     shootSpectra(album);
+    shootSpectrograms(album);
     return 0;
 }

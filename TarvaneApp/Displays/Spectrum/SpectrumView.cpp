@@ -146,21 +146,13 @@ class LabelPlacer {
 void placeFrequencies(LabelPlacer& placer, std::vector<SpectrumLabel>& labels,
                       const SpectrumView& view, const QSizeF& size) {
     const FrequencyAxis axis = view.frequencyAxis();
-    const auto place = [&](double frequencyHz) {
+    for (const double frequencyHz : FrequencyAxis::byImportance) {
         const QString text = FrequencyAxis::label(frequencyHz);
         const double x = axis.x(frequencyHz, size.width());
         const bool isInside = x <= size.width() - flippedWidth;
         placer.place(labels, text,
                      isInside ? x + frequencyLabelGap : x - frequencyLabelGap - placer.width(text),
                      size.height() - frequencyLabelTop);
-    };
-    // The decades and the ends speak for the others where there is little room.
-    constexpr std::array important{100.0, 1000.0, 10000.0, 20.0, 20000.0};
-    std::ranges::for_each(important, place);
-    for (const double frequencyHz : FrequencyAxis::gridLines) {
-        if (std::ranges::find(important, frequencyHz) == important.end()) {
-            place(frequencyHz);
-        }
     }
 }
 
