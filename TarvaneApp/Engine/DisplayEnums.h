@@ -3,21 +3,13 @@
 #pragma once
 
 #include "Core/RawEnum.h"
+#include "SpectrumViewMode.h"
 
 namespace TarvaneApp {
-
-enum class SpectrumViewMode { banded, line, both };
 
 enum class MetricMode { spl, peak, leq };
 
 }  // namespace TarvaneApp
-
-template <>
-struct TarvaneKit::RawCases<TarvaneApp::SpectrumViewMode> {
-    using Mode = TarvaneApp::SpectrumViewMode;
-    static constexpr std::array all{RawCase{Mode::banded, "Banded"}, RawCase{Mode::line, "Line"},
-                                    RawCase{Mode::both, "Both"}};
-};
 
 template <>
 struct TarvaneKit::RawCases<TarvaneApp::MetricMode> {

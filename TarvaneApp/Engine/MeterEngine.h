@@ -8,6 +8,7 @@
 //   MeterEngine+RunControl       start, pause, resume, stop; opening and losing sources
 //   MeterEngine+Tick             the display tick, the publication of its results, demand
 //   MeterEngine+Channels         which channels there are, what feeds them, what they are called
+//   MeterEngine+SpectrogramRange  the levels of a spectrogram's colours
 //   MeterEngine+Display          what a channel shows, its min and max, its Leq
 //   MeterEngine+Layout           where the modules are
 //
@@ -294,6 +295,17 @@ class MeterEngine : public QObject {
     /// Starts the user's Leq over on every channel.
     void configureLeq(TarvaneKit::Weighting weighting, double integrationSeconds);
 
+    // MeterEngine+SpectrogramRange
+    /// In the unit that the channel is shown in.
+    SpectrogramRange spectrogramRange(const TarvaneKit::UUID& id) const;
+    /// The same in the unit of the spectrogram's rows.
+    SpectrogramRange spectrogramColorMapRange(const TarvaneKit::UUID& id) const;
+    /// How far floor and ceiling can be moved.
+    SpectrogramRange spectrogramSliderBounds(const TarvaneKit::UUID& id) const;
+    /// Each stays 3 dB clear of the other.
+    void setSpectrogramFloorDB(double floorDB, const TarvaneKit::UUID& id);
+    void setSpectrogramCeilingDB(double ceilingDB, const TarvaneKit::UUID& id);
+
     // MeterEngine+Layout
     void applyLayoutPreset(LayoutPreset preset);
     bool mainWindowShowsGraphArea() const;
@@ -301,6 +313,10 @@ class MeterEngine : public QObject {
     ChannelWindowLayout windowLayout(const TarvaneKit::UUID& channelID) const;
 
   private:
+    // MeterEngine+SpectrogramRange
+    void editSpectrogramRange(const TarvaneKit::UUID& id,
+                              const std::function<void(SpectrogramRange&)>& edit);
+
     // MeterEngine+Channels
     void followDevices();
     int lowestFreeInput(const std::optional<std::string>& deviceUID, int inputs) const;

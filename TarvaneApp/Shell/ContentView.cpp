@@ -2,9 +2,9 @@
 
 #include <QVBoxLayout>
 
+#include "Divider.h"
 #include "MainToolbar.h"
-#include "SPLMeterPanelView.h"
-#include "Theme.h"
+#include "Panels/ModuleLayoutView.h"
 
 namespace TarvaneApp {
 
@@ -14,14 +14,8 @@ ContentView::ContentView(MeterEngine& engine, QWidget* parent)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(toolbar_);
-    auto* divider = new QWidget(this);
-    divider->setFixedHeight(1);
-    divider->setAutoFillBackground(true);
-    QPalette palette = divider->palette();
-    palette.setColor(QPalette::Window, Theme::gridLine);
-    divider->setPalette(palette);
-    column->addWidget(divider);
-    column->addWidget(new SPLMeterPanelView(engine, this), 1);
+    column->addWidget(makeDivider(this));
+    column->addWidget(new ModuleLayoutView(engine, this), 1);
 }
 
 }  // namespace TarvaneApp

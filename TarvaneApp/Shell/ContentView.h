@@ -1,4 +1,4 @@
-// What the main window holds: the toolbar, a divider, the sound level meter.
+// What the main window holds: the toolbar, a divider, the modules.
 #pragma once
 
 #include <QWidget>

@@ -11,6 +11,7 @@
 #include "ContentView.h"
 #include "ErrorAlert.h"
 #include "Icon.h"
+#include "LiveFollow.h"
 #include "MainToolbar.h"
 #include "MeterEngine.h"
 
@@ -18,15 +19,24 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr QSize smallestSize(900, 260);
-constexpr QSize firstSize(1000, 460);
+constexpr int smallestWidth = 900;
+constexpr int smallestHeight = 260;
+constexpr int smallestHeightWithGraphs = 600;
+constexpr QSize firstSize(1200, 860);
 
 }  // namespace
 
 MainWindow::MainWindow(MeterEngine& engine, const Actions& actions) : engine_(engine) {
     setWindowTitle(QStringLiteral("Tarvane"));
     setWindowIcon(Icon::application());
-    setMinimumSize(smallestSize);
+    followAll(
+        this,
+        [this] {
+            setMinimumSize(smallestWidth, engine_.mainWindowShowsGraphArea()
+                                              ? smallestHeightWithGraphs
+                                              : smallestHeight);
+        },
+        engine.rtaPlacement, engine.spectrogramPlacement);
     resize(firstSize);
     setCentralWidget(new ContentView(engine, this));
     // No control is pressed or ringed until the user moves the focus there.

@@ -17,10 +17,11 @@ using TarvaneTests::sine;
 // A sanitized build takes ten times as long for the same, and learns no more from a day.
 #if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
 constexpr int hours = 2;
+constexpr int secondsPerHour = 240;
 #else
 constexpr int hours = 24;
-#endif
 constexpr int secondsPerHour = 3600;
+#endif
 
 class LongSessionTests : public TarvaneTests::EngineFixture {
   protected:

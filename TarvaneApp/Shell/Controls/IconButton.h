@@ -6,7 +6,7 @@
 
 namespace TarvaneApp {
 
-class IconButton final : public QAbstractButton {
+class IconButton : public QAbstractButton {
     Q_OBJECT
   public:
     /// `iconSize` in logical pixels; the button is a little larger, for the focus ring.

@@ -1,4 +1,4 @@
-#include "SPLMeterPanelView.h"
+#include "Panels/SPLMeterPanelView.h"
 
 #include <QVBoxLayout>
 

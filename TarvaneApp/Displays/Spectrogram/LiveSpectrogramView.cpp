@@ -1,0 +1,163 @@
+#include "Spectrogram/LiveSpectrogramView.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <cmath>
+
+#include "DSP/SpectrogramRow.h"
+#include "LiveFollow.h"
+#include "MeterEngine.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::UUID;
+
+namespace {
+
+// Less is a click that trembled.
+constexpr double shortestDrag = 2.0;
+
+}  // namespace
+
+LiveSpectrogramView::LiveSpectrogramView(MeterEngine& engine, const UUID& channelID,
+                                         QWidget* parent)
+    : QWidget(parent),
+      engine_(engine),
+      requestedChannelID_(channelID),
+      channelID_(engine.resolvedChannelID(channelID)) {
+    installDisplayAccessibility();
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    view_.frequencies = TarvaneKit::spectrogramFrequencies();
+    view_.rowsPerSecond = SpectrogramPace::rowsPerSecond;
+    bindLiveData();
+    followAll(
+        this, [this] { contextChanged(); }, engine.extraChannels, engine.calibration,
+        engine.mainInputIsDigital, engine.splReadoutShowsDBFS, engine.spectrogramRanges,
+        engine.spectrogramColorStops, engine.spectrogramTimeSpanSeconds,
+        engine.spectrogramSliceHeightMultiplier);
+    refresh();
+}
+
+void LiveSpectrogramView::setChannelID(const UUID& channelID) {
+    requestedChannelID_ = channelID;
+    contextChanged();
+}
+
+void LiveSpectrogramView::contextChanged() {
+    const UUID resolved = engine_.resolvedChannelID(requestedChannelID_);
+    if (resolved != channelID_) {
+        channelID_ = resolved;
+        bindLiveData();
+    }
+    const SpectrogramRange range = engine_.spectrogramColorMapRange(channelID_);
+    view_.floorDB = range.floorDB;
+    view_.ceilingDB = range.ceilingDB;
+    view_.colorStops = engine_.spectrogramColorStops();
+    view_.timeSpanSeconds = engine_.spectrogramTimeSpanSeconds();
+    view_.sliceHeightMultiplier = engine_.spectrogramSliceHeightMultiplier();
+    scheduleRefresh();
+}
+
+void LiveSpectrogramView::bindLiveData() {
+    disconnect(liveConnection_);
+    liveConnection_ = connect(&engine_.meterChannel(channelID_).live, &LiveMeterData::willChange,
+                              this, &LiveSpectrogramView::scheduleRefresh);
+    registerDemand();
+}
+
+void LiveSpectrogramView::registerDemand() {
+    if (isVisible()) {
+        demand_.update(engine_, {channelID_}, ChannelDemand::spectrogram);
+    } else {
+        demand_.clear();
+    }
+}
+
+void LiveSpectrogramView::showEvent(QShowEvent*) {
+    registerDemand();
+}
+
+// Also when the window is minimised: nobody sees it then.
+void LiveSpectrogramView::hideEvent(QHideEvent*) {
+    demand_.clear();
+}
+
+// The data's signal comes ahead of its writes; the event loop runs this after the last of them.
+void LiveSpectrogramView::scheduleRefresh() {
+    if (refreshPending_) {
+        return;
+    }
+    refreshPending_ = true;
+    QMetaObject::invokeMethod(this, &LiveSpectrogramView::refresh, Qt::QueuedConnection);
+}
+
+void LiveSpectrogramView::refresh() {
+    refreshPending_ = false;
+    const LiveMeterData& live = engine_.meterChannel(channelID_).live;
+    view_.rowsAdded = live.spectrogramRowsAdded;
+    if (live.spectrogramHistory.empty()) {
+        view_.scrollState.resume();
+    }
+    update();
+}
+
+void LiveSpectrogramView::paintEvent(QPaintEvent*) {
+    // The rows stay where the engine has them; nothing writes there while this paints.
+    view_.history = SpectrogramRows(engine_.meterChannel(channelID_).live.spectrogramHistory);
+    QPainter painter(this);
+    painter.drawImage(QPointF(0.0, 0.0), raster_.image(view_, size(), devicePixelRatioF()));
+    badge().paint(painter, size());
+    view_.history = {};
+}
+
+void LiveSpectrogramView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) {
+        return;
+    }
+    if (badge().rect(size()).contains(event->position())) {
+        resumeLive();
+        return;
+    }
+    pressedAt_ = event->position();
+}
+
+void LiveSpectrogramView::mouseMoveEvent(QMouseEvent* event) {
+    if (!pressedAt_) {
+        return;
+    }
+    const QPointF translation = event->position() - *pressedAt_;
+    if (view_.scrollState.isDragging ||
+        std::hypot(translation.x(), translation.y()) >= shortestDrag) {
+        const auto& history = engine_.meterChannel(channelID_).live.spectrogramHistory;
+        view_.scrollState.drag(translation.y(), height(), view_.rows(),
+                               static_cast<int>(history.size()));
+        update();
+    }
+}
+
+void LiveSpectrogramView::mouseReleaseEvent(QMouseEvent*) {
+    pressedAt_.reset();
+    view_.scrollState.endDrag();
+}
+
+void LiveSpectrogramView::mouseDoubleClickEvent(QMouseEvent*) {
+    resumeLive();
+}
+
+void LiveSpectrogramView::resumeLive() {
+    pressedAt_.reset();
+    view_.scrollState.resume();
+    update();
+}
+
+std::vector<SpokenPart> LiveSpectrogramView::spokenParts() const {
+    const QString range = QString::number(view_.floorDB, 'f', 0) + QStringLiteral(" to ") +
+                          QString::number(view_.ceilingDB, 'f', 0) + QStringLiteral(" dB");
+    return {
+        {QStringLiteral("Spectrogram"), range, rect()},
+        {QStringLiteral("Spectrogram position"), badge().text(),
+         badge().rect(size()).toAlignedRect()},
+    };
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,188 @@
+#include "Spectrum/LiveSpectrumView.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+
+#include "LiveFollow.h"
+#include "MeterEngine.h"
+#include "Theme.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::UUID;
+
+LiveSpectrumView::LiveSpectrumView(MeterEngine& engine, const UUID& channelID, QWidget* parent)
+    : QWidget(parent),
+      engine_(engine),
+      requestedChannelID_(channelID),
+      channelID_(engine.resolvedChannelID(channelID)),
+      raster_(Theme::background) {
+    installDisplayAccessibility();
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true);
+    followAll(
+        this, [this] { contextChanged(); }, engine.extraChannels, engine.calibration,
+        engine.mainInputIsDigital, engine.splReadoutShowsDBFS, engine.octaveFraction,
+        engine.viewMode, engine.rtaColor, engine.rtaPeakColor, engine.showPeakHold,
+        engine.selectedTargetCurveName, engine.targetCurveReferenceDB,
+        engine.targetCurveReferenceDBFS, engine.spectrogramRanges, engine.sampleRate);
+    refresh();
+}
+
+void LiveSpectrumView::setChannelID(const UUID& channelID) {
+    requestedChannelID_ = channelID;
+    contextChanged();
+}
+
+void LiveSpectrumView::setOverlayIDs(std::vector<UUID> ids) {
+    requestedOverlayIDs_ = std::move(ids);
+    contextChanged();
+}
+
+// Takes a channel that is displayed in dBFS from its calibrated scale back to full scale.
+double LiveSpectrumView::levelOffsetDB(const UUID& channelID) const {
+    const auto channel = engine_.channelInfo(channelID);
+    return view_.scale == RTAScale::dbfs && channel ? channel->calibration.broadbandOffsetDB()
+                                                    : 0.0;
+}
+
+void LiveSpectrumView::contextChanged() {
+    channelID_ = engine_.resolvedChannelID(requestedChannelID_);
+    const ChannelDisplaySettings display = engine_.display(channelID_);
+    const SpectrogramRange range = engine_.spectrogramRange(channelID_);
+    const auto channel = engine_.channelInfo(channelID_);
+    view_.bands = engine_.bands(channelID_);
+    view_.sampleRate = engine_.meterChannel(channelID_).sampleRate;
+    view_.fftSize = MeterEngine::fftSize;
+    view_.viewMode = display.viewMode;
+    view_.traceColor = Theme::color(channel ? channel->color : engine_.rtaColor());
+    view_.peakColor = Theme::color(display.peakHoldColor);
+    view_.showPeakHold = display.showsPeakHold;
+    view_.spectrogramFloorDB = range.floorDB;
+    view_.spectrogramCeilingDB = range.ceilingDB;
+    view_.scale = engine_.rtaScale(channelID_);
+    view_.levelOffsetDB = levelOffsetDB(channelID_);
+    view_.targetCurve = display.targetCurve();
+    view_.targetCurveReferenceDB = view_.scale == RTAScale::dbfs ? display.targetCurveReferenceDBFS
+                                                                 : display.targetCurveReferenceDB;
+    view_.overlays.clear();
+    std::vector<UUID> ids{channelID_};
+    for (const UUID& id : requestedOverlayIDs_) {
+        const auto overlaid = engine_.channelInfo(id);
+        if (id == channelID_ || !overlaid) {
+            continue;
+        }
+        ids.push_back(id);
+        view_.overlays.push_back({.id = id,
+                                  .color = Theme::color(overlaid->color),
+                                  .lineSpectrumDB = {},
+                                  .bandLevelsDB = {},
+                                  .bands = engine_.bands(id),
+                                  .sampleRate = engine_.meterChannel(id).sampleRate,
+                                  .levelOffsetDB = levelOffsetDB(id)});
+    }
+    if (ids != shownIDs_) {
+        bindLiveData(ids);
+    }
+    scheduleRefresh();
+}
+
+void LiveSpectrumView::bindLiveData(const std::vector<UUID>& ids) {
+    shownIDs_ = ids;
+    for (const auto& connection : liveConnections_) {
+        disconnect(connection);
+    }
+    liveConnections_.clear();
+    for (const UUID& id : shownIDs_) {
+        liveConnections_.push_back(connect(&engine_.meterChannel(id).live,
+                                           &LiveMeterData::willChange, this,
+                                           &LiveSpectrumView::scheduleRefresh));
+    }
+    registerDemand();
+}
+
+void LiveSpectrumView::registerDemand() {
+    if (isVisible()) {
+        demand_.update(engine_, shownIDs_, ChannelDemand::rta);
+    } else {
+        demand_.clear();
+    }
+}
+
+void LiveSpectrumView::showEvent(QShowEvent*) {
+    registerDemand();
+}
+
+// Also when the window is minimised: nobody sees it then.
+void LiveSpectrumView::hideEvent(QHideEvent*) {
+    demand_.clear();
+}
+
+// The data's signal comes ahead of its writes; the event loop runs this after the last of them.
+void LiveSpectrumView::scheduleRefresh() {
+    if (refreshPending_) {
+        return;
+    }
+    refreshPending_ = true;
+    QMetaObject::invokeMethod(this, &LiveSpectrumView::refresh, Qt::QueuedConnection);
+}
+
+void LiveSpectrumView::refresh() {
+    refreshPending_ = false;
+    const LiveMeterData& live = engine_.meterChannel(channelID_).live;
+    view_.sampleRate = engine_.meterChannel(channelID_).sampleRate;
+    view_.bandLevelsDB = live.bandLevelsDB;
+    view_.bandPeakHoldDB = live.bandPeakHoldDB;
+    view_.lineSpectrumDB = live.lineSpectrumDB;
+    view_.linePeakHoldDB = live.linePeakHoldDB;
+    view_.activeRingAlert = live.currentRingAlert;
+    for (SpectrumOverlay& overlay : view_.overlays) {
+        const MeterChannel& channel = engine_.meterChannel(overlay.id);
+        overlay.sampleRate = channel.sampleRate;
+        overlay.lineSpectrumDB = channel.live.lineSpectrumDB;
+        overlay.bandLevelsDB = channel.live.bandLevelsDB;
+    }
+    banner_.alert = live.currentRingAlert ? live.currentRingAlert : live.heldRingAlert;
+    banner_.isLive = live.currentRingAlert.has_value();
+    update();
+}
+
+void LiveSpectrumView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.drawImage(QPointF(0.0, 0.0), raster_.image(view_, size(), devicePixelRatioF()));
+    paintHover(painter, view_, size());
+    banner_.paint(painter, size());
+}
+
+void LiveSpectrumView::mouseMoveEvent(QMouseEvent* event) {
+    view_.hover = SpectrumHoverState::at(event->position().x(), width(), view_.frequencyAxis());
+    update();
+}
+
+void LiveSpectrumView::leaveEvent(QEvent*) {
+    view_.hover = {};
+    update();
+}
+
+std::vector<SpokenPart> LiveSpectrumView::spokenParts() const {
+    QString loudest;
+    if (!view_.bandLevelsDB.empty() && view_.bandLevelsDB.size() == view_.bands.size()) {
+        const auto band = std::ranges::max_element(view_.bandLevelsDB) - view_.bandLevelsDB.begin();
+        loudest = QString::fromStdString(view_.bands[static_cast<std::size_t>(band)].label) +
+                  QStringLiteral(": ") +
+                  QString::number(view_.bandLevelsDB[static_cast<std::size_t>(band)] -
+                                      view_.levelOffsetDB,
+                                  'f', 1) +
+                  (view_.scale == RTAScale::dbfs ? QStringLiteral(" dBFS") : QStringLiteral(" dB"));
+    }
+    const QString hover =
+        view_.hover.frequencyHz ? view_.hoverLabel(*view_.hover.frequencyHz) : QString();
+    return {
+        {QStringLiteral("Real-Time Analyzer"), loudest, rect()},
+        {QStringLiteral("Under the pointer"), hover, hoverPlate(view_, size()).toAlignedRect()},
+        {QStringLiteral("Ring-out"), banner_.spokenText(), banner_.rect(size()).toAlignedRect()},
+    };
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,66 @@
+// The spectrum of a channel on the screen: it fills the graph's record from the engine and the
+// live data of the channel and of those laid over it, once per publication, and follows the
+// pointer. While it is on screen, and only then, it asks the engine for the spectra that it shows.
+// Main thread.
+#pragma once
+
+#include <QWidget>
+#include <vector>
+
+#include "ChannelDemand.h"
+#include "Core/UUID.h"
+#include "LiveAccessibility.h"
+#include "Spectrum/RingOutBannerView.h"
+#include "Spectrum/SpectrumRaster.h"
+#include "Spectrum/SpectrumView.h"
+
+namespace TarvaneApp {
+
+class MeterEngine;
+
+class LiveSpectrumView final : public QWidget, public SpokenDisplay {
+    Q_OBJECT
+  public:
+    /// The engine outlives the view. A channel that doesn't exist any more shows the main input.
+    LiveSpectrumView(MeterEngine& engine, const TarvaneKit::UUID& channelID,
+                     QWidget* parent = nullptr);
+
+    void setChannelID(const TarvaneKit::UUID& channelID);
+    /// The channels laid over it, in this order. One that doesn't exist is left out.
+    void setOverlayIDs(std::vector<TarvaneKit::UUID> ids);
+
+    const SpectrumView& view() const { return view_; }
+
+    QSize minimumSizeHint() const override { return {160, 80}; }
+    std::vector<SpokenPart> spokenParts() const override;
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+  private:
+    void contextChanged();
+    void bindLiveData(const std::vector<TarvaneKit::UUID>& ids);
+    void registerDemand();
+    void scheduleRefresh();
+    void refresh();
+    double levelOffsetDB(const TarvaneKit::UUID& channelID) const;
+
+    MeterEngine& engine_;
+    TarvaneKit::UUID requestedChannelID_;
+    TarvaneKit::UUID channelID_;
+    std::vector<TarvaneKit::UUID> requestedOverlayIDs_;
+    std::vector<TarvaneKit::UUID> shownIDs_;  // the channel, then its overlays
+    std::vector<QMetaObject::Connection> liveConnections_;
+    ChannelDemandRegistration demand_;
+    bool refreshPending_ = false;
+
+    SpectrumView view_;
+    RingOutBannerView banner_;
+    SpectrumRaster raster_;
+};
+
+}  // namespace TarvaneApp

@@ -1,0 +1,99 @@
+#include "Spectrum/RingOutBannerView.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <cmath>
+
+namespace TarvaneApp {
+
+namespace {
+
+constexpr double graphMargin = 10.0;
+constexpr double paddingAcross = 14.0;
+constexpr double paddingUpDown = 8.0;
+constexpr double textGap = 8.0;
+constexpr double centsGap = 4.0;
+constexpr double radius = 8.0;
+constexpr double plateOpacity = 0.95;
+constexpr double heldOpacity = 0.55;
+
+QFont frequencyFont(const Typeface& typeface) {
+    return typeface.roundedFont(22.0, QFont::Bold);
+}
+
+QFont noteFont(const Typeface& typeface) {
+    return typeface.systemFont(13.0, QFont::DemiBold);
+}
+
+double widthOf(const QFont& font, const QString& text) {
+    return std::ceil(QFontMetricsF(font).horizontalAdvance(text));
+}
+
+}  // namespace
+
+QString RingOutBannerView::frequencyText() const {
+    if (!alert) {
+        return {};
+    }
+    const double hz = alert->frequencyHz;
+    return hz < 1000.0 ? QString::number(hz, 'f', 0) + QStringLiteral("Hz")
+                       : QString::number(hz / 1000.0, 'f', 2) + QStringLiteral("kHz");
+}
+
+QString RingOutBannerView::noteText() const {
+    return alert ? QString::fromStdString(alert->note.name) : QString();
+}
+
+QString RingOutBannerView::centsText() const {
+    if (!alert) {
+        return {};
+    }
+    const auto cents = static_cast<int>(std::lround(alert->note.centsOffset));
+    return (cents >= 0 ? QStringLiteral("+") : QString()) + QString::number(cents) + u'¢';
+}
+
+QString RingOutBannerView::spokenText() const {
+    return alert ? frequencyText() + u' ' + noteText() + u' ' + centsText() : QString();
+}
+
+QRectF RingOutBannerView::rect(const QSizeF& graph, const Typeface& typeface) const {
+    if (!alert) {
+        return {};
+    }
+    const double width = widthOf(frequencyFont(typeface), frequencyText()) + textGap +
+                         widthOf(noteFont(typeface), noteText()) + centsGap +
+                         widthOf(noteFont(typeface), centsText()) + 2.0 * paddingAcross;
+    const double height =
+        std::ceil(QFontMetricsF(frequencyFont(typeface)).height()) + 2.0 * paddingUpDown;
+    return {graph.width() - graphMargin - width, graphMargin, width, height};
+}
+
+void RingOutBannerView::paint(QPainter& painter, const QSizeF& graph,
+                              const Typeface& typeface) const {
+    if (!alert) {
+        return;
+    }
+    const QRectF plate = rect(graph, typeface);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setOpacity(isLive ? 1.0 : heldOpacity);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Theme::faded(Theme::panelBackground, plateOpacity));
+    painter.drawRoundedRect(plate, radius, radius);
+
+    const QFontMetricsF metrics(frequencyFont(typeface));
+    const double baseline = plate.top() + paddingUpDown + metrics.ascent();
+    double x = plate.left() + paddingAcross;
+    const auto draw = [&](const QFont& font, const QColor& color, const QString& text, double gap) {
+        painter.setFont(font);
+        painter.setPen(color);
+        painter.drawText(QPointF(x, baseline), text);
+        x += widthOf(font, text) + gap;
+    };
+    draw(frequencyFont(typeface), Theme::ringAlert, frequencyText(), textGap);
+    draw(noteFont(typeface), Theme::primaryText, noteText(), centsGap);
+    draw(noteFont(typeface), Theme::axisText, centsText(), 0.0);
+    painter.restore();
+}
+
+}  // namespace TarvaneApp

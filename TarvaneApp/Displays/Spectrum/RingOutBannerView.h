@@ -1,0 +1,39 @@
+// The banner over a spectrum that names a ring: its frequency, its note and how far it is off that
+// note. A value record, its layout and its drawing. Coordinates are logical pixels.
+#pragma once
+
+#include <QRectF>
+#include <QSizeF>
+#include <QString>
+#include <optional>
+
+#include "DSP/RingAlert.h"
+#include "Theme.h"
+
+class QPainter;
+
+namespace TarvaneApp {
+
+struct RingOutBannerView {
+    std::optional<TarvaneKit::RingAlert> alert;
+    /// It sounds right now; else it has just stopped, and the banner is dimmed.
+    bool isLive = false;
+
+    /// "440Hz", "1.25kHz".
+    QString frequencyText() const;
+    /// "A4".
+    QString noteText() const;
+    /// "+6¢", "-12¢".
+    QString centsText() const;
+    /// All three, for a screen reader; empty without an alert.
+    QString spokenText() const;
+
+    /// In the top right corner of a graph of that size; empty without an alert.
+    QRectF rect(const QSizeF& graph, const Typeface& typeface = Typeface::installed()) const;
+    void paint(QPainter& painter, const QSizeF& graph,
+               const Typeface& typeface = Typeface::installed()) const;
+
+    bool operator==(const RingOutBannerView&) const = default;
+};
+
+}  // namespace TarvaneApp

@@ -1,0 +1,50 @@
+// The area of the two graphs in a window: analyzer and spectrogram, above or beside each other
+// with a handle between them, or one of them alone.
+#pragma once
+
+#include <QRect>
+#include <QSize>
+#include <QWidget>
+
+#include "LayoutEnums.h"
+
+namespace TarvaneApp {
+
+class MeterEngine;
+class PanelResizeHandle;
+
+/// Where the panels of a split area are. The first is never smaller than 60 pixels high, or 80
+/// wide beside each other; the second takes the rest.
+struct SplitGeometry {
+    QRect first;
+    QRect handle;
+    QRect second;
+
+    static constexpr int handleThickness = 9;
+
+    static SplitGeometry make(const QSize& area, GraphOrientation orientation,
+                              double firstFraction);
+};
+
+/// The analyzer's share of the area, from the first panel's; and the way back.
+double swappedForOrder(double fraction, GraphOrder order);
+
+class GraphArea final : public QWidget {
+    Q_OBJECT
+  public:
+    explicit GraphArea(MeterEngine& engine, QWidget* parent = nullptr);
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+  private:
+    void arrange();
+
+    MeterEngine& engine_;
+    QWidget* rta_;
+    QWidget* spectrogram_;
+    PanelResizeHandle* handle_;
+    double fractionAtPress_ = 0.0;
+};
+
+}  // namespace TarvaneApp

@@ -1,0 +1,84 @@
+#include "Panels/RTAPanelView.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include "ChannelPickerMenu.h"
+#include "Controls/MenuButton.h"
+#include "LiveFollow.h"
+#include "MeterEngine.h"
+#include "Panels/PanelHeader.h"
+#include "Panels/PanelMaximizeToggleButton.h"
+#include "ReadoutUnitPicker.h"
+#include "Spectrum/LiveSpectrumView.h"
+#include "Theme.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::TimeWeighting;
+
+namespace {
+
+constexpr int paddingAcross = 16;
+constexpr int paddingBottom = 8;
+constexpr int averagingGap = 6;
+constexpr int averagingWidth = 90;
+
+}  // namespace
+
+RTAPanelView::RTAPanelView(MeterEngine& engine, QWidget* parent)
+    : QWidget(parent),
+      engine_(engine),
+      graph_(new LiveSpectrumView(engine, engine.rtaChannelID(), this)),
+      averaging_(new MenuButton(QStringLiteral("Averaging"), this)),
+      unitPicker_(new ReadoutUnitPicker(engine, engine.rtaChannelID(), this)) {
+    auto* header = new PanelHeader(QStringLiteral("Real-Time Analyzer"), this);
+    header->row().addWidget(new ChannelPickerMenu(engine, engine.rtaChannelID, header));
+    header->row().addStretch(1);
+    auto* averagingLabel = new QLabel(QStringLiteral("Averaging"), header);
+    averagingLabel->setFont(Typeface::installed().systemFont(11));
+    QPalette palette = averagingLabel->palette();
+    palette.setColor(QPalette::WindowText, Theme::axisText);
+    averagingLabel->setPalette(palette);
+    averaging_->setFixedWidth(averagingWidth);
+    auto* averagingRow = new QHBoxLayout;
+    averagingRow->setSpacing(averagingGap);
+    averagingRow->addWidget(averagingLabel);
+    averagingRow->addWidget(averaging_);
+    header->row().addLayout(averagingRow);
+    header->row().addWidget(unitPicker_);
+    header->row().addWidget(new PanelMaximizeToggleButton(engine, PanelLayout::rtaOnly, header));
+
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, paddingBottom);
+    column->setSpacing(0);
+    column->addWidget(header);
+    auto* frame = new QHBoxLayout;
+    frame->setContentsMargins(paddingAcross, 0, paddingAcross, 0);
+    frame->addWidget(graph_);
+    column->addLayout(frame, 1);
+
+    followAll(
+        this,
+        [this] {
+            graph_->setChannelID(engine_.rtaChannelID());
+            graph_->setOverlayIDs(engine_.rtaOverlayChannelIDs());
+            unitPicker_->setChannelID(engine_.resolvedChannelID(engine_.rtaChannelID()));
+        },
+        engine.rtaChannelID, engine.rtaOverlayChannelIDs, engine.extraChannels);
+    follow(engine.rtaTimeWeighting, this, [this] { showAveraging(); });
+}
+
+void RTAPanelView::showAveraging() {
+    std::vector<MenuButton::Item> items;
+    for (const TimeWeighting weighting : TarvaneKit::allCases<TimeWeighting>()) {
+        const auto label = TarvaneKit::rawValue(weighting);
+        items.push_back({.text = QString::fromUtf8(label.data(), static_cast<int>(label.size())),
+                         .isCurrent = weighting == engine_.rtaTimeWeighting(),
+                         .action = [this, weighting] { engine_.rtaTimeWeighting.set(weighting); },
+                         .dot = std::nullopt});
+    }
+    averaging_->setItems(std::move(items));
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,132 @@
+#include "Panels/SpectrogramControls.h"
+
+#include <QBoxLayout>
+#include <QLabel>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <cmath>
+
+#include "LiveFollow.h"
+#include "MeterEngine.h"
+#include "Theme.h"
+
+namespace TarvaneApp {
+
+namespace {
+
+constexpr int sliderWidth = 100;
+constexpr int levelValueWidth = 64;
+constexpr int factorValueWidth = 48;
+constexpr int labelGap = 6;
+constexpr int controlGap = 12;
+
+// Sliders count whole numbers: of dB, and of twentieths for the other two.
+constexpr double stepsPerUnit = 20.0;
+constexpr double shortestSpan = 0.5;
+constexpr double longestSpan = 6.0;
+constexpr double lowestSlice = 0.5;
+constexpr double tallestSlice = 4.0;
+
+int steps(double value) {
+    return static_cast<int>(std::lround(value * stepsPerUnit));
+}
+
+QLabel* makeLabel(const QString& text, QWidget* parent) {
+    auto* label = new QLabel(text, parent);
+    label->setFont(Typeface::installed().systemFont(11));
+    QPalette palette = label->palette();
+    palette.setColor(QPalette::WindowText, Theme::axisText);
+    label->setPalette(palette);
+    return label;
+}
+
+}  // namespace
+
+SpectrogramControls::SpectrogramControls(MeterEngine& engine, Qt::Orientation orientation,
+                                         QWidget* parent)
+    : QWidget(parent), engine_(engine) {
+    auto* layout = new QBoxLayout(
+        orientation == Qt::Horizontal ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom, this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(controlGap);
+    const auto showLevel = [this](Control& control, double levelDB) {
+        const SpectrogramRange bounds = engine_.spectrogramSliderBounds(channelID());
+        control.slider->setRange(static_cast<int>(bounds.floorDB),
+                                 static_cast<int>(bounds.ceilingDB));
+        control.slider->setValue(static_cast<int>(std::lround(levelDB)));
+        control.value->setText(
+            QString::number(std::lround(levelDB)) +
+            (engine_.rtaScale(channelID()) == RTAScale::dbfs ? QStringLiteral(" dBFS")
+                                                             : QStringLiteral(" dB")));
+    };
+    add(*layout, QStringLiteral("Floor"), levelValueWidth,
+        [this](int value) { engine_.setSpectrogramFloorDB(value, channelID()); },
+        [this, showLevel](Control& control) {
+            showLevel(control, engine_.spectrogramRange(channelID()).floorDB);
+        });
+    add(*layout, QStringLiteral("Ceiling"), levelValueWidth,
+        [this](int value) { engine_.setSpectrogramCeilingDB(value, channelID()); },
+        [this, showLevel](Control& control) {
+            showLevel(control, engine_.spectrogramRange(channelID()).ceilingDB);
+        });
+    // To the right is faster: the slider runs against the time span.
+    add(*layout, QStringLiteral("Speed"), factorValueWidth,
+        [this](int value) {
+            engine_.spectrogramTimeSpanSeconds.set(shortestSpan + longestSpan -
+                                                   value / stepsPerUnit);
+        },
+        [this](Control& control) {
+            const double span = engine_.spectrogramTimeSpanSeconds();
+            control.slider->setRange(steps(shortestSpan), steps(longestSpan));
+            control.slider->setValue(steps(shortestSpan + longestSpan - span));
+            control.value->setText(QString::number(span, 'f', 1) + u's');
+        });
+    add(*layout, QStringLiteral("Slice Height"), factorValueWidth,
+        [this](int value) {
+            engine_.spectrogramSliceHeightMultiplier.set(value / stepsPerUnit);
+        },
+        [this](Control& control) {
+            const double factor = engine_.spectrogramSliceHeightMultiplier();
+            control.slider->setRange(steps(lowestSlice), steps(tallestSlice));
+            control.slider->setValue(steps(factor));
+            control.value->setText(QString::number(factor, 'f', 1) + u'x');
+        });
+    followAll(
+        this,
+        [this] {
+            for (Control& control : controls_) {
+                const QSignalBlocker shown(control.slider);
+                control.show(control);
+            }
+        },
+        engine.spectrogramChannelID, engine.extraChannels, engine.spectrogramRanges,
+        engine.spectrogramTimeSpanSeconds, engine.spectrogramSliceHeightMultiplier,
+        engine.splReadoutShowsDBFS, engine.calibration, engine.mainInputIsDigital);
+}
+
+void SpectrogramControls::add(QBoxLayout& layout, const QString& name, int valueWidth,
+                              std::function<void(int)> write,
+                              std::function<void(Control&)> show) {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(labelGap);
+    row->addWidget(makeLabel(name, this));
+    if (layout.direction() == QBoxLayout::TopToBottom) {
+        row->addStretch(1);
+    }
+    auto* slider = new QSlider(Qt::Horizontal, this);
+    slider->setFixedWidth(sliderWidth);
+    slider->setAccessibleName(name);
+    connect(slider, &QSlider::valueChanged, this, std::move(write));
+    row->addWidget(slider);
+    auto* value = makeLabel({}, this);
+    value->setFixedWidth(valueWidth);
+    row->addWidget(value);
+    layout.addLayout(row);
+    controls_.push_back({slider, value, std::move(show)});
+}
+
+TarvaneKit::UUID SpectrogramControls::channelID() const {
+    return engine_.resolvedChannelID(engine_.spectrogramChannelID());
+}
+
+}  // namespace TarvaneApp

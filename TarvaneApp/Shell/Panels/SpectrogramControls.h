@@ -1,0 +1,39 @@
+// The sliders of a spectrogram: the levels where its colours begin and end, how fast it moves and
+// how tall its slices are.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <vector>
+
+#include "Core/UUID.h"
+
+class QBoxLayout;
+class QLabel;
+class QSlider;
+
+namespace TarvaneApp {
+
+class MeterEngine;
+
+class SpectrogramControls final : public QWidget {
+    Q_OBJECT
+  public:
+    SpectrogramControls(MeterEngine& engine, Qt::Orientation orientation,
+                        QWidget* parent = nullptr);
+
+  private:
+    struct Control {
+        QSlider* slider;
+        QLabel* value;
+        std::function<void(Control&)> show;
+    };
+    void add(QBoxLayout& layout, const QString& name, int valueWidth,
+             std::function<void(int)> write, std::function<void(Control&)> show);
+    TarvaneKit::UUID channelID() const;
+
+    MeterEngine& engine_;
+    std::vector<Control> controls_;
+};
+
+}  // namespace TarvaneApp

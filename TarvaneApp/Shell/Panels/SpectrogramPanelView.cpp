@@ -1,0 +1,100 @@
+#include "Panels/SpectrogramPanelView.h"
+
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include "ChannelPickerMenu.h"
+#include "Controls/IconButton.h"
+#include "LiveFollow.h"
+#include "MeterEngine.h"
+#include "Panels/PanelHeader.h"
+#include "Panels/PanelMaximizeToggleButton.h"
+#include "Panels/SpectrogramControls.h"
+#include "Spectrogram/LiveSpectrogramView.h"
+#include "Spectrogram/SpectrogramFrequencyAxisView.h"
+#include "Theme.h"
+
+namespace TarvaneApp {
+
+namespace {
+
+constexpr int paddingAcross = 16;
+constexpr int adjustIconSize = 14;
+constexpr int popoverPadding = 16;
+
+class FrequencyAxisStrip final : public QWidget {
+  public:
+    explicit FrequencyAxisStrip(QWidget* parent) : QWidget(parent) {
+        setFixedHeight(static_cast<int>(SpectrogramFrequencyAxisView::height));
+    }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        paint(painter, SpectrogramFrequencyAxisView{}, width());
+    }
+};
+
+}  // namespace
+
+SpectrogramPanelView::SpectrogramPanelView(MeterEngine& engine, QWidget* parent)
+    : QWidget(parent),
+      engine_(engine),
+      picture_(new LiveSpectrogramView(engine, engine.spectrogramChannelID(), this)),
+      header_(new PanelHeader(QStringLiteral("Spectrogram"), this)),
+      controls_(new SpectrogramControls(engine, Qt::Horizontal, header_)),
+      adjustButton_(new IconButton(adjustIconSize, header_)) {
+    const QString adjustHelp = QStringLiteral("Adjust Floor, Ceiling, Speed, Slice Height");
+    adjustButton_->setSymbol(QStringLiteral("slider.horizontal.3"), Theme::axisText);
+    adjustButton_->setToolTip(adjustHelp);
+    adjustButton_->setAccessibleName(adjustHelp);
+    connect(adjustButton_, &QAbstractButton::clicked, this, [this] { openControls(); });
+    header_->row().addWidget(new ChannelPickerMenu(engine, engine.spectrogramChannelID, header_));
+    header_->row().addStretch(1);
+    header_->row().addWidget(controls_);
+    header_->row().addWidget(adjustButton_);
+    adjustButton_->hide();
+    header_->row().addWidget(
+        new PanelMaximizeToggleButton(engine, PanelLayout::spectrogramOnly, header_));
+
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(header_);
+    auto* frame = new QVBoxLayout;
+    frame->setContentsMargins(paddingAcross, 0, paddingAcross, 0);
+    frame->setSpacing(0);
+    frame->addWidget(picture_, 1);
+    frame->addWidget(new FrequencyAxisStrip(this));
+    column->addLayout(frame, 1);
+
+    followAll(
+        this, [this] { picture_->setChannelID(engine_.spectrogramChannelID()); },
+        engine.spectrogramChannelID, engine.extraChannels);
+}
+
+void SpectrogramPanelView::resizeEvent(QResizeEvent* event) {
+    // The header asks for room for what it shows: the sliders, or their button.
+    const int shown = (controls_->isHidden() ? static_cast<QWidget*>(adjustButton_) : controls_)
+                          ->sizeHint()
+                          .width();
+    const int others = header_->row().sizeHint().width() - shown;
+    const bool fits = width() >= others + controls_->sizeHint().width();
+    controls_->setVisible(fits);
+    adjustButton_->setVisible(!fits);
+    QWidget::resizeEvent(event);
+}
+
+void SpectrogramPanelView::openControls() {
+    auto* popover = new QWidget(this, Qt::Popup);
+    popover->setAttribute(Qt::WA_DeleteOnClose);
+    auto* layout = new QVBoxLayout(popover);
+    layout->setContentsMargins(popoverPadding, popoverPadding, popoverPadding, popoverPadding);
+    layout->addWidget(new SpectrogramControls(engine_, Qt::Vertical, popover));
+    popover->adjustSize();
+    const QPoint corner = adjustButton_->mapToGlobal(adjustButton_->rect().bottomRight());
+    popover->move(corner - QPoint(popover->width(), 0));
+    popover->show();
+}
+
+}  // namespace TarvaneApp
