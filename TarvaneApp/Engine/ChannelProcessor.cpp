@@ -1,15 +1,19 @@
 #include "ChannelProcessor.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
+#include "Core/AlignedVector.h"
 #include "Core/FlushDenormals.h"
 #include "DSP/Kernels/SanitizeKernel.h"
 
 namespace TarvaneApp {
 
 using TarvaneKit::CalibrationProfile;
+using TarvaneKit::LoudnessMeter;
+using TarvaneKit::LoudnessReadings;
 using TarvaneKit::SPLMetric;
 using TarvaneKit::UUID;
 using TarvaneKit::Weighting;
@@ -42,6 +46,10 @@ void ChannelProcessor::configure(const Configuration& configuration) {
                              configuration.leqIntegrationSeconds);
         return engine;
     };
+    auto analysis = std::make_unique<ChannelAnalysis>(
+        ChannelAnalysis::Configuration{.sampleRate = configuration.sampleRate,
+                                       .calibration = configuration.calibration,
+                                       .ringOutSensitivity = configuration.ringOutSensitivity});
     auto left = makeEngine();
     auto right = isStereo ? makeEngine() : nullptr;
     RollingBuffer accumulated;
@@ -57,6 +65,7 @@ void ChannelProcessor::configure(const Configuration& configuration) {
     accumulatedRight_ = std::move(accumulatedRight);
     leftEngine_ = std::move(left);
     rightEngine_ = std::move(right);
+    analysis_ = std::move(analysis);
     isConfigured_ = true;
 }
 
@@ -74,20 +83,24 @@ void ChannelProcessor::ingest(const float* left, const float* right, int frameCo
         peak = std::max(peak, TarvaneKit::copySanitized(right, rightBlock_.data(), frameCount));
     }
     const std::span<const float> leftBlock(leftBlock_.data(), frames);
-    const std::span<const float> rightBlock(rightBlock_.data(), hasRight ? frames : 0);
+    if (isStereo && !hasRight) {
+        makeRoom(rightBlock_, frames);
+        std::fill_n(rightBlock_.begin(), frames, 0.0F);
+    }
+    const std::span<const float> rightBlock(rightBlock_.data(), isStereo ? frames : 0);
 
     Engines meters;
+    std::shared_ptr<LoudnessMeter> loudness;
     {
         const std::lock_guard hold(bufferLock_);
         if (dropsIncomingAudio_ || !isConfigured_) {
             return;
         }
         meters = {leftEngine_.get(), rightEngine_.get()};
+        loudness = loudnessMeter_;
         accumulated_.append(leftBlock);
-        if (hasRight) {
+        if (isStereo) {
             accumulatedRight_.append(rightBlock);
-        } else if (isStereo) {
-            accumulatedRight_.appendSilence(frameCount);
         }
         peakSinceLastTick_ = std::max(peakSinceLastTick_, peak);
     }
@@ -95,11 +108,20 @@ void ChannelProcessor::ingest(const float* left, const float* right, int frameCo
     if (hasRight && meters.right != nullptr) {
         meters.right->processBlock(rightBlock);
     }
+    if (loudness) {
+        const std::array channels{leftBlock, rightBlock};
+        loudness->process(std::span(channels).first(isStereo ? 2 : 1));
+    }
 }
 
 ChannelProcessor::Engines ChannelProcessor::engines() const {
     const std::lock_guard hold(bufferLock_);
     return {leftEngine_.get(), rightEngine_.get()};
+}
+
+std::shared_ptr<LoudnessMeter> ChannelProcessor::loudnessMeter() const {
+    const std::lock_guard hold(bufferLock_);
+    return loudnessMeter_;
 }
 
 bool ChannelProcessor::isConfigured() const {
@@ -121,6 +143,10 @@ double ChannelProcessor::combine(const SPLMetric& metric, double left, double ri
 }
 
 double ChannelProcessor::value(const SPLMetric& metric) const {
+    if (const auto* loudness = std::get_if<SPLMetric::Loudness>(&metric.reading)) {
+        const auto meter = loudnessMeter();
+        return meter ? meter->value(loudness->metric) : noValue;
+    }
     const Engines meters = engines();
     if (meters.left == nullptr) {
         return noValue;
@@ -141,12 +167,22 @@ std::vector<double> ChannelProcessor::values(std::span<const SPLMetric> metrics)
             result[i] = combine(metrics[i], result[i], right[i]);
         }
     }
+    std::optional<LoudnessReadings> readings;  // read at most once, so that all are of one instant
+    for (std::size_t i = 0; i < result.size(); ++i) {
+        if (const auto* loudness = std::get_if<SPLMetric::Loudness>(&metrics[i].reading)) {
+            if (!readings) {
+                readings = loudnessReadings().value_or(LoudnessReadings{});
+            }
+            result[i] = (*readings)[loudness->metric];
+        }
+    }
     return result;
 }
 
 std::optional<std::vector<double>> ChannelProcessor::sideValues(const SPLMetric& metric) const {
     const Engines meters = engines();
-    if (meters.left == nullptr || meters.right == nullptr) {
+    if (meters.left == nullptr || meters.right == nullptr ||
+        std::holds_alternative<SPLMetric::Loudness>(metric.reading)) {
         return std::nullopt;
     }
     return std::vector{meters.left->value(metric), meters.right->value(metric)};
@@ -157,6 +193,33 @@ double ChannelProcessor::leqElapsedFraction() const {
     const auto progress =
         meters.left != nullptr ? meters.left->leqProgress(userLeqID) : std::nullopt;
     return progress ? progress->elapsedFraction : 0.0;
+}
+
+void ChannelProcessor::setMeasuresLoudness(bool measures) {
+    if (!isConfigured() || measures == (loudnessMeter() != nullptr)) {
+        return;
+    }
+    auto meter = measures ? std::make_shared<LoudnessMeter>(
+                                sampleRate_, std::vector<double>(isStereo ? 2 : 1, 1.0))
+                          : nullptr;
+    {
+        const std::lock_guard hold(bufferLock_);
+        loudnessMeter_.swap(meter);
+    }
+    if (meter) {
+        droppedLoudnessMeter_ = std::move(meter);
+    }
+}
+
+std::optional<LoudnessReadings> ChannelProcessor::loudnessReadings() const {
+    const auto meter = loudnessMeter();
+    return meter ? std::optional(meter->readings()) : std::nullopt;
+}
+
+void ChannelProcessor::resetLoudness() {
+    if (const auto meter = loudnessMeter()) {
+        meter->reset();
+    }
 }
 
 void ChannelProcessor::setDropsIncomingAudio(bool drops) {
@@ -199,9 +262,38 @@ void ChannelProcessor::resetPeakDetectors() {
     }
 }
 
-ChannelFrame ChannelProcessor::analyze(const AnalysisSettings&, const ChannelAnalysisRequest&) {
-    const std::lock_guard hold(bufferLock_);
-    return {.peak = std::exchange(peakSinceLastTick_, 0.0F)};
+ChannelFrame ChannelProcessor::analyze(const AnalysisSettings& settings,
+                                       const ChannelAnalysisRequest& request,
+                                       ChannelFrame recycled) {
+    constexpr int length = ChannelAnalysis::windowLength;
+    thread_local TarvaneKit::AlignedVector<float> left(length);
+    thread_local TarvaneKit::AlignedVector<float> right(length);
+    const bool isWanted = request.wantsRTA || request.wantsSpectrogram;
+
+    ChannelFrame frame = std::move(recycled);
+    std::optional<ChannelAnalysis::Window> window;
+    {
+        const std::lock_guard hold(bufferLock_);
+        frame.peak = std::exchange(peakSinceLastTick_, 0.0F);
+        if (accumulated_.count() >= length) {
+            window.emplace(ChannelAnalysis::Window{.left = left, .right = {}});
+            if (isWanted) {
+                accumulated_.copyNewest(left);
+            }
+            if (accumulatedRight_.count() >= length) {
+                window->right = right;
+                if (isWanted) {
+                    accumulatedRight_.copyNewest(right);
+                }
+                accumulatedRight_.keepNewest(length);
+            }
+            accumulated_.keepNewest(length);
+        }
+    }
+    if (analysis_) {
+        analysis_->analyze(settings, request, window, frame);
+    }
+    return frame;
 }
 
 int ChannelProcessor::accumulatedCount() const {

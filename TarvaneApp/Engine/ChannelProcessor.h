@@ -1,8 +1,8 @@
 // The audio side of one running channel: where a block enters the system's own logic.
 //
 // The capture thread of a source hands it blocks (`ingest`); each is appended to a short rolling
-// buffer for the analysis and fed at once to the level meters, so that SPL, Peak and Leq see
-// every sample, whatever the displays do. The main thread reads the meters; a tick's analysis
+// buffer for the analysis and fed at once to the level meters, so that SPL, Peak, Leq and loudness
+// see every sample, whatever the displays do. The main thread reads the meters; a tick's analysis
 // takes what it needs on the analysis queue. Made anew at every start and never reused.
 //
 // `bufferLock_` guards the rolling buffers, the peak, the pause and the list of meters. It is
@@ -15,9 +15,13 @@
 #include <span>
 #include <vector>
 
+#include "AnalysisSettings.h"
 #include "Calibration/CalibrationProfile.h"
 #include "ChannelAnalysis.h"
+#include "ChannelFrame.h"
 #include "Core/UUID.h"
+#include "Metrics/LoudnessMeter.h"
+#include "Metrics/LoudnessReadings.h"
 #include "Metrics/SPLMetric.h"
 #include "Metrics/SPLMetricEngine.h"
 #include "RollingBuffer.h"
@@ -34,6 +38,7 @@ class ChannelProcessor {
         TarvaneKit::CalibrationProfile calibration;
         TarvaneKit::Weighting leqWeighting = TarvaneKit::Weighting::a;
         double leqIntegrationSeconds = 60.0;
+        TarvaneKit::RingOutSensitivity ringOutSensitivity = TarvaneKit::RingOutSensitivity::normal;
     };
 
     /// Unconfigured: every block is dropped.
@@ -52,14 +57,22 @@ class ChannelProcessor {
     void ingest(const float* left, const float* right, int frameCount);
 
     /// The current reading, both sides of a stereo channel combined: the higher peak, else the
-    /// mean of the energies. Minus infinity when not configured.
+    /// mean of the energies; a loudness is of the channel as a whole. Minus infinity when not
+    /// configured or not measured.
     double value(const TarvaneKit::SPLMetric& metric) const;
     /// The same for several, all of one side read at one instant.
     std::vector<double> values(std::span<const TarvaneKit::SPLMetric> metrics) const;
-    /// Left and right; absent unless stereo and configured.
+    /// Left and right; absent for a loudness, and unless stereo and configured.
     std::optional<std::vector<double>> sideValues(const TarvaneKit::SPLMetric& metric) const;
     /// Progress of the user's Leq, 0 to 1; 0 when not configured.
     double leqElapsedFraction() const;
+
+    /// Loudness from now on, from nothing; or no longer. Nothing when not configured.
+    void setMeasuresLoudness(bool measures);
+    /// Absent while the channel measures no loudness.
+    std::optional<TarvaneKit::LoudnessReadings> loudnessReadings() const;
+    /// Starts integrated loudness, range and maxima anew.
+    void resetLoudness();
 
     /// While true, blocks are dropped before anything sees them.
     void setDropsIncomingAudio(bool drops);
@@ -73,8 +86,10 @@ class ChannelProcessor {
 
     bool isConfigured() const;
 
-    /// One tick's analysis, on the analysis queue; one call at a time.
-    ChannelFrame analyze(const AnalysisSettings& settings, const ChannelAnalysisRequest& request);
+    /// One tick's analysis, on the analysis queue; one call at a time. A frame that is no longer
+    /// needed may be given back: its arrays are used again, and nothing of it is read.
+    ChannelFrame analyze(const AnalysisSettings& settings, const ChannelAnalysisRequest& request,
+                         ChannelFrame recycled = {});
 
     /// Samples waiting for the analysis.
     int accumulatedCount() const;
@@ -89,6 +104,7 @@ class ChannelProcessor {
     };
     /// The meters as of now. They live as long as the processor once they are there.
     Engines engines() const;
+    std::shared_ptr<TarvaneKit::LoudnessMeter> loudnessMeter() const;
     static double combine(const TarvaneKit::SPLMetric& metric, double left, double right);
 
     double sampleRate_ = 48000.0;
@@ -100,11 +116,20 @@ class ChannelProcessor {
     bool dropsIncomingAudio_ = false;
     std::unique_ptr<Engine> leftEngine_;
     std::unique_ptr<Engine> rightEngine_;
+    // Shared with a block under way on the capture thread.
+    std::shared_ptr<TarvaneKit::LoudnessMeter> loudnessMeter_;
     bool isConfigured_ = false;
+
+    // The loudness meter dropped last stays, so that the capture thread is never the one to free
+    // it.
+    std::shared_ptr<TarvaneKit::LoudnessMeter> droppedLoudnessMeter_;
 
     // Capture thread only.
     std::vector<float> leftBlock_;
     std::vector<float> rightBlock_;
+
+    // Analysis queue only, once configured.
+    std::unique_ptr<ChannelAnalysis> analysis_;
 };
 
 }  // namespace TarvaneApp

@@ -11,6 +11,7 @@
 namespace TarvaneApp {
 
 using TarvaneKit::AudioInputDevice;
+using TarvaneKit::RGBAColor;
 using TarvaneKit::systemOutputUID;
 using TarvaneKit::TransportType;
 using TarvaneKit::UUID;
@@ -23,6 +24,14 @@ constexpr std::array<std::string_view, 5> digitalNames{"dante", "blackhole", "lo
 
 // The system's output is captured in stereo.
 constexpr int systemOutputChannels = 2;
+
+// The colours of new channels, one after the other. The main input is green.
+constexpr std::array<RGBAColor, 6> channelColors{{{0.3, 0.7, 1.0, 1.0},
+                                                  {1.0, 0.45, 0.75, 1.0},
+                                                  {1.0, 0.85, 0.25, 1.0},
+                                                  {0.7, 0.55, 1.0, 1.0},
+                                                  {0.3, 0.95, 0.95, 1.0},
+                                                  {1.0, 0.55, 0.3, 1.0}}};
 
 std::string lowerCase(std::string text) {
     std::ranges::transform(text, text.begin(), [](char c) {
@@ -50,6 +59,86 @@ void MeterEngine::followDevices() {
     }
 }
 
+void MeterEngine::addChannel() {
+    const auto& uid = selectedDeviceUID();
+    const int inputs = channelCount(uid);
+    auto channels = extraChannels();
+    ChannelConfig channel;
+    channel.name = fmt::format("Channel {}", channels.size() + 2);  // the main input is the first
+    channel.deviceUID = uid;
+    channel.channelIndex = lowestFreeInput(uid, inputs);
+    channel.rightChannelIndex = std::min(channel.channelIndex + 1, std::max(inputs - 1, 0));
+    channel.color = channelColors[channels.size() % channelColors.size()];
+    channel.isDigital = isLikelyDigitalSource(uid);
+    channel.ringOutEnabled = !channel.isDigital;
+    channel.display = display(UUID::main());
+    channels.push_back(std::move(channel));
+    extraChannels.set(std::move(channels));
+}
+
+// 0 when every input is taken.
+int MeterEngine::lowestFreeInput(const std::optional<std::string>& deviceUID, int inputs) const {
+    const auto active = activeChannelInfos();
+    for (int input = 0; input < inputs; ++input) {
+        const bool isTaken = std::ranges::any_of(active, [&](const ChannelInfo& channel) {
+            return channel.deviceUID == deviceUID &&
+                   (channel.channelIndex == input || channel.rightChannelIndex == input);
+        });
+        if (!isTaken) {
+            return input;
+        }
+    }
+    return 0;
+}
+
+void MeterEngine::removeChannel(const UUID& id) {
+    auto channels = extraChannels();
+    std::erase_if(channels, [&](const ChannelConfig& channel) { return channel.id == id; });
+    extraChannels.set(std::move(channels));
+    auto layouts = channelWindowLayouts();
+    layouts.erase(id);
+    channelWindowLayouts.set(std::move(layouts));
+}
+
+void MeterEngine::updateChannel(const UUID& id, const std::function<void(ChannelConfig&)>& edit) {
+    auto channels = extraChannels();
+    const auto channel = std::ranges::find(channels, id, &ChannelConfig::id);
+    if (channel != channels.end()) {
+        edit(*channel);
+        extraChannels.set(std::move(channels));
+    }
+}
+
+void MeterEngine::setChannelDevice(const UUID& id, const std::optional<std::string>& uid) {
+    const int inputs = channelCount(uid);
+    updateChannel(id, [&](ChannelConfig& channel) {
+        channel.deviceUID = uid;
+        if (channel.channelIndex >= inputs) {
+            channel.channelIndex = 0;
+        }
+        if (uid == systemOutputUID) {
+            channel.isDigital = true;
+            channel.channelIndex = 0;
+            channel.rightChannelIndex = 1;
+            channel.isStereo = true;
+            return;
+        }
+        channel.isDigital = isLikelyDigitalSource(uid);
+        if (channel.rightChannelIndex >= inputs) {
+            channel.isStereo = false;
+            channel.rightChannelIndex = std::min(inputs - 1, channel.channelIndex + 1);
+        }
+    });
+}
+
+void MeterEngine::setChannelColor(const RGBAColor& color, const UUID& id) {
+    if (id == UUID::main()) {
+        rtaColor.set(color);
+    } else {
+        updateChannel(id, [&](ChannelConfig& channel) { channel.color = color; });
+    }
+}
+
 ChannelInfo MeterEngine::mainChannelInfo() const {
     return {.id = UUID::main(),
             .name = "Main Input",
@@ -59,9 +148,9 @@ ChannelInfo MeterEngine::mainChannelInfo() const {
                 mainInputIsStereo() ? std::optional(mainInputRightChannelIndex()) : std::nullopt,
             .color = rtaColor(),
             .isEnabled = true,
-            .ringOutEnabled = false,
+            .ringOutEnabled = ringOutEnabled(),
             .calibration = mainInputIsDigital() ? uncalibrated() : calibration(),
-            .measuresLoudness = false};
+            .measuresLoudness = mainInputMeasuresLoudness()};
 }
 
 ChannelInfo MeterEngine::info(const ChannelConfig& config) const {

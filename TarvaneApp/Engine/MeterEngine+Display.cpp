@@ -9,14 +9,32 @@ namespace TarvaneApp {
 
 using TarvaneKit::CalibrationSource;
 using TarvaneKit::InputClipState;
+using TarvaneKit::OctaveBand;
 using TarvaneKit::RGBAColor;
 using TarvaneKit::SPLMetric;
 using TarvaneKit::UUID;
 using TarvaneKit::Weighting;
 
+namespace {
+
+// The audible range, which every frequency axis spans.
+constexpr double lowestHz = 20.0;
+constexpr double highestHz = 20000.0;
+
+}  // namespace
+
 ChannelDisplaySettings MeterEngine::mainDisplay() const {
     ChannelDisplaySettings settings;
     settings.showsDBFS = splReadoutShowsDBFS();
+    settings.viewMode = viewMode();
+    settings.octaveFraction = octaveFraction();
+    settings.octaveNormalized = octaveNormalizedSpectrumDisplay();
+    settings.showsPeakHold = showPeakHold();
+    settings.peakHoldColor = rtaPeakColor();
+    settings.ringOutSensitivity = ringOutSensitivity();
+    settings.targetCurveName = selectedTargetCurveName();
+    settings.targetCurveReferenceDB = targetCurveReferenceDB();
+    settings.targetCurveReferenceDBFS = targetCurveReferenceDBFS();
     settings.metricMode = metricMode();
     settings.splWeighting = splWeighting();
     settings.splTimeWeighting = splTimeWeighting();
@@ -38,13 +56,10 @@ void MeterEngine::updateDisplay(const UUID& id,
         return;
     }
     if (id != UUID::main()) {
-        auto channels = extraChannels();
-        const auto config = std::ranges::find(channels, id, &ChannelConfig::id);
-        if (config == channels.end()) {
+        if (!channelInfo(id)) {
             return;
         }
-        config->display = after;
-        extraChannels.set(std::move(channels));
+        updateChannel(id, [&](ChannelConfig& channel) { channel.display = after; });
     } else {
         if (after.metricDiffers(before)) {
             pinChannelsFollowingMain(before);
@@ -55,6 +70,15 @@ void MeterEngine::updateDisplay(const UUID& id,
             }
         };
         assign(splReadoutShowsDBFS, after.showsDBFS);
+        assign(viewMode, after.viewMode);
+        assign(octaveFraction, after.octaveFraction);
+        assign(octaveNormalizedSpectrumDisplay, after.octaveNormalized);
+        assign(showPeakHold, after.showsPeakHold);
+        assign(rtaPeakColor, after.peakHoldColor);
+        assign(ringOutSensitivity, after.ringOutSensitivity);
+        assign(selectedTargetCurveName, after.targetCurveName);
+        assign(targetCurveReferenceDB, after.targetCurveReferenceDB);
+        assign(targetCurveReferenceDBFS, after.targetCurveReferenceDBFS);
         assign(metricMode, after.metricMode);
         assign(splWeighting, after.splWeighting);
         assign(splTimeWeighting, after.splTimeWeighting);
@@ -80,7 +104,7 @@ void MeterEngine::pinChannelsFollowingMain(const ChannelDisplaySettings& to) {
     }
 }
 
-SPLMetric MeterEngine::displayedMetric(const UUID& id) const {
+SPLMetric MeterEngine::meterMetric(const UUID& id) const {
     const ChannelDisplaySettings settings = display(resolvedChannelID(id));
     switch (settings.metricMode) {
         case MetricMode::spl:
@@ -93,13 +117,39 @@ SPLMetric MeterEngine::displayedMetric(const UUID& id) const {
     return SPLMetric::leq(ChannelProcessor::userLeqID);
 }
 
+SPLMetric MeterEngine::displayedMetric(const UUID& id) const {
+    const auto channel = channelInfo(id);
+    return channel && channel->measuresLoudness ? SPLMetric::loudness(loudnessReadout())
+                                                : meterMetric(id);
+}
+
+SPLMetric MeterEngine::historyMetric(const UUID& id) const {
+    const auto channel = channelInfo(id);
+    return channel && channel->measuresLoudness
+               ? SPLMetric::loudness(TarvaneKit::LoudnessMetric::shortTerm)
+               : meterMetric(id);
+}
+
+const std::vector<OctaveBand>& MeterEngine::bands(const UUID& id) {
+    const TarvaneKit::OctaveFraction fraction = display(id).octaveFraction;
+    auto& bands = bandCache_[fraction];
+    if (bands.empty()) {
+        bands = TarvaneKit::OctaveBands::standardBands(fraction, lowestHz, highestHz);
+    }
+    return bands;
+}
+
 bool MeterEngine::isCalibrated(const UUID& id) const {
     const auto channel = channelInfo(id);
     return channel && channel->calibration.calibrationSource() != CalibrationSource::none;
 }
 
+RTAScale MeterEngine::rtaScale(const UUID& id) const {
+    return isCalibrated(id) && !display(id).showsDBFS ? RTAScale::spl : RTAScale::dbfs;
+}
+
 std::string MeterEngine::levelUnitLabel(const UUID& id) const {
-    return isCalibrated(id) && !display(id).showsDBFS ? "dB" : "dBFS";
+    return rtaScale(id) == RTAScale::spl ? "dB" : "dBFS";
 }
 
 double MeterEngine::splReadoutDisplayOffsetDB(const UUID& id) const {
@@ -112,7 +162,10 @@ MeterEngine::ActiveTrafficLight MeterEngine::activeTrafficLight(const UUID& id) 
     if (!channel) {
         return {trafficLightConfigDBFS(), 0.0};
     }
-    if (isCalibrated(id) && !display(id).showsDBFS) {
+    if (channel->measuresLoudness) {
+        return {loudnessTarget().trafficLight(loudnessColors()), 0.0};
+    }
+    if (rtaScale(id) == RTAScale::spl) {
         return {trafficLightConfig(), 0.0};
     }
     // The digital thresholds always judge the digital level.
@@ -140,6 +193,10 @@ void MeterEngine::resetMinMax() {
     for (const auto& [id, channel] : meterChannels_) {
         resetMinMax(*channel);
     }
+}
+
+void MeterEngine::resetMinMax(const UUID& id) {
+    resetMinMax(meterChannel(id));
 }
 
 // All metrics are measured all the time, so the new one is there at once, also while no tick

@@ -94,8 +94,12 @@ void MeterEngine::startAuthorized() {
         const bool opensUID = plan.device || plan.uid == TarvaneKit::systemOutputUID;
         plan.deviceName = deviceDisplayName(opensUID ? plan.uid : std::nullopt);
     }
-    const StartSettings settings{.leqWeighting = leqWeighting(),
-                                 .leqIntegrationSeconds = leqIntegrationSeconds()};
+    StartSettings settings{.leqWeighting = leqWeighting(),
+                           .leqIntegrationSeconds = leqIntegrationSeconds(),
+                           .ringOutSensitivities = {}};
+    for (const ChannelInfo& info : infos) {
+        settings.ringOutSensitivities[info.id] = display(info.id).ringOutSensitivity;
+    }
     isStarting.set(true);
     const int generation = ++startGeneration_;
     const LossHandler onLoss = [this](const std::weak_ptr<CaptureGroup>& lost) {
@@ -177,12 +181,22 @@ void MeterEngine::finishStart(const std::vector<ChannelInfo>& infos,
     for (const ChannelInfo& info : infos) {
         MeterChannel& channel = meterChannel(info.id);
         Q_EMIT channel.live.willChange();
+        channel.live.spectrogramHistory.clear();
+        channel.levelHistory().reset(clock_.now());
+        channel.levelHistoryBegan = clock_.steadyNow();
+        channel.levelHistoryInputDescription = inputDescription(info);
+        ++channel.live.levelHistoryRevision;
         resetMinMax(channel);
     }
     channelSourcesChangedWhileRunning.set(false);
     isPaused.set(false);
     isRunning.set(true);
     calibrationChanged();
+    for (const ChannelInfo& info : channelInfos()) {
+        if (const auto& processor = meterChannel(info.id).processor) {
+            processor->setMeasuresLoudness(info.measuresLoudness);
+        }
+    }
     startDisplayTimer();
     if (!failures.empty()) {
         errorMessage.set("Some channels couldn't start:" + joinedLines(failures));
@@ -224,6 +238,12 @@ void MeterEngine::closeGroup(const std::shared_ptr<CaptureGroup>& group) {
         Q_EMIT channel.live.willChange();
         channel.live.currentSPLValueDB = -std::numeric_limits<double>::infinity();
         channel.live.sideSPLValuesDB.clear();
+        channel.live.bandLevelsDB.clear();
+        channel.live.bandPeakHoldDB.clear();
+        channel.live.lineSpectrumDB.clear();
+        channel.live.linePeakHoldDB.clear();
+        channel.live.currentRingAlert.reset();
+        channel.live.loudness.reset();
         channel.live.inputPeakDBFS = LiveMeterData::inputMeterFloorDBFS;
         channel.live.inputPeakHoldDBFS = LiveMeterData::inputMeterFloorDBFS;
     }

@@ -8,9 +8,15 @@
 namespace TarvaneApp {
 
 using TarvaneKit::CalibrationProfile;
+using TarvaneKit::TimeWeighting;
 using TarvaneKit::UUID;
+using TarvaneKit::Weighting;
 
 namespace {
+
+// Each graph keeps enough room to be read and to be dragged open again.
+constexpr double smallestSplitFraction = 0.15;
+constexpr double largestSplitFraction = 0.85;
 
 // What of a channel is fixed when its source opens.
 using SourceSignature = std::tuple<UUID, std::optional<std::string>, int, std::optional<int>>;
@@ -31,6 +37,7 @@ std::vector<SourceSignature> sourceSignatures(const std::vector<ChannelConfig>& 
 }  // namespace
 
 void MeterEngine::attachSettingEffects() {
+    // The main input.
     selectedDeviceUID.setEffect([this](const auto& old) { selectedDeviceChanged(old); });
     selectedChannelIndex.setEffect(
         [this](int old) { noteSourceChange(old != selectedChannelIndex()); });
@@ -38,15 +45,31 @@ void MeterEngine::attachSettingEffects() {
     mainInputRightChannelIndex.setEffect(
         [this](int old) { noteSourceChange(old != mainInputRightChannelIndex()); });
     mainInputIsDigital.setEffect([this](bool) { calibrationChanged(); });
+
+    // The other channels.
     extraChannels.setEffect([this](const auto& old) { extraChannelsChanged(old); });
 
-    metricMode.setEffect([this](MetricMode) { mainMetricChanged(); });
-    splWeighting.setEffect([this](TarvaneKit::Weighting) { mainMetricChanged(); });
-    splTimeWeighting.setEffect([this](TarvaneKit::TimeWeighting) { mainMetricChanged(); });
-    peakWeighting.setEffect([this](TarvaneKit::Weighting) { mainMetricChanged(); });
+    // The main input's spectrum.
+    octaveNormalizedSpectrumDisplay.setEffect([this](bool) { ++smoothingGeneration_; });
+    rtaTimeWeighting.setEffect([this](TimeWeighting) { ++smoothingGeneration_; });
 
+    // The main input's meter.
+    metricMode.setEffect([this](MetricMode) { mainMetricChanged(); });
+    splWeighting.setEffect([this](Weighting) { mainMetricChanged(); });
+    splTimeWeighting.setEffect([this](TimeWeighting) { mainMetricChanged(); });
+    peakWeighting.setEffect([this](Weighting) { mainMetricChanged(); });
     calibration.setEffect([this](const CalibrationProfile&) { calibrationChanged(); },
                           Setting<CalibrationProfile>::Saving::afterEffect);
+
+    // The layout of the main window.
+    panelSplitFraction.setConstraint([](double fraction) {
+        // In this order a fraction that is no number ends at the smallest.
+        return std::min(std::max(smallestSplitFraction, fraction), largestSplitFraction);
+    });
+    for (Setting<ModulePlacement>* placement :
+         {&splMeterPlacement, &rtaPlacement, &spectrogramPlacement, &levelHistoryPlacement}) {
+        placement->setEffect([this](ModulePlacement) { placementChanged(); });
+    }
 }
 
 void MeterEngine::selectedDeviceChanged(const std::optional<std::string>& old) {
@@ -79,6 +102,8 @@ void MeterEngine::calibrationChanged() {
     for (const ChannelInfo& info : channelInfos()) {
         const auto found = meterChannels_.find(info.id);
         if (found != meterChannels_.end() && found->second->processor) {
+            found->second->calibration =
+                std::make_shared<const CalibrationProfile>(info.calibration);
             found->second->processor->setCalibration(info.calibration);
         }
     }

@@ -12,7 +12,10 @@ namespace TarvaneApp {
 
 using TarvaneKit::Date;
 using TarvaneKit::InputClipState;
+using TarvaneKit::RingAlert;
+using TarvaneKit::SPLHistoryRecorder;
 using TarvaneKit::SPLMetric;
+using TarvaneKit::UUID;
 
 namespace {
 
@@ -33,21 +36,54 @@ double secondsBetween(Date earlier, Date later) {
 
 }  // namespace
 
+void MeterEngine::addDemand(ChannelDemand demand, const UUID& id) {
+    demandCounts_.add(demand, id);
+}
+
+void MeterEngine::removeDemand(ChannelDemand demand, const UUID& id) {
+    demandCounts_.remove(demand, id);
+}
+
+bool MeterEngine::isDemanded(ChannelDemand demand, const UUID& id) const {
+    return demandCounts_.contains(demand, id);
+}
+
 void MeterEngine::tick() {
     if (analysisInFlight_) {
         return;
     }
-    const AnalysisSettings settings{.smoothingGeneration = smoothingGeneration_,
+    const AnalysisSettings settings{.now = clock_.steadyNow(),
+                                    .rtaTimeWeighting = rtaTimeWeighting(),
+                                    .smoothingGeneration = smoothingGeneration_,
                                     .peakHoldGeneration = peakHoldGeneration_,
                                     .timingGeneration = timingGeneration_,
                                     .calibrationGeneration = calibrationGeneration_};
     std::vector<MeterChannel*> channels;
     std::vector<ChannelAnalysisRequest> requests;
-    for (const ChannelInfo& info : activeChannelInfos()) {
-        const auto found = meterChannels_.find(info.id);
-        if (found != meterChannels_.end() && found->second->processor) {
-            channels.push_back(found->second.get());
-            requests.push_back({.processor = found->second->processor});
+    std::vector<ChannelFrame> frames;
+    const auto order = [&](const UUID& id, bool detectsRings,
+                           const ChannelDisplaySettings& display) {
+        const auto found = meterChannels_.find(id);
+        if (found == meterChannels_.end() || !found->second->processor) {
+            return;
+        }
+        MeterChannel& channel = *found->second;
+        channels.push_back(&channel);
+        requests.push_back({.processor = channel.processor,
+                            .calibration = channel.calibration,
+                            .wantsRTA = isDemanded(ChannelDemand::rta, id),
+                            .wantsSpectrogram = isDemanded(ChannelDemand::spectrogram, id),
+                            .ringOutEnabled = detectsRings,
+                            .octaveFraction = display.octaveFraction,
+                            .octaveNormalized = display.octaveNormalized,
+                            .ringOutSensitivity = display.ringOutSensitivity});
+        frames.push_back(std::move(channel.spareFrame));
+    };
+    const ChannelDisplaySettings main = mainDisplay();
+    order(UUID::main(), ringOutEnabled(), main);
+    for (const ChannelConfig& config : extraChannels()) {
+        if (config.isEnabled) {
+            order(config.id, config.ringOutEnabled, config.display ? *config.display : main);
         }
     }
     if (requests.empty()) {
@@ -56,20 +92,21 @@ void MeterEngine::tick() {
     analysisInFlight_ = true;
     const int generation = runGeneration_;
     analysisQueue_.post([this, settings, generation, channels = std::move(channels),
-                         requests = std::move(requests)] {
-        std::vector<ChannelFrame> frames(requests.size());
+                         requests = std::move(requests), frames = std::move(frames)]() mutable {
         analysisLoop_.run(static_cast<int>(requests.size()), [&](int i) {
             const auto& request = requests[static_cast<std::size_t>(i)];
-            frames[static_cast<std::size_t>(i)] = request.processor->analyze(settings, request);
+            ChannelFrame& frame = frames[static_cast<std::size_t>(i)];
+            frame = request.processor->analyze(settings, request, std::move(frame));
         });
-        mainThread_.post([this, generation, channels, frames = std::move(frames)] {
+        mainThread_.post([this, generation, channels = std::move(channels),
+                          frames = std::move(frames)]() mutable {
             analysisReturned(generation, channels, frames);
         });
     });
 }
 
 void MeterEngine::analysisReturned(int generation, const std::vector<MeterChannel*>& channels,
-                                   const std::vector<ChannelFrame>& frames) {
+                                   std::vector<ChannelFrame>& frames) {
     if (generation != runGeneration_) {
         return;  // of a run that has ended
     }
@@ -77,18 +114,60 @@ void MeterEngine::analysisReturned(int generation, const std::vector<MeterChanne
     if (!isRunning() || isPaused()) {
         return;
     }
-    const Date now = clock_.now();
+    const Date now = clock_.steadyNow();
     for (std::size_t i = 0; i < channels.size(); ++i) {
         publish(frames[i], *channels[i], now);
+        channels[i]->spareFrame = std::move(frames[i]);
     }
 }
 
-void MeterEngine::publish(const ChannelFrame& frame, MeterChannel& channel, Date now) {
-    Q_EMIT channel.live.willChange();
+void MeterEngine::publish(ChannelFrame& frame, MeterChannel& channel, Date now) {
+    LiveMeterData& live = channel.live;
+    Q_EMIT live.willChange();
     updateClipState(channel, frame.peak >= clipThreshold, now);
     updateInputMeter(channel, frame.peak, now);
+    if (frame.rta) {
+        // What the displays had goes back with the frame, to be filled again.
+        live.bandLevelsDB.swap(frame.rta->bandLevelsDB);
+        live.bandPeakHoldDB.swap(frame.rta->bandPeakHoldDB);
+        live.lineSpectrumDB.swap(frame.rta->lineSpectrumDB);
+        live.linePeakHoldDB.swap(frame.rta->linePeakHoldDB);
+        if (frame.rta->ringAlert) {
+            publishRingAlert(*frame.rta->ringAlert, channel, now);
+        }
+    }
+    publishSpectrogram(frame.spectrogramRows, live);
     if (channel.processor && channel.processor->isConfigured()) {
         publishLevels(channel);
+        recordLevels(channel, now);
+    }
+}
+
+void MeterEngine::publishRingAlert(const std::optional<RingAlert>& alert, MeterChannel& channel,
+                                   Date now) {
+    const auto info = channelInfo(channel.id);
+    if (!info || !info->ringOutEnabled) {
+        return;  // switched off since the analysis was ordered
+    }
+    LiveMeterData& live = channel.live;
+    live.currentRingAlert = alert;
+    if (alert) {
+        live.heldRingAlert = alert;
+        channel.heldRingAlertDate = now;
+    } else if (channel.heldRingAlertDate &&
+               secondsBetween(*channel.heldRingAlertDate, now) > ringAlertHoldSeconds) {
+        live.heldRingAlert.reset();
+        channel.heldRingAlertDate.reset();
+    }
+}
+
+void MeterEngine::publishSpectrogram(std::vector<std::vector<float>>& rows, LiveMeterData& live) {
+    for (auto& row : rows) {
+        live.spectrogramHistory.push_back(std::move(row));
+        ++live.spectrogramRowsAdded;
+    }
+    while (live.spectrogramHistory.size() > spectrogramMaxHistoryRows) {
+        live.spectrogramHistory.pop_front();
     }
 }
 
@@ -98,12 +177,22 @@ void MeterEngine::publishLevels(MeterChannel& channel) {
     const double value = channel.processor->value(metric);
     live.currentSPLValueDB = value;
     live.sideSPLValuesDB = channel.processor->sideValues(metric).value_or(std::vector<double>{});
+    live.loudness = channel.processor->loudnessReadings();
     if (std::isfinite(value) && value > lowestMeasuredLevelDB) {
         live.minSPLValueDB = std::min(live.minSPLValueDB, value);
         live.maxSPLValueDB = std::max(live.maxSPLValueDB, value);
     }
     live.trafficLightColor = trafficLightColor(value, channel.id);
     live.leqElapsedFraction = channel.processor->leqElapsedFraction();
+}
+
+void MeterEngine::recordLevels(MeterChannel& channel, Date now) {
+    SPLHistoryRecorder& history = channel.levelHistory();
+    if (history.sessionStartDate() &&
+        history.record(channel.processor->values(history.metrics()),
+                       secondsBetween(channel.levelHistoryBegan, now))) {
+        ++channel.live.levelHistoryRevision;
+    }
 }
 
 void MeterEngine::updateClipState(MeterChannel& channel, bool clippedThisTick, Date now) {

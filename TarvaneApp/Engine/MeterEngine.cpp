@@ -25,6 +25,13 @@ CalibrationProfile sanitizedCalibration(CalibrationProfile profile) {
     return profile;
 }
 
+// One range for both units was stored once.
+SpectrogramRanges migratedSpectrogramRanges(const Persistence& persistence) {
+    return SpectrogramRanges::fromLegacy(
+        persistence.load<double>(Persistence::Key::spectrogramFloorDB),
+        persistence.load<double>(Persistence::Key::spectrogramCeilingDB));
+}
+
 }  // namespace
 
 MeterEngine::MeterEngine(const Environment& environment, QObject* parent)
@@ -35,6 +42,7 @@ MeterEngine::MeterEngine(const Environment& environment, QObject* parent)
       displayTimer_(environment.displayTimer) {
     meterChannels_.emplace(UUID::main(), std::make_unique<MeterChannel>(UUID::main()));
     calibration.setSanitizer(sanitizedCalibration);
+    spectrogramRanges.setMigration(migratedSpectrogramRanges);
     settings_.loadAll();
     attachSettingEffects();
     audio_.setDevicesChangedHandler([this] { mainThread_.post([this] { followDevices(); }); });

@@ -6,9 +6,10 @@
 //
 //   MeterEngine+SettingEffects   what a change of a setting does beyond saving it
 //   MeterEngine+RunControl       start, pause, resume, stop; opening and losing sources
-//   MeterEngine+Tick             the display tick and the publication of its results
-//   MeterEngine+Channels         which channels there are and what they are called
+//   MeterEngine+Tick             the display tick, the publication of its results, demand
+//   MeterEngine+Channels         which channels there are, what feeds them, what they are called
 //   MeterEngine+Display          what a channel shows, its min and max, its Leq
+//   MeterEngine+Layout           where the modules are
 //
 // Work leaves the main thread twice, for opening sources (`startQueue_`) and for a tick's
 // analysis (`analysisQueue_`), always with values alone, and comes back through the event loop
@@ -22,24 +23,34 @@
 #include <string>
 #include <vector>
 
+#include "AnalysisSettings.h"
 #include "AudioIO/AudioInputDevice.h"
 #include "AudioIO/AudioSystem.h"
 #include "Calibration/CalibrationProfile.h"
 #include "CaptureGroup.h"
-#include "ChannelAnalysis.h"
 #include "ChannelConfig.h"
+#include "ChannelDemand.h"
 #include "ChannelDisplaySettings.h"
 #include "ChannelInfo.h"
+#include "ChannelWindowLayout.h"
 #include "Clock.h"
+#include "Core/SerialQueue.h"
 #include "Core/UUID.h"
+#include "DSP/OctaveBands.h"
 #include "DisplayEnums.h"
+#include "LayoutEnums.h"
+#include "LevelHistoryZoom.h"
+#include "LoudnessTarget.h"
 #include "MainThreadQueue.h"
 #include "MeterChannel.h"
+#include "Metrics/LoudnessMetric.h"
 #include "Metrics/SPLMetric.h"
 #include "Metrics/TrafficLightConfig.h"
 #include "ParallelLoop.h"
-#include "SerialQueue.h"
+#include "RTAScale.h"
 #include "Setting.h"
+#include "SpectrogramColorStop.h"
+#include "SpectrogramRanges.h"
 #include "StartPlan.h"
 #include "TickTimer.h"
 
@@ -50,6 +61,21 @@ class MeterEngine : public QObject {
   public:
     using SpectrumViewMode = TarvaneApp::SpectrumViewMode;
     using MetricMode = TarvaneApp::MetricMode;
+    using ChannelDemand = TarvaneApp::ChannelDemand;
+    using RTAScale = TarvaneApp::RTAScale;
+    using ModulePlacement = TarvaneApp::ModulePlacement;
+    using PanelLayout = TarvaneApp::PanelLayout;
+    using GraphOrientation = TarvaneApp::GraphOrientation;
+    using GraphOrder = TarvaneApp::GraphOrder;
+    using LevelHistoryPosition = TarvaneApp::LevelHistoryPosition;
+    using LevelHistoryZoom = TarvaneApp::LevelHistoryZoom;
+    using LayoutPreset = TarvaneApp::LayoutPreset;
+
+    static constexpr double ringAlertHoldSeconds = 3.0;
+    /// Two minutes at 60 rows a second.
+    static constexpr int spectrogramMaxHistoryRows = 7200;
+    static constexpr int fftSize = ChannelAnalysis::fftSize;
+    static constexpr int spectrogramFFTSize = ChannelAnalysis::spectrogramFFTSize;
 
     /// What the engine stands on. All of it outlives the engine.
     struct Environment {
@@ -73,15 +99,56 @@ class MeterEngine : public QObject {
   public:
     // The settings: type, key, default. Their effects: MeterEngine+SettingEffects.cpp.
     using Key = Persistence::Key;
+
+    // The main input.
     Setting<std::optional<std::string>> selectedDeviceUID{settings_, Key::deviceUID, std::nullopt};
     Setting<int> selectedChannelIndex{settings_, Key::channelIndex, 0};
     Setting<bool> mainInputIsStereo{settings_, Key::mainInputIsStereo, false};
     Setting<int> mainInputRightChannelIndex{settings_, Key::mainInputRightChannelIndex, 1};
     Setting<bool> mainInputIsDigital{settings_, Key::mainInputIsDigital, false};
+    Setting<bool> mainInputMeasuresLoudness{settings_, Key::mainInputMeasuresLoudness, false};
+
+    // Loudness.
+    Setting<TarvaneKit::LoudnessMetric> loudnessReadout{settings_, Key::loudnessReadout,
+                                                        TarvaneKit::LoudnessMetric::shortTerm};
+    Setting<LoudnessTarget> loudnessTarget{settings_, Key::loudnessTarget,
+                                           LoudnessTarget::presets().front()};
+    Setting<LoudnessColors> loudnessColors{settings_, Key::loudnessColors, {}};
+
+    // The other channels, and which channel a module shows.
     Setting<std::vector<ChannelConfig>> extraChannels{settings_, Key::extraChannels, {}};
     Setting<TarvaneKit::UUID> splMeterChannelID{settings_, Key::splMeterChannelID,
                                                 TarvaneKit::UUID::main()};
+    Setting<TarvaneKit::UUID> rtaChannelID{settings_, Key::rtaChannelID, TarvaneKit::UUID::main()};
+    Setting<TarvaneKit::UUID> spectrogramChannelID{settings_, Key::spectrogramChannelID,
+                                                   TarvaneKit::UUID::main()};
+    Setting<std::optional<TarvaneKit::UUID>> levelHistoryChannelID{
+        settings_, Key::levelHistoryChannelID, std::nullopt};
+    Setting<std::vector<TarvaneKit::UUID>> levelHistoryOverlayChannelIDs{
+        settings_, Key::levelHistoryOverlayChannelIDs, {}};
+    Setting<std::map<TarvaneKit::UUID, ChannelWindowLayout>> channelWindowLayouts{
+        settings_, Key::channelWindowLayouts, {}};
+    Setting<std::vector<TarvaneKit::UUID>> rtaOverlayChannelIDs{
+        settings_, Key::rtaOverlayChannelIDs, {}};
+
+    // The main input's spectrum.
+    Setting<TarvaneKit::OctaveFraction> octaveFraction{settings_, Key::octaveFraction,
+                                                       TarvaneKit::OctaveFraction::thirdOctave};
+    Setting<SpectrumViewMode> viewMode{settings_, Key::viewMode, SpectrumViewMode::both};
+    Setting<bool> octaveNormalizedSpectrumDisplay{settings_, Key::octaveNormalizedSpectrumDisplay,
+                                                  true};
     Setting<TarvaneKit::RGBAColor> rtaColor{settings_, Key::rtaColor, {0.55, 1.0, 0.35, 0.95}};
+    Setting<TarvaneKit::RGBAColor> rtaPeakColor{settings_, Key::rtaPeakColor, {1.0, 0.6, 0.2, 1.0}};
+    Setting<bool> showPeakHold{settings_, Key::showPeakHold, true};
+    Setting<TarvaneKit::TimeWeighting> rtaTimeWeighting{settings_, Key::rtaTimeWeighting,
+                                                        TarvaneKit::TimeWeighting::none};
+    /// Absent is not stored: no curve chosen, the default comes back at the next launch.
+    Setting<std::optional<std::string>> selectedTargetCurveName{
+        settings_, Key::targetCurveName, TarvaneKit::BuiltInCurves::xCurve().name};
+    Setting<double> targetCurveReferenceDB{settings_, Key::targetCurveReferenceDB, 85.0};
+    Setting<double> targetCurveReferenceDBFS{settings_, Key::targetCurveReferenceDBFS, -20.0};
+
+    // The main input's meter.
     Setting<MetricMode> metricMode{settings_, Key::metricMode, MetricMode::spl};
     Setting<TarvaneKit::Weighting> splWeighting{settings_, Key::splWeighting,
                                                 TarvaneKit::Weighting::a};
@@ -96,9 +163,48 @@ class MeterEngine : public QObject {
         settings_, Key::trafficLightConfig, TarvaneKit::TrafficLightConfig::defaultSPL()};
     Setting<TarvaneKit::TrafficLightConfig> trafficLightConfigDBFS{
         settings_, Key::trafficLightConfigDBFS, TarvaneKit::TrafficLightConfig::defaultDBFS()};
-    Setting<bool> splReadoutShowsDBFS{settings_, Key::splReadoutShowsDBFS, false};
-    Setting<bool> splMeterShowsLevelBar{settings_, Key::splMeterShowsLevelBar, true};
     Setting<TarvaneKit::CalibrationProfile> calibration{settings_, Key::calibration, {}};
+
+    // Spectrograms.
+    Setting<SpectrogramRanges> spectrogramRanges{settings_, Key::spectrogramRanges, {}};
+    Setting<double> spectrogramTimeSpanSeconds{settings_, Key::spectrogramTimeSpanSeconds, 2.0};
+    Setting<double> spectrogramSliceHeightMultiplier{settings_,
+                                                     Key::spectrogramSliceHeightMultiplier, 1.0};
+    Setting<std::vector<SpectrogramColorStop>> spectrogramColorStops{
+        settings_, Key::spectrogramColorStops, defaultSpectrogramColorStops()};
+    Setting<std::vector<SpectrogramColorPreset>> spectrogramColorPresets{
+        settings_, Key::spectrogramColorPresets, {}};
+
+    // The layout of the main window.
+    Setting<PanelLayout> panelLayout{settings_, Key::panelLayout, PanelLayout::both};
+    /// The spectrum's share of the graph area, 0.15 to 0.85.
+    Setting<double> panelSplitFraction{settings_, Key::panelSplitFraction, 0.5};
+    Setting<ModulePlacement> splMeterPlacement{settings_, Key::splMeterPlacement,
+                                               ModulePlacement::mainWindow};
+    Setting<ModulePlacement> rtaPlacement{settings_, Key::rtaPlacement,
+                                          ModulePlacement::mainWindow};
+    Setting<ModulePlacement> spectrogramPlacement{settings_, Key::spectrogramPlacement,
+                                                  ModulePlacement::mainWindow};
+    Setting<ModulePlacement> levelHistoryPlacement{settings_, Key::levelHistoryPlacement,
+                                                   ModulePlacement::mainWindow};
+    Setting<GraphOrientation> graphOrientation{settings_, Key::graphOrientation,
+                                               GraphOrientation::stacked};
+    Setting<GraphOrder> graphOrder{settings_, Key::graphOrder, GraphOrder::rtaFirst};
+    Setting<LevelHistoryPosition> levelHistoryPosition{settings_, Key::levelHistoryPosition,
+                                                       LevelHistoryPosition::aboveGraphs};
+
+    // Readouts and the level history.
+    Setting<bool> splReadoutShowsDBFS{settings_, Key::splReadoutShowsDBFS, false};
+    Setting<bool> splReadoutShowsClock{settings_, Key::splReadoutShowsClock, false};
+    Setting<bool> splMeterShowsLevelBar{settings_, Key::splMeterShowsLevelBar, true};
+    Setting<LevelHistoryZoom> levelHistoryZoom{settings_, Key::levelHistoryZoom,
+                                               LevelHistoryZoom::session};
+    Setting<bool> levelHistoryShowsMomentary{settings_, Key::levelHistoryShowsMomentary, false};
+
+    // The main input's feedback alerts.
+    Setting<bool> ringOutEnabled{settings_, Key::ringOutEnabled, true};
+    Setting<TarvaneKit::RingOutSensitivity> ringOutSensitivity{
+        settings_, Key::ringOutSensitivity, TarvaneKit::RingOutSensitivity::normal};
 
     // The state of the run.
     Published<bool> isRunning{false};
@@ -119,9 +225,26 @@ class MeterEngine : public QObject {
     void pause();
     void resume();
 
+    // MeterEngine+Tick
+    /// One more display shows this of the channel, or one less. Not touched by start and stop.
+    void addDemand(ChannelDemand demand, const TarvaneKit::UUID& id);
+    void removeDemand(ChannelDemand demand, const TarvaneKit::UUID& id);
+    bool isDemanded(ChannelDemand demand, const TarvaneKit::UUID& id) const;
+
     // MeterEngine+Channels
-    /// Reads the list of devices anew. When that fails the last good list stays.
+    /// Reads the list of devices and their gains anew. When that fails the last good list stays.
     void refreshDevices();
+    /// A channel on the main input's device, at its lowest input that no other channel takes.
+    void addChannel();
+    /// Its readings stay as they are for whoever still shows them.
+    void removeChannel(const TarvaneKit::UUID& id);
+    /// Edits an extra channel's record; an unknown id does nothing.
+    void updateChannel(const TarvaneKit::UUID& id, const std::function<void(ChannelConfig&)>& edit);
+    /// Moves an extra channel, with its inputs kept where the device has them.
+    void setChannelDevice(const TarvaneKit::UUID& id, const std::optional<std::string>& uid);
+    void setChannelColor(const TarvaneKit::RGBAColor& color, const TarvaneKit::UUID& id);
+    void setMeasuresLoudness(bool measures, const TarvaneKit::UUID& id);
+    void setRingOutEnabled(bool enabled, const TarvaneKit::UUID& id);
     ChannelInfo mainChannelInfo() const;
     ChannelInfo info(const ChannelConfig& config) const;
     /// The main input first, then every extra channel.
@@ -147,6 +270,12 @@ class MeterEngine : public QObject {
     void updateDisplay(const TarvaneKit::UUID& id,
                        const std::function<void(ChannelDisplaySettings&)>& edit);
     TarvaneKit::SPLMetric displayedMetric(const TarvaneKit::UUID& id) const;
+    /// What the channel's level history shows.
+    TarvaneKit::SPLMetric historyMetric(const TarvaneKit::UUID& id) const;
+    /// The bands of the channel's spectrum.
+    const std::vector<TarvaneKit::OctaveBand>& bands(const TarvaneKit::UUID& id);
+    /// dB SPL for a calibrated channel, unless it is set to show dBFS.
+    RTAScale rtaScale(const TarvaneKit::UUID& id) const;
     bool isCalibrated(const TarvaneKit::UUID& id) const;
     /// "dB" for a calibrated channel in SPL, else "dBFS".
     std::string levelUnitLabel(const TarvaneKit::UUID& id) const;
@@ -160,12 +289,21 @@ class MeterEngine : public QObject {
     TarvaneKit::RGBAColor trafficLightColor(double levelDB, const TarvaneKit::UUID& id) const;
     /// Clears min, max, the peak detectors and the clip latch of every channel.
     void resetMinMax();
+    /// The same of one channel.
+    void resetMinMax(const TarvaneKit::UUID& id);
     /// Starts the user's Leq over on every channel.
     void configureLeq(TarvaneKit::Weighting weighting, double integrationSeconds);
+
+    // MeterEngine+Layout
+    void applyLayoutPreset(LayoutPreset preset);
+    bool mainWindowShowsGraphArea() const;
+    /// The channel's own layout, or one with all modules and the main window's arrangement.
+    ChannelWindowLayout windowLayout(const TarvaneKit::UUID& channelID) const;
 
   private:
     // MeterEngine+Channels
     void followDevices();
+    int lowestFreeInput(const std::optional<std::string>& deviceUID, int inputs) const;
 
     // MeterEngine+SettingEffects
     void attachSettingEffects();
@@ -173,6 +311,7 @@ class MeterEngine : public QObject {
     void extraChannelsChanged(const std::vector<ChannelConfig>& old);
     void calibrationChanged();
     void noteSourceChange(bool changed);
+    void placementChanged();
 
     // MeterEngine+RunControl
     void startAuthorized();
@@ -190,14 +329,20 @@ class MeterEngine : public QObject {
     // MeterEngine+Tick
     void tick();
     void analysisReturned(int generation, const std::vector<MeterChannel*>& channels,
-                          const std::vector<ChannelFrame>& frames);
-    void publish(const ChannelFrame& frame, MeterChannel& channel, TarvaneKit::Date now);
+                          std::vector<ChannelFrame>& frames);
+    void publish(ChannelFrame& frame, MeterChannel& channel, TarvaneKit::Date now);
+    void publishRingAlert(const std::optional<TarvaneKit::RingAlert>& alert, MeterChannel& channel,
+                          TarvaneKit::Date now);
+    static void publishSpectrogram(std::vector<std::vector<float>>& rows, LiveMeterData& live);
     void publishLevels(MeterChannel& channel);
+    static void recordLevels(MeterChannel& channel, TarvaneKit::Date now);
     static void updateClipState(MeterChannel& channel, bool clippedThisTick, TarvaneKit::Date now);
     static void updateInputMeter(MeterChannel& channel, float peak, TarvaneKit::Date now);
 
     // MeterEngine+Display
     ChannelDisplaySettings mainDisplay() const;
+    /// The level, peak or Leq that the channel's meter is set to.
+    TarvaneKit::SPLMetric meterMetric(const TarvaneKit::UUID& id) const;
     void pinChannelsFollowingMain(const ChannelDisplaySettings& to);
     void resetMinMax(MeterChannel& channel);
     void metricChanged(MeterChannel& channel);
@@ -208,10 +353,14 @@ class MeterEngine : public QObject {
     TickTimer& displayTimer_;
 
     std::map<TarvaneKit::UUID, std::unique_ptr<MeterChannel>> meterChannels_;
+    /// Bands per fraction, filled at first need.
+    std::map<TarvaneKit::OctaveFraction, std::vector<TarvaneKit::OctaveBand>> bandCache_;
+    bool isApplyingLayoutPreset_ = false;
     std::vector<std::shared_ptr<CaptureGroup>> captureGroups_;
     int startGeneration_ = 0;  // raised by every start and by a stop during one
     int runGeneration_ = 0;    // raised when a run begins and when it ends
 
+    ChannelDemandCounts demandCounts_;
     bool analysisInFlight_ = false;
     int smoothingGeneration_ = 0;
     int peakHoldGeneration_ = 0;
@@ -221,8 +370,8 @@ class MeterEngine : public QObject {
     // Last, so that their work ends before anything it could reach is gone.
     MainThreadQueue mainThread_;
     ParallelLoop analysisLoop_;
-    SerialQueue analysisQueue_{"org.brenlow.tarvane.analysis"};
-    SerialQueue startQueue_{"org.brenlow.tarvane.start"};
+    TarvaneKit::SerialQueue analysisQueue_{"org.brenlow.tarvane.analysis"};
+    TarvaneKit::SerialQueue startQueue_{"org.brenlow.tarvane.start"};
 };
 
 }  // namespace TarvaneApp

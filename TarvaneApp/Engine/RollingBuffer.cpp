@@ -1,47 +1,42 @@
 #include "RollingBuffer.h"
 
-#include <algorithm>
-
 #include "Core/Contract.h"
 
 namespace TarvaneApp {
 
+namespace {
+
+// Where the samples stay while the analysis keeps up: room for a window of 8192, and then for
+// twenty ticks until they are moved back.
+constexpr int usualRoom = 24576;
+
+}  // namespace
+
 void RollingBuffer::allocate() {
-    ring_.assign(limit, 0.0F);
-    end_ = 0;
-    count_ = 0;
+    storage_ = std::make_unique_for_overwrite<float[]>(limit);
+    clear();
 }
 
 void RollingBuffer::append(std::span<const float> block) {
-    const auto newest = block.last(std::min<std::size_t>(block.size(), limit));
-    const auto untilWrap = std::min(newest.size(), static_cast<std::size_t>(limit - end_));
-    std::ranges::copy(newest.first(untilWrap), ring_.begin() + end_);
-    std::ranges::copy(newest.subspan(untilWrap), ring_.begin());
-    countAppended(static_cast<int>(newest.size()), block.size());
-}
-
-void RollingBuffer::appendSilence(int frames) {
-    const int written = std::min(frames, limit);
-    const int untilWrap = std::min(written, limit - end_);
-    std::fill_n(ring_.begin() + end_, untilWrap, 0.0F);
-    std::fill_n(ring_.begin(), written - untilWrap, 0.0F);
-    countAppended(written, static_cast<std::size_t>(frames));
-}
-
-// `written` samples came into the ring, of a block of `offered`.
-void RollingBuffer::countAppended(int written, std::size_t offered) {
-    end_ = (end_ + written) % limit;
-    const auto wanted = static_cast<std::size_t>(count_) + offered;
-    count_ = wanted > static_cast<std::size_t>(limit) ? remainder : static_cast<int>(wanted);
+    if (block.size() > static_cast<std::size_t>(limit - count())) {
+        block = block.last(std::min<std::size_t>(block.size(), remainder));
+        keepNewest(remainder - static_cast<int>(block.size()));
+    }
+    const int added = static_cast<int>(block.size());
+    const int room = count() + added <= usualRoom ? usualRoom : limit;
+    if (end_ + added > room) {
+        std::copy(storage_.get() + begin_, storage_.get() + end_, storage_.get());
+        end_ = count();
+        begin_ = 0;
+    }
+    std::ranges::copy(block, storage_.get() + end_);
+    end_ += added;
 }
 
 void RollingBuffer::copyNewest(std::span<float> into) const {
     const int wanted = static_cast<int>(into.size());
-    TARVANE_PRECONDITION(wanted <= count_);
-    const int begin = (end_ - wanted + limit) % limit;
-    const int untilWrap = std::min(wanted, limit - begin);
-    std::copy_n(ring_.begin() + begin, untilWrap, into.begin());
-    std::copy_n(ring_.begin(), wanted - untilWrap, into.begin() + untilWrap);
+    TARVANE_PRECONDITION(wanted <= count());
+    std::copy(storage_.get() + end_ - wanted, storage_.get() + end_, into.begin());
 }
 
 }  // namespace TarvaneApp

@@ -2,7 +2,8 @@
 //
 // Declaring one is a line: type, key, default. All its effects on the engine hang on it in one
 // place, MeterEngine+SettingEffects.cpp. An assignment puts the value in place, saves it, runs
-// the effect, and tells the watchers; an effect may assign other settings.
+// the effect, and tells the watchers; an effect may assign other settings. Loading does none of
+// this.
 #pragma once
 
 #include <functional>
@@ -57,6 +58,9 @@ class Setting final : public Published<T>, public SettingBase {
     }
 
     void set(T value) {
+        if (constraint_) {
+            value = constraint_(std::move(value));
+        }
         const T old = std::exchange(this->value_, std::move(value));
         if (saving_ == Saving::beforeEffect) {
             save();
@@ -75,12 +79,23 @@ class Setting final : public Published<T>, public SettingBase {
         saving_ = saving;
     }
 
+    /// Makes an assigned value one that may stand.
+    void setConstraint(std::function<T(T)> constraint) { constraint_ = std::move(constraint); }
+
     /// Mends a stored value on its way in.
     void setSanitizer(std::function<T(T)> sanitizer) { sanitizer_ = std::move(sanitizer); }
 
+    /// Where a value comes from when none is stored and an older form of it may be.
+    void setMigration(std::function<T(const Persistence&)> migration) {
+        migration_ = std::move(migration);
+    }
+
     void load() override {
-        auto stored = persistence_.load<Stored>(key_);
-        this->value_ = stored ? T(std::move(*stored)) : default_;
+        if (auto stored = persistence_.load<Stored>(key_)) {
+            this->value_ = T(std::move(*stored));
+        } else {
+            this->value_ = migration_ ? migration_(persistence_) : default_;
+        }
         if (sanitizer_) {
             this->value_ = sanitizer_(std::move(this->value_));
         }
@@ -104,7 +119,9 @@ class Setting final : public Published<T>, public SettingBase {
     const T default_;
     Effect effect_;
     Saving saving_ = Saving::beforeEffect;
+    std::function<T(T)> constraint_;
     std::function<T(T)> sanitizer_;
+    std::function<T(const Persistence&)> migration_;
 };
 
 }  // namespace TarvaneApp

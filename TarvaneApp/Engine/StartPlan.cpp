@@ -50,7 +50,9 @@ std::shared_ptr<CaptureGroup> openPlan(const StartPlan& plan, const StartSetting
             {.sampleRate = group->source().sampleRate(),
              .calibration = plan.members[i].calibration,
              .leqWeighting = settings.leqWeighting,
-             .leqIntegrationSeconds = settings.leqIntegrationSeconds});
+             .leqIntegrationSeconds = settings.leqIntegrationSeconds,
+             .ringOutSensitivity = settings.ringOutSensitivities.at(plan.members[i].id)});
+        group->subscribers()[i].processor->setMeasuresLoudness(plan.members[i].measuresLoudness);
     }
     return group;
 }

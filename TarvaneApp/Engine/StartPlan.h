@@ -5,6 +5,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,6 +14,8 @@
 #include "AudioIO/AudioSystem.h"
 #include "CaptureGroup.h"
 #include "ChannelInfo.h"
+#include "Core/UUID.h"
+#include "DSP/RingOutSensitivity.h"
 
 namespace TarvaneApp {
 
@@ -45,6 +48,8 @@ struct StartPlan {
 struct StartSettings {
     TarvaneKit::Weighting leqWeighting = TarvaneKit::Weighting::a;
     double leqIntegrationSeconds = 60.0;
+    /// Of each channel that starts.
+    std::map<TarvaneKit::UUID, TarvaneKit::RingOutSensitivity> ringOutSensitivities;
 };
 
 /// A group with its source running, or the sentence that says why there is none.

@@ -23,7 +23,7 @@ class KeyValueStore {
     virtual void setData(std::string_view key, const std::string& bytes) = 0;
     virtual void remove(std::string_view key) = 0;
 
-    /// Brings all that was set to where it survives the process.
+    /// Sees that all that was set comes to where it survives the process, without waiting for it.
     virtual void synchronize() = 0;
 };
 

@@ -1,5 +1,7 @@
 #include "UserDefaults.h"
 
+#include <QSettings>
+
 namespace TarvaneApp {
 
 namespace {
@@ -11,12 +13,28 @@ QString name(std::string_view key) {
 }  // namespace
 
 UserDefaults::UserDefaults()
-    : settings_(QSettings::IniFormat, QSettings::UserScope, "Tarvane", "Tarvane") {}
+    : UserDefaults(
+          QSettings(QSettings::IniFormat, QSettings::UserScope, "Tarvane", "Tarvane").fileName()) {}
 
-UserDefaults::UserDefaults(const QString& path) : settings_(path, QSettings::IniFormat) {}
+UserDefaults::UserDefaults(const QString& path) : path_(path) {
+    const QSettings file(path_, QSettings::IniFormat);
+    for (const QString& key : file.allKeys()) {
+        if (!key.isEmpty()) {  // as a damaged line may have it
+            values_.insert_or_assign(key, file.value(key));
+        }
+    }
+    writer_.emplace("org.brenlow.tarvane.settings");
+}
+
+UserDefaults::~UserDefaults() {
+    synchronize();
+    writer_.reset();
+    write();
+}
 
 QVariant UserDefaults::stored(std::string_view key) const {
-    return settings_.value(name(key));
+    const auto found = values_.find(name(key));
+    return found != values_.end() ? found->second : QVariant();
 }
 
 std::optional<std::string> UserDefaults::text(std::string_view key) const {
@@ -47,23 +65,63 @@ std::optional<std::string> UserDefaults::data(std::string_view key) const {
 }
 
 void UserDefaults::setText(std::string_view key, const std::string& value) {
-    settings_.setValue(name(key), QString::fromStdString(value));
+    set(key, QString::fromStdString(value));
 }
 
 void UserDefaults::setNumber(std::string_view key, double value) {
-    settings_.setValue(name(key), value);
+    set(key, value);
 }
 
 void UserDefaults::setData(std::string_view key, const std::string& bytes) {
-    settings_.setValue(name(key), QByteArray::fromStdString(bytes));
+    set(key, QByteArray::fromStdString(bytes));
 }
 
 void UserDefaults::remove(std::string_view key) {
-    settings_.remove(name(key));
+    set(key, QVariant());
+}
+
+void UserDefaults::set(std::string_view key, const QVariant& value) {
+    QVariant& current = values_[name(key)];
+    if (current != value) {
+        current = value;
+        changes_.insert_or_assign(name(key), value);
+    }
 }
 
 void UserDefaults::synchronize() {
-    settings_.sync();
+    if (changes_.empty()) {
+        return;
+    }
+    {
+        const std::lock_guard hold(lock_);
+        for (auto& [key, value] : changes_) {
+            waiting_.insert_or_assign(key, std::move(value));
+        }
+    }
+    changes_.clear();
+    writer_->post([this] { write(); });
+}
+
+// All that waits goes in one write: of a dragged slider's values the disk sees as many as it can.
+// Qt exchanges the file for the new one when that is whole.
+void UserDefaults::write() {
+    Values values;
+    {
+        const std::lock_guard hold(lock_);
+        values.swap(waiting_);
+    }
+    if (values.empty()) {
+        return;
+    }
+    QSettings file(path_, QSettings::IniFormat);
+    for (const auto& [key, value] : values) {
+        if (value.isValid()) {
+            file.setValue(key, value);
+        } else {
+            file.remove(key);
+        }
+    }
+    file.sync();
 }
 
 }  // namespace TarvaneApp

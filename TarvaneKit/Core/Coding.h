@@ -18,9 +18,12 @@
 // counts as missing; keys that the table doesn't name are passed over. A record whose defaults
 // depend on its other members has a `static void complete(Record&, const JSONValue&)` in its
 // `Coding`, called last with the object that was read.
+//
+// A map from identifiers is an object with their texts as its names.
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -81,6 +84,11 @@ template <class T>
 inline constexpr bool isVector<std::vector<T>> = true;
 
 template <class T>
+inline constexpr bool isMap = false;
+template <class T>
+inline constexpr bool isMap<std::map<UUID, T>> = true;
+
+template <class T>
 inline constexpr bool isOptional = false;
 template <class T>
 inline constexpr bool isOptional<std::optional<T>> = true;
@@ -114,6 +122,12 @@ JSONValue encodeJSON(const T& value, DateForm dates) {
             array.push_back(encodeJSON(element, dates));
         }
         return JSONValue{{std::move(array)}};
+    } else if constexpr (CodingDetail::isMap<T>) {
+        JSONValue::Object object;
+        for (const auto& [id, element] : value) {
+            object.push_back({id.text(), encodeJSON(element, dates)});
+        }
+        return JSONValue{{std::move(object)}};
     } else {
         static_assert(CodedRecord<T>, "a stored record has a Coding table");
         JSONValue::Object object;
@@ -201,6 +215,21 @@ std::optional<T> decodeJSON(const JSONValue& json, DateForm dates) {
                 return std::nullopt;
             }
             result.push_back(std::move(*value));
+        }
+        return result;
+    } else if constexpr (CodingDetail::isMap<T>) {
+        const auto* object = std::get_if<JSONValue::Object>(&json.content);
+        if (object == nullptr) {
+            return std::nullopt;
+        }
+        T result;
+        for (const auto& [name, element] : *object) {
+            const auto id = UUID::create(name);
+            auto value = decodeJSON<typename T::mapped_type>(element, dates);
+            if (!id || !value) {
+                return std::nullopt;
+            }
+            result.insert_or_assign(*id, std::move(*value));
         }
         return result;
     } else {

@@ -47,7 +47,7 @@ std::vector<JSONValue> otherForms() {
         if (!CodingDetail::isVector<T>) {
             forms.push_back({{JSONValue::Array{}}});
         }
-        if (!CodedRecord<T>) {
+        if (!CodedRecord<T> && !CodingDetail::isMap<T>) {
             forms.push_back({{JSONValue::Object{}}});
         }
         return forms;
@@ -140,6 +140,9 @@ TYPED_TEST_P(CodingLaws, aMissingKeyGoesByItsKindAndSoDoesNull) {
                     RC_ASSERT(back.has_value() == (kind != KeyKind::required));
                     if (kind == KeyKind::required || this->completes) {
                         continue;
+                    }
+                    if (TypeParam{}.*key.member != TypeParam{}.*key.member) {
+                        continue;  // a default that is made anew for each record
                     }
                     TypeParam expected = record;
                     if constexpr (kind == KeyKind::optional) {

@@ -12,14 +12,21 @@ namespace TarvaneTests {
 
 class ManualClock final : public TarvaneApp::Clock {
   public:
-    TarvaneKit::Date now() const override { return now_; }
-    void advance(double seconds) {
-        now_ += std::chrono::duration_cast<TarvaneKit::Date::duration>(
+    TarvaneKit::Date now() const override { return now_ + setBy_; }
+    TarvaneKit::Date steadyNow() const override { return now_; }
+
+    void advance(double seconds) { now_ += duration(seconds); }
+    /// Somebody sets the wall clock.
+    void setWallClockBy(double seconds) { setBy_ += duration(seconds); }
+
+  private:
+    static TarvaneKit::Date::duration duration(double seconds) {
+        return std::chrono::duration_cast<TarvaneKit::Date::duration>(
             std::chrono::duration<double>(seconds));
     }
 
-  private:
     TarvaneKit::Date now_ = *TarvaneKit::dateFromISO8601("2026-03-01T19:30:00Z");
+    TarvaneKit::Date::duration setBy_{};
 };
 
 class ManualTickTimer final : public TarvaneApp::TickTimer {

@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include "KeyValueStore.h"
 
@@ -33,6 +34,14 @@ class MemoryStore final : public TarvaneApp::KeyValueStore {
     void synchronize() override { isFlushed_ = true; }
 
     bool contains(const std::string& key) const { return values_.contains(key); }
+    std::vector<std::string> keys() const {
+        std::vector<std::string> keys;
+        for (const auto& [key, value] : values_) {
+            keys.push_back(key);
+        }
+        return keys;
+    }
+    void clear() { values_.clear(); }
     /// Whether a flush followed the last write.
     bool isFlushed() const { return isFlushed_; }
 

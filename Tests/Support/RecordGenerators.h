@@ -116,6 +116,12 @@ rc::Gen<T> anyValue() {
                           }));
     } else if constexpr (CodingDetail::isVector<T>) {
         return gen::scale(0.3, gen::container<T>(anyValue<typename T::value_type>()));
+    } else if constexpr (CodingDetail::isMap<T>) {
+        using Entry = std::pair<UUID, typename T::mapped_type>;
+        return gen::map(
+            gen::scale(0.3, gen::container<std::vector<Entry>>(
+                                gen::pair(anyValue<UUID>(), anyValue<typename T::mapped_type>()))),
+            [](const std::vector<Entry>& entries) { return T(entries.begin(), entries.end()); });
     } else {
         static_assert(CodedRecord<T>);
         return gen::exec([] {
@@ -141,6 +147,10 @@ void forEachLeaf(T& value, const Visit& visit) {
         }
     } else if constexpr (CodingDetail::isVector<T>) {
         for (auto& element : value) {
+            forEachLeaf<Leaf>(element, visit);
+        }
+    } else if constexpr (CodingDetail::isMap<T>) {
+        for (auto& [id, element] : value) {
             forEachLeaf<Leaf>(element, visit);
         }
     } else if constexpr (CodedRecord<T>) {

@@ -1,7 +1,9 @@
 // The laws of coding, for every record of the engine.
 #include "ChannelConfig.h"
 #include "ChannelDisplaySettings.h"
+#include "ChannelWindowLayout.h"
 #include "LoudnessTarget.h"
+#include "SpectrogramColorStop.h"
 #include "SpectrogramRanges.h"
 #include "Support/CodingLaws.h"
 
@@ -9,8 +11,9 @@ namespace TarvaneKit::Testing {
 
 using namespace TarvaneApp;
 
-using EngineRecords = testing::Types<ChannelConfig, ChannelDisplaySettings, LoudnessTarget,
-                                     LoudnessColors, SpectrogramRange, SpectrogramRanges>;
+using EngineRecords = testing::Types<ChannelConfig, ChannelDisplaySettings, ChannelWindowLayout,
+                                     LoudnessTarget, LoudnessColors, SpectrogramColorStop,
+                                     SpectrogramColorPreset, SpectrogramRange, SpectrogramRanges>;
 INSTANTIATE_TYPED_TEST_SUITE_P(Engine, CodingLaws, EngineRecords, RecordName);
 
 }  // namespace TarvaneKit::Testing

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <set>
 
 #include "Calibration/CalibrationProfile.h"
 #include "DSP/Weighting.h"
@@ -23,6 +24,36 @@ class PersistenceTests : public testing::Test {
 
 TEST_F(PersistenceTests, keysStandUnderTheProgramsName) {
     EXPECT_EQ(Persistence::storedName(Key::splWeighting), "Tarvane.splWeighting");
+}
+
+TEST_F(PersistenceTests, thereAreSixtyOneKeysEachUnderANameOfItsOwn) {
+    std::set<std::string> names;
+    for (const Key key : TarvaneKit::allCases<Key>()) {
+        names.insert(Persistence::storedName(key));
+    }
+    EXPECT_EQ(names.size(), 61U);
+    EXPECT_EQ(*names.begin(), "Tarvane.activeProfileName");
+    EXPECT_TRUE(names.contains("Tarvane.profilesIncludeAudioAndCalibration"));
+}
+
+TEST_F(PersistenceTests, datesInStoredRecordsAreSecondsSinceTheYear2001) {
+    TarvaneKit::CalibrationProfile profile;
+    profile.reference = TarvaneKit::ReferenceCalibration{
+        .offsetDB = 100.0,
+        .referenceDeviceUID = {},
+        .referenceDeviceName = {},
+        .calibratedAt =
+            *TarvaneKit::dateFromISO8601("2001-01-02T00:00:00Z"),  // a day of 86400 s later
+        .inputGainDB = {}};
+    persistence.save(Key::calibration, profile);
+    EXPECT_NE(store.data("Tarvane.calibration")->find("\"calibratedAt\":86400.0"),
+              std::string::npos);
+}
+
+TEST_F(PersistenceTests, identifiersInListsAndMapsAreTexts) {
+    persistence.save(Key::rtaOverlayChannelIDs, std::vector{UUID::main()});
+    EXPECT_EQ(store.data("Tarvane.rtaOverlayChannelIDs"),
+              R"(["6A1D0000-0000-4000-8000-000000000001"])");
 }
 
 TEST_F(PersistenceTests, storesTextAndIdentifiersAsText) {

@@ -159,5 +159,18 @@ TEST(RawEnum, casesComeInTheirToldOrder) {
     EXPECT_FALSE(fromRawValue<Weighting>("B"));
 }
 
+TEST(Coding, aMapOfIdentifiersIsAnObjectWithTheirTextsAsNames) {
+    using Map = std::map<UUID, int>;
+    const Map map{{*UUID::create("6A1D0000-0000-4000-8000-00000000000b"), 2}, {UUID::main(), 1}};
+    const auto text = encode(map);
+    EXPECT_EQ(text, R"({"6A1D0000-0000-4000-8000-000000000001":1,)"
+                    R"("6A1D0000-0000-4000-8000-00000000000B":2})");
+    EXPECT_EQ(decode<Map>(*text), map);
+    EXPECT_EQ(decode<Map>("{}"), Map{});
+    EXPECT_FALSE(decode<Map>(R"({"main":1})"));
+    EXPECT_FALSE(decode<Map>(R"({"6A1D0000-0000-4000-8000-000000000001":"1"})"));
+    EXPECT_FALSE(decode<Map>("[]"));
+}
+
 }  // namespace
 }  // namespace TarvaneKit

@@ -364,5 +364,14 @@ TEST(SPLMetricEngineDeathTest, aSampleRateIsPositive) {
     EXPECT_DEATH(SPLMetricEngine(0.0, {}), "sampleRate");
 }
 
+TEST(SPLMetricEngineTests, loudnessIsNotItsReading) {
+    SPLMetricEngine engine(48000.0, CalibrationProfile{});
+    engine.processBlock(std::vector<float>(48000, 0.1F));
+    for (const LoudnessMetric metric : allCases<LoudnessMetric>()) {
+        EXPECT_EQ(engine.value(SPLMetric::loudness(metric)),
+                  -std::numeric_limits<double>::infinity());
+    }
+}
+
 }  // namespace
 }  // namespace TarvaneKit

@@ -8,7 +8,7 @@
 #include <string>
 #include <thread>
 
-namespace TarvaneApp {
+namespace TarvaneKit {
 
 class SerialQueue {
   public:
@@ -33,4 +33,4 @@ class SerialQueue {
     std::thread thread_;
 };
 
-}  // namespace TarvaneApp
+}  // namespace TarvaneKit

@@ -1,8 +1,8 @@
-#include "SerialQueue.h"
+#include "Core/SerialQueue.h"
 
 #include <pthread.h>
 
-namespace TarvaneApp {
+namespace TarvaneKit {
 
 SerialQueue::SerialQueue(std::string label)
     : label_(std::move(label)), thread_([this] { run(); }) {}
@@ -44,4 +44,4 @@ void SerialQueue::run() {
     }
 }
 
-}  // namespace TarvaneApp
+}  // namespace TarvaneKit
