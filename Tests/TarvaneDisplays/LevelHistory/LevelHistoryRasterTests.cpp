@@ -104,11 +104,20 @@ TEST(LevelHistoryRaster, aRasterInUseDrawsWhatANewOneDraws) {
     }
 }
 
-TEST(LevelHistoryRaster, sizesWithoutRoomAreDrawnWithoutHarm) {
+TEST(LevelHistoryRaster, everySmallSizeIsDrawnAtEveryScale) {
     const auto recorder = concert(20.0);
-    EXPECT_TRUE(fast(historyOf(*recorder), {0, 200}, 1.0).isNull());
-    EXPECT_EQ(fast(historyOf(*recorder), {1, 1}, 1.0).size(), QSize(1, 1));
-    EXPECT_EQ(fast(historyOf(*recorder), {50, 20}, 2.0).size(), QSize(100, 40));
+    const auto other = concert(20.0, 80.0);
+    const LevelHistoryView view = withLines(*recorder, *other);
+    EXPECT_TRUE(fast(view, {0, 200}, 1.0).isNull());
+    LevelHistoryRaster raster(Theme::panelBackground, pinned);
+    for (const double scale : {1.0, 1.25, 1.5, 2.0, 3.0}) {
+        for (int width = 1; width < 80; width += 7) {
+            for (int height = 1; height < 60; height += 9) {
+                const QImage& image = raster.image(view, QSizeF(width, height), scale);
+                EXPECT_EQ(image.size(), QSize(qRound(width * scale), qRound(height * scale)));
+            }
+        }
+    }
 }
 
 }  // namespace
