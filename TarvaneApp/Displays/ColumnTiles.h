@@ -7,6 +7,7 @@
 #include <QRect>
 #include <algorithm>
 #include <cstddef>
+#include <type_traits>
 #include <vector>
 
 namespace TarvaneApp {
@@ -20,17 +21,28 @@ class ColumnTiles {
         const std::size_t stride = static_cast<std::size_t>(area.height()) + padding;
         pixels_.resize(tileColumns * stride);
         const int right = area.left() + area.width();
+        // Asked for once: a picture checks at each question whether it is shared.
+        uchar* const bits = picture.bits() + area.top() * picture.bytesPerLine();
+        const qsizetype bytesPerLine = picture.bytesPerLine();
         for (int left = area.left(); left < right; left += tileColumns) {
             const int count = std::min(tileColumns, right - left);
             for (int i = 0; i < count; ++i) {
                 compose(left + i, pixels_.data() + static_cast<std::size_t>(i) * stride);
             }
-            for (int y = 0; y < area.height(); ++y) {
-                auto* row = reinterpret_cast<QRgb*>(picture.scanLine(area.top() + y)) + left;
-                const QRgb* source = pixels_.data() + y;
-                for (int i = 0; i < count; ++i) {
-                    row[i] = source[static_cast<std::size_t>(i) * stride];
+            const auto write = [&](auto columns) {
+                for (int y = 0; y < area.height(); ++y) {
+                    auto* row = reinterpret_cast<QRgb*>(bits + y * bytesPerLine) + left;
+                    const QRgb* source = pixels_.data() + y;
+                    for (int i = 0; i < columns; ++i) {
+                        row[i] = source[static_cast<std::size_t>(i) * stride];
+                    }
                 }
+            };
+            if (count == tileColumns) {
+                // A width that the compiler knows is written by vectors.
+                write(std::integral_constant<int, tileColumns>());
+            } else {
+                write(count);
             }
         }
     }

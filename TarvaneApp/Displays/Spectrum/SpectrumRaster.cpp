@@ -146,19 +146,30 @@ void SpectrumRaster::prepareGrid(const SpectrumView& view, const QSizeF& size, d
     labels_ = SparseLayer(labels);
 }
 
-// The grid consists of very few different columns: beside a rule, on a rule, under a dash.
+// The grid consists of very few different rows (between rules, on a rule, on dashes), and so of
+// very few different columns: two are the same where they agree in one row of each kind.
 void SpectrumRaster::takeGroundColumns(const QImage& ground) {
+    const auto row = [&](int y) { return reinterpret_cast<const QRgb*>(ground.constScanLine(y)); };
+    std::vector<const QRgb*> kinds;
+    std::vector<std::size_t> kindOfRow;
+    for (int y = 0; y < rows_; ++y) {
+        if (y == 0 || !std::equal(row(y), row(y) + columns_, row(y - 1))) {
+            kinds.push_back(row(y));
+        }
+        kindOfRow.push_back(kinds.size() - 1);
+    }
     std::map<std::vector<QRgb>, int> known;
     groundColumns_.clear();
     groundOfColumn_.clear();
-    std::vector<QRgb> pixels(at(rows_));
+    std::vector<QRgb> signature(kinds.size());
     for (int x = 0; x < columns_; ++x) {
-        for (int y = 0; y < rows_; ++y) {
-            pixels[at(y)] = reinterpret_cast<const QRgb*>(ground.constScanLine(y))[x];
-        }
-        const auto [entry, isNew] = known.try_emplace(pixels, static_cast<int>(known.size()));
+        std::ranges::transform(kinds, signature.begin(), [x](const QRgb* kind) { return kind[x]; });
+        const auto [entry, isNew] = known.try_emplace(signature, static_cast<int>(known.size()));
         if (isNew) {
-            groundColumns_.push_back(pixels);
+            std::vector<QRgb>& column = groundColumns_.emplace_back();
+            for (const std::size_t kind : kindOfRow) {
+                column.push_back(signature[kind]);
+            }
         }
         groundOfColumn_.push_back(entry->second);
     }
