@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QRgb>
-#include <cmath>
 #include <cstdint>
 
 namespace TarvaneApp::PixelBlend {
@@ -11,8 +10,9 @@ namespace TarvaneApp::PixelBlend {
 /// Weights are from 0 to this.
 inline constexpr std::uint32_t fullWeight = 256;
 
+/// Of a share from 0 to 1.
 inline std::uint32_t weight(double share) {
-    return static_cast<std::uint32_t>(std::lround(share * fullWeight));
+    return static_cast<std::uint32_t>(share * fullWeight + 0.5);
 }
 
 /// Every channel times the weight.

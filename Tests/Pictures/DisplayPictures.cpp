@@ -6,10 +6,12 @@
 #include <QPainter>
 #include <iostream>
 
+#include "LevelHistory/LevelHistoryRaster.h"
 #include "Spectrogram/SpectrogramFrequencyAxisView.h"
 #include "Spectrogram/SpectrogramRaster.h"
 #include "Spectrogram/SpectrogramStatusBadge.h"
 #include "Spectrum/SpectrumRaster.h"
+#include "Support/LevelHistoryScenes.h"
 #include "Support/SpectrogramScenes.h"
 #include "Support/SpectrumScenes.h"
 
@@ -101,6 +103,40 @@ void shootSpectrograms(Album& album) {
     shootSpectrogram(album, QStringLiteral("spectrogram-history"), scrolled, {900, 300}, 1.0);
 }
 
+void shootHistory(Album& album, const QString& name, const LevelHistoryView& view,
+                  const QSize& size, double scale) {
+    LevelHistoryView shown = view;
+    shown.hover.xPosition = size.width() * 0.6;
+    LevelHistoryRaster raster(Theme::panelBackground);
+    QImage picture = raster.image(shown, size, scale);
+    QPainter painter(&picture);
+    drawHover(painter, shown, raster.geometry(), size);
+    painter.end();
+    album.put(name, size, scale, picture);
+}
+
+void shootHistories(Album& album) {
+    const auto show = concert(900.0);
+    const auto other = concert(900.0, 85.0);
+    LevelHistoryView view = historyOf(*show);
+    view.secondaryMetricIndex = 1;
+    view.overlays = {{.id = TarvaneKit::UUID::main(),
+                      .recorder = other.get(),
+                      .revision = 1,
+                      .metricIndex = 0,
+                      .color = {0.35, 0.65, 1.0, 1.0},
+                      .displayOffsetDB = 0.0}};
+    for (const QSize& size : sizes) {
+        shootHistory(album, QStringLiteral("history"), view, size, 1.0);
+    }
+    for (const double scale : {1.5, 2.0}) {
+        shootHistory(album, QStringLiteral("history"), view, {900, 300}, scale);
+    }
+    shootHistory(album, QStringLiteral("history-plain"), historyOf(*show), {900, 300}, 1.0);
+    const auto none = newSession();
+    shootHistory(album, QStringLiteral("history-empty"), historyOf(*none), {900, 300}, 1.0);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -115,5 +151,6 @@ int main(int argc, char** argv) {
     Album album(folder);
     shootSpectra(album);
     shootSpectrograms(album);
+    shootHistories(album);
     return 0;
 }

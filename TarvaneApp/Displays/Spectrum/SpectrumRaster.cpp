@@ -17,10 +17,6 @@ using TarvaneKit::OctaveBand;
 
 namespace {
 
-constexpr int tileColumns = 16;  // of four bytes: a cache line
-// Beyond the last row, so that neighbouring columns don't fall into the same cache set.
-constexpr int columnPadding = 24;
-
 // Still columns are made for bars of this many weights; narrow bars cover parts of a column.
 constexpr std::uint32_t weightSteps = 64;
 constexpr std::uint32_t weightStep = fullWeight / weightSteps;
@@ -67,7 +63,8 @@ const QImage& SpectrumRaster::image(const SpectrumView& view, const QSizeF& size
     if (hasBars_) {
         barTops(view, view.bandLevelsDB, view.levelOffsetDB, barTops_);
     }
-    drawColumns(view);
+    tiles_.draw(image_, image_.rect(),
+                [&](int column, QRgb* pixels) { composeColumn(view, column, pixels); });
     if (hasBars_) {
         drawBandLines(bars_, barTops_, SpectrumStroke::bandCap, view.traceColor);
     }
@@ -80,7 +77,7 @@ const QImage& SpectrumRaster::image(const SpectrumView& view, const QSizeF& size
         if (view.showsLine()) {
             placeTrace(overlay_, view, overlay.lineSpectrumDB, overlay.sampleRate,
                        overlay.levelOffsetDB, SpectrumStroke::overlay);
-            drawStroke(overlay_, premultiplied(overlay.color));
+            overlay_.blendStroke(image_, premultiplied(overlay.color));
         } else if (overlay.bands.size() == overlay.bandLevelsDB.size()) {
             barTops(view, overlay.bandLevelsDB, overlay.levelOffsetDB, holdTops_);
             drawBandLines(barPlaces(view, overlay.bands), holdTops_, SpectrumStroke::bandPeakHold,
@@ -127,7 +124,6 @@ void SpectrumRaster::prepareGrid(const SpectrumView& view, const QSizeF& size, d
         bands_.clear();
         bars_.clear();
         linePositions_.clear();
-        tile_.resize(at(tileColumns * (rows_ + columnPadding)));
         strokeShares_.resize(at(rows_ + 2));
         areaShares_.resize(at(rows_ + 2));
     }
@@ -150,19 +146,30 @@ void SpectrumRaster::prepareGrid(const SpectrumView& view, const QSizeF& size, d
     labels_ = SparseLayer(labels);
 }
 
-// The grid consists of very few different columns: beside a rule, on a rule, under a dash.
+// The grid consists of very few different rows (between rules, on a rule, on dashes), and so of
+// very few different columns: two are the same where they agree in one row of each kind.
 void SpectrumRaster::takeGroundColumns(const QImage& ground) {
+    const auto row = [&](int y) { return reinterpret_cast<const QRgb*>(ground.constScanLine(y)); };
+    std::vector<const QRgb*> kinds;
+    std::vector<std::size_t> kindOfRow;
+    for (int y = 0; y < rows_; ++y) {
+        if (y == 0 || !std::equal(row(y), row(y) + columns_, row(y - 1))) {
+            kinds.push_back(row(y));
+        }
+        kindOfRow.push_back(kinds.size() - 1);
+    }
     std::map<std::vector<QRgb>, int> known;
     groundColumns_.clear();
     groundOfColumn_.clear();
-    std::vector<QRgb> pixels(at(rows_));
+    std::vector<QRgb> signature(kinds.size());
     for (int x = 0; x < columns_; ++x) {
-        for (int y = 0; y < rows_; ++y) {
-            pixels[at(y)] = reinterpret_cast<const QRgb*>(ground.constScanLine(y))[x];
-        }
-        const auto [entry, isNew] = known.try_emplace(pixels, static_cast<int>(known.size()));
+        std::ranges::transform(kinds, signature.begin(), [x](const QRgb* kind) { return kind[x]; });
+        const auto [entry, isNew] = known.try_emplace(signature, static_cast<int>(known.size()));
         if (isNew) {
-            groundColumns_.push_back(pixels);
+            std::vector<QRgb>& column = groundColumns_.emplace_back();
+            for (const std::size_t kind : kindOfRow) {
+                column.push_back(signature[kind]);
+            }
         }
         groundOfColumn_.push_back(entry->second);
     }
@@ -303,7 +310,9 @@ void SpectrumRaster::placeTrace(TraceColumns& trace, const SpectrumView& view,
             points_.emplace_back(x[line], view.y(levelsDB[line] - offsetDB, height));
         }
     }
-    trace.trace(points_, width * gridKey_->pixelRatio / 2.0, columns_, rows_);
+    trace.start(columns_, rows_);
+    trace.addSmoothed(points_);
+    trace.stroke(width * gridKey_->pixelRatio / 2.0);
 }
 
 void SpectrumRaster::barTops(const SpectrumView& view, const std::vector<double>& levelsDB,
@@ -312,23 +321,6 @@ void SpectrumRaster::barTops(const SpectrumView& view, const std::vector<double>
     tops.resize(levelsDB.size());
     for (std::size_t i = 0; i < levelsDB.size(); ++i) {
         tops[i] = static_cast<float>(view.y(levelsDB[i] - offsetDB, height));
-    }
-}
-
-void SpectrumRaster::drawColumns(const SpectrumView& view) {
-    const int stride = rows_ + columnPadding;
-    for (int left = 0; left < columns_; left += tileColumns) {
-        const int count = std::min(tileColumns, columns_ - left);
-        for (int i = 0; i < count; ++i) {
-            composeColumn(view, left + i, tile_.data() + at(i) * at(stride));
-        }
-        for (int y = 0; y < rows_; ++y) {
-            auto* row = reinterpret_cast<QRgb*>(image_.scanLine(y)) + left;
-            const QRgb* source = tile_.data() + y;
-            for (int i = 0; i < count; ++i) {
-                row[i] = source[at(i) * at(stride)];
-            }
-        }
     }
 }
 
@@ -434,18 +426,6 @@ void SpectrumRaster::copyBarColumn(int column, QRgb* pixels, Rows rows, int area
     if (border < rows.end) {
         const QRgb* still = stillColumn(ground, true, weight);
         std::copy(still + border, still + rows.end, pixels + border);
-    }
-}
-
-void SpectrumRaster::drawStroke(const TraceColumns& trace, QRgb color) {
-    const auto stride = image_.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
-    auto* pixels = reinterpret_cast<QRgb*>(image_.bits());
-    for (int x = 0; x < columns_; ++x) {
-        const Rows rows = trace.strokeCoverage(x, strokeShares_);
-        for (int y = rows.first; y < rows.end; ++y) {
-            QRgb& pixel = pixels[y * stride + x];
-            pixel = over(pixel, color, PixelBlend::weight(strokeShares_[at(y)]));
-        }
     }
 }
 

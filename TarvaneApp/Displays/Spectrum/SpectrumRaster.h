@@ -5,8 +5,6 @@
 //   the grid as the few different pixel columns that it consists of, the rest as sparse layers.
 // - What moves is drawn by pixel column. A column is ground, area, bar or both over long
 //   stretches, which are copied from columns made once; only the rows about a trace are blended.
-// - Sixteen columns are made beside each other, then written as pieces of rows: that is how the
-//   picture lies in memory.
 //
 // One raster per view, kept from frame to frame with all its storage. Main thread.
 #pragma once
@@ -17,9 +15,10 @@
 #include <span>
 #include <vector>
 
+#include "ColumnTiles.h"
 #include "Spectrum/SparseLayer.h"
 #include "Spectrum/SpectrumView.h"
-#include "Spectrum/TraceColumns.h"
+#include "TraceColumns.h"
 
 namespace TarvaneApp {
 
@@ -78,7 +77,6 @@ class SpectrumRaster {
                     double width);
     const std::vector<double>& linePositions(const SpectrumView& view, double sampleRate);
 
-    void drawColumns(const SpectrumView& view);
     void composeColumn(const SpectrumView& view, int column, QRgb* pixels);
     int composeArea(const SpectrumView& view, int column, QRgb* pixels, Rows& blended);
     void composeBars(int column, QRgb* pixels, int areaFrom, std::span<const Rows> blended);
@@ -86,7 +84,6 @@ class SpectrumRaster {
     /// A column of ground, with or without the area over it, under a bar of that weight.
     const QRgb* stillColumn(int ground, bool hasArea, std::uint32_t weight);
 
-    void drawStroke(const TraceColumns& trace, QRgb color);
     void drawBandLines(const std::vector<BarPlace>& places, const std::vector<float>& tops,
                        double thickness, const QColor& color);
     void blendRect(const QRectF& rect, QRgb color);
@@ -134,7 +131,7 @@ class SpectrumRaster {
     std::vector<float> holdTops_;
     std::vector<float> strokeShares_;
     std::vector<float> areaShares_;
-    std::vector<QRgb> tile_;
+    ColumnTiles tiles_;
 };
 
 }  // namespace TarvaneApp

@@ -128,5 +128,18 @@ TEST(SpectrumRaster, aSizeWithoutPixelsGivesNoPicture) {
     EXPECT_EQ(fast(fullSpectrum(), {1, 1}, 1.0).size(), QSize(1, 1));
 }
 
+TEST(SpectrumRaster, everySmallSizeIsDrawnAtEveryScale) {
+    SpectrumRaster raster(Theme::panelBackground, pinned);
+    const SpectrumView view = fullSpectrum();
+    for (const double scale : {1.0, 1.25, 1.5, 2.0, 3.0}) {
+        for (int width = 1; width < 60; width += 7) {
+            for (int height = 1; height < 60; height += 9) {
+                const QImage& image = raster.image(view, QSizeF(width, height), scale);
+                EXPECT_EQ(image.size(), QSize(qRound(width * scale), qRound(height * scale)));
+            }
+        }
+    }
+}
+
 }  // namespace
 }  // namespace TarvaneApp

@@ -1,8 +1,10 @@
-#include "Spectrum/TraceColumns.h"
+#include "TraceColumns.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+
+#include "PixelBlend.h"
 
 namespace TarvaneApp {
 
@@ -54,23 +56,32 @@ TraceColumns::Rows rowsOf(float least, float greatest, int rows) {
 
 }  // namespace
 
-void TraceColumns::trace(const std::vector<QPointF>& points, double halfWidth, int columns,
-                         int rows) {
+void TraceColumns::start(int columns, int rows) {
     rows_ = rows;
     cuts_ = columns * cutsPerColumn;
     const auto length = static_cast<std::size_t>(cuts_ + 2 * margin);
     least_.assign(length, infinity);
     greatest_.assign(length, -infinity);
-    if (!points.empty()) {
-        QPointF from = points.front();
-        for (std::size_t i = 1; i + 1 < points.size(); ++i) {
-            const QPointF to = (points[i] + points[i + 1]) / 2.0;
-            addPiece(from, points[i], to);
-            from = to;
-        }
-        addPiece(from, (from + points.back()) / 2.0, points.back());
+}
+
+void TraceColumns::addStraight(std::span<const QPointF> points) {
+    for (std::size_t i = 1; i < points.size(); ++i) {
+        addPiece(points[i - 1], (points[i - 1] + points[i]) / 2.0, points[i]);
+        addCut(points[i].x() * cutsPerColumn, points[i].y());
     }
-    dilate(halfWidth);
+}
+
+void TraceColumns::addSmoothed(std::span<const QPointF> points) {
+    if (points.empty()) {
+        return;
+    }
+    QPointF from = points.front();
+    for (std::size_t i = 1; i + 1 < points.size(); ++i) {
+        const QPointF to = (points[i] + points[i + 1]) / 2.0;
+        addPiece(from, points[i], to);
+        from = to;
+    }
+    addPiece(from, (from + points.back()) / 2.0, points.back());
 }
 
 void TraceColumns::addCut(double position, double y) {
@@ -106,7 +117,7 @@ void TraceColumns::addPiece(const QPointF& from, const QPointF& control, const Q
     }
 }
 
-void TraceColumns::dilate(double halfWidth) {
+void TraceColumns::stroke(double halfWidth) {
     const auto count = static_cast<std::size_t>(cuts_);
     top_.assign(count, infinity);
     bottom_.assign(count, -infinity);
@@ -126,6 +137,20 @@ void TraceColumns::dilate(double halfWidth) {
     for (std::size_t i = 0; i < count; ++i) {
         top_[i] = top_[i] > 0.0F ? top_[i] : 0.0F;
         bottom_[i] = bottom_[i] < limit ? bottom_[i] : limit;
+    }
+}
+
+void TraceColumns::blendStroke(QImage& picture, QRgb color) {
+    const auto stride = picture.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
+    auto* pixels = reinterpret_cast<QRgb*>(picture.bits());
+    shares_.resize(static_cast<std::size_t>(rows_ + 2));
+    for (int x = 0; x < cuts_ / cutsPerColumn; ++x) {
+        const Rows rows = strokeCoverage(x, shares_);
+        for (int y = rows.first; y < rows.end; ++y) {
+            QRgb& pixel = pixels[y * stride + x];
+            pixel = PixelBlend::over(pixel, color,
+                                     PixelBlend::weight(shares_[static_cast<std::size_t>(y)]));
+        }
     }
 }
 

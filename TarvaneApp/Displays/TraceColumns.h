@@ -1,5 +1,5 @@
-// A smoothed trace cut into pixel columns, and how much of each pixel its stroke and the area
-// under it cover.
+// Traces cut into pixel columns, and how much of each pixel their stroke and the area under them
+// cover.
 //
 // A trace is the graph of a function of x, so that a round stroke of half width h, cut along a
 // vertical line at x, is one stretch: from the least f(u) - sqrt(h² - (u-x)²) to the greatest
@@ -9,7 +9,9 @@
 // Coordinates are device pixels. Reused from frame to frame, so that nothing is allocated.
 #pragma once
 
+#include <QImage>
 #include <QPointF>
+#include <span>
 #include <vector>
 
 namespace TarvaneApp {
@@ -24,8 +26,16 @@ class TraceColumns {
         bool isEmpty() const { return first >= end; }
     };
 
-    /// Takes the trace through the points, softened as `smoothedPath` does, x ascending.
-    void trace(const std::vector<QPointF>& points, double halfWidth, int columns, int rows);
+    /// Begins anew, on a picture of that size.
+    void start(int columns, int rows);
+    /// A line through the points, or softened as `smoothedPath` does; x doesn't fall. Several
+    /// lines over the same columns count as one.
+    void addStraight(std::span<const QPointF> points);
+    void addSmoothed(std::span<const QPointF> points);
+    /// Gives what was added its stroke.
+    void stroke(double halfWidth);
+    /// Blends the stroke into the picture, which is opaque; the colour is premultiplied.
+    void blendStroke(QImage& picture, QRgb color);
 
     /// Whether the area reaches over the whole width of the column.
     bool isWhole(int column) const;
@@ -39,7 +49,6 @@ class TraceColumns {
   private:
     void addPiece(const QPointF& from, const QPointF& control, const QPointF& to);
     void addCut(double position, double y);
-    void dilate(double halfWidth);
 
     int rows_ = 0;
     int cuts_ = 0;
@@ -49,6 +58,7 @@ class TraceColumns {
     // The stroke along each cut.
     std::vector<float> top_;
     std::vector<float> bottom_;
+    std::vector<float> shares_;  // scratch
 };
 
 }  // namespace TarvaneApp
