@@ -53,7 +53,7 @@ void MeterEngine::tick() {
         return;
     }
     const AnalysisSettings settings{.now = clock_.steadyNow(),
-                                    .rtaTimeWeighting = TarvaneKit::TimeWeighting::fast,
+                                    .rtaTimeWeighting = rtaTimeWeighting(),
                                     .smoothingGeneration = smoothingGeneration_,
                                     .peakHoldGeneration = peakHoldGeneration_,
                                     .timingGeneration = timingGeneration_,
@@ -61,7 +61,7 @@ void MeterEngine::tick() {
     std::vector<MeterChannel*> channels;
     std::vector<ChannelAnalysisRequest> requests;
     std::vector<ChannelFrame> frames;
-    const auto order = [&](const UUID& id, bool ringOutEnabled,
+    const auto order = [&](const UUID& id, bool wantsRingOut,
                            const ChannelDisplaySettings& display) {
         const auto found = meterChannels_.find(id);
         if (found == meterChannels_.end() || !found->second->processor) {
@@ -73,7 +73,7 @@ void MeterEngine::tick() {
                             .calibration = channel.calibration,
                             .wantsRTA = isDemanded(ChannelDemand::rta, id),
                             .wantsSpectrogram = isDemanded(ChannelDemand::spectrogram, id),
-                            .ringOutEnabled = ringOutEnabled,
+                            .ringOutEnabled = wantsRingOut,
                             .octaveFraction = display.octaveFraction,
                             .octaveNormalized = display.octaveNormalized,
                             .ringOutSensitivity = display.ringOutSensitivity});

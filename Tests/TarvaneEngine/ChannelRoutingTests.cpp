@@ -72,8 +72,7 @@ TEST_F(ChannelRoutingTests, aNewChannelShowsWhatTheMainInputShowsAndKeepsIt) {
     ASSERT_TRUE(extra(0).display);
     EXPECT_EQ(*extra(0).display, engine->display(UUID::main()));
     engine->octaveFraction.set(TarvaneKit::OctaveFraction::oneOctave);
-    EXPECT_EQ(engine->display(extra(0).id).octaveFraction,
-              TarvaneKit::OctaveFraction::sixthOctave);
+    EXPECT_EQ(engine->display(extra(0).id).octaveFraction, TarvaneKit::OctaveFraction::sixthOctave);
 }
 
 TEST_F(ChannelRoutingTests, aNewChannelOnADigitalDeviceStartsDigitalAndWithoutAlerts) {

@@ -260,6 +260,7 @@ TEST_F(PublicationTests, aWallClockThatIsSetMovesNothingButDates) {
 }
 
 TEST_F(PublicationTests, aPauseTakesNoTimeOfTheAveragesAndRestartsTheWindow) {
+    engine->rtaTimeWeighting.set(TarvaneKit::TimeWeighting::fast);
     engine->addDemand(ChannelDemand::rta, UUID::main());
     start();
     audio.feed("", {sine(1500.0, 0.1, 8192)});

@@ -264,8 +264,8 @@ TEST_F(SettingsTests, noTargetCurveIsNotStoredSoThatARestartShowsTheXCurve) {
 }
 
 TEST_F(SettingsTests, anIdentifierThatDoesNotParseGivesWayToTheMainInputs) {
-    for (const char* key : {"splMeterChannelID", "rtaChannelID", "spectrogramChannelID",
-                            "levelHistoryChannelID"}) {
+    for (const char* key :
+         {"splMeterChannelID", "rtaChannelID", "spectrogramChannelID", "levelHistoryChannelID"}) {
         store.setText(std::string("Tarvane.") + key, "6A1D0000-0000-4000-8000-00000000000");
     }
     makeEngine();
@@ -299,8 +299,7 @@ TEST_F(SettingsTests, theOldSpectrogramRangeStaysAndAStoredPairWins) {
     makeEngine();
     engine->spectrogramRanges.set({.spl = {20, 90}, .dbfs = {-60, 0}});
     makeEngine();
-    EXPECT_EQ(engine->spectrogramRanges(),
-              (SpectrogramRanges{.spl = {20, 90}, .dbfs = {-60, 0}}));
+    EXPECT_EQ(engine->spectrogramRanges(), (SpectrogramRanges{.spl = {20, 90}, .dbfs = {-60, 0}}));
     EXPECT_EQ(store.number("Tarvane.spectrogramFloorDB"), 40.0);
     EXPECT_EQ(store.number("Tarvane.spectrogramCeilingDB"), 100.0);
 }
