@@ -4,18 +4,17 @@
 
 #include <benchmark/benchmark.h>
 
-#include <functional>
-#include <string>
+#include <algorithm>
+#include <cmath>
 #include <vector>
 
-#include "DSP/Kernels/VectorTarget.h"
 #include "DSP/OctaveBandAnalyzer.h"
 #include "DSP/OctaveNormalization.h"
 #include "DSP/SpectrogramRow.h"
 #include "DSP/SpectrumSmoothing.h"
+#include "StepComparison.h"
 #include "Support/ScalarSpectrum.h"
 #include "Support/Signals.h"
-#include "TickCost.h"
 
 namespace TarvaneBenchmarks {
 namespace {
@@ -106,30 +105,54 @@ void rowOfColumns(benchmark::State& state) {
     measureTicks(state, [&] { columns.row(levels, result); });
 }
 
-using Function = void (*)(benchmark::State&);
+// What a tick of a stereo channel with spectrum and spectrogram takes logarithms of: 485 bands, two
+// times 2048 lines and the 1 300 lines that a spectrogram's columns read.
+constexpr int levelsPerTick = 6000;
 
-void compare(const std::string& step, Function fast, const std::string& plainStep, Function plain) {
-    const std::string plainName = plainStep + "/plain";
-    if (plain != nullptr) {
-        benchmark::RegisterBenchmark(plainName.c_str(), plain);
-    }
-    for (const VectorTarget& target : availableVectorTargets()) {
-        const std::string name = step + "/" + target.name;
-        benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
-            useVectorTarget(target);
-            fast(state);
-            useBestVectorTarget();
-        });
-        compareCost({name + "/", plainName + "/", {}});
-    }
+std::vector<double> powersOf(int count) {
+    std::vector<double> powers = roughLevels(count);
+    powersOfLevels(powers.data(), powers.data(), count);
+    return powers;
+}
+
+void levels(benchmark::State& state) {
+    const auto powers = powersOf(levelsPerTick);
+    std::vector<double> levelsDB(powers.size());
+    measureTicks(state,
+                 [&] { levelsOfPowers(powers.data(), lineFloor, levelsDB.data(), levelsPerTick); });
+}
+
+void plainLevels(benchmark::State& state) {
+    const auto powers = powersOf(levelsPerTick);
+    std::vector<double> levelsDB(powers.size());
+    measureTicks(state, [&] {
+        for (std::size_t i = 0; i < powers.size(); ++i) {
+            levelsDB[i] = 10.0 * std::log10(std::max(powers[i], lineFloor.power));
+        }
+        benchmark::DoNotOptimize(levelsDB.data());
+    });
+}
+
+// As a channel does it, whose spectra are still powers.
+void smoothedPowers(benchmark::State& state) {
+    const auto levelsDB = roughLevels(lineCount);
+    const auto powers = powersOf(lineCount);
+    std::vector<double> smoothedDB(levelsDB.size());
+    SpectrumAverage average;
+    measureTicks(state, [&] {
+        smoothLevels({.powers = powers, .levelsDB = levelsDB}, average, TimeWeighting::fast,
+                     tickSeconds, smoothedDB);
+    });
 }
 
 const bool isRegistered = [] {
-    compare("bandLevels", bandLevels, "bandLevels", plainBandLevels);
-    compare("smoothedLevelsDB", smoothedLevels, "smoothedLevelsDB", plainSmoothedLevels);
-    compare("octaveNormalized", normalization, "octaveNormalized", plainNormalization);
-    compare("spectrogramRow", row, "spectrogramRow", plainRow);
-    compare("SpectrogramColumns", rowOfColumns, "spectrogramRow", nullptr);
+    compareStep("levelsOfPowers", levels, plainLevels);
+    compareStep("bandLevels", bandLevels, plainBandLevels);
+    compareStep("smoothedLevelsDB", smoothedLevels, plainSmoothedLevels);
+    compareStep("smoothLevels", smoothedPowers, "smoothedLevelsDB");
+    compareStep("octaveNormalized", normalization, plainNormalization);
+    compareStep("spectrogramRow", row, plainRow);
+    compareStep("SpectrogramColumns", rowOfColumns, "spectrogramRow");
     return true;
 }();
 

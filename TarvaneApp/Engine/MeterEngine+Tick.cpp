@@ -61,7 +61,7 @@ void MeterEngine::tick() {
     std::vector<MeterChannel*> channels;
     std::vector<ChannelAnalysisRequest> requests;
     std::vector<ChannelFrame> frames;
-    const auto order = [&](const UUID& id, bool wantsRingOut,
+    const auto order = [&](const UUID& id, bool detectsRings,
                            const ChannelDisplaySettings& display) {
         const auto found = meterChannels_.find(id);
         if (found == meterChannels_.end() || !found->second->processor) {
@@ -73,14 +73,14 @@ void MeterEngine::tick() {
                             .calibration = channel.calibration,
                             .wantsRTA = isDemanded(ChannelDemand::rta, id),
                             .wantsSpectrogram = isDemanded(ChannelDemand::spectrogram, id),
-                            .ringOutEnabled = wantsRingOut,
+                            .ringOutEnabled = detectsRings,
                             .octaveFraction = display.octaveFraction,
                             .octaveNormalized = display.octaveNormalized,
                             .ringOutSensitivity = display.ringOutSensitivity});
         frames.push_back(std::move(channel.spareFrame));
     };
     const ChannelDisplaySettings main = mainDisplay();
-    order(UUID::main(), mainChannelInfo().ringOutEnabled, main);
+    order(UUID::main(), ringOutEnabled(), main);
     for (const ChannelConfig& config : extraChannels()) {
         if (config.isEnabled) {
             order(config.id, config.ringOutEnabled, config.display ? *config.display : main);

@@ -26,7 +26,7 @@ double overlap(const Bin& bin, const OctaveBand& band) {
 
 OctaveBandAnalyzer::OctaveBandAnalyzer(std::vector<OctaveBand> bands, int fftSize,
                                        double sampleRate)
-    : bands_(std::move(bands)), shares_(bands_.size()) {
+    : bands_(std::move(bands)) {
     TARVANE_PRECONDITION(fftSize > 0);
     TARVANE_PRECONDITION(sampleRate > 0.0 && std::isfinite(sampleRate));
     const double binWidthHz = sampleRate / fftSize;
@@ -35,24 +35,23 @@ OctaveBandAnalyzer::OctaveBandAnalyzer(std::vector<OctaveBand> bands, int fftSiz
         return Bin{centerHz - binWidthHz / 2.0, centerHz + binWidthHz / 2.0};
     };
     int first = 0;  // bins below this one lie below the band, and so below all that follow
-    for (std::size_t i = 0; i < bands_.size(); ++i) {
-        while (bin(first).highHz <= bands_[i].lowerEdgeHz) {
+    std::vector<double> proportions;
+    for (const OctaveBand& band : bands_) {
+        while (bin(first).highHz <= band.lowerEdgeHz) {
             ++first;
         }
-        shares_[i] = {
-            .firstBin = first, .binCount = 0, .firstWeight = static_cast<int>(weights_.size())};
-        for (int k = first; bin(k).lowHz < bands_[i].upperEdgeHz; ++k) {
-            weights_.push_back(overlap(bin(k), bands_[i]));
-            ++shares_[i].binCount;
+        proportions.clear();
+        for (int k = first; bin(k).lowHz < band.upperEdgeHz; ++k) {
+            proportions.push_back(overlap(bin(k), band));
         }
+        table_.add(first, proportions);
     }
 }
 
 void OctaveBandAnalyzer::bandPowers(std::span<const float> magnitudes,
                                     std::span<double> powers) const {
     TARVANE_PRECONDITION(powers.size() == bands_.size());
-    sumBandPowers(shares_, weights_.data(), magnitudes.data(), static_cast<int>(magnitudes.size()),
-                  powers.data());
+    sumBandPowers(table_, magnitudes.data(), static_cast<int>(magnitudes.size()), powers.data());
 }
 
 void OctaveBandAnalyzer::bandLevels(std::span<const float> magnitudes,

@@ -25,7 +25,7 @@ class OctaveBandAnalyzer {
     int bandCount() const { return static_cast<int>(bands_.size()); }
 
     /// Power per band, in the order of `bands`, of magnitudes whose entry k lies at k sampleRate /
-    /// fftSize. What bins are missing count as silent. Full scale is 1.0; no floor.
+    /// fftSize, finite. What bins are missing count as silent. Full scale is 1.0; no floor.
     void bandPowers(std::span<const float> magnitudes, std::span<double> powers) const;
     /// The same in dB full scale, -240 at the least.
     void bandLevels(std::span<const float> magnitudes, std::span<double> levelsDB) const;
@@ -33,8 +33,7 @@ class OctaveBandAnalyzer {
 
   private:
     std::vector<OctaveBand> bands_;
-    std::vector<BandShares> shares_;
-    std::vector<double> weights_;
+    BandTable table_;
 };
 
 }  // namespace TarvaneKit

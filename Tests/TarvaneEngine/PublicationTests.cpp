@@ -136,6 +136,27 @@ TEST_F(PublicationTests, aNewCalibrationMovesTheSpectrumByTheNextTick) {
     EXPECT_NEAR(live().lineSpectrumDB.at(128), before + 100.0, 0.001);
 }
 
+TEST_F(PublicationTests, theSpectrumsTimeWeightingIsTheSettings) {
+    engine->addDemand(ChannelDemand::rta, UUID::main());
+    start();
+    const auto fallAfterATick = [&](TimeWeighting weighting) {
+        engine->rtaTimeWeighting.set(weighting);
+        audio.feed("", {sine(1500.0, 0.1, 8192)});
+        clock.advance(tickSeconds);
+        tick();
+        const double before = live().lineSpectrumDB.at(128);
+        audio.feed("", {std::vector<float>(8192, 0.0F)});
+        clock.advance(tickSeconds);
+        tick();
+        return before - live().lineSpectrumDB.at(128);
+    };
+    const double dBPerSecondOfTau = 10.0 * std::log10(std::exp(1.0));
+    EXPECT_NEAR(fallAfterATick(TimeWeighting::fast), tickSeconds / 0.125 * dBPerSecondOfTau, 1e-3);
+    EXPECT_NEAR(fallAfterATick(TimeWeighting::slow), tickSeconds / 1.0 * dBPerSecondOfTau, 1e-3);
+    EXPECT_NEAR(fallAfterATick(TimeWeighting::infinite), 10.0 * std::log10(2.0), 1e-3);
+    EXPECT_GT(fallAfterATick(TimeWeighting::none), 90.0);
+}
+
 TEST_F(PublicationTests, theSpectrogramKeepsTwoMinutesAndCountsOn) {
     engine->addDemand(ChannelDemand::spectrogram, UUID::main());
     start();
@@ -260,7 +281,7 @@ TEST_F(PublicationTests, aWallClockThatIsSetMovesNothingButDates) {
 }
 
 TEST_F(PublicationTests, aPauseTakesNoTimeOfTheAveragesAndRestartsTheWindow) {
-    engine->rtaTimeWeighting.set(TarvaneKit::TimeWeighting::fast);
+    engine->rtaTimeWeighting.set(TimeWeighting::fast);
     engine->addDemand(ChannelDemand::rta, UUID::main());
     start();
     audio.feed("", {sine(1500.0, 0.1, 8192)});

@@ -9,7 +9,7 @@ namespace TarvaneKit {
 
 class PipeWireConnection;
 
-class PipeWireAudioSystem final : public AudioSystem {
+class PipeWireAudioSystem : public AudioSystem {
   public:
     /// No server is no error: the system connects when one appears, and again after its death.
     PipeWireAudioSystem();

@@ -77,8 +77,7 @@ void tiltLevelsOnTarget(const double* levelsDB, double frequencyStep, double* ti
     forEachVector<double, 8>(1, count, [=](auto d, int i) HWY_ATTR {
         const auto frequency =
             hn::Mul(hn::Iota(d, static_cast<double>(i)), hn::Set(d, frequencyStep));
-        const auto tiltDB = hn::Mul(hn::Set(d, 10.0), hn::Log10(d, frequency));
-        hn::StoreU(hn::Add(hn::LoadU(d, levelsDB + i), tiltDB), d, tiltedDB + i);
+        hn::StoreU(hn::Add(hn::LoadU(d, levelsDB + i), tenLog10(d, frequency)), d, tiltedDB + i);
     });
 }
 

@@ -1,11 +1,12 @@
 // Arithmetic of spectra, one pass over an array each: between amplitude, power and dB, and what
 // is done to powers and levels from one frame to the next. 64-bit, in place where in and out
-// may be the same array. Called by SpectrumLevels and its neighbours.
+// may be the same array. Called by SpectrumSmoothing and its neighbours.
 #pragma once
 
 namespace TarvaneKit {
 
-/// A level's lowest power, and that power's level in dB, which is what it and NaN read exactly.
+/// A level's lowest power, a positive normal number, and that power's level in dB, which is what
+/// it and NaN read exactly.
 struct LevelFloor {
     double power;
     double levelDB;
@@ -13,11 +14,13 @@ struct LevelFloor {
 
 /// powers[i] = max(amplitudes[i]^2, floorPower); NaN counts as the floor.
 void squareAmplitudes(const float* amplitudes, double floorPower, double* powers, int count);
-/// 10 log10, in place allowed.
+/// 10 log10, within 8e-16 of itself; in place allowed. Powers are below infinity.
 void levelsOfPowers(const double* powers, LevelFloor floor, double* levelsDB, int count);
-/// 10^(dB / 10).
+/// 10^(dB / 10), within 5e-16 of itself from -3070 to 3080 dB and flat beyond; NaN counts as the
+/// lower end.
 void powersOfLevels(const double* levelsDB, double* powers, int count);
-/// levelsDB[i] + 10 log10(i frequencyStep) for i from 1 on; entry 0 as it is. In place allowed.
+/// levelsDB[i] + 10 log10(i frequencyStep) for i from 1 on; entry 0 as it is. The step is
+/// above 0. In place allowed.
 void tiltLevels(const double* levelsDB, double frequencyStep, double* tiltedDB, int count);
 /// out[i] = a[i] + b[i], in place allowed.
 void add(const double* a, const double* b, double* out, int count);

@@ -23,7 +23,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-#include <hwy/contrib/math/math-inl.h>
+#include "DSP/Kernels/Decibels-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace TarvaneKit {
@@ -70,14 +70,6 @@ HWY_INLINE int extendSums(D d, int begin, int end, double* HWY_RESTRICT sums, co
         before = hn::Add(before, shiftedLanes<0>(d, within));
     }
     return bin;
-}
-
-template <class D>
-HWY_INLINE hn::Vec<D> powersOfLevels(D d, const double* levelsDB) {
-    constexpr double perDB = 0.23025850929940457;  // ln(10) / 10
-    constexpr double largest = 709.0;              // e to this is still a number
-    const auto exponent = hn::Mul(hn::LoadU(d, levelsDB), hn::Set(d, perDB));
-    return hn::Exp(d, hn::Min(exponent, hn::Set(d, largest)));
 }
 
 template <class D>
@@ -200,8 +192,9 @@ int findPeakCandidatesOnTarget(const PeakSearch& search, const double* levelsDB,
             return powersOfMagnitudes(d, magnitudes + bin);
         });
     } else {
-        sumPowers(used, buffers,
-                  [&](auto d, int bin) HWY_ATTR { return powersOfLevels(d, levelsDB + bin); });
+        sumPowers(used, buffers, [&](auto d, int bin) HWY_ATTR {
+            return powerOfDecibels(d, hn::LoadU(d, levelsDB + bin));
+        });
     }
     sumWithoutPeaks(search, buffers);
     return collectCandidates(search, levelsDB, buffers);

@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numeric>
 #include <thread>
 
+#include "Core/FlushDenormals.h"
 #include "Core/RealtimeScope.h"
 #include "Support/EachVectorTarget.h"
 #include "Support/RealtimeGuard.h"
@@ -115,24 +117,64 @@ class FFTAnalyzerSpectra : public Testing::EachVectorTarget {};
 
 // The transform runs in 32 bits: about log2(N) rounded additions on values as large as the whole
 // spectrum's root mean square, so that the error is told in proportion to that.
+void expectTheTransform(const FFTAnalyzer& analyzer, const std::vector<float>& samples) {
+    const auto magnitudes = analyzer.magnitudeSpectrum(samples);
+    const auto expected = plainMagnitudes(samples, asDoubles(analyzer.window()));
+    ASSERT_EQ(magnitudes.size(), expected.size());
+    double squares = 0.0;
+    double squaredError = 0.0;
+    for (std::size_t k = 0; k < expected.size(); ++k) {
+        const double error = static_cast<double>(magnitudes[k]) - expected[k];
+        squares += expected[k] * expected[k];
+        squaredError += error * error;
+    }
+    EXPECT_LT(std::sqrt(squaredError), 4e-7 * std::sqrt(squares)) << samples.size();
+}
+
 TEST_P(FFTAnalyzerSpectra, areTheDiscreteFourierTransform) {
     for (const auto type :
          {FFTAnalyzer::WindowType::hann, FFTAnalyzer::WindowType::blackmanHarris}) {
-        for (int size = 2; size <= 4096; size *= 2) {
-            const auto analyzer = analyzerOf(size, type);
-            const auto samples = whiteNoise(size, 0.3, static_cast<std::uint32_t>(size));
-            const auto magnitudes = analyzer.magnitudeSpectrum(samples);
-            const auto expected = plainMagnitudes(samples, asDoubles(analyzer.window()));
-            ASSERT_EQ(magnitudes.size(), expected.size());
-            double squares = 0.0;
-            double squaredError = 0.0;
-            for (std::size_t k = 0; k < expected.size(); ++k) {
-                const double error = static_cast<double>(magnitudes[k]) - expected[k];
-                squares += expected[k] * expected[k];
-                squaredError += error * error;
-            }
-            EXPECT_LT(std::sqrt(squaredError), 4e-7 * std::sqrt(squares)) << size;
+        for (int size = 2; size <= 8192; size *= 2) {
+            expectTheTransform(analyzerOf(size, type),
+                               whiteNoise(size, 0.3, static_cast<std::uint32_t>(size)));
         }
+    }
+}
+
+TEST_P(FFTAnalyzerSpectra, areTheTransformAtFullScaleAndFarBelow) {
+    const auto analyzer = analyzerOf(1024);
+    std::vector<float> square(1024);
+    std::vector<float> impulse(1024);
+    impulse[333] = 1.0F;
+    for (std::size_t n = 0; n < square.size(); ++n) {
+        square[n] = n / 37 % 2 == 0 ? 1.0F : -1.0F;
+    }
+    expectTheTransform(analyzer, square);
+    expectTheTransform(analyzer, impulse);
+    expectTheTransform(analyzer, whiteNoise(1024, 1e-7));   // -140 dB
+    expectTheTransform(analyzer, whiteNoise(1024, 1e-15));  // far below the floor of the lines
+}
+
+// A square below the smallest normal number loses its places or all of itself: an amplitude is
+// off by the root of that at the most, whether denormal numbers are taken as 0 or not. It lies
+// 200 dB below the floor of the lines.
+TEST_P(FFTAnalyzerSpectra, ofTheSmallestNumbersStayAsSmall) {
+    const auto analyzer = analyzerOf(1024);
+    const double lost = 2.0 * std::sqrt(static_cast<double>(std::numeric_limits<float>::min())) *
+                        static_cast<double>(analyzer.windowNormalization());
+    ASSERT_LT(lost, 1e-9 * 1e-10);
+    for (const double deviation : {1e-20, 1e-30, 1e-39}) {
+        const auto samples = whiteNoise(1024, deviation);
+        const auto expected = plainMagnitudes(samples, asDoubles(analyzer.window()));
+        const auto expectAsSmall = [&] {
+            const auto magnitudes = analyzer.magnitudeSpectrum(samples);
+            for (std::size_t k = 0; k < expected.size(); ++k) {
+                ASSERT_NEAR(magnitudes[k], expected[k], lost) << deviation;
+            }
+        };
+        expectAsSmall();
+        const FlushDenormals flush;
+        expectAsSmall();
     }
 }
 

@@ -14,13 +14,15 @@ namespace {
 class OctaveNormalization : public Testing::EachVectorTarget {};
 
 TEST_P(OctaveNormalization, isThePlainReadingOfItsFormula) {
-    for (const int count : {0, 1, 2, 9, 2048, 4096}) {
-        const auto levels = Testing::roughLevels(count);
-        std::vector<double> normalized(levels.size());
-        octaveNormalized(levels, 4096, 44100.0, normalized);
-        const auto expected = Testing::plainOctaveNormalized(levels, 4096, 44100.0);
-        for (std::size_t i = 0; i < levels.size(); ++i) {
-            ASSERT_NEAR(normalized[i], expected[i], 1e-9) << i;
+    for (const double rate : {8000.0, 44100.0, 192000.0, 384000.0}) {
+        for (const int count : {0, 1, 2, 9, 2048, 4096}) {
+            const auto levels = Testing::roughLevels(count);
+            std::vector<double> normalized(levels.size());
+            octaveNormalized(levels, 4096, rate, normalized);
+            const auto expected = Testing::plainOctaveNormalized(levels, 4096, rate);
+            for (std::size_t i = 0; i < levels.size(); ++i) {
+                ASSERT_NEAR(normalized[i], expected[i], 1e-12) << rate << " " << i;
+            }
         }
     }
 }

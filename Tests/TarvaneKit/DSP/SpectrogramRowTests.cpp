@@ -43,7 +43,7 @@ class SpectrogramRow : public Testing::EachVectorTarget {
 constexpr double floatStep = 2e-5;
 
 TEST_P(SpectrogramRow, isThePlainReadingOfItsFormula) {
-    for (const double rate : {8000.0, 44100.0, 48000.0, 192000.0}) {
+    for (const double rate : {8000.0, 44100.0, 48000.0, 192000.0, 384000.0}) {
         for (const int lineCount : {1, 2, 5, 4096}) {
             const auto levels = roughLevels(lineCount);
             const auto result = row(levels, spectrogramFrequencies(), rate, 2 * lineCount);
@@ -72,7 +72,7 @@ TEST_P(SpectrogramRow, withoutLinesReadsTheEmptyLevel) {
 }
 
 TEST_P(SpectrogramRow, comesOutTheSameFromTheLinesThatItReads) {
-    for (const double rate : {8000.0, 44100.0, 48000.0, 96000.0}) {
+    for (const double rate : {8000.0, 44100.0, 48000.0, 96000.0, 384000.0}) {
         for (const int fftSize : {2, 4, 64, 8192}) {
             const auto levels = roughLevels(fftSize / 2);
             const SpectrogramColumns columns(spectrogramFrequencies(), rate, fftSize);

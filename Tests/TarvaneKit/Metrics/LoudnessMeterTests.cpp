@@ -120,6 +120,32 @@ TEST(LoudnessMeter, integratedWaitsForABlockAboveTheAbsoluteGate) {
     EXPECT_TRUE(std::isfinite(meter.readings().integrated));
 }
 
+// The absolute gate admits a block exactly at it (BS.1770-4, annex 1, says above: the difference
+// is one number). The weight is the smallest one that lifts a single block to the gate; its
+// neighbour falls short.
+TEST(LoudnessMeter, aBlockExactlyAtTheAbsoluteGateCountsAndTheOneBelowDoesNot) {
+    const Samples tone = sine(48000, 997, 0.1, 0.4);
+    const auto readingsAt = [&](double weight) {
+        LoudnessMeter meter(48000, {weight});
+        play(meter, tone);
+        return meter.readings();
+    };
+    const double lifting = std::pow(10.0, (-70.0 - readingsAt(1.0).momentary) / 10.0);
+    double below = lifting * (1.0 - 1e-12);
+    double at = lifting * (1.0 + 1e-12);
+    ASSERT_LT(readingsAt(below).momentary, -70.0);
+    ASSERT_GE(readingsAt(at).momentary, -70.0);
+    while (std::nextafter(below, 1.0) < at) {
+        const double middle = below + (at - below) / 2.0;
+        (readingsAt(middle).momentary < -70.0 ? below : at) = middle;
+    }
+    EXPECT_EQ(readingsAt(at).momentary, -70.0);
+    EXPECT_EQ(readingsAt(at).integrated, -70.0);
+    EXPECT_LT(readingsAt(below).momentary, -70.0);
+    EXPECT_EQ(readingsAt(below).integrated, noValue);
+    EXPECT_EQ(readingsAt(below).momentaryMax, readingsAt(below).momentary);
+}
+
 TEST(LoudnessMeter, aResetKeepsTheWindowsAndStartsTheStatistics) {
     LoudnessMeter meter(48000, {1.0});
     const Samples step = sine(48000, 1000, 0.1, 0.1);  // whole periods
@@ -148,7 +174,8 @@ TEST(LoudnessMeter, aResetKeepsTheWindowsAndStartsTheStatistics) {
     }
 }
 
-// Four channels of weight 10^4 push the blocks to +37 LUFS, far above the last bin.
+// A tone of full scale in both channels reads 0 LUFS; weights of 10^4 lift it by 40, far above the
+// last bin.
 TEST(LoudnessMeter, blocksAboveTheLastBinCountInFull) {
     LoudnessMeter meter(48000, {1e4, 1e4});
     const Samples tone = sine(48000, 997, 1.0, 4);

@@ -1,0 +1,46 @@
+// Blending of premultiplied 32-bit pixels, for drawings that write them themselves: two channels
+// at once in each half of a word.
+#pragma once
+
+#include <QRgb>
+#include <cmath>
+#include <cstdint>
+
+namespace TarvaneApp::PixelBlend {
+
+/// Weights are from 0 to this.
+inline constexpr std::uint32_t fullWeight = 256;
+
+inline std::uint32_t weight(double share) {
+    return static_cast<std::uint32_t>(std::lround(share * fullWeight));
+}
+
+/// Every channel times the weight.
+inline QRgb scaled(QRgb pixel, std::uint32_t weight) {
+    constexpr std::uint32_t low = 0x00FF00FF;
+    constexpr std::uint32_t half = 0x00800080;
+    const std::uint32_t even = (((pixel & low) * weight + half) >> 8U) & low;
+    const std::uint32_t odd = (((pixel >> 8U) & low) * weight + half) & ~low;
+    return even | odd;
+}
+
+/// Between two pixels: the first for weight 0, the second for the full one.
+inline QRgb mixed(QRgb first, QRgb second, std::uint32_t weight) {
+    constexpr std::uint32_t low = 0x00FF00FF;
+    constexpr std::uint32_t half = 0x00800080;
+    const std::uint32_t rest = fullWeight - weight;
+    const std::uint32_t even =
+        (((first & low) * rest + (second & low) * weight + half) >> 8U) & low;
+    const std::uint32_t odd =
+        (((first >> 8U) & low) * rest + ((second >> 8U) & low) * weight + half) & ~low;
+    return even | odd;
+}
+
+/// `source` over `below`, with the share of the pixel that the source covers.
+inline QRgb over(QRgb below, QRgb source, std::uint32_t coverage) {
+    const QRgb covered = scaled(source, coverage);
+    const std::uint32_t alpha = covered >> 24U;
+    return covered + scaled(below, fullWeight - alpha - (alpha >> 7U));
+}
+
+}  // namespace TarvaneApp::PixelBlend

@@ -1,0 +1,103 @@
+#include "Spectrogram/SpectrogramView.h"
+
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+#include "PixelGrid.h"
+#include "Theme.h"
+
+namespace TarvaneApp {
+
+namespace {
+
+constexpr double smallestSliceHeight = 0.01;
+constexpr double smallestStopDistance = 1e-9;
+constexpr double ruleOpacity = 0.5;
+
+std::vector<SpectrogramColorStop> sorted(std::vector<SpectrogramColorStop> stops) {
+    std::ranges::stable_sort(stops, {}, &SpectrogramColorStop::position);
+    return stops;
+}
+
+int byte(double channel) {
+    return std::clamp(static_cast<int>(std::lround(channel * 255.0)), 0, 255);
+}
+
+QRgb opaque(const TarvaneKit::RGBAColor& color) {
+    return qRgb(byte(color.red), byte(color.green), byte(color.blue));
+}
+
+QRgb colorAt(double t, const std::vector<SpectrogramColorStop>& sortedStops) {
+    if (sortedStops.empty()) {
+        return qRgb(255, 255, 255);
+    }
+    if (t <= sortedStops.front().position) {
+        return opaque(sortedStops.front().color);
+    }
+    if (t >= sortedStops.back().position) {
+        return opaque(sortedStops.back().color);
+    }
+    const auto b = std::ranges::lower_bound(sortedStops, t, {}, &SpectrogramColorStop::position);
+    const auto a = b - 1;
+    const double u = (t - a->position) / std::max(b->position - a->position, smallestStopDistance);
+    return opaque({.red = std::lerp(a->color.red, b->color.red, u),
+                   .green = std::lerp(a->color.green, b->color.green, u),
+                   .blue = std::lerp(a->color.blue, b->color.blue, u)});
+}
+
+}  // namespace
+
+int SpectrogramView::rows() const {
+    const double rows = std::round(rowsPerSecond * timeSpanSeconds /
+                                   std::max(sliceHeightMultiplier, smallestSliceHeight));
+    return static_cast<int>(std::max(rows, 1.0));
+}
+
+SpectrogramView::VisibleRows SpectrogramView::visibleRows() const {
+    const int offset = std::min(std::max(history.count() - rows(), 0), scrollState.rowOffset);
+    const int end = history.count() - offset;
+    return {.first = std::max(end - rows(), 0), .end = end, .isLive = offset == 0};
+}
+
+QRgb SpectrogramView::colorForT(double t, const std::vector<SpectrogramColorStop>& stops) {
+    return colorAt(std::clamp(t, 0.0, 1.0), sorted(stops));
+}
+
+SpectrogramRasterCache::LUT SpectrogramView::colorLUT(
+    const std::vector<SpectrogramColorStop>& stops) {
+    const std::vector<SpectrogramColorStop> inOrder = sorted(stops);
+    SpectrogramRasterCache::LUT lut{};
+    for (std::size_t i = 0; i < lut.size(); ++i) {
+        lut[i] = colorAt(static_cast<double>(i) / 255.0, inOrder);
+    }
+    return lut;
+}
+
+void paint(QPainter& painter, const SpectrogramView& view, SpectrogramRasterCache& raster,
+           const QSizeF& size) {
+    painter.fillRect(QRectF(QPointF(), size), Theme::background);
+    const SpectrogramView::VisibleRows visible = view.visibleRows();
+    const QImage image = raster.image(
+        view.history.slice(visible.first, visible.end), view.rowsAdded, visible.isLive,
+        static_cast<int>(view.frequencies.size()), view.floorDB, view.ceilingDB, view.colorStops);
+    if (!image.isNull()) {
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(QRectF(QPointF(), size), image);
+    }
+    paintFrequencyRules(painter, view, size);
+}
+
+void paintFrequencyRules(QPainter& painter, const SpectrogramView& view, const QSizeF& size) {
+    const PixelGrid grid(painter);
+    const double hairline = grid.lineWidth(1.0);
+    const FrequencyAxis axis = view.frequencyAxis();
+    for (const double frequencyHz : FrequencyAxis::gridLines) {
+        const double left = std::clamp(axis.x(frequencyHz, size.width()) - hairline / 2.0, 0.0,
+                                       std::max(size.width() - hairline, 0.0));
+        painter.fillRect(QRectF(grid.snapped(left), 0.0, hairline, size.height()),
+                         Theme::faded(Theme::gridLine, ruleOpacity));
+    }
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,482 @@
+#include "Spectrum/SpectrumRaster.h"
+
+#include <QLinearGradient>
+#include <QPainter>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
+
+#include "PixelBlend.h"
+
+namespace TarvaneApp {
+
+using PixelBlend::fullWeight;
+using PixelBlend::over;
+using TarvaneKit::OctaveBand;
+
+namespace {
+
+constexpr int tileColumns = 16;  // of four bytes: a cache line
+// Beyond the last row, so that neighbouring columns don't fall into the same cache set.
+constexpr int columnPadding = 24;
+
+// Still columns are made for bars of this many weights; narrow bars cover parts of a column.
+constexpr std::uint32_t weightSteps = 64;
+constexpr std::uint32_t weightStep = fullWeight / weightSteps;
+
+QRgb premultiplied(const QColor& color) {
+    return qPremultiply(color.rgba());
+}
+
+std::size_t at(int index) {
+    return static_cast<std::size_t>(index);
+}
+
+}  // namespace
+
+SpectrumRaster::SpectrumRaster(const QColor& ground, Typeface typeface)
+    : ground_(ground), typeface_(std::move(typeface)) {}
+
+const QImage& SpectrumRaster::image(const SpectrumView& view, const QSizeF& size,
+                                    double pixelRatio) {
+    columns_ = qRound(size.width() * pixelRatio);
+    rows_ = qRound(size.height() * pixelRatio);
+    if (columns_ < 1 || rows_ < 1) {
+        image_ = QImage();
+        return image_;
+    }
+    prepareGrid(view, size, pixelRatio);
+    prepareFill(view.traceColor);
+    prepareBars(view);
+    prepareCurve(view);
+
+    hasLine_ = view.showsLine() && !view.lineSpectrumDB.empty();
+    hasHold_ = view.showsLine() && view.showPeakHold &&
+               view.linePeakHoldDB.size() == view.lineSpectrumDB.size();
+    hasBars_ =
+        view.showsBands() && !view.bands.empty() && view.bands.size() == view.bandLevelsDB.size();
+    if (hasLine_) {
+        placeTrace(line_, view, view.lineSpectrumDB, view.sampleRate, view.levelOffsetDB,
+                   SpectrumStroke::line);
+    }
+    if (hasHold_) {
+        placeTrace(hold_, view, view.linePeakHoldDB, view.sampleRate, view.levelOffsetDB,
+                   SpectrumStroke::linePeakHold);
+    }
+    if (hasBars_) {
+        barTops(view, view.bandLevelsDB, view.levelOffsetDB, barTops_);
+    }
+    drawColumns(view);
+    if (hasBars_) {
+        drawBandLines(bars_, barTops_, SpectrumStroke::bandCap, view.traceColor);
+    }
+    if (view.showsBands() && view.showPeakHold && !view.bands.empty() &&
+        view.bands.size() == view.bandPeakHoldDB.size()) {
+        barTops(view, view.bandPeakHoldDB, view.levelOffsetDB, holdTops_);
+        drawBandLines(bars_, holdTops_, SpectrumStroke::bandPeakHold, view.peakColor);
+    }
+    for (const SpectrumOverlay& overlay : view.overlays) {
+        if (view.showsLine()) {
+            placeTrace(overlay_, view, overlay.lineSpectrumDB, overlay.sampleRate,
+                       overlay.levelOffsetDB, SpectrumStroke::overlay);
+            drawStroke(overlay_, premultiplied(overlay.color));
+        } else if (overlay.bands.size() == overlay.bandLevelsDB.size()) {
+            barTops(view, overlay.bandLevelsDB, overlay.levelOffsetDB, holdTops_);
+            drawBandLines(barPlaces(view, overlay.bands), holdTops_, SpectrumStroke::bandPeakHold,
+                          overlay.color);
+        }
+    }
+    curve_.blendInto(image_);
+    if (view.activeRingAlert) {
+        QPainter painter(&image_);
+        view.drawRingAlertMarker(painter, *view.activeRingAlert, size);
+    }
+    labels_.blendInto(image_);
+    return image_;
+}
+
+// --- what stands still
+
+QImage SpectrumRaster::layer(QImage::Format format) const {
+    QImage picture(columns_, rows_, format);
+    picture.setDevicePixelRatio(gridKey_->pixelRatio);
+    picture.fill(format == QImage::Format_RGB32 ? ground_ : QColor(Qt::transparent));
+    return picture;
+}
+
+void SpectrumRaster::prepareGrid(const SpectrumView& view, const QSizeF& size, double pixelRatio) {
+    const GridKey key{.size = size,
+                      .pixelRatio = pixelRatio,
+                      .scale = view.scale,
+                      .floorDB = view.spectrogramFloorDB,
+                      .ceilingDB = view.spectrogramCeilingDB,
+                      .minHz = view.minHz,
+                      .maxHz = view.maxHz};
+    if (gridKey_ == key) {
+        return;
+    }
+    const bool isSameShape = gridKey_ && gridKey_->size == size &&
+                             gridKey_->pixelRatio == pixelRatio && gridKey_->minHz == view.minHz &&
+                             gridKey_->maxHz == view.maxHz;
+    gridKey_ = key;
+    ++layersDrawn_;
+    if (!isSameShape) {
+        image_ = layer(QImage::Format_RGB32);
+        fillColor_.reset();
+        bands_.clear();
+        bars_.clear();
+        linePositions_.clear();
+        tile_.resize(at(tileColumns * (rows_ + columnPadding)));
+        strokeShares_.resize(at(rows_ + 2));
+        areaShares_.resize(at(rows_ + 2));
+    }
+    curveKey_.reset();
+    stillColumns_.clear();
+
+    QImage ground = layer(QImage::Format_RGB32);
+    {
+        QPainter painter(&ground);
+        view.drawGridLines(painter, size);
+        view.drawFloorCeilingLines(painter, size);
+    }
+    takeGroundColumns(ground);
+    QImage labels = layer(QImage::Format_ARGB32_Premultiplied);
+    {
+        QPainter painter(&labels);
+        view.drawGridLabels(painter, size, typeface_);
+        view.drawFloorCeilingLabels(painter, size, typeface_);
+    }
+    labels_ = SparseLayer(labels);
+}
+
+// The grid consists of very few different columns: beside a rule, on a rule, under a dash.
+void SpectrumRaster::takeGroundColumns(const QImage& ground) {
+    std::map<std::vector<QRgb>, int> known;
+    groundColumns_.clear();
+    groundOfColumn_.clear();
+    std::vector<QRgb> pixels(at(rows_));
+    for (int x = 0; x < columns_; ++x) {
+        for (int y = 0; y < rows_; ++y) {
+            pixels[at(y)] = reinterpret_cast<const QRgb*>(ground.constScanLine(y))[x];
+        }
+        const auto [entry, isNew] = known.try_emplace(pixels, static_cast<int>(known.size()));
+        if (isNew) {
+            groundColumns_.push_back(pixels);
+        }
+        groundOfColumn_.push_back(entry->second);
+    }
+}
+
+void SpectrumRaster::prepareFill(const QColor& traceColor) {
+    if (fillColor_ == traceColor) {
+        return;
+    }
+    fillColor_ = traceColor;
+    stillColumns_.clear();
+    QImage column(1, rows_, QImage::Format_ARGB32_Premultiplied);
+    column.fill(Qt::transparent);
+    QPainter painter(&column);
+    painter.fillRect(
+        column.rect(),
+        Theme::spectrumFillGradient(traceColor, gridKey_->size.height() * gridKey_->pixelRatio));
+    painter.end();
+    fill_.resize(at(rows_));
+    for (int y = 0; y < rows_; ++y) {
+        fill_[at(y)] = *reinterpret_cast<const QRgb*>(column.constScanLine(y));
+    }
+}
+
+std::vector<SpectrumRaster::BarPlace> SpectrumRaster::barPlaces(
+    const SpectrumView& view, const std::vector<OctaveBand>& bands) const {
+    const FrequencyAxis axis = view.frequencyAxis();
+    const double ratio = gridKey_->pixelRatio;
+    std::vector<BarPlace> places;
+    places.reserve(bands.size());
+    for (const OctaveBand& band : bands) {
+        const QRectF bar =
+            sharpened(view.bar(axis, band, view.axisBottomDB(), gridKey_->size), PixelGrid(ratio));
+        places.push_back(
+            {static_cast<float>(bar.left() * ratio), static_cast<float>(bar.right() * ratio)});
+    }
+    return places;
+}
+
+void SpectrumRaster::prepareBars(const SpectrumView& view) {
+    if (bands_ == view.bands && firstShare_.size() == at(columns_ + 1)) {
+        return;
+    }
+    bands_ = view.bands;
+    bars_ = barPlaces(view, bands_);
+    std::vector<std::vector<BarShare>> byColumn(at(columns_));
+    for (std::size_t i = 0; i < bars_.size(); ++i) {
+        const int first = std::max(static_cast<int>(bars_[i].left), 0);
+        for (int x = first; x < columns_ && static_cast<float>(x) < bars_[i].right; ++x) {
+            const float covered = std::min(bars_[i].right, static_cast<float>(x + 1)) -
+                                  std::max(bars_[i].left, static_cast<float>(x));
+            const std::uint32_t weight =
+                static_cast<std::uint32_t>(std::lround(covered * weightSteps)) * weightStep;
+            if (weight > 0) {
+                byColumn[at(x)].push_back({static_cast<int>(i), weight});
+            }
+        }
+    }
+    firstShare_.assign(1, 0);
+    shares_.clear();
+    for (const auto& column : byColumn) {
+        shares_.insert(shares_.end(), column.begin(), column.end());
+        firstShare_.push_back(static_cast<int>(shares_.size()));
+    }
+}
+
+void SpectrumRaster::prepareCurve(const SpectrumView& view) {
+    if (curveKey_ && curveKey_->curve == view.targetCurve &&
+        curveKey_->referenceDB == view.targetCurveReferenceDB) {
+        return;
+    }
+    curveKey_ = {.curve = view.targetCurve, .referenceDB = view.targetCurveReferenceDB};
+    ++layersDrawn_;
+    QImage picture = layer(QImage::Format_ARGB32_Premultiplied);
+    if (view.targetCurve) {
+        QPainter painter(&picture);
+        view.drawTargetCurve(painter, *view.targetCurve, gridKey_->size);
+    }
+    curve_ = SparseLayer(picture);
+}
+
+const QRgb* SpectrumRaster::stillColumn(int ground, bool hasArea, std::uint32_t weight) {
+    if (stillColumns_.empty()) {
+        stillColumns_.resize(groundColumns_.size() * 2 * (weightSteps + 1));
+    }
+    if (!hasArea && weight == 0) {
+        return groundColumns_[at(ground)].data();
+    }
+    const std::size_t index =
+        (at(ground) * 2 + (hasArea ? 1 : 0)) * (weightSteps + 1) + weight / weightStep;
+    std::vector<QRgb>& column = stillColumns_[index];
+    if (column.empty()) {
+        column = groundColumns_[at(ground)];
+        for (std::size_t y = 0; y < column.size(); ++y) {
+            if (hasArea) {
+                column[y] = over(column[y], fill_[y], fullWeight);
+            }
+            column[y] = over(column[y], fill_[y], weight);
+        }
+    }
+    return column.data();
+}
+
+// --- what moves
+
+const std::vector<double>& SpectrumRaster::linePositions(const SpectrumView& view,
+                                                         double sampleRate) {
+    const auto known = std::ranges::find_if(linePositions_, [&](const LinePositions& positions) {
+        return positions.sampleRate == sampleRate && positions.fftSize == view.fftSize;
+    });
+    if (known != linePositions_.end()) {
+        return known->x;
+    }
+    const FrequencyAxis axis = view.frequencyAxis();
+    std::vector<double> x;
+    for (int line = 0; line < view.fftSize; ++line) {
+        const double frequencyHz = sampleRate * line / view.fftSize;
+        if (frequencyHz > view.maxHz) {
+            break;
+        }
+        x.push_back(axis.x(frequencyHz, gridKey_->size.width() * gridKey_->pixelRatio));
+    }
+    return linePositions_
+        .emplace_back(
+            LinePositions{.sampleRate = sampleRate, .fftSize = view.fftSize, .x = std::move(x)})
+        .x;
+}
+
+void SpectrumRaster::placeTrace(TraceColumns& trace, const SpectrumView& view,
+                                const std::vector<double>& levelsDB, double sampleRate,
+                                double offsetDB, double width) {
+    const std::vector<double>& x = linePositions(view, sampleRate);
+    const std::size_t count = std::min(x.size(), levelsDB.size());
+    const double height = gridKey_->size.height() * gridKey_->pixelRatio;
+    points_.clear();
+    for (std::size_t line = 0; line < count; ++line) {
+        if (sampleRate * static_cast<double>(line) / view.fftSize >= view.minHz) {
+            points_.emplace_back(x[line], view.y(levelsDB[line] - offsetDB, height));
+        }
+    }
+    trace.trace(points_, width * gridKey_->pixelRatio / 2.0, columns_, rows_);
+}
+
+void SpectrumRaster::barTops(const SpectrumView& view, const std::vector<double>& levelsDB,
+                             double offsetDB, std::vector<float>& tops) const {
+    const double height = gridKey_->size.height() * gridKey_->pixelRatio;
+    tops.resize(levelsDB.size());
+    for (std::size_t i = 0; i < levelsDB.size(); ++i) {
+        tops[i] = static_cast<float>(view.y(levelsDB[i] - offsetDB, height));
+    }
+}
+
+void SpectrumRaster::drawColumns(const SpectrumView& view) {
+    const int stride = rows_ + columnPadding;
+    for (int left = 0; left < columns_; left += tileColumns) {
+        const int count = std::min(tileColumns, columns_ - left);
+        for (int i = 0; i < count; ++i) {
+            composeColumn(view, left + i, tile_.data() + at(i) * at(stride));
+        }
+        for (int y = 0; y < rows_; ++y) {
+            auto* row = reinterpret_cast<QRgb*>(image_.scanLine(y)) + left;
+            const QRgb* source = tile_.data() + y;
+            for (int i = 0; i < count; ++i) {
+                row[i] = source[at(i) * at(stride)];
+            }
+        }
+    }
+}
+
+void SpectrumRaster::composeColumn(const SpectrumView& view, int column, QRgb* pixels) {
+    std::array<Rows, 2> blended{};
+    const int areaFrom = composeArea(view, column, pixels, blended[0]);
+    if (hasHold_) {
+        const Rows rows = hold_.strokeCoverage(column, strokeShares_);
+        const QRgb color = premultiplied(view.peakColor);
+        for (int y = rows.first; y < rows.end; ++y) {
+            pixels[y] = over(pixels[y], color, PixelBlend::weight(strokeShares_[at(y)]));
+        }
+        blended[1] = rows;
+    }
+    if (hasBars_) {
+        composeBars(column, pixels, areaFrom, blended);
+    }
+}
+
+// Ground, area and line. Returns the row from which on the area covers all.
+int SpectrumRaster::composeArea(const SpectrumView& view, int column, QRgb* pixels, Rows& blended) {
+    const int ground = groundOfColumn_[at(column)];
+    const QRgb* bare = stillColumn(ground, false, 0);
+    if (!hasLine_) {
+        std::copy(bare, bare + rows_, pixels);
+        return rows_;
+    }
+    const Rows stroke = line_.strokeCoverage(column, strokeShares_);
+    const Rows area = line_.areaCoverage(column, areaShares_);
+    const int areaFrom = area.isEmpty() ? rows_ : area.end;
+    const QRgb* covered = stillColumn(ground, true, 0);
+    std::copy(bare, bare + areaFrom, pixels);
+    std::copy(covered + areaFrom, covered + rows_, pixels + areaFrom);
+    for (int y = area.first; y < area.end; ++y) {
+        pixels[y] = over(pixels[y], fill_[at(y)], PixelBlend::weight(areaShares_[at(y)]));
+    }
+    const QRgb color = premultiplied(view.traceColor);
+    for (int y = stroke.first; y < stroke.end; ++y) {
+        pixels[y] = over(pixels[y], color, PixelBlend::weight(strokeShares_[at(y)]));
+    }
+    blended = stroke;
+    if (!area.isEmpty()) {
+        blended.first = stroke.isEmpty() ? area.first : std::min(stroke.first, area.first);
+        blended.end = std::max(stroke.end, area.end);
+    }
+    return areaFrom;
+}
+
+void SpectrumRaster::composeBars(int column, QRgb* pixels, int areaFrom,
+                                 std::span<const Rows> blended) {
+    const int first = firstShare_[at(column)];
+    const int end = firstShare_[at(column) + 1];
+    for (int index = first; index < end; ++index) {
+        const BarShare& share = shares_[at(index)];
+        const float top = barTops_[at(share.bar)];
+        int y = static_cast<int>(top);
+        if (y >= rows_) {
+            continue;
+        }
+        const auto blend = [&](int until) {
+            for (; y < until; ++y) {
+                pixels[y] = over(pixels[y], fill_[at(y)], share.weight);
+            }
+        };
+        const float inTopRow = static_cast<float>(y + 1) - top;
+        pixels[y] = over(pixels[y], fill_[at(y)],
+                         PixelBlend::weight(inTopRow * static_cast<float>(share.weight) /
+                                            static_cast<float>(fullWeight)));
+        ++y;
+        if (end - first > 1) {
+            blend(rows_);
+            continue;
+        }
+        // Copied where nothing but ground and area lies under the bar.
+        while (y < rows_) {
+            int clearUntil = rows_;
+            int blendedUntil = y;
+            for (const Rows& rows : blended) {
+                if (rows.first <= y && y < rows.end) {
+                    blendedUntil = std::max(blendedUntil, rows.end);
+                } else if (rows.first > y && !rows.isEmpty()) {
+                    clearUntil = std::min(clearUntil, rows.first);
+                }
+            }
+            if (blendedUntil > y) {
+                blend(blendedUntil);
+            } else {
+                copyBarColumn(column, pixels, {y, clearUntil}, areaFrom, share.weight);
+                y = clearUntil;
+            }
+        }
+    }
+}
+
+void SpectrumRaster::copyBarColumn(int column, QRgb* pixels, Rows rows, int areaFrom,
+                                   std::uint32_t weight) {
+    const int ground = groundOfColumn_[at(column)];
+    const int border = std::clamp(areaFrom, rows.first, rows.end);
+    if (rows.first < border) {
+        const QRgb* still = stillColumn(ground, false, weight);
+        std::copy(still + rows.first, still + border, pixels + rows.first);
+    }
+    if (border < rows.end) {
+        const QRgb* still = stillColumn(ground, true, weight);
+        std::copy(still + border, still + rows.end, pixels + border);
+    }
+}
+
+void SpectrumRaster::drawStroke(const TraceColumns& trace, QRgb color) {
+    const auto stride = image_.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
+    auto* pixels = reinterpret_cast<QRgb*>(image_.bits());
+    for (int x = 0; x < columns_; ++x) {
+        const Rows rows = trace.strokeCoverage(x, strokeShares_);
+        for (int y = rows.first; y < rows.end; ++y) {
+            QRgb& pixel = pixels[y * stride + x];
+            pixel = over(pixel, color, PixelBlend::weight(strokeShares_[at(y)]));
+        }
+    }
+}
+
+void SpectrumRaster::drawBandLines(const std::vector<BarPlace>& places,
+                                   const std::vector<float>& tops, double thickness,
+                                   const QColor& color) {
+    const double height = thickness * gridKey_->pixelRatio;
+    const QRgb pixel = premultiplied(color);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        blendRect(QRectF(QPointF(places[i].left, tops[i] - height / 2.0),
+                         QPointF(places[i].right, tops[i] + height / 2.0)),
+                  pixel);
+    }
+}
+
+void SpectrumRaster::blendRect(const QRectF& rect, QRgb color) {
+    const auto covered = [](double start, double end, int cell) {
+        return std::min(end, cell + 1.0) - std::max(start, static_cast<double>(cell));
+    };
+    const int left = std::max(static_cast<int>(std::floor(rect.left())), 0);
+    const int right = std::min(static_cast<int>(std::ceil(rect.right())), columns_);
+    const int top = std::max(static_cast<int>(std::floor(rect.top())), 0);
+    const int bottom = std::min(static_cast<int>(std::ceil(rect.bottom())), rows_);
+    for (int y = top; y < bottom; ++y) {
+        auto* row = reinterpret_cast<QRgb*>(image_.scanLine(y));
+        const double share = covered(rect.top(), rect.bottom(), y);
+        for (int x = left; x < right; ++x) {
+            row[x] = over(row[x], color,
+                          PixelBlend::weight(share * covered(rect.left(), rect.right(), x)));
+        }
+    }
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,140 @@
+// The fast drawing of the spectrum into a picture, for windows that show it sixty times a second.
+// It looks like the plain drawing of SpectrumView at a fraction of its cost:
+//
+// - What stands still (grid, rules, target curve, labels) is drawn once by the plain drawing:
+//   the grid as the few different pixel columns that it consists of, the rest as sparse layers.
+// - What moves is drawn by pixel column. A column is ground, area, bar or both over long
+//   stretches, which are copied from columns made once; only the rows about a trace are blended.
+// - Sixteen columns are made beside each other, then written as pieces of rows: that is how the
+//   picture lies in memory.
+//
+// One raster per view, kept from frame to frame with all its storage. Main thread.
+#pragma once
+
+#include <QImage>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "Spectrum/SparseLayer.h"
+#include "Spectrum/SpectrumView.h"
+#include "Spectrum/TraceColumns.h"
+
+namespace TarvaneApp {
+
+class SpectrumRaster {
+  public:
+    /// `ground` is what the graph stands on.
+    explicit SpectrumRaster(const QColor& ground, Typeface typeface = Typeface::installed());
+
+    /// The graph without its read-out, in RGB32 with `pixelRatio` device pixels per logical one.
+    /// Valid until the next call. Null for a size without pixels.
+    const QImage& image(const SpectrumView& view, const QSizeF& size, double pixelRatio);
+
+    /// How often the still parts were drawn anew.
+    int layersDrawn() const { return layersDrawn_; }
+
+  private:
+    // What the still parts follow from.
+    struct GridKey {
+        QSizeF size;
+        double pixelRatio;
+        RTAScale scale;
+        std::optional<double> floorDB;
+        std::optional<double> ceilingDB;
+        double minHz;
+        double maxHz;
+        bool operator==(const GridKey&) const = default;
+    };
+    struct CurveKey {
+        std::optional<TarvaneKit::TargetCurve> curve;
+        double referenceDB;
+    };
+    struct BarPlace {
+        float left;  // device pixels
+        float right;
+    };
+    // A bar's share of a column's width, at most PixelBlend::fullWeight.
+    struct BarShare {
+        int bar;
+        std::uint32_t weight;
+    };
+    using Rows = TraceColumns::Rows;
+
+    void prepareGrid(const SpectrumView& view, const QSizeF& size, double pixelRatio);
+    void prepareFill(const QColor& traceColor);
+    void prepareBars(const SpectrumView& view);
+    void prepareCurve(const SpectrumView& view);
+    void takeGroundColumns(const QImage& ground);
+    QImage layer(QImage::Format format) const;
+
+    std::vector<BarPlace> barPlaces(const SpectrumView& view,
+                                    const std::vector<TarvaneKit::OctaveBand>& bands) const;
+    void barTops(const SpectrumView& view, const std::vector<double>& levelsDB, double offsetDB,
+                 std::vector<float>& tops) const;
+    void placeTrace(TraceColumns& trace, const SpectrumView& view,
+                    const std::vector<double>& levelsDB, double sampleRate, double offsetDB,
+                    double width);
+    const std::vector<double>& linePositions(const SpectrumView& view, double sampleRate);
+
+    void drawColumns(const SpectrumView& view);
+    void composeColumn(const SpectrumView& view, int column, QRgb* pixels);
+    int composeArea(const SpectrumView& view, int column, QRgb* pixels, Rows& blended);
+    void composeBars(int column, QRgb* pixels, int areaFrom, std::span<const Rows> blended);
+    void copyBarColumn(int column, QRgb* pixels, Rows rows, int areaFrom, std::uint32_t weight);
+    /// A column of ground, with or without the area over it, under a bar of that weight.
+    const QRgb* stillColumn(int ground, bool hasArea, std::uint32_t weight);
+
+    void drawStroke(const TraceColumns& trace, QRgb color);
+    void drawBandLines(const std::vector<BarPlace>& places, const std::vector<float>& tops,
+                       double thickness, const QColor& color);
+    void blendRect(const QRectF& rect, QRgb color);
+
+    const QColor ground_;
+    const Typeface typeface_;
+    QImage image_;
+    int columns_ = 0;
+    int rows_ = 0;
+    int layersDrawn_ = 0;
+
+    std::optional<GridKey> gridKey_;
+    std::vector<std::vector<QRgb>> groundColumns_;
+    std::vector<int> groundOfColumn_;
+    SparseLayer labels_;
+
+    std::optional<QColor> fillColor_;
+    std::vector<QRgb> fill_;  // the gradient, premultiplied, by row
+    std::vector<std::vector<QRgb>> stillColumns_;
+
+    std::optional<CurveKey> curveKey_;
+    SparseLayer curve_;
+
+    std::vector<TarvaneKit::OctaveBand> bands_;
+    std::vector<BarPlace> bars_;
+    std::vector<int> firstShare_;  // by column, in `shares_`; one more than there are columns
+    std::vector<BarShare> shares_;
+
+    struct LinePositions {
+        double sampleRate;
+        int fftSize;
+        std::vector<double> x;  // device pixels
+    };
+    std::vector<LinePositions> linePositions_;  // by sample rate
+
+    // Scratch of a frame.
+    std::vector<QPointF> points_;
+    TraceColumns line_;
+    TraceColumns hold_;
+    TraceColumns overlay_;
+    bool hasLine_ = false;
+    bool hasHold_ = false;
+    bool hasBars_ = false;
+    std::vector<float> barTops_;
+    std::vector<float> holdTops_;
+    std::vector<float> strokeShares_;
+    std::vector<float> areaShares_;
+    std::vector<QRgb> tile_;
+};
+
+}  // namespace TarvaneApp

@@ -1,0 +1,191 @@
+// The real-time analyzer's graph: band levels and line spectrum of a channel over a logarithmic
+// frequency axis, peak hold, a target curve, the traces of other channels, and a read-out under
+// the pointer.
+//
+// A value record with all that is drawn, its arithmetic, and the plain drawing with any painter:
+// what pages are drawn with, and what the fast drawing of windows (SpectrumRaster) must look like.
+// Coordinates are logical pixels, the origin at the top left; the graph fills its size and its
+// labels stand inside.
+#pragma once
+
+#include <QColor>
+#include <QPainterPath>
+#include <QPointF>
+#include <QRectF>
+#include <QSizeF>
+#include <QString>
+#include <optional>
+#include <vector>
+
+#include "Core/UUID.h"
+#include "DSP/OctaveBands.h"
+#include "DSP/RingAlert.h"
+#include "FrequencyAxis.h"
+#include "PixelGrid.h"
+#include "RTAScale.h"
+#include "SpectrumViewMode.h"
+#include "TargetCurves/TargetCurve.h"
+#include "Theme.h"
+
+class QLinearGradient;
+class QPainter;
+
+namespace TarvaneApp {
+
+/// The trace of another channel over the graph.
+struct SpectrumOverlay {
+    TarvaneKit::UUID id;  ///< of the channel
+    QColor color;
+    std::vector<double> lineSpectrumDB;
+    std::vector<double> bandLevelsDB;
+    std::vector<TarvaneKit::OctaveBand> bands;  ///< of the channel's own fraction
+    double sampleRate = 0.0;
+    double levelOffsetDB = 0.0;
+
+    bool operator==(const SpectrumOverlay&) const = default;
+};
+
+/// Where the pointer is. Both are absent while it is outside.
+struct SpectrumHoverState {
+    std::optional<double> xPosition;
+    std::optional<double> frequencyHz;
+
+    static SpectrumHoverState at(double x, double width, const FrequencyAxis& axis) {
+        return {x, axis.frequencyHz(x, width)};
+    }
+    bool operator==(const SpectrumHoverState&) const = default;
+};
+
+struct SpectrumView {
+    // A piece whose arrays don't match in length is left out of the picture.
+    std::vector<TarvaneKit::OctaveBand> bands;
+    std::vector<double> bandLevelsDB;
+    std::vector<double> bandPeakHoldDB;
+    std::vector<double> lineSpectrumDB;  ///< per FFT line, from 0 Hz on
+    std::vector<double> linePeakHoldDB;
+    double sampleRate = 48000.0;
+    int fftSize = 4096;
+    SpectrumViewMode viewMode = SpectrumViewMode::both;
+    QColor traceColor;
+    QColor peakColor = Theme::peakHold;
+    bool showPeakHold = false;
+    std::optional<double> spectrogramFloorDB;
+    std::optional<double> spectrogramCeilingDB;
+    RTAScale scale = RTAScale::spl;
+    /// Taken off every level of this channel; not off the target curve, floor and ceiling.
+    double levelOffsetDB = 0.0;
+    std::optional<TarvaneKit::TargetCurve> targetCurve;
+    double targetCurveReferenceDB = 0.0;
+    std::optional<TarvaneKit::RingAlert> activeRingAlert;
+    std::vector<SpectrumOverlay> overlays;
+    SpectrumHoverState hover;
+    double minHz = 20.0;
+    double maxHz = 20000.0;
+
+    // --- arithmetic
+
+    FrequencyAxis frequencyAxis() const { return {minHz, maxHz}; }
+    double axisBottomDB() const { return scale == RTAScale::spl ? 0.0 : -140.0; }
+    double axisTopDB() const { return scale == RTAScale::spl ? 140.0 : 0.0; }
+    /// A level beyond the axis pins to its end, NaN to the bottom.
+    double y(double levelDB, double height) const;
+    double levelAt(double y, double height) const;
+    /// In steps of 20 dB, from the bottom up.
+    std::vector<double> levelGridLines() const;
+    bool showsLine() const { return viewMode != SpectrumViewMode::banded; }
+    bool showsBands() const { return viewMode != SpectrumViewMode::line; }
+
+    /// The points of a line trace, as far as the axis goes. Absent arguments mean the view's own.
+    std::vector<QPointF> linePoints(const std::vector<double>& levelsDB, const QSizeF& size,
+                                    std::optional<double> sampleRate = std::nullopt,
+                                    std::optional<double> offsetDB = std::nullopt) const;
+    /// The bar of a band at a level less its offset: one pixel of air between neighbours, and
+    /// never thinner than one.
+    QRectF bar(const FrequencyAxis& axis, const TarvaneKit::OctaveBand& band, double levelDB,
+               const QSizeF& size) const;
+    /// None for a curve without points.
+    std::vector<QPointF> targetCurvePoints(const TarvaneKit::TargetCurve& curve,
+                                           const QSizeF& size) const;
+    /// The floor's or the ceiling's y; absent unless it lies strictly inside the axis.
+    std::optional<double> ruleY(const std::optional<double>& levelDB, double height) const;
+
+    /// What is measured there, from the line spectrum where there is one.
+    std::optional<double> levelDB(double atFrequencyHz) const;
+    /// "1.00 kHz  62.1 dB".
+    QString hoverLabel(double forFrequencyHz) const;
+
+    // --- the plain drawing, in this order
+
+    void drawGridLines(QPainter& painter, const QSizeF& size) const;
+    void drawFloorCeilingLines(QPainter& painter, const QSizeF& size) const;
+    void drawLine(QPainter& painter, const QSizeF& size) const;
+    void drawLinePeakHold(QPainter& painter, const QSizeF& size) const;
+    void drawBands(QPainter& painter, const QSizeF& size) const;
+    void drawPeakHold(QPainter& painter, const QSizeF& size) const;
+    void drawOverlay(QPainter& painter, const SpectrumOverlay& overlay, const QSizeF& size) const;
+    void drawTargetCurve(QPainter& painter, const TarvaneKit::TargetCurve& curve,
+                         const QSizeF& size) const;
+    void drawRingAlertMarker(QPainter& painter, const TarvaneKit::RingAlert& alert,
+                             const QSizeF& size) const;
+    void drawGridLabels(QPainter& painter, const QSizeF& size,
+                        const Typeface& typeface = Typeface::installed()) const;
+    void drawFloorCeilingLabels(QPainter& painter, const QSizeF& size,
+                                const Typeface& typeface = Typeface::installed()) const;
+
+    bool operator==(const SpectrumView&) const = default;
+};
+
+/// Moves a bar's sides onto whole device pixels, so that bars and the air between them are sharp
+/// and even. Bars of few device pixels stay where they are: moved, they would beat.
+QRectF sharpened(const QRectF& bar, const PixelGrid& grid);
+
+/// Softens a line: it runs through the middles between neighbouring points. With a baseline it
+/// is closed down to it.
+QPainterPath smoothedPath(const std::vector<QPointF>& points,
+                          std::optional<double> closingBaseline = std::nullopt);
+
+/// A label on its plate.
+struct SpectrumLabel {
+    QString text;
+    QRectF rect;  ///< of the text
+    QRectF plate() const { return rect.adjusted(-2.0, -1.0, 2.0, 1.0); }
+};
+
+/// Labels that would run into another one, or out of the graph, are left out: first those of
+/// frequencies between the decades, and levels between the axis' ends.
+struct SpectrumLabels {
+    std::vector<SpectrumLabel> grid;
+    std::vector<SpectrumLabel> floorCeiling;
+};
+SpectrumLabels layoutLabels(const SpectrumView& view, const QSizeF& size,
+                            const Typeface& typeface = Typeface::installed());
+
+/// The whole graph; the background is left as it is. The read-out is drawn apart, since it
+/// follows the pointer.
+void paint(QPainter& painter, const SpectrumView& view, const QSizeF& size,
+           const Typeface& typeface = Typeface::installed());
+
+/// The read-out's plate. Empty without a pointer.
+QRectF hoverPlate(const SpectrumView& view, const QSizeF& size,
+                  const Typeface& typeface = Typeface::installed());
+void paintHover(QPainter& painter, const SpectrumView& view, const QSizeF& size,
+                const Typeface& typeface = Typeface::installed());
+
+/// How thick the strokes are.
+namespace SpectrumStroke {
+inline constexpr double line = 1.2;
+inline constexpr double linePeakHold = 1.0;
+inline constexpr double overlay = 1.4;
+inline constexpr double bandCap = 1.5;
+inline constexpr double bandPeakHold = 2.0;
+inline constexpr double ringAlert = 1.5;
+}  // namespace SpectrumStroke
+
+namespace Theme {
+
+/// Under a line and in bars, over the whole height of the graph: a low bar shows its dark part.
+QLinearGradient spectrumFillGradient(const QColor& color, double height);
+
+}  // namespace Theme
+
+}  // namespace TarvaneApp

@@ -1,0 +1,54 @@
+// A smoothed trace cut into pixel columns, and how much of each pixel its stroke and the area
+// under it cover.
+//
+// A trace is the graph of a function of x, so that a round stroke of half width h, cut along a
+// vertical line at x, is one stretch: from the least f(u) - sqrt(h² - (u-x)²) to the greatest
+// f(u) + sqrt(h² - (u-x)²) over all u within h of x. A few such cuts in each column, averaged,
+// are the antialiased stroke, at a cost that doesn't depend on the number of points.
+//
+// Coordinates are device pixels. Reused from frame to frame, so that nothing is allocated.
+#pragma once
+
+#include <QPointF>
+#include <vector>
+
+namespace TarvaneApp {
+
+class TraceColumns {
+  public:
+    static constexpr int cutsPerColumn = 4;
+
+    struct Rows {
+        int first = 0;
+        int end = 0;
+        bool isEmpty() const { return first >= end; }
+    };
+
+    /// Takes the trace through the points, softened as `smoothedPath` does, x ascending.
+    void trace(const std::vector<QPointF>& points, double halfWidth, int columns, int rows);
+
+    /// Whether the area reaches over the whole width of the column.
+    bool isWhole(int column) const;
+
+    /// Writes the shares of the stroke, at their rows; none is visible outside of those returned.
+    Rows strokeCoverage(int column, std::vector<float>& shares) const;
+    /// The same of the area under the trace. From the last row returned on it is covered all
+    /// over, where the column is whole.
+    Rows areaCoverage(int column, std::vector<float>& shares) const;
+
+  private:
+    void addPiece(const QPointF& from, const QPointF& control, const QPointF& to);
+    void addCut(double position, double y);
+    void dilate(double halfWidth);
+
+    int rows_ = 0;
+    int cuts_ = 0;
+    // The curve within each cut, with margins for the dilation; empty where least > greatest.
+    std::vector<float> least_;
+    std::vector<float> greatest_;
+    // The stroke along each cut.
+    std::vector<float> top_;
+    std::vector<float> bottom_;
+};
+
+}  // namespace TarvaneApp
