@@ -24,9 +24,8 @@ std::vector<int> gainChannels(int left, std::optional<int> right) {
 }
 
 std::vector<int> gainChannels(const ChannelConfig& channel) {
-    return gainChannels(channel.channelIndex, channel.isStereo
-                                                  ? std::optional(channel.rightChannelIndex)
-                                                  : std::nullopt);
+    return gainChannels(channel.channelIndex,
+                        channel.isStereo ? std::optional(channel.rightChannelIndex) : std::nullopt);
 }
 
 std::string refusal(const std::string& control) {
@@ -41,9 +40,8 @@ std::optional<std::uint32_t> MeterEngine::deviceID(const std::optional<std::stri
         return audio_.defaultInputDeviceID();
     }
     const auto device = std::ranges::find(availableDevices(), *uid, &AudioInputDevice::uid);
-    return *uid != systemOutputUID && device != availableDevices().end()
-               ? std::optional(device->id)
-               : std::nullopt;
+    return *uid != systemOutputUID && device != availableDevices().end() ? std::optional(device->id)
+                                                                         : std::nullopt;
 }
 
 std::vector<int> MeterEngine::mainGainChannels() const {

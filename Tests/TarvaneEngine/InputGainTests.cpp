@@ -48,8 +48,8 @@ class InputGainTests : public TarvaneTests::EngineFixture {
         return engine->meterChannel(id).processor->value(engine->displayedMetric(id));
     }
     void playTone(const std::string& uid, double amplitude) {
-        ASSERT_TRUE(audio.feed(uid, std::vector<std::vector<float>>(
-                                        8, TarvaneTests::sine(1000.0, amplitude, 96000))));
+        ASSERT_TRUE(audio.feed(
+            uid, std::vector<std::vector<float>>(8, TarvaneTests::sine(1000.0, amplitude, 96000))));
     }
     double mainGainDB() const { return engine->currentInputGain().value().currentDB; }
 };

@@ -81,7 +81,8 @@ TEST(InputControls, aCardWithoutADecibelScaleHasAVolumeAndNoGain) {
 }
 
 TEST(InputControls, aRouteWhoseVolumeIsSoftwareReadsAsOne) {
-    for (const auto& hardware : {std::optional<std::string>(), std::optional<std::string>("false")}) {
+    for (const auto& hardware :
+         {std::optional<std::string>(), std::optional<std::string>("false")}) {
         MadeUpRoute route = converter(0.0);
         route.volumeStep = 1.0F / 32.0F;  // of the hardware, which isn't in use
         route.channelVolumes = {0.5F, 0.25F};
