@@ -194,6 +194,28 @@ TEST_F(CalibrationTests, clearingTheReferenceReachesTheRunningMetersWithTheNextB
     EXPECT_NEAR(reading(UUID::main()), toneDB, 0.01);
 }
 
+TEST_F(CalibrationTests, aCalibrationAndItsEndReachTheSpectrumWithTheNextAnalysis) {
+    engine->addDemand(ChannelDemand::rta, UUID::main());
+    start();
+    const auto line = [&] {
+        audio.feed("", {TarvaneTests::sine(1500.0, 0.1, 8192)});
+        clock.advance(1.0 / 60.0);
+        tick();
+        return live().lineSpectrumDB.at(128);  // 1500 Hz of 48000 in 4096
+    };
+    const double rawDB = line();
+    engine->updateDisplay(UUID::main(), [](auto& display) {
+        display.splWeighting = Weighting::z;
+        display.splTimeWeighting = TimeWeighting::infinite;
+    });
+    engine->calibrateReference(94.0, UUID::main());
+    ASSERT_TRUE(engine->calibration().reference);
+    const double offsetDB = engine->calibration().reference->offsetDB;
+    EXPECT_NEAR(line(), rawDB + offsetDB, 0.001);
+    engine->clearReferenceCalibration(UUID::main());
+    EXPECT_NEAR(line(), rawDB, 0.001);
+}
+
 TEST_F(CalibrationTests, anAccumulatedLeqIsNotRescaled) {
     engine->metricMode.set(MetricMode::leq);
     start();

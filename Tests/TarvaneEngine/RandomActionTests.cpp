@@ -92,9 +92,10 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
     }
     /// Null while there are none.
     Input* anyExtra() {
-        return inputs.size() < 2 ? nullptr
-                                 : &inputs[1 + static_cast<std::size_t>(
-                                                   below(static_cast<int>(inputs.size()) - 1))];
+        return inputs.size() < 2
+                   ? nullptr
+                   : &inputs[1 +
+                             static_cast<std::size_t>(below(static_cast<int>(inputs.size()) - 1))];
     }
 
     // The model's own rules.
@@ -146,8 +147,8 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
             if (input.id != UUID::main() && !input.isEnabled) {
                 continue;
             }
-            auto plan = std::ranges::find_if(plans,
-                                             [&](const auto& p) { return p.first == input.uid; });
+            auto plan =
+                std::ranges::find_if(plans, [&](const auto& p) { return p.first == input.uid; });
             if (plan == plans.end()) {
                 plan = plans.insert(plans.end(), {input.uid, {}});
             }
@@ -177,8 +178,8 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
             Key::deviceUID, Key::channelIndex, Key::mainInputIsStereo,
             Key::mainInputRightChannelIndex, Key::mainInputIsDigital,
             Key::mainInputMeasuresLoudness, Key::ringOutEnabled, Key::extraChannels,
-            Key::channelWindowLayouts, Key::calibration, Key::splMeterPlacement,
-            Key::rtaPlacement, Key::spectrogramPlacement, Key::levelHistoryPlacement,
+            Key::channelWindowLayouts, Key::calibration, Key::splMeterPlacement, Key::rtaPlacement,
+            Key::spectrogramPlacement, Key::levelHistoryPlacement,
             // Absent isn't stored.
             Key::targetCurveName};
         return !bound.contains(key);
@@ -315,9 +316,10 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
             return;
         }
         settleAll();
-        const bool endsRun =
-            loss == AudioSourceLoss::serverLost ||
-            std::ranges::any_of(openSources, [&](const auto& s) { return isHit(s) && s.feedsMain(); });
+        const bool endsRun = loss == AudioSourceLoss::serverLost ||
+                             std::ranges::any_of(openSources, [&](const auto& s) {
+                                 return isHit(s) && s.feedsMain();
+                             });
         for (const OpenSource& source : openSources) {
             if (!isHit(source) || source.feedsMain() || loss == AudioSourceLoss::serverLost) {
                 continue;
@@ -485,8 +487,8 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
             channel.channelIndex = input->left;
             channel.rightChannelIndex = input->right;
             // Follow the main input's display, or be pinned to it.
-            channel.display = chance(50) ? std::nullopt
-                                         : std::optional(engine->display(UUID::main()));
+            channel.display =
+                chance(50) ? std::nullopt : std::optional(engine->display(UUID::main()));
         });
         EXPECT_EQ(engine->channelInfo(input->id)->name, name);
         noteChange(extraSignature() != before);
@@ -524,9 +526,8 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
         if (failed) {
             return;  // with no signal, also where it was possible
         }
-        const auto& profile = input.id == UUID::main()
-                                  ? engine->calibration()
-                                  : *config(input.id).calibration;
+        const auto& profile =
+            input.id == UUID::main() ? engine->calibration() : *config(input.id).calibration;
         ASSERT_TRUE(profile.reference);
         EXPECT_EQ(profile.reference->referenceDeviceUID, input.uid);
         EXPECT_EQ(profile.reference->inputGainDB, gainDB(input.uid));
@@ -580,8 +581,8 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
             all, [](auto* setting) { return (*setting)() == ModulePlacement::mainWindow; }));
     }
     void changeDemand() {
-        const auto key = std::pair(
-            chance(50) ? ChannelDemand::rta : ChannelDemand::spectrogram, anyInput().id);
+        const auto key =
+            std::pair(chance(50) ? ChannelDemand::rta : ChannelDemand::spectrogram, anyInput().id);
         int& count = demand[key];
         if (count > 0 && chance(50)) {
             engine->removeDemand(key.first, key.second);

@@ -311,6 +311,7 @@ void PipeWireConnection::publish() {
         const std::scoped_lock lock(snapshotMutex_);
         isNews = next != snapshot_;
         snapshot_ = std::move(next);
+        waitedInVain_ = waitedInVain_ && !isNews;
     }
     if (isNews) {
         snapshotChanged_.notify_all();
@@ -320,11 +321,14 @@ void PipeWireConnection::publish() {
     }
 }
 
-// The copy, once the first listing of a live connection is in it.
+// The copy, once the first listing of a live connection is in it. A server that hangs is waited
+// for once, not by everyone who asks.
 PipeWireConnection::Snapshot PipeWireConnection::settledSnapshot() {
     std::unique_lock lock(snapshotMutex_);
-    snapshotChanged_.wait_for(lock, listingLimit,
-                              [this] { return snapshot_.isComplete || snapshot_.status < 0; });
+    if (!waitedInVain_) {
+        waitedInVain_ = !snapshotChanged_.wait_for(
+            lock, listingLimit, [this] { return snapshot_.isComplete || snapshot_.status < 0; });
+    }
     return snapshot_;
 }
 

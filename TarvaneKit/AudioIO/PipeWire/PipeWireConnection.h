@@ -135,6 +135,7 @@ class PipeWireConnection {
     std::mutex snapshotMutex_;
     std::condition_variable snapshotChanged_;
     Snapshot snapshot_;
+    bool waitedInVain_ = false;  // and nothing new came since
     ControlsByDevice controls_;
     std::function<void()> changedHandler_;
 };
