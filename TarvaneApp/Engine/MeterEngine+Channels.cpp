@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <string_view>
 
 #include "MeterEngine.h"
 
@@ -13,14 +12,9 @@ namespace TarvaneApp {
 using TarvaneKit::AudioInputDevice;
 using TarvaneKit::RGBAColor;
 using TarvaneKit::systemOutputUID;
-using TarvaneKit::TransportType;
 using TarvaneKit::UUID;
 
 namespace {
-
-// Words in the names of network and loopback devices.
-constexpr std::array<std::string_view, 5> digitalNames{"dante", "blackhole", "loopback",
-                                                       "soundflower", "virtual"};
 
 // The system's output is captured in stereo.
 constexpr int systemOutputChannels = 2;
@@ -33,13 +27,6 @@ constexpr std::array<RGBAColor, 6> channelColors{{{0.3, 0.7, 1.0, 1.0},
                                                   {0.3, 0.95, 0.95, 1.0},
                                                   {1.0, 0.55, 0.3, 1.0}}};
 
-std::string lowerCase(std::string text) {
-    std::ranges::transform(text, text.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
-    return text;
-}
-
 }  // namespace
 
 void MeterEngine::refreshDevices() {
@@ -48,6 +35,8 @@ void MeterEngine::refreshDevices() {
     } catch (const TarvaneKit::AudioIOError& error) {
         errorMessage.set(error.what());
     }
+    refreshInputVolume();
+    refreshDeviceGains();
 }
 
 // Devices came or went by themselves. A list that can't be had now is no news to the user: what
@@ -57,6 +46,8 @@ void MeterEngine::followDevices() {
         availableDevices.set(audio_.availableInputDevices());
     } catch (const TarvaneKit::AudioIOError&) {
     }
+    refreshInputVolume();
+    refreshDeviceGains();
 }
 
 void MeterEngine::addChannel() {
@@ -139,6 +130,25 @@ void MeterEngine::setChannelColor(const RGBAColor& color, const UUID& id) {
     }
 }
 
+void MeterEngine::setMeasuresLoudness(bool measures, const UUID& id) {
+    if (id == UUID::main()) {
+        mainInputMeasuresLoudness.set(measures);
+    } else {
+        updateChannel(id, [&](ChannelConfig& channel) { channel.measuresLoudness = measures; });
+    }
+}
+
+void MeterEngine::setRingOutEnabled(bool enabled, const UUID& id) {
+    if (id == UUID::main()) {
+        ringOutEnabled.set(enabled);
+        return;
+    }
+    updateChannel(id, [&](ChannelConfig& channel) { channel.ringOutEnabled = enabled; });
+    if (!enabled) {
+        clearRingAlerts(id);
+    }
+}
+
 ChannelInfo MeterEngine::mainChannelInfo() const {
     return {.id = UUID::main(),
             .name = "Main Input",
@@ -154,6 +164,8 @@ ChannelInfo MeterEngine::mainChannelInfo() const {
 }
 
 ChannelInfo MeterEngine::info(const ChannelConfig& config) const {
+    auto profile = config.isDigital ? uncalibrated() : config.calibration.value_or(uncalibrated());
+    profile.inputGain = inputGain(config);
     return {.id = config.id,
             .name = config.name,
             .deviceUID = config.deviceUID,
@@ -163,8 +175,7 @@ ChannelInfo MeterEngine::info(const ChannelConfig& config) const {
             .color = config.color,
             .isEnabled = config.isEnabled,
             .ringOutEnabled = config.ringOutEnabled,
-            .calibration =
-                config.isDigital ? uncalibrated() : config.calibration.value_or(uncalibrated()),
+            .calibration = std::move(profile),
             .measuresLoudness = config.measuresLoudness};
 }
 
@@ -244,29 +255,6 @@ std::string MeterEngine::inputDescription(const ChannelInfo& channel) const {
         return device + (channel.channelIndex == 0 ? " (left)" : " (right)");
     }
     return fmt::format("{} (channel {})", device, channel.channelIndex + 1);
-}
-
-bool MeterEngine::isLikelyDigitalSource(const std::optional<std::string>& uid) const {
-    if (uid == systemOutputUID) {
-        return true;
-    }
-    std::optional<std::uint32_t> device;
-    std::string name;
-    if (!uid) {
-        device = audio_.defaultInputDeviceID();
-    } else {
-        const auto listed = std::ranges::find(availableDevices(), *uid, &AudioInputDevice::uid);
-        if (listed == availableDevices().end()) {
-            return false;
-        }
-        device = listed->id;
-        name = lowerCase(listed->name);
-    }
-    if (device && audio_.transportType(*device) == TransportType::virtualDevice) {
-        return true;
-    }
-    return std::ranges::any_of(
-        digitalNames, [&](std::string_view word) { return name.find(word) != std::string::npos; });
 }
 
 }  // namespace TarvaneApp

@@ -21,6 +21,9 @@ namespace {
 constexpr double lowestHz = 20.0;
 constexpr double highestHz = 20000.0;
 
+// Where bands and their holds stand before a first spectrum.
+constexpr double emptyBandLevelDB = -120.0;
+
 }  // namespace
 
 ChannelDisplaySettings MeterEngine::mainDisplay() const {
@@ -83,6 +86,10 @@ void MeterEngine::updateDisplay(const UUID& id,
         assign(splWeighting, after.splWeighting);
         assign(splTimeWeighting, after.splTimeWeighting);
         assign(peakWeighting, after.peakWeighting);
+    }
+    if (after.octaveFraction != before.octaveFraction ||
+        after.octaveNormalized != before.octaveNormalized) {
+        resetBandLevels(id);
     }
     if (after.metricDiffers(before)) {
         metricChanged(meterChannel(id));
@@ -216,6 +223,40 @@ void MeterEngine::mainMetricChanged() {
             metricChanged(meterChannel(config.id));
         }
     }
+}
+
+// The displays have the new number of bands at once, ahead of the next analysis.
+void MeterEngine::resetBandLevels(const UUID& id) {
+    ++smoothingGeneration_;
+    LiveMeterData& live = meterChannel(id).live;
+    Q_EMIT live.willChange();
+    live.bandLevelsDB.assign(bands(id).size(), emptyBandLevelDB);
+    live.bandPeakHoldDB.assign(bands(id).size(), emptyBandLevelDB);
+}
+
+void MeterEngine::resetPeakHold() {
+    ++peakHoldGeneration_;
+    for (const auto& [id, channel] : meterChannels_) {
+        Q_EMIT channel->live.willChange();
+        channel->live.bandPeakHoldDB.assign(bands(id).size(), emptyBandLevelDB);
+        channel->live.linePeakHoldDB.clear();
+    }
+}
+
+void MeterEngine::resetLoudness(const UUID& id) {
+    MeterChannel& channel = meterChannel(id);
+    if (channel.processor) {
+        channel.processor->resetLoudness();
+    }
+    resetMinMax(channel);
+}
+
+void MeterEngine::clearRingAlerts(const UUID& id) {
+    MeterChannel& channel = meterChannel(id);
+    Q_EMIT channel.live.willChange();
+    channel.live.currentRingAlert.reset();
+    channel.live.heldRingAlert.reset();
+    channel.heldRingAlertDate.reset();
 }
 
 void MeterEngine::configureLeq(Weighting weighting, double integrationSeconds) {

@@ -34,22 +34,33 @@ std::vector<SourceSignature> sourceSignatures(const std::vector<ChannelConfig>& 
     return signatures;
 }
 
+std::vector<std::pair<UUID, bool>> loudnessSwitches(const std::vector<ChannelConfig>& channels) {
+    std::vector<std::pair<UUID, bool>> switches;
+    for (const ChannelConfig& channel : channels) {
+        switches.emplace_back(channel.id, channel.measuresLoudness);
+    }
+    return switches;
+}
+
 }  // namespace
 
 void MeterEngine::attachSettingEffects() {
     // The main input.
     selectedDeviceUID.setEffect([this](const auto& old) { selectedDeviceChanged(old); });
     selectedChannelIndex.setEffect(
-        [this](int old) { noteSourceChange(old != selectedChannelIndex()); });
-    mainInputIsStereo.setEffect([this](bool old) { noteSourceChange(old != mainInputIsStereo()); });
+        [this](int old) { mainInputsChanged(old != selectedChannelIndex()); });
+    mainInputIsStereo.setEffect(
+        [this](bool old) { mainInputsChanged(old != mainInputIsStereo()); });
     mainInputRightChannelIndex.setEffect(
-        [this](int old) { noteSourceChange(old != mainInputRightChannelIndex()); });
+        [this](int old) { mainInputsChanged(old != mainInputRightChannelIndex()); });
     mainInputIsDigital.setEffect([this](bool) { calibrationChanged(); });
+    mainInputMeasuresLoudness.setEffect([this](bool) { loudnessChannelsChanged(); });
 
     // The other channels.
     extraChannels.setEffect([this](const auto& old) { extraChannelsChanged(old); });
 
     // The main input's spectrum.
+    octaveFraction.setEffect([this](TarvaneKit::OctaveFraction) { resetBandLevels(UUID::main()); });
     octaveNormalizedSpectrumDisplay.setEffect([this](bool) { ++smoothingGeneration_; });
     rtaTimeWeighting.setEffect([this](TimeWeighting) { ++smoothingGeneration_; });
 
@@ -58,6 +69,11 @@ void MeterEngine::attachSettingEffects() {
     splWeighting.setEffect([this](Weighting) { mainMetricChanged(); });
     splTimeWeighting.setEffect([this](TimeWeighting) { mainMetricChanged(); });
     peakWeighting.setEffect([this](Weighting) { mainMetricChanged(); });
+    // Whatever is assigned, the profile in force carries the gain of now.
+    calibration.setConstraint([this](CalibrationProfile profile) {
+        profile.inputGain = currentInputGain();
+        return profile;
+    });
     calibration.setEffect([this](const CalibrationProfile&) { calibrationChanged(); },
                           Setting<CalibrationProfile>::Saving::afterEffect);
 
@@ -70,9 +86,17 @@ void MeterEngine::attachSettingEffects() {
          {&splMeterPlacement, &rtaPlacement, &spectrogramPlacement, &levelHistoryPlacement}) {
         placement->setEffect([this](ModulePlacement) { placementChanged(); });
     }
+
+    // The main input's feedback alerts.
+    ringOutEnabled.setEffect([this](bool) {
+        if (!ringOutEnabled()) {
+            clearRingAlerts(UUID::main());
+        }
+    });
 }
 
 void MeterEngine::selectedDeviceChanged(const std::optional<std::string>& old) {
+    refreshInputVolume();
     const auto& uid = selectedDeviceUID();
     const int inputs = channelCount(uid);
     if (selectedChannelIndex() >= inputs) {
@@ -93,18 +117,24 @@ void MeterEngine::selectedDeviceChanged(const std::optional<std::string>& old) {
 }
 
 void MeterEngine::extraChannelsChanged(const std::vector<ChannelConfig>& old) {
+    refreshDeviceGains();
     calibrationChanged();
+    if (loudnessSwitches(old) != loudnessSwitches(extraChannels())) {
+        loudnessChannelsChanged();
+    }
     noteSourceChange(sourceSignatures(old) != sourceSignatures(extraChannels()));
 }
 
-void MeterEngine::calibrationChanged() {
-    ++calibrationGeneration_;
+void MeterEngine::mainInputsChanged(bool changed) {
+    noteSourceChange(changed);
+    refreshInputVolume();
+}
+
+void MeterEngine::loudnessChannelsChanged() {
     for (const ChannelInfo& info : channelInfos()) {
         const auto found = meterChannels_.find(info.id);
         if (found != meterChannels_.end() && found->second->processor) {
-            found->second->calibration =
-                std::make_shared<const CalibrationProfile>(info.calibration);
-            found->second->processor->setCalibration(info.calibration);
+            found->second->processor->setMeasuresLoudness(info.measuresLoudness);
         }
     }
 }

@@ -10,6 +10,8 @@
 //   MeterEngine+Channels         which channels there are, what feeds them, what they are called
 //   MeterEngine+SpectrogramRange  the levels of a spectrogram's colours
 //   MeterEngine+Display          what a channel shows, its min and max, its Leq
+//   MeterEngine+Calibration      from digital level to dB SPL: by tone, by file, or not at all
+//   MeterEngine+InputGain        the devices' gains: read, set and followed
 //   MeterEngine+Layout           where the modules are
 //
 // Work leaves the main thread twice, for opening sources (`startQueue_`) and for a tick's
@@ -18,6 +20,7 @@
 #pragma once
 
 #include <QObject>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
@@ -220,6 +223,14 @@ class MeterEngine : public QObject {
     /// The main channel's rate in Hz; 48000 until the first start.
     Published<double> sampleRate{48000.0};
 
+    // The devices' controls, followed while the devices are there.
+    /// The main input's volume, 0 to 1.
+    Published<std::optional<float>> currentInputVolumeScalar;
+    Published<std::optional<TarvaneKit::InputGainState>> currentInputGain;
+    /// The extra channels' gains, by the device's uid (empty for the default input), "#" and the
+    /// input's number.
+    Published<std::map<std::string, TarvaneKit::InputGainState>> deviceGains;
+
     // MeterEngine+RunControl
     void start();
     void stop();
@@ -262,8 +273,6 @@ class MeterEngine : public QObject {
     int channelCount(const std::optional<std::string>& forDeviceUID) const;
     /// A channel's device and inputs in words, as "Mic Interface (inputs 3+4, stereo)".
     std::string inputDescription(const ChannelInfo& channel) const;
-    /// Whether the device is a network feed, a loopback or the like, that starts out as digital.
-    bool isLikelyDigitalSource(const std::optional<std::string>& uid) const;
 
     // MeterEngine+Display
     /// The channel's own display settings, or the main input's where it follows them.
@@ -305,6 +314,35 @@ class MeterEngine : public QObject {
     /// Each stays 3 dB clear of the other.
     void setSpectrogramFloorDB(double floorDB, const TarvaneKit::UUID& id);
     void setSpectrogramCeilingDB(double ceilingDB, const TarvaneKit::UUID& id);
+    /// Starts the held peaks of every spectrum over.
+    void resetPeakHold();
+    /// Starts integrated loudness, range and maxima over, and min and max.
+    void resetLoudness(const TarvaneKit::UUID& id);
+
+    // MeterEngine+Calibration
+    /// Takes the channel's level as that of a tone of known SPL. What stands in the way is told in
+    /// `errorMessage`, and nothing changes.
+    void calibrateReference(double knownSPL, const TarvaneKit::UUID& id);
+    /// Takes a microphone file; one that can't be read is told, and nothing changes.
+    void loadMicCalFile(const std::filesystem::path& path, const TarvaneKit::UUID& id);
+    void clearMicCalFile(const TarvaneKit::UUID& id);
+    void clearReferenceCalibration(const TarvaneKit::UUID& id);
+    /// Whether the channel's source has no acoustic level. The system's output never has.
+    bool isDigitalSource(const TarvaneKit::UUID& id) const;
+    void setDigitalSource(bool isDigital, const TarvaneKit::UUID& id);
+    /// Whether the device is a network feed, a loopback or the like, that starts out as digital.
+    bool isLikelyDigitalSource(const std::optional<std::string>& uid) const;
+
+    // MeterEngine+InputGain
+    void refreshInputVolume();
+    void refreshDeviceGains();
+    /// Absent where the channel's device reports none.
+    std::optional<TarvaneKit::InputGainState> inputGain(const ChannelConfig& channel) const;
+    /// On both inputs of a pair. A device that doesn't take it is told in `errorMessage`.
+    void setInputGain(double gainDB, const ChannelConfig& channel);
+    /// The same for the main input.
+    void setInputGain(double gainDB);
+    void setInputVolume(float volume);
 
     // MeterEngine+Layout
     void applyLayoutPreset(LayoutPreset preset);
@@ -325,8 +363,9 @@ class MeterEngine : public QObject {
     void attachSettingEffects();
     void selectedDeviceChanged(const std::optional<std::string>& old);
     void extraChannelsChanged(const std::vector<ChannelConfig>& old);
-    void calibrationChanged();
+    void mainInputsChanged(bool changed);
     void noteSourceChange(bool changed);
+    void loudnessChannelsChanged();
     void placementChanged();
 
     // MeterEngine+RunControl
@@ -363,6 +402,22 @@ class MeterEngine : public QObject {
     void resetMinMax(MeterChannel& channel);
     void metricChanged(MeterChannel& channel);
     void mainMetricChanged();
+    void resetBandLevels(const TarvaneKit::UUID& id);
+    void clearRingAlerts(const TarvaneKit::UUID& id);
+
+    // MeterEngine+Calibration
+    static TarvaneKit::CalibrationProfile sanitizedCalibration(
+        TarvaneKit::CalibrationProfile profile);
+    void calibrationChanged();
+    /// Edits the channel's profile, and makes one first for an extra channel that has none.
+    void editCalibration(const TarvaneKit::UUID& id,
+                         const std::function<void(TarvaneKit::CalibrationProfile&)>& edit);
+    bool hasCalibration(const TarvaneKit::UUID& id) const;
+
+    // MeterEngine+InputGain
+    std::optional<std::uint32_t> deviceID(const std::optional<std::string>& uid) const;
+    std::vector<int> mainGainChannels() const;
+    void setCurrentInputGain(const std::optional<TarvaneKit::InputGainState>& gain);
 
     TarvaneKit::AudioSystem& audio_;
     const Clock& clock_;
@@ -388,6 +443,15 @@ class MeterEngine : public QObject {
     ParallelLoop analysisLoop_;
     TarvaneKit::SerialQueue analysisQueue_{"org.brenlow.tarvane.analysis"};
     TarvaneKit::SerialQueue startQueue_{"org.brenlow.tarvane.start"};
+
+    // The listeners to the devices' controls; after the queue to the main thread that they post to.
+    struct GainObservation {
+        std::uint32_t deviceID = 0;
+        std::vector<int> channels;
+        std::unique_ptr<TarvaneKit::InputVolumeObservation> observation;
+    };
+    std::optional<GainObservation> inputVolumeObservation_;  // the main input's
+    std::vector<GainObservation> deviceGainObservations_;    // the extra channels', one per device
 };
 
 }  // namespace TarvaneApp

@@ -10,6 +10,7 @@
 
 #include "AudioIO/AudioInputDevice.h"
 #include "AudioIO/AudioInputSource.h"
+#include "Calibration/CalibrationProfile.h"
 
 namespace TarvaneKit {
 
@@ -18,6 +19,13 @@ enum class MicrophoneAuthorization { undetermined, restricted, denied, authorize
 enum class TransportType {
     hardware,
     virtualDevice,  ///< software: a loopback, a network feed, another program
+};
+
+/// Keeps a listener to a device's controls in place. When its destructor has returned, the
+/// listener isn't running and won't be called again.
+class InputVolumeObservation {
+  public:
+    virtual ~InputVolumeObservation() = default;
 };
 
 /// Every operation may be called on any thread and answers within milliseconds, but for the
@@ -33,6 +41,25 @@ class AudioSystem {
     virtual int inputChannelCount(std::uint32_t deviceID) = 0;
     virtual std::optional<std::uint32_t> defaultInputDeviceID() = 0;
     virtual std::optional<TransportType> transportType(std::uint32_t deviceID) = 0;
+
+    // A device's own controls of its inputs, which are numbered from 0. A device may have one
+    // control for all of them, or none that a program can reach.
+
+    /// 0 to 1; absent where the device has no volume for that input.
+    virtual std::optional<float> inputVolumeScalar(std::uint32_t deviceID, int channel) = 0;
+    /// Absent where the device has no control in dB.
+    virtual std::optional<InputGainState> inputGainDB(std::uint32_t deviceID, int channel) = 0;
+    /// Sets the controls of these inputs, or else the one for all. True if one took the value;
+    /// what it then reads comes by way of the observations.
+    virtual bool setInputGainDB(double gainDB, std::uint32_t deviceID,
+                                const std::vector<int>& channels) = 0;
+    virtual bool setInputVolumeScalar(float volume, std::uint32_t deviceID,
+                                      const std::vector<int>& channels) = 0;
+    /// Calls `handler`, on any thread, when one of these inputs' controls may read differently;
+    /// never for a device without.
+    virtual std::unique_ptr<InputVolumeObservation> observeInputVolume(
+        std::uint32_t deviceID, const std::vector<int>& channels,
+        std::function<void()> handler) = 0;
 
     virtual MicrophoneAuthorization microphoneAuthorizationStatus() = 0;
     /// `completion(granted)` comes once, on any thread.

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <condition_variable>
 #include <map>
 #include <memory>
@@ -25,6 +26,19 @@ struct SourceBehaviour {
     bool opensSlowly = false;
     /// Dies inside `start()`, just ahead of its return.
     std::optional<TarvaneKit::AudioSourceLoss> diesAtOnce;
+};
+
+/// The controls of a device's inputs.
+struct FakeControls {
+    double minDB = -60.0;
+    double maxDB = 0.0;
+    /// By input; an input that isn't there has none of its own.
+    std::map<int, double> gainsDB;
+    /// The one for all inputs.
+    std::optional<double> masterGainDB;
+    /// Where there is a volume and no gain.
+    std::optional<float> volume;
+    bool refusesToBeSet = false;
 };
 
 class FakeAudioSystem final : public TarvaneKit::AudioSystem {
@@ -63,6 +77,25 @@ class FakeAudioSystem final : public TarvaneKit::AudioSystem {
     void setAuthorization(TarvaneKit::MicrophoneAuthorization authorization) {
         authorization_ = authorization;
     }
+    /// Gives the device controls, moves them, or takes them away, and tells who listens.
+    void setControls(std::uint32_t deviceID, std::optional<FakeControls> controls) {
+        {
+            const std::lock_guard hold(lock_);
+            if (controls) {
+                controls_[deviceID] = std::move(*controls);
+            } else {
+                controls_.erase(deviceID);
+            }
+        }
+        tellControlsChanged(deviceID);
+    }
+    FakeControls controls(std::uint32_t deviceID) const {
+        const std::lock_guard hold(lock_);
+        return controls_.at(deviceID);
+    }
+    /// The inputs that each observation of the device listens to, sorted.
+    std::vector<std::vector<int>> observedChannels(std::uint32_t deviceID) const;
+
     /// To be changed while no start is under way.
     SourceBehaviour& behaviour(const std::string& uid) {
         const std::lock_guard hold(lock_);
@@ -125,6 +158,59 @@ class FakeAudioSystem final : public TarvaneKit::AudioSystem {
                    ? TarvaneKit::TransportType::virtualDevice
                    : TarvaneKit::TransportType::hardware;
     }
+    std::optional<float> inputVolumeScalar(std::uint32_t deviceID, int channel) override {
+        {
+            const std::lock_guard hold(lock_);
+            const auto found = controls_.find(deviceID);
+            if (found != controls_.end() && found->second.volume) {
+                return found->second.volume;
+            }
+        }
+        const auto gain = inputGainDB(deviceID, channel);
+        return gain ? std::optional(static_cast<float>(std::pow(10.0, gain->currentDB / 20.0)))
+                    : std::nullopt;
+    }
+    std::optional<TarvaneKit::InputGainState> inputGainDB(std::uint32_t deviceID,
+                                                          int channel) override {
+        const std::lock_guard hold(lock_);
+        const auto found = controls_.find(deviceID);
+        if (found == controls_.end()) {
+            return std::nullopt;
+        }
+        const FakeControls& controls = found->second;
+        const auto own = controls.gainsDB.find(channel);
+        const bool isShared = own == controls.gainsDB.end();
+        if (isShared && !controls.masterGainDB) {
+            return std::nullopt;
+        }
+        return TarvaneKit::InputGainState::create(isShared ? *controls.masterGainDB : own->second,
+                                                  controls.maxDB, controls.minDB, isShared);
+    }
+    bool setInputGainDB(double gainDB, std::uint32_t deviceID,
+                        const std::vector<int>& channels) override {
+        const bool isTaken = takeGain(gainDB, deviceID, channels);
+        if (isTaken) {
+            tellControlsChanged(deviceID);
+        }
+        return isTaken;
+    }
+    bool setInputVolumeScalar(float volume, std::uint32_t deviceID,
+                              const std::vector<int>& channels) override {
+        {
+            const std::lock_guard hold(lock_);
+            const auto found = controls_.find(deviceID);
+            if (found != controls_.end() && found->second.volume) {
+                if (!found->second.refusesToBeSet) {
+                    found->second.volume = volume;
+                }
+                return !found->second.refusesToBeSet;
+            }
+        }
+        return setInputGainDB(20.0 * std::log10(static_cast<double>(volume)), deviceID, channels);
+    }
+    std::unique_ptr<TarvaneKit::InputVolumeObservation> observeInputVolume(
+        std::uint32_t deviceID, const std::vector<int>& channels,
+        std::function<void()> handler) override;
     TarvaneKit::MicrophoneAuthorization microphoneAuthorizationStatus() override {
         return authorization_;
     }
@@ -145,7 +231,31 @@ class FakeAudioSystem final : public TarvaneKit::AudioSystem {
     }
 
   private:
+    class Observation;
+
     std::unique_ptr<TarvaneKit::MultiChannelAudioSource> make(const std::string& uid);
+    bool takeGain(double gainDB, std::uint32_t deviceID, const std::vector<int>& channels) {
+        const std::lock_guard hold(lock_);
+        const auto found = controls_.find(deviceID);
+        if (found == controls_.end() || found->second.refusesToBeSet) {
+            return false;
+        }
+        FakeControls& controls = found->second;
+        const double taken = std::clamp(gainDB, controls.minDB, controls.maxDB);
+        bool isTaken = false;
+        for (const int channel : channels) {
+            if (const auto own = controls.gainsDB.find(channel); own != controls.gainsDB.end()) {
+                own->second = taken;
+                isTaken = true;
+            }
+        }
+        if (!isTaken && controls.masterGainDB) {
+            controls.masterGainDB = taken;
+            isTaken = true;
+        }
+        return isTaken;
+    }
+    void tellControlsChanged(std::uint32_t deviceID);
     void tellDevicesChanged() {
         std::function<void()> handler;
         {
@@ -168,11 +278,70 @@ class FakeAudioSystem final : public TarvaneKit::AudioSystem {
     std::map<std::string, SourceBehaviour> behaviours_;
     std::vector<std::string> made_;
     std::vector<Source*> running_;
+    std::map<std::uint32_t, FakeControls> controls_;
+    std::vector<Observation*> observations_;
     std::function<void()> devicesChanged_;
     std::function<void(bool)> permission_;
     int permissionRequests_ = 0;
     int clearedTooEarly_ = 0;
 };
+
+class FakeAudioSystem::Observation final : public TarvaneKit::InputVolumeObservation {
+  public:
+    Observation(FakeAudioSystem& system, std::uint32_t device, std::vector<int> inputs,
+                std::function<void()> onChange)
+        : deviceID(device),
+          channels(std::move(inputs)),
+          handler(std::move(onChange)),
+          system_(system) {
+        const std::lock_guard hold(system_.lock_);
+        system_.observations_.push_back(this);
+    }
+    ~Observation() override {
+        const std::lock_guard hold(system_.lock_);
+        std::erase(system_.observations_, this);
+    }
+
+    const std::uint32_t deviceID;
+    const std::vector<int> channels;
+    const std::function<void()> handler;
+
+  private:
+    FakeAudioSystem& system_;
+};
+
+inline std::unique_ptr<TarvaneKit::InputVolumeObservation> FakeAudioSystem::observeInputVolume(
+    std::uint32_t deviceID, const std::vector<int>& channels, std::function<void()> handler) {
+    return std::make_unique<Observation>(*this, deviceID, channels, std::move(handler));
+}
+
+inline std::vector<std::vector<int>> FakeAudioSystem::observedChannels(
+    std::uint32_t deviceID) const {
+    const std::lock_guard hold(lock_);
+    std::vector<std::vector<int>> result;
+    for (const Observation* observation : observations_) {
+        if (observation->deviceID == deviceID) {
+            result.push_back(observation->channels);
+        }
+    }
+    std::ranges::sort(result);
+    return result;
+}
+
+inline void FakeAudioSystem::tellControlsChanged(std::uint32_t deviceID) {
+    std::vector<std::function<void()>> handlers;
+    {
+        const std::lock_guard hold(lock_);
+        for (const Observation* observation : observations_) {
+            if (observation->deviceID == deviceID) {
+                handlers.push_back(observation->handler);
+            }
+        }
+    }
+    for (const auto& handler : handlers) {
+        handler();
+    }
+}
 
 class FakeAudioSystem::Source final : public TarvaneKit::MultiChannelAudioSource {
   public:

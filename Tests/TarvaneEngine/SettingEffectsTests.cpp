@@ -170,5 +170,118 @@ TEST_F(SettingEffectsTests, aLoudnessChannelShowsTheLoudnessReadoutInItsTargetsC
     EXPECT_EQ(engine->displayedMetric(other.id), engine->historyMetric(other.id));
 }
 
+TEST_F(SettingEffectsTests, aNewFractionGivesTheDisplaysItsNumberOfBandsAtOnce) {
+    live().bandLevelsDB = {1.0};
+    live().lineSpectrumDB = {1.0};
+    int signals = 0;
+    QObject::connect(&live(), &LiveMeterData::willChange, engine.get(), [&] { ++signals; });
+    engine->octaveFraction.set(OctaveFraction::twentyFourthOctave);
+    EXPECT_GT(signals, 0);
+    const auto& bands = engine->bands(UUID::main());
+    EXPECT_GT(bands.size(), 200U);
+    EXPECT_EQ(live().bandLevelsDB, std::vector(bands.size(), -120.0));
+    EXPECT_EQ(live().bandPeakHoldDB, std::vector(bands.size(), -120.0));
+    EXPECT_EQ(live().lineSpectrumDB, std::vector{1.0});
+    const auto other = addChannel("B", "desk", 0).id;
+    engine->updateDisplay(
+        other, [](auto& display) { display.octaveFraction = OctaveFraction::oneOctave; });
+    EXPECT_EQ(live(other).bandLevelsDB, std::vector(engine->bands(other).size(), -120.0));
+    EXPECT_EQ(live().bandLevelsDB.size(), bands.size());
+}
+
+TEST_F(SettingEffectsTests, resettingThePeakHoldEmptiesTheHoldsOfEveryChannel) {
+    const auto other = addChannel("B", "desk", 0).id;
+    for (const UUID& id : {UUID::main(), other}) {
+        live(id).bandLevelsDB = {-10.0};
+        live(id).bandPeakHoldDB = {-5.0};
+        live(id).linePeakHoldDB = {-5.0, -6.0};
+    }
+    engine->resetPeakHold();
+    for (const UUID& id : {UUID::main(), other}) {
+        EXPECT_EQ(live(id).bandLevelsDB, std::vector{-10.0});
+        EXPECT_EQ(live(id).bandPeakHoldDB, std::vector(engine->bands(id).size(), -120.0));
+        EXPECT_TRUE(live(id).linePeakHoldDB.empty());
+    }
+}
+
+TEST_F(SettingEffectsTests, turningRingOutOffAndOnlyThatClearsTheAlerts) {
+    const auto other = addChannel("B", "desk", 0).id;
+    const auto alerted = [&](const UUID& id) {
+        live(id).currentRingAlert = TarvaneKit::RingAlert{.id = UUID::random(),
+                                                          .frequencyHz = 1000.0,
+                                                          .note = {},
+                                                          .suggestedCutDB = -6.0,
+                                                          .suggestedQ = 10.0,
+                                                          .bandwidthHz = 50.0,
+                                                          .date = clock.now()};
+        live(id).heldRingAlert = live(id).currentRingAlert;
+        engine->meterChannel(id).heldRingAlertDate = clock.steadyNow();
+    };
+    const auto isClear = [&](const UUID& id) {
+        return !live(id).currentRingAlert && !live(id).heldRingAlert &&
+               !engine->meterChannel(id).heldRingAlertDate;
+    };
+    for (const UUID& id : {UUID::main(), other}) {
+        alerted(id);
+        engine->setRingOutEnabled(true, id);
+        EXPECT_TRUE(engine->channelInfo(id)->ringOutEnabled);
+        EXPECT_FALSE(isClear(id));
+        engine->setRingOutEnabled(false, id);
+        EXPECT_FALSE(engine->channelInfo(id)->ringOutEnabled);
+        EXPECT_TRUE(isClear(id));
+    }
+    // Also of a channel that has no record any more.
+    alerted(other);
+    engine->removeChannel(other);
+    engine->setRingOutEnabled(false, other);
+    EXPECT_TRUE(isClear(other));
+}
+
+TEST_F(SettingEffectsTests, theLoudnessSwitchReachesARunningChannel) {
+    const auto other = addChannel("B", "desk", 0).id;
+    start();
+    const auto measures = [&](const UUID& id) {
+        return engine->meterChannel(id).processor->loudnessReadings().has_value();
+    };
+    for (const UUID& id : {UUID::main(), other}) {
+        EXPECT_FALSE(measures(id));
+        engine->setMeasuresLoudness(true, id);
+        EXPECT_TRUE(engine->channelInfo(id)->measuresLoudness);
+        EXPECT_TRUE(measures(id));
+        engine->setMeasuresLoudness(false, id);
+        EXPECT_FALSE(measures(id));
+    }
+    EXPECT_FALSE(engine->channelSourcesChangedWhileRunning());
+}
+
+TEST_F(SettingEffectsTests, anotherChannelsLoudnessSwitchStartsNoMeterOver) {
+    engine->mainInputMeasuresLoudness.set(true);
+    const auto other = addChannel("B", "desk", 0).id;
+    start();
+    for (int i = 0; i < 5; ++i) {
+        audio.feed("", {TarvaneTests::sine(1000.0, 0.1, 48000, 48000 * i)});
+    }
+    const auto& processor = engine->meterChannel(UUID::main()).processor;
+    const double before = processor->loudnessReadings()->integrated;
+    ASSERT_TRUE(std::isfinite(before));
+    engine->setMeasuresLoudness(true, other);
+    EXPECT_EQ(processor->loudnessReadings()->integrated, before);
+    live().minSPLValueDB = 1.0;
+    engine->resetLoudness(UUID::main());
+    EXPECT_FALSE(std::isfinite(processor->loudnessReadings()->integrated));
+    EXPECT_FALSE(std::isfinite(live().minSPLValueDB));
+}
+
+TEST_F(SettingEffectsTests, oneChannelsMinAndMaxCanBeResetAlone) {
+    const auto other = addChannel("B", "desk", 0).id;
+    live().minSPLValueDB = 1.0;
+    live(other).minSPLValueDB = 1.0;
+    live(other).inputClipState = TarvaneKit::InputClipState::latched;
+    engine->resetMinMax(other);
+    EXPECT_EQ(live().minSPLValueDB, 1.0);
+    EXPECT_FALSE(std::isfinite(live(other).minSPLValueDB));
+    EXPECT_EQ(live(other).inputClipState, TarvaneKit::InputClipState::none);
+}
+
 }  // namespace
 }  // namespace TarvaneApp

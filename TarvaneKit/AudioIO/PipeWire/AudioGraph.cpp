@@ -93,8 +93,8 @@ void AudioGraph::BoundNode::listen() {
     }();
     auto* interface = reinterpret_cast<pw_node*>(proxy);
     pw_node_add_listener(interface, &hook, &events, this);
-    std::uint32_t ids[] = {SPA_PARAM_EnumFormat};
-    pw_node_subscribe_params(interface, ids, 1);
+    std::uint32_t ids[] = {SPA_PARAM_EnumFormat, SPA_PARAM_Props};
+    pw_node_subscribe_params(interface, ids, 2);
 }
 
 // The registry's own properties are a selection; the node's are all of them.
@@ -107,6 +107,11 @@ void AudioGraph::BoundNode::onInfo(void* data, const pw_node_info* info) {
     const std::string isVirtual = text(*info->props, PW_KEY_NODE_VIRTUAL);
     self.node.isVirtual =
         text(*info->props, PW_KEY_DEVICE_ID).empty() || isVirtual == "true" || isVirtual == "1";
+    if (!text(*info->props, PW_KEY_DEVICE_ID).empty()) {
+        self.node.cardID = number(*info->props, PW_KEY_DEVICE_ID);
+        self.node.cardDevice =
+            static_cast<std::int32_t>(number(*info->props, "card.profile.device"));
+    }
     self.node.name = text(*info->props, PW_KEY_NODE_NAME);
     self.node.description = text(*info->props, PW_KEY_NODE_DESCRIPTION);
     self.graph.changed_();
@@ -115,7 +120,12 @@ void AudioGraph::BoundNode::onInfo(void* data, const pw_node_info* info) {
 void AudioGraph::BoundNode::onParam(void* data, int, std::uint32_t id, std::uint32_t, std::uint32_t,
                                     const spa_pod* param) {
     auto& self = *static_cast<BoundNode*>(data);
-    if (id != SPA_PARAM_EnumFormat || param == nullptr) {
+    if (param == nullptr) {
+        return;
+    }
+    if (id == SPA_PARAM_Props) {
+        self.node.controls.take(*param);
+        self.graph.changed_();
         return;
     }
     if (const int channels = channelsOfFormat(*param);
@@ -124,6 +134,44 @@ void AudioGraph::BoundNode::onParam(void* data, int, std::uint32_t id, std::uint
         self.graph.changed_();
     }
 }
+
+// A sound card and its routes, by the part of the card that each is for.
+struct AudioGraph::BoundCard {
+    AudioGraph& graph;
+    pw_proxy* proxy = nullptr;
+    spa_hook hook = {};
+    std::map<std::int32_t, CardRoute> routes;
+
+    BoundCard(AudioGraph& owner, pw_proxy* bound) : graph(owner), proxy(bound) {
+        static const pw_device_events events = [] {
+            pw_device_events e = {};
+            e.version = PW_VERSION_DEVICE_EVENTS;
+            e.param = onParam;
+            return e;
+        }();
+        auto* interface = reinterpret_cast<pw_device*>(proxy);
+        pw_device_add_listener(interface, &hook, &events, this);
+        std::uint32_t ids[] = {SPA_PARAM_Route};
+        pw_device_subscribe_params(interface, ids, 1);
+    }
+    ~BoundCard() {
+        spa_hook_remove(&hook);
+        pw_proxy_destroy(proxy);
+    }
+    BoundCard(const BoundCard&) = delete;
+    BoundCard& operator=(const BoundCard&) = delete;
+
+    static void onParam(void* data, int, std::uint32_t id, std::uint32_t, std::uint32_t,
+                        const spa_pod* param) {
+        auto& self = *static_cast<BoundCard*>(data);
+        const auto route =
+            id == SPA_PARAM_Route && param != nullptr ? CardRoute::read(*param) : std::nullopt;
+        if (route) {
+            self.routes.insert_or_assign(route->device, *route);
+            self.graph.changed_();
+        }
+    }
+};
 
 AudioGraph::AudioGraph(pw_core* core, std::function<void()> changed)
     : core_(core), changed_(std::move(changed)) {
@@ -143,6 +191,7 @@ AudioGraph::AudioGraph(pw_core* core, std::function<void()> changed)
 
 AudioGraph::~AudioGraph() {
     nodes_.clear();
+    cards_.clear();
     if (metadata_ != nullptr) {
         spa_hook_remove(&metadataHook_);
         pw_proxy_destroy(metadata_);
@@ -197,6 +246,41 @@ const AudioNode* AudioGraph::defaultSink() const {
     return outputOrInput(defaultSinkName_, false);
 }
 
+const CardRoute* AudioGraph::route(const AudioNode& node) const {
+    const auto card = node.cardID ? cards_.find(*node.cardID) : cards_.end();
+    if (card == cards_.end()) {
+        return nullptr;
+    }
+    const auto& routes = card->second->routes;
+    const auto found = routes.find(node.cardDevice.value_or(0));
+    return found != routes.end() ? &found->second : nullptr;
+}
+
+InputControls AudioGraph::controls(const AudioNode& node) const {
+    const CardRoute* ofCard = route(node);
+    InputControls result = ofCard != nullptr ? ofCard->controls : node.controls;
+    result.channelCount = node.channelCount;
+    return result;
+}
+
+bool AudioGraph::setControls(std::uint32_t nodeID, const InputControls& controls) {
+    const auto bound = std::find_if(nodes_.begin(), nodes_.end(), [nodeID](const auto& candidate) {
+        return candidate->node.id == nodeID;
+    });
+    if (bound == nodes_.end()) {
+        return false;
+    }
+    std::vector<std::uint8_t> buffer;
+    if (const CardRoute* current = route((*bound)->node)) {
+        CardRoute wanted = *current;
+        wanted.controls = controls;
+        auto* card = reinterpret_cast<pw_device*>(cards_.at((*bound)->node.cardID.value())->proxy);
+        return pw_device_set_param(card, SPA_PARAM_Route, 0, buildRoute(wanted, buffer)) >= 0;
+    }
+    auto* node = reinterpret_cast<pw_node*>((*bound)->proxy);
+    return pw_node_set_param(node, SPA_PARAM_Props, 0, buildProps(controls, buffer)) >= 0;
+}
+
 std::vector<std::uint32_t> AudioGraph::nodesLinkedInto(std::uint32_t nodeID) const {
     std::vector<std::uint32_t> result;
     for (const auto& [id, link] : links_) {
@@ -215,6 +299,8 @@ void AudioGraph::onGlobal(void* data, std::uint32_t id, std::uint32_t, const cha
     }
     if (std::strcmp(type, PW_TYPE_INTERFACE_Node) == 0) {
         self.addNode(id, *properties);
+    } else if (std::strcmp(type, PW_TYPE_INTERFACE_Device) == 0) {
+        self.addCard(id, *properties);
     } else if (std::strcmp(type, PW_TYPE_INTERFACE_Link) == 0) {
         self.links_[id] = {number(*properties, PW_KEY_LINK_OUTPUT_NODE),
                            number(*properties, PW_KEY_LINK_INPUT_NODE)};
@@ -243,6 +329,17 @@ void AudioGraph::addNode(std::uint32_t id, const spa_dict& properties) {
     bound->listen();
     nodes_.push_back(std::move(bound));
     changed_();
+}
+
+void AudioGraph::addCard(std::uint32_t id, const spa_dict& properties) {
+    if (text(properties, PW_KEY_MEDIA_CLASS) != "Audio/Device") {
+        return;
+    }
+    auto* proxy = static_cast<pw_proxy*>(
+        pw_registry_bind(registry_, id, PW_TYPE_INTERFACE_Device, PW_VERSION_DEVICE, 0));
+    if (proxy != nullptr) {
+        cards_.insert_or_assign(id, std::make_unique<BoundCard>(*this, proxy));
+    }
 }
 
 void AudioGraph::addMetadata(std::uint32_t id, const spa_dict& properties) {
@@ -292,6 +389,7 @@ void AudioGraph::onGlobalRemove(void* data, std::uint32_t id) {
         self.defaultSinkName_.clear();
     }
     self.links_.erase(id);
+    self.cards_.erase(id);
     std::erase_if(self.nodes_, [id](const auto& bound) { return bound->node.id == id; });
     self.changed_();
 }

@@ -2,7 +2,8 @@
 // counts, which of them are the defaults, and which node is linked to which.
 //
 // One graph belongs to one connection to the server and goes with it. All of it happens under the
-// thread loop's lock. The object only listens; nothing on the server is changed.
+// thread loop's lock. But for the volume of an input that the user sets it only listens; nothing
+// on the server is changed.
 #pragma once
 
 #include <pipewire/extensions/metadata.h>
@@ -12,8 +13,11 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "AudioIO/PipeWire/InputControls.h"
 
 namespace TarvaneKit {
 
@@ -27,6 +31,10 @@ struct AudioNode {
     std::string description;  ///< for people
     int channelCount = 0;     ///< 0 until it is known
     bool isVirtual = false;   ///< no hardware device behind it
+    InputControls controls;   ///< the node's own; a card's node has them in its route
+
+    std::optional<std::uint32_t> cardID;     ///< the sound card that the node is a part of
+    std::optional<std::int32_t> cardDevice;  ///< which part
 
     bool isInput() const { return kind != Kind::sink; }
     bool isOutput() const { return kind != Kind::source; }
@@ -55,11 +63,17 @@ class AudioGraph {
     /// The nodes whose output is linked to an input of this node.
     std::vector<std::uint32_t> nodesLinkedInto(std::uint32_t nodeID) const;
 
+    /// The controls that act on the node's samples: its own, or its card's.
+    InputControls controls(const AudioNode& node) const;
+    /// Asks the server to set the volumes; false where nothing could be asked.
+    bool setControls(std::uint32_t nodeID, const InputControls& controls);
+
     /// A reply to the graph's own round trip to the server.
     void syncDone(int sequence);
 
   private:
     struct BoundNode;
+    struct BoundCard;
 
     static void onGlobal(void* data, std::uint32_t id, std::uint32_t permissions, const char* type,
                          std::uint32_t version, const spa_dict* properties);
@@ -68,6 +82,9 @@ class AudioGraph {
                           const char* value);
 
     void addNode(std::uint32_t id, const spa_dict& properties);
+    void addCard(std::uint32_t id, const spa_dict& properties);
+    /// Null for a node that is no part of a card, or whose card has no route for it.
+    const CardRoute* route(const AudioNode& node) const;
     void addMetadata(std::uint32_t id, const spa_dict& properties);
     const AudioNode* outputOrInput(const std::string& name, bool wantsInput) const;
 
@@ -89,6 +106,7 @@ class AudioGraph {
     std::string defaultSourceName_;
     std::string defaultSinkName_;
     std::vector<std::unique_ptr<BoundNode>> nodes_;
+    std::map<std::uint32_t, std::unique_ptr<BoundCard>> cards_;
     std::map<std::uint32_t, Link> links_;
     int pendingSync_ = 0;
     int syncsDone_ = 0;

@@ -10,6 +10,25 @@
 
 namespace TarvaneKit {
 
+namespace {
+
+// PipeWire tells of a device's controls as one: the listener hears of all its inputs.
+class Observation final : public InputVolumeObservation {
+  public:
+    Observation(std::shared_ptr<PipeWireConnection> connection, std::uint32_t deviceID,
+                std::function<void()> handler)
+        : connection_(std::move(connection)), listener_{deviceID, std::move(handler)} {
+        connection_->addListener(listener_);
+    }
+    ~Observation() override { connection_->removeListener(listener_); }
+
+  private:
+    const std::shared_ptr<PipeWireConnection> connection_;
+    PipeWireConnection::ControlsListener listener_;
+};
+
+}  // namespace
+
 PipeWireAudioSystem::PipeWireAudioSystem() : connection_(std::make_shared<PipeWireConnection>()) {}
 
 PipeWireAudioSystem::~PipeWireAudioSystem() {
@@ -37,6 +56,32 @@ std::optional<std::uint32_t> PipeWireAudioSystem::defaultInputDeviceID() {
 
 std::optional<TransportType> PipeWireAudioSystem::transportType(std::uint32_t deviceID) {
     return connection_->transportType(deviceID);
+}
+
+std::optional<float> PipeWireAudioSystem::inputVolumeScalar(std::uint32_t deviceID, int channel) {
+    return connection_->controls(deviceID).scalar(channel);
+}
+
+std::optional<InputGainState> PipeWireAudioSystem::inputGainDB(std::uint32_t deviceID,
+                                                               int channel) {
+    return connection_->controls(deviceID).gain(channel);
+}
+
+bool PipeWireAudioSystem::setInputGainDB(double gainDB, std::uint32_t deviceID,
+                                         const std::vector<int>& channels) {
+    const auto wanted = connection_->controls(deviceID).withGain(gainDB, channels);
+    return wanted && connection_->setControls(deviceID, *wanted);
+}
+
+bool PipeWireAudioSystem::setInputVolumeScalar(float volume, std::uint32_t deviceID,
+                                               const std::vector<int>& channels) {
+    const auto wanted = connection_->controls(deviceID).withScalar(volume, channels);
+    return wanted && connection_->setControls(deviceID, *wanted);
+}
+
+std::unique_ptr<InputVolumeObservation> PipeWireAudioSystem::observeInputVolume(
+    std::uint32_t deviceID, const std::vector<int>&, std::function<void()> handler) {
+    return std::make_unique<Observation>(connection_, deviceID, std::move(handler));
 }
 
 MicrophoneAuthorization PipeWireAudioSystem::microphoneAuthorizationStatus() {

@@ -20,6 +20,16 @@ class PipeWireAudioSystem : public AudioSystem {
     std::optional<std::uint32_t> defaultInputDeviceID() override;
     std::optional<TransportType> transportType(std::uint32_t deviceID) override;
 
+    std::optional<float> inputVolumeScalar(std::uint32_t deviceID, int channel) override;
+    std::optional<InputGainState> inputGainDB(std::uint32_t deviceID, int channel) override;
+    bool setInputGainDB(double gainDB, std::uint32_t deviceID,
+                        const std::vector<int>& channels) override;
+    bool setInputVolumeScalar(float volume, std::uint32_t deviceID,
+                              const std::vector<int>& channels) override;
+    std::unique_ptr<InputVolumeObservation> observeInputVolume(
+        std::uint32_t deviceID, const std::vector<int>& channels,
+        std::function<void()> handler) override;
+
     /// PipeWire asks nobody for leave: always authorized.
     MicrophoneAuthorization microphoneAuthorizationStatus() override;
     void requestMicrophoneAccess(std::function<void(bool)> completion) override;

@@ -114,6 +114,27 @@ std::optional<TransportType> PipeWireConnection::transportType(std::uint32_t dev
     return found != snapshot.transports.end() ? std::optional(found->second) : std::nullopt;
 }
 
+InputControls PipeWireConnection::controls(std::uint32_t deviceID) {
+    const std::scoped_lock lock(snapshotMutex_);
+    const auto found = controls_.find(deviceID);
+    return found != controls_.end() ? found->second : InputControls{};
+}
+
+bool PipeWireConnection::setControls(std::uint32_t deviceID, const InputControls& controls) {
+    const LoopLock lock(*this);
+    return graph_ != nullptr && graph_->setControls(deviceID, controls);
+}
+
+void PipeWireConnection::addListener(ControlsListener& listener) {
+    const LoopLock lock(*this);
+    listeners_.push_back(&listener);
+}
+
+void PipeWireConnection::removeListener(ControlsListener& listener) {
+    const LoopLock lock(*this);
+    std::erase(listeners_, &listener);
+}
+
 int PipeWireConnection::status() {
     return settledSnapshot().status;
 }
@@ -249,13 +270,48 @@ PipeWireConnection::Snapshot PipeWireConnection::takeSnapshot() const {
     return result;
 }
 
+PipeWireConnection::ControlsByDevice PipeWireConnection::readControls() const {
+    ControlsByDevice result;
+    if (graph_ != nullptr) {
+        for (const AudioNode* node : graph_->nodes()) {
+            if (node->isInput()) {
+                result.emplace(node->id, graph_->controls(*node));
+            }
+        }
+    }
+    return result;
+}
+
+void PipeWireConnection::publishControls() {
+    const ControlsByDevice next = readControls();
+    ControlsByDevice previous = next;
+    {
+        const std::scoped_lock lock(snapshotMutex_);
+        controls_.swap(previous);
+    }
+    const auto isNews = [&](std::uint32_t deviceID) {
+        const auto before = previous.find(deviceID);
+        const auto now = next.find(deviceID);
+        return (before == previous.end() ? InputControls{} : before->second) !=
+               (now == next.end() ? InputControls{} : now->second);
+    };
+    for (const ControlsListener* listener : listeners_) {
+        if (isNews(listener->deviceID)) {
+            listener->handler();
+        }
+    }
+}
+
+// The controls come first: who is told of a new device finds its gain.
 void PipeWireConnection::publish() {
+    publishControls();
     Snapshot next = takeSnapshot();
     bool isNews = false;
     {
         const std::scoped_lock lock(snapshotMutex_);
         isNews = next != snapshot_;
         snapshot_ = std::move(next);
+        waitedInVain_ = waitedInVain_ && !isNews;
     }
     if (isNews) {
         snapshotChanged_.notify_all();
@@ -265,11 +321,14 @@ void PipeWireConnection::publish() {
     }
 }
 
-// The copy, once the first listing of a live connection is in it.
+// The copy, once the first listing of a live connection is in it. A server that hangs is waited
+// for once, not by everyone who asks.
 PipeWireConnection::Snapshot PipeWireConnection::settledSnapshot() {
     std::unique_lock lock(snapshotMutex_);
-    snapshotChanged_.wait_for(lock, listingLimit,
-                              [this] { return snapshot_.isComplete || snapshot_.status < 0; });
+    if (!waitedInVain_) {
+        waitedInVain_ = !snapshotChanged_.wait_for(
+            lock, listingLimit, [this] { return snapshot_.isComplete || snapshot_.status < 0; });
+    }
     return snapshot_;
 }
 

@@ -53,6 +53,20 @@ class PipeWireConnection {
     std::vector<AudioInputDevice> inputDevices();
     std::optional<std::uint32_t> defaultInputDeviceID();
     std::optional<TransportType> transportType(std::uint32_t deviceID);
+    /// Empty for a device that isn't there.
+    InputControls controls(std::uint32_t deviceID);
+    /// False when the device isn't there or doesn't take it.
+    bool setControls(std::uint32_t deviceID, const InputControls& controls);
+
+    /// A listener to one device's controls, called from the loop's thread.
+    struct ControlsListener {
+        std::uint32_t deviceID = 0;
+        std::function<void()> handler;
+    };
+    void addListener(ControlsListener& listener);
+    /// When it has returned, the listener isn't running and won't be called again.
+    void removeListener(ControlsListener& listener);
+
     /// 0 while connected, else the negative errno of the last attempt.
     int status();
 
@@ -86,6 +100,7 @@ class PipeWireConnection {
 
         bool operator==(const Snapshot&) const = default;
     };
+    using ControlsByDevice = std::map<std::uint32_t, InputControls>;
 
     static void onCoreDone(void* data, std::uint32_t id, int sequence);
     static void onCoreError(void* data, std::uint32_t id, int sequence, int result,
@@ -98,6 +113,8 @@ class PipeWireConnection {
     void publish();
     Snapshot takeSnapshot() const;
     Snapshot settledSnapshot();
+    ControlsByDevice readControls() const;
+    void publishControls();
     void forEachClient(void (Client::*call)());
 
     pw_thread_loop* loop_ = nullptr;
@@ -113,10 +130,13 @@ class PipeWireConnection {
     bool serverGone_ = false;
     int status_ = 0;
     std::vector<Client*> clients_;
+    std::vector<ControlsListener*> listeners_;
 
     std::mutex snapshotMutex_;
     std::condition_variable snapshotChanged_;
     Snapshot snapshot_;
+    bool waitedInVain_ = false;  // and nothing new came since
+    ControlsByDevice controls_;
     std::function<void()> changedHandler_;
 };
 
