@@ -156,12 +156,18 @@ RTAScale MeterEngine::rtaScale(const UUID& id) const {
 }
 
 std::string MeterEngine::levelUnitLabel(const UUID& id) const {
+    const auto channel = channelInfo(id);
+    if (channel && channel->measuresLoudness) {
+        return "LUFS";
+    }
     return rtaScale(id) == RTAScale::spl ? "dB" : "dBFS";
 }
 
 double MeterEngine::splReadoutDisplayOffsetDB(const UUID& id) const {
     const auto channel = channelInfo(id);
-    return channel && display(id).showsDBFS ? channel->calibration.broadbandOffsetDB() : 0.0;
+    return channel && display(id).showsDBFS && !channel->measuresLoudness
+               ? channel->calibration.broadbandOffsetDB()
+               : 0.0;
 }
 
 MeterEngine::ActiveTrafficLight MeterEngine::activeTrafficLight(const UUID& id) const {

@@ -64,9 +64,8 @@ void MeterEngine::editSpectrogramRange(const UUID& id,
         edit(ofScale(ranges, scale));
         spectrogramRanges.set(ranges);
     } else {
-        updateChannel(id, [&](ChannelConfig& config) {
-            edit(ofScale(config.spectrogramRanges, scale));
-        });
+        updateChannel(
+            id, [&](ChannelConfig& config) { edit(ofScale(config.spectrogramRanges, scale)); });
     }
 }
 

@@ -287,7 +287,7 @@ class MeterEngine : public QObject {
     /// dB SPL for a calibrated channel, unless it is set to show dBFS.
     RTAScale rtaScale(const TarvaneKit::UUID& id) const;
     bool isCalibrated(const TarvaneKit::UUID& id) const;
-    /// "dB" for a calibrated channel in SPL, else "dBFS".
+    /// "LUFS" for a channel that measures loudness, "dB" for a calibrated one in SPL, else "dBFS".
     std::string levelUnitLabel(const TarvaneKit::UUID& id) const;
     /// What is to be taken off a level in the channel's calibrated scale to show it in its unit.
     double splReadoutDisplayOffsetDB(const TarvaneKit::UUID& id) const;

@@ -22,7 +22,8 @@ namespace {
 constexpr int smallestWidth = 900;
 constexpr int smallestHeight = 260;
 constexpr int smallestHeightWithGraphs = 600;
-constexpr QSize firstSize(1200, 860);
+constexpr int historyHeight = 170;
+constexpr QSize firstSize(1200, 920);
 
 }  // namespace
 
@@ -32,11 +33,13 @@ MainWindow::MainWindow(MeterEngine& engine, const Actions& actions) : engine_(en
     followAll(
         this,
         [this] {
-            setMinimumSize(smallestWidth, engine_.mainWindowShowsGraphArea()
-                                              ? smallestHeightWithGraphs
-                                              : smallestHeight);
+            const int graphs =
+                engine_.mainWindowShowsGraphArea() ? smallestHeightWithGraphs : smallestHeight;
+            const int history =
+                engine_.levelHistoryPlacement() == ModulePlacement::mainWindow ? historyHeight : 0;
+            setMinimumSize(smallestWidth, graphs + history);
         },
-        engine.rtaPlacement, engine.spectrogramPlacement);
+        engine.rtaPlacement, engine.spectrogramPlacement, engine.levelHistoryPlacement);
     resize(firstSize);
     setCentralWidget(new ContentView(engine, this));
     // No control is pressed or ringed until the user moves the focus there.

@@ -77,9 +77,9 @@ class MainWindowTests : public TarvaneTests::EngineFixture {
 
 TEST_F(MainWindowTests, isCalledTarvaneAndIsNeverSmallerThanItsContentNeeds) {
     EXPECT_EQ(window->windowTitle(), QStringLiteral("Tarvane"));
-    EXPECT_EQ(window->minimumSize(), QSize(900, 600));
+    EXPECT_EQ(window->minimumSize(), QSize(900, 770));
     EXPECT_LE(window->minimumSizeHint().width(), 900);
-    EXPECT_LE(window->minimumSizeHint().height(), 600);
+    EXPECT_LE(window->minimumSizeHint().height(), 770);
     engine->applyLayoutPreset(LayoutPreset::splMeterOnly);
     settle();
     EXPECT_EQ(window->minimumSize(), QSize(900, 260));

@@ -7,10 +7,14 @@
 #include <QMenu>
 #include <QSlider>
 #include <QTest>
+#include <QWheelEvent>
+#include <cmath>
 
 #include "Controls/MenuButton.h"
+#include "LevelHistory/LiveLevelHistoryGraph.h"
 #include "MainWindow.h"
 #include "Panels/GraphArea.h"
+#include "Panels/LevelHistoryPanelView.h"
 #include "Panels/PanelMaximizeToggleButton.h"
 #include "Panels/PanelResizeHandle.h"
 #include "Panels/RTAPanelView.h"
@@ -212,8 +216,8 @@ TEST_F(PanelTests, theHandleMovesTheSplitWithinItsLimits) {
         const QPoint from = handle.rect().center();
         QTest::mousePress(&handle, Qt::LeftButton, {}, from);
         QMouseEvent move(QEvent::MouseMove, from + QPoint(0, pixels),
-                         handle.mapToGlobal(from + QPoint(0, pixels)), Qt::NoButton,
-                         Qt::LeftButton, Qt::NoModifier);
+                         handle.mapToGlobal(from + QPoint(0, pixels)), Qt::NoButton, Qt::LeftButton,
+                         Qt::NoModifier);
         QApplication::sendEvent(&handle, &move);
         QTest::mouseRelease(&handle, Qt::LeftButton, {}, from);
     };
@@ -237,6 +241,8 @@ TEST_F(PanelTests, theHandleMovesTheSplitWithinItsLimits) {
 }
 
 TEST_F(PanelTests, hiddenModulesLeaveTheirRoomToTheOthers) {
+    EXPECT_EQ(window->minimumHeight(), 770);
+    engine->levelHistoryPlacement.set(ModulePlacement::hidden);
     EXPECT_EQ(window->minimumHeight(), 600);
     engine->rtaPlacement.set(ModulePlacement::hidden);
     engine->spectrogramPlacement.set(ModulePlacement::hidden);
@@ -254,11 +260,75 @@ TEST_F(PanelTests, hiddenModulesLeaveTheirRoomToTheOthers) {
     EXPECT_GT(the<GraphArea>().height(), 700);
 }
 
+TEST_F(PanelTests, theHistoryIsAStripAboveOrBelowTheGraphsOrTakesTheirRoom) {
+    auto& history = the<LevelHistoryPanelView>();
+    EXPECT_EQ(history.height(), 170);
+    EXPECT_LT(history.y(), the<GraphArea>().y());
+    engine->levelHistoryPosition.set(LevelHistoryPosition::belowGraphs);
+    settle();
+    EXPECT_GT(history.y(), the<GraphArea>().y());
+    EXPECT_EQ(history.height(), 170);
+    engine->applyLayoutPreset(LayoutPreset::levelHistoryOnly);
+    settle();
+    EXPECT_GT(history.height(), 700);
+}
+
+TEST_F(PanelTests, theHistoryIsDrawnForItsPointsAndNotForEveryTick) {
+    start();
+    auto& graph = the<LiveLevelHistoryGraph>();
+    int before = 0;
+    for (int i = 0; i < 180; ++i) {
+        if (i == 60) {
+            before = graph.picturesDrawn();
+        }
+        audio.feed("", {sine(1000.0, 0.1, 800, 800 * i)});
+        clock.advance(1.0 / 60.0);
+        tick();
+        settle();
+        graph.grab();
+    }
+    // Two seconds of ten points each, among 120 ticks.
+    EXPECT_NEAR(graph.picturesDrawn() - before, 20, 2);
+    EXPECT_TRUE(graph.spokenParts()[1].value.contains(QStringLiteral("dB")));
+}
+
+TEST_F(PanelTests, theWheelZoomsTheHistoryAndADoubleClickResets) {
+    start();
+    for (int i = 0; i < 120; ++i) {
+        audio.feed("", {sine(1000.0, 0.1, 48000)});
+        clock.advance(1.0);
+        tick();
+    }
+    settle();
+    auto& graph = the<LiveLevelHistoryGraph>();
+    const auto span = [&] { return graph.view().range().span(); };
+    EXPECT_NEAR(span(), 120.0, 1.0);
+    const auto wheel = [&](int notches) {
+        QWheelEvent event(QPointF(400.0, 50.0), graph.mapToGlobal(QPointF(400.0, 50.0)), {},
+                          QPoint(0, notches * 120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                          false);
+        QApplication::sendEvent(&graph, &event);
+    };
+    wheel(3);
+    EXPECT_NEAR(span(), 120.0 * std::pow(0.87, 3.0), 1.0);
+    EXPECT_TRUE(graph.hasOwnRange());
+    wheel(100);
+    EXPECT_DOUBLE_EQ(span(), 10.0);
+    QTest::mouseDClick(&graph, Qt::LeftButton);
+    EXPECT_FALSE(graph.hasOwnRange());
+    engine->levelHistoryZoom.set(LevelHistoryZoom::last1Min);
+    EXPECT_NEAR(span(), 60.0, 1e-9);
+    wheel(2);
+    wheel(-100);
+    EXPECT_EQ(engine->levelHistoryZoom(), LevelHistoryZoom::session);
+    EXPECT_FALSE(graph.hasOwnRange());
+}
+
 TEST_F(PanelTests, averagingIsChosenFromItsMenu) {
     MenuButton* averaging = nullptr;
     for (auto* button : the<RTAPanelView>().findChildren<MenuButton*>()) {
-        averaging = button->accessibleName().startsWith(QStringLiteral("Averaging")) ? button
-                                                                                     : averaging;
+        averaging =
+            button->accessibleName().startsWith(QStringLiteral("Averaging")) ? button : averaging;
     }
     ASSERT_NE(averaging, nullptr);
     EXPECT_EQ(averaging->text(), QStringLiteral("None"));

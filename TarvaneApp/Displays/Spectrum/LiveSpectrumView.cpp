@@ -169,12 +169,12 @@ std::vector<SpokenPart> LiveSpectrumView::spokenParts() const {
     QString loudest;
     if (!view_.bandLevelsDB.empty() && view_.bandLevelsDB.size() == view_.bands.size()) {
         const auto band = std::ranges::max_element(view_.bandLevelsDB) - view_.bandLevelsDB.begin();
-        loudest = QString::fromStdString(view_.bands[static_cast<std::size_t>(band)].label) +
-                  QStringLiteral(": ") +
-                  QString::number(view_.bandLevelsDB[static_cast<std::size_t>(band)] -
-                                      view_.levelOffsetDB,
-                                  'f', 1) +
-                  (view_.scale == RTAScale::dbfs ? QStringLiteral(" dBFS") : QStringLiteral(" dB"));
+        loudest =
+            QString::fromStdString(view_.bands[static_cast<std::size_t>(band)].label) +
+            QStringLiteral(": ") +
+            QString::number(
+                view_.bandLevelsDB[static_cast<std::size_t>(band)] - view_.levelOffsetDB, 'f', 1) +
+            (view_.scale == RTAScale::dbfs ? QStringLiteral(" dBFS") : QStringLiteral(" dB"));
     }
     const QString hover =
         view_.hover.frequencyHz ? view_.hoverLabel(*view_.hover.frequencyHz) : QString();

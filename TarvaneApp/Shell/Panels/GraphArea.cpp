@@ -32,8 +32,7 @@ SplitGeometry SplitGeometry::make(const QSize& area, GraphOrientation orientatio
         return isStacked ? QRect(0, from, area.width(), length)
                          : QRect(from, 0, length, area.height());
     };
-    return {piece(0, first), piece(first, handleThickness),
-            piece(first + handleThickness, second)};
+    return {piece(0, first), piece(first, handleThickness), piece(first + handleThickness, second)};
 }
 
 double swappedForOrder(double fraction, GraphOrder order) {
@@ -48,14 +47,13 @@ GraphArea::GraphArea(MeterEngine& engine, QWidget* parent)
       handle_(new PanelResizeHandle(
           {.begin =
                [this] {
-                   fractionAtPress_ = swappedForOrder(engine_.panelSplitFraction(),
-                                                      engine_.graphOrder());
+                   fractionAtPress_ =
+                       swappedForOrder(engine_.panelSplitFraction(), engine_.graphOrder());
                },
            .moveBy =
                [this](double pixels) {
-                   const int extent = engine_.graphOrientation() == GraphOrientation::stacked
-                                          ? height()
-                                          : width();
+                   const int extent =
+                       engine_.graphOrientation() == GraphOrientation::stacked ? height() : width();
                    if (extent > 0) {
                        const double first = fractionAtPress_ + pixels / extent;
                        engine_.panelSplitFraction.set(
@@ -79,7 +77,8 @@ void GraphArea::arrange() {
     const bool hasRTA = engine_.rtaPlacement() == ModulePlacement::mainWindow;
     const bool hasSpectrogram = engine_.spectrogramPlacement() == ModulePlacement::mainWindow;
     const bool isBoth = hasRTA && hasSpectrogram;
-    const bool showsRTA = hasRTA && !(isBoth && engine_.panelLayout() == PanelLayout::spectrogramOnly);
+    const bool showsRTA =
+        hasRTA && !(isBoth && engine_.panelLayout() == PanelLayout::spectrogramOnly);
     const bool showsSpectrogram =
         hasSpectrogram && !(isBoth && engine_.panelLayout() == PanelLayout::rtaOnly);
     if (showsRTA && showsSpectrogram) {

@@ -1,5 +1,6 @@
-// The modules of the main window, arranged: the sound level meter above the graph area. A module
-// that is hidden or elsewhere leaves its room to the others.
+// The modules of the main window, arranged: the sound level meter on top, below it the graph area,
+// the level history as a strip above or below that. A module that is hidden or elsewhere leaves its
+// room to the others.
 #pragma once
 
 #include <QWidget>
@@ -21,7 +22,9 @@ class ModuleLayoutView final : public QWidget {
     MeterEngine& engine_;
     QVBoxLayout* column_;
     QWidget* meter_;
-    QWidget* divider_;
+    QWidget* meterDivider_;
+    QWidget* history_;
+    QWidget* historyDivider_;
     QWidget* graphs_;
 };
 

@@ -26,8 +26,8 @@ PanelMaximizeToggleButton::PanelMaximizeToggleButton(MeterEngine& engine, PanelL
 
 void PanelMaximizeToggleButton::showState() {
     const bool isSplit = engine_.panelLayout() == PanelLayout::both;
-    const QString help = isSplit ? QStringLiteral("Expand to fill this area")
-                                 : QStringLiteral("Restore split view");
+    const QString help =
+        isSplit ? QStringLiteral("Expand to fill this area") : QStringLiteral("Restore split view");
     setSymbol(isSplit ? QStringLiteral("arrow.up.left.and.arrow.down.right")
                       : QStringLiteral("arrow.down.right.and.arrow.up.left"),
               Theme::axisText);

@@ -37,8 +37,8 @@ void PanelResizeHandle::paintEvent(QPaintEvent*) {
     const bool isHorizontal = orientation_ == Qt::Horizontal;
     const QPointF center = QRectF(rect()).center();
     const QSizeF line = isHorizontal ? QSizeF(width(), 1.0) : QSizeF(1.0, height());
-    const QSizeF grip = isHorizontal ? QSizeF(gripLength, gripThickness)
-                                     : QSizeF(gripThickness, gripLength);
+    const QSizeF grip =
+        isHorizontal ? QSizeF(gripLength, gripThickness) : QSizeF(gripThickness, gripLength);
     const auto centered = [&](const QSizeF& size) {
         return PixelGrid(painter).snapped(
             QRectF(center - QPointF(size.width() / 2.0, size.height() / 2.0), size));

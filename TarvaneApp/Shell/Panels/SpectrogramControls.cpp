@@ -54,23 +54,26 @@ SpectrogramControls::SpectrogramControls(MeterEngine& engine, Qt::Orientation or
         control.slider->setRange(static_cast<int>(bounds.floorDB),
                                  static_cast<int>(bounds.ceilingDB));
         control.slider->setValue(static_cast<int>(std::lround(levelDB)));
-        control.value->setText(
-            QString::number(std::lround(levelDB)) +
-            (engine_.rtaScale(channelID()) == RTAScale::dbfs ? QStringLiteral(" dBFS")
-                                                             : QStringLiteral(" dB")));
+        control.value->setText(QString::number(std::lround(levelDB)) +
+                               (engine_.rtaScale(channelID()) == RTAScale::dbfs
+                                    ? QStringLiteral(" dBFS")
+                                    : QStringLiteral(" dB")));
     };
-    add(*layout, QStringLiteral("Floor"), levelValueWidth,
+    add(
+        *layout, QStringLiteral("Floor"), levelValueWidth,
         [this](int value) { engine_.setSpectrogramFloorDB(value, channelID()); },
         [this, showLevel](Control& control) {
             showLevel(control, engine_.spectrogramRange(channelID()).floorDB);
         });
-    add(*layout, QStringLiteral("Ceiling"), levelValueWidth,
+    add(
+        *layout, QStringLiteral("Ceiling"), levelValueWidth,
         [this](int value) { engine_.setSpectrogramCeilingDB(value, channelID()); },
         [this, showLevel](Control& control) {
             showLevel(control, engine_.spectrogramRange(channelID()).ceilingDB);
         });
     // To the right is faster: the slider runs against the time span.
-    add(*layout, QStringLiteral("Speed"), factorValueWidth,
+    add(
+        *layout, QStringLiteral("Speed"), factorValueWidth,
         [this](int value) {
             engine_.spectrogramTimeSpanSeconds.set(shortestSpan + longestSpan -
                                                    value / stepsPerUnit);
@@ -81,10 +84,9 @@ SpectrogramControls::SpectrogramControls(MeterEngine& engine, Qt::Orientation or
             control.slider->setValue(steps(shortestSpan + longestSpan - span));
             control.value->setText(QString::number(span, 'f', 1) + u's');
         });
-    add(*layout, QStringLiteral("Slice Height"), factorValueWidth,
-        [this](int value) {
-            engine_.spectrogramSliceHeightMultiplier.set(value / stepsPerUnit);
-        },
+    add(
+        *layout, QStringLiteral("Slice Height"), factorValueWidth,
+        [this](int value) { engine_.spectrogramSliceHeightMultiplier.set(value / stepsPerUnit); },
         [this](Control& control) {
             const double factor = engine_.spectrogramSliceHeightMultiplier();
             control.slider->setRange(steps(lowestSlice), steps(tallestSlice));
@@ -105,8 +107,7 @@ SpectrogramControls::SpectrogramControls(MeterEngine& engine, Qt::Orientation or
 }
 
 void SpectrogramControls::add(QBoxLayout& layout, const QString& name, int valueWidth,
-                              std::function<void(int)> write,
-                              std::function<void(Control&)> show) {
+                              std::function<void(int)> write, std::function<void(Control&)> show) {
     auto* row = new QHBoxLayout;
     row->setSpacing(labelGap);
     row->addWidget(makeLabel(name, this));

@@ -1,0 +1,76 @@
+// The level history of a channel on the screen: it fills the graph's record from the engine and
+// the channel's recorder, repaints when the recorder has taken a point, and pans and zooms with
+// the user's own range. Main thread.
+#pragma once
+
+#include <QWidget>
+#include <vector>
+
+#include "Core/UUID.h"
+#include "LevelHistory/LevelHistoryRaster.h"
+#include "LevelHistory/LevelHistoryView.h"
+#include "LiveAccessibility.h"
+
+namespace TarvaneApp {
+
+class MeterEngine;
+
+class LiveLevelHistoryGraph final : public QWidget, public SpokenDisplay {
+    Q_OBJECT
+  public:
+    /// The engine outlives the view. A channel that doesn't exist any more shows the main input.
+    LiveLevelHistoryGraph(MeterEngine& engine, const TarvaneKit::UUID& channelID,
+                          QWidget* parent = nullptr);
+
+    void setChannelID(const TarvaneKit::UUID& channelID);
+    /// The channels whose histories lie over it as lines.
+    void setOverlayIDs(std::vector<TarvaneKit::UUID> ids);
+
+    const LevelHistoryView& view() const { return view_; }
+    /// Whether the user has a range of his own, instead of the preset's.
+    bool hasOwnRange() const { return view_.viewport.custom.has_value(); }
+    void clearOwnRange();
+    /// Up to a minute about a moment of the session.
+    void showMoment(double elapsedSeconds);
+    /// How often the picture was drawn.
+    int picturesDrawn() const { return raster_.picturesDrawn(); }
+
+    QSize minimumSizeHint() const override { return {160, 80}; }
+    std::vector<SpokenPart> spokenParts() const override;
+
+  Q_SIGNALS:
+    /// The shown history took a point, or another one is shown.
+    void historyChanged();
+    void ownRangeChanged();
+
+  protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
+  private:
+    void contextChanged();
+    void bindLiveData();
+    void scheduleRefresh();
+    void refresh();
+    double plotFraction(double x) const;
+    void rangeMoved(bool staysZoomedIn);
+
+    MeterEngine& engine_;
+    TarvaneKit::UUID requestedChannelID_;
+    TarvaneKit::UUID channelID_;
+    std::vector<TarvaneKit::UUID> requestedOverlayIDs_;
+    std::vector<QMetaObject::Connection> liveConnections_;
+    bool refreshPending_ = false;
+    std::optional<QPointF> pressedAt_;
+
+    LevelHistoryView view_;
+    LevelHistoryRaster raster_;
+};
+
+}  // namespace TarvaneApp
