@@ -92,9 +92,9 @@ void MeterEngine::editCalibration(const UUID& id,
     }
 }
 
-bool MeterEngine::hasCalibration(const UUID& id) const {
-    const auto channel = std::ranges::find(extraChannels(), id, &ChannelConfig::id);
-    return id == UUID::main() || (channel != extraChannels().end() && channel->calibration);
+bool MeterEngine::hasProfile(const UUID& id) const {
+    const ChannelConfig* channel = extraChannel(id);
+    return id == UUID::main() || (channel != nullptr && channel->calibration);
 }
 
 void MeterEngine::calibrateReference(double knownSPL, const UUID& id) {
@@ -162,13 +162,13 @@ void MeterEngine::loadMicCalFile(const std::filesystem::path& path, const UUID& 
 }
 
 void MeterEngine::clearMicCalFile(const UUID& id) {
-    if (hasCalibration(id)) {
+    if (hasProfile(id)) {
         editCalibration(id, [](CalibrationProfile& profile) { profile.micCalFile.reset(); });
     }
 }
 
 void MeterEngine::clearReferenceCalibration(const UUID& id) {
-    if (hasCalibration(id)) {
+    if (hasProfile(id)) {
         editCalibration(id, [](CalibrationProfile& profile) { profile.reference.reset(); });
     }
 }
@@ -177,9 +177,8 @@ bool MeterEngine::isDigitalSource(const UUID& id) const {
     if (id == UUID::main()) {
         return mainInputIsDigital();
     }
-    const auto channel = std::ranges::find(extraChannels(), id, &ChannelConfig::id);
-    return channel != extraChannels().end() &&
-           (channel->isDigital || channel->deviceUID == systemOutputUID);
+    const ChannelConfig* channel = extraChannel(id);
+    return channel != nullptr && (channel->isDigital || channel->deviceUID == systemOutputUID);
 }
 
 void MeterEngine::setDigitalSource(bool isDigital, const UUID& id) {

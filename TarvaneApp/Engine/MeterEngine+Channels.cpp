@@ -193,12 +193,17 @@ std::vector<ChannelInfo> MeterEngine::activeChannelInfos() const {
     return infos;
 }
 
+const ChannelConfig* MeterEngine::extraChannel(const UUID& id) const {
+    const auto found = std::ranges::find(extraChannels(), id, &ChannelConfig::id);
+    return found != extraChannels().end() ? &*found : nullptr;
+}
+
 std::optional<ChannelInfo> MeterEngine::channelInfo(const UUID& id) const {
     if (id == UUID::main()) {
         return mainChannelInfo();
     }
-    const auto found = std::ranges::find(extraChannels(), id, &ChannelConfig::id);
-    return found != extraChannels().end() ? std::optional(info(*found)) : std::nullopt;
+    const ChannelConfig* channel = extraChannel(id);
+    return channel != nullptr ? std::optional(info(*channel)) : std::nullopt;
 }
 
 MeterChannel& MeterEngine::meterChannel(const UUID& id) {
@@ -210,7 +215,7 @@ MeterChannel& MeterEngine::meterChannel(const UUID& id) {
 }
 
 UUID MeterEngine::resolvedChannelID(const UUID& id) const {
-    return channelInfo(id) ? id : UUID::main();
+    return extraChannel(id) != nullptr ? id : UUID::main();
 }
 
 std::string MeterEngine::deviceDisplayName(const std::optional<std::string>& uid) const {

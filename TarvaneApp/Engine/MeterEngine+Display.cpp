@@ -7,6 +7,7 @@
 
 namespace TarvaneApp {
 
+using TarvaneKit::CalibrationProfile;
 using TarvaneKit::CalibrationSource;
 using TarvaneKit::InputClipState;
 using TarvaneKit::OctaveBand;
@@ -46,8 +47,8 @@ ChannelDisplaySettings MeterEngine::mainDisplay() const {
 }
 
 ChannelDisplaySettings MeterEngine::display(const UUID& id) const {
-    const auto config = std::ranges::find(extraChannels(), id, &ChannelConfig::id);
-    return config != extraChannels().end() && config->display ? *config->display : mainDisplay();
+    const ChannelConfig* channel = extraChannel(id);
+    return channel != nullptr && channel->display ? *channel->display : mainDisplay();
 }
 
 void MeterEngine::updateDisplay(const UUID& id,
@@ -59,7 +60,7 @@ void MeterEngine::updateDisplay(const UUID& id,
         return;
     }
     if (id != UUID::main()) {
-        if (!channelInfo(id)) {
+        if (extraChannel(id) == nullptr) {
             return;
         }
         updateChannel(id, [&](ChannelConfig& channel) { channel.display = after; });
@@ -125,16 +126,20 @@ SPLMetric MeterEngine::meterMetric(const UUID& id) const {
 }
 
 SPLMetric MeterEngine::displayedMetric(const UUID& id) const {
-    const auto channel = channelInfo(id);
-    return channel && channel->measuresLoudness ? SPLMetric::loudness(loudnessReadout())
-                                                : meterMetric(id);
+    return measuresLoudness(id) ? SPLMetric::loudness(loudnessReadout()) : meterMetric(id);
 }
 
 SPLMetric MeterEngine::historyMetric(const UUID& id) const {
-    const auto channel = channelInfo(id);
-    return channel && channel->measuresLoudness
-               ? SPLMetric::loudness(TarvaneKit::LoudnessMetric::shortTerm)
-               : meterMetric(id);
+    return measuresLoudness(id) ? SPLMetric::loudness(TarvaneKit::LoudnessMetric::shortTerm)
+                                : meterMetric(id);
+}
+
+bool MeterEngine::measuresLoudness(const UUID& id) const {
+    if (id == UUID::main()) {
+        return mainInputMeasuresLoudness();
+    }
+    const ChannelConfig* channel = extraChannel(id);
+    return channel != nullptr && channel->measuresLoudness;
 }
 
 const std::vector<OctaveBand>& MeterEngine::bands(const UUID& id) {
@@ -146,9 +151,26 @@ const std::vector<OctaveBand>& MeterEngine::bands(const UUID& id) {
     return bands;
 }
 
+std::optional<MeterEngine::LevelScale> MeterEngine::levelScale(const UUID& id) const {
+    const auto scale = [](const CalibrationProfile& profile,
+                          const std::optional<TarvaneKit::InputGainState>& gain) {
+        return LevelScale{profile.calibrationSource() != CalibrationSource::none,
+                          profile.broadbandOffsetDB(gain)};
+    };
+    if (id == UUID::main()) {
+        return mainInputIsDigital() ? LevelScale{} : scale(calibration(), currentInputGain());
+    }
+    const ChannelConfig* channel = extraChannel(id);
+    if (channel == nullptr) {
+        return std::nullopt;
+    }
+    return channel->isDigital || !channel->calibration
+               ? LevelScale{}
+               : scale(*channel->calibration, inputGain(*channel));
+}
+
 bool MeterEngine::isCalibrated(const UUID& id) const {
-    const auto channel = channelInfo(id);
-    return channel && channel->calibration.calibrationSource() != CalibrationSource::none;
+    return levelScale(id).value_or(LevelScale{}).isCalibrated;
 }
 
 RTAScale MeterEngine::rtaScale(const UUID& id) const {
@@ -156,33 +178,31 @@ RTAScale MeterEngine::rtaScale(const UUID& id) const {
 }
 
 std::string MeterEngine::levelUnitLabel(const UUID& id) const {
-    const auto channel = channelInfo(id);
-    if (channel && channel->measuresLoudness) {
+    if (measuresLoudness(id)) {
         return "LUFS";
     }
     return rtaScale(id) == RTAScale::spl ? "dB" : "dBFS";
 }
 
 double MeterEngine::splReadoutDisplayOffsetDB(const UUID& id) const {
-    const auto channel = channelInfo(id);
-    return channel && display(id).showsDBFS && !channel->measuresLoudness
-               ? channel->calibration.broadbandOffsetDB()
+    return display(id).showsDBFS && !measuresLoudness(id)
+               ? levelScale(id).value_or(LevelScale{}).offsetDB
                : 0.0;
 }
 
 MeterEngine::ActiveTrafficLight MeterEngine::activeTrafficLight(const UUID& id) const {
-    const auto channel = channelInfo(id);
-    if (!channel) {
+    const auto scale = levelScale(id);
+    if (!scale) {
         return {trafficLightConfigDBFS(), 0.0};
     }
-    if (channel->measuresLoudness) {
+    if (measuresLoudness(id)) {
         return {loudnessTarget().trafficLight(loudnessColors()), 0.0};
     }
     if (rtaScale(id) == RTAScale::spl) {
         return {trafficLightConfig(), 0.0};
     }
     // The digital thresholds always judge the digital level.
-    return {trafficLightConfigDBFS(), channel->calibration.broadbandOffsetDB()};
+    return {trafficLightConfigDBFS(), scale->offsetDB};
 }
 
 RGBAColor MeterEngine::trafficLightColor(double levelDB, const UUID& id) const {

@@ -145,8 +145,8 @@ void MeterEngine::publish(ChannelFrame& frame, MeterChannel& channel, Date now) 
 
 void MeterEngine::publishRingAlert(const std::optional<RingAlert>& alert, MeterChannel& channel,
                                    Date now) {
-    const auto info = channelInfo(channel.id);
-    if (!info || !info->ringOutEnabled) {
+    const ChannelConfig* config = extraChannel(channel.id);
+    if (config != nullptr ? !config->ringOutEnabled : !ringOutEnabled()) {
         return;  // switched off since the analysis was ordered
     }
     LiveMeterData& live = channel.live;

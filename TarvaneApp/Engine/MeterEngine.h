@@ -357,6 +357,8 @@ class MeterEngine : public QObject {
 
     // MeterEngine+Channels
     void followDevices();
+    /// Null for the main input and for an unknown channel.
+    const ChannelConfig* extraChannel(const TarvaneKit::UUID& id) const;
     int lowestFreeInput(const std::optional<std::string>& deviceUID, int inputs) const;
 
     // MeterEngine+SettingEffects
@@ -395,6 +397,14 @@ class MeterEngine : public QObject {
     static void updateInputMeter(MeterChannel& channel, float peak, TarvaneKit::Date now);
 
     // MeterEngine+Display
+    /// What the publication of every channel asks for; without a copy of its record.
+    struct LevelScale {
+        bool isCalibrated = false;
+        double offsetDB = 0.0;  ///< from a raw level to the channel's
+    };
+    /// Empty for an unknown channel.
+    std::optional<LevelScale> levelScale(const TarvaneKit::UUID& id) const;
+    bool measuresLoudness(const TarvaneKit::UUID& id) const;
     ChannelDisplaySettings mainDisplay() const;
     /// The level, peak or Leq that the channel's meter is set to.
     TarvaneKit::SPLMetric meterMetric(const TarvaneKit::UUID& id) const;
@@ -412,7 +422,7 @@ class MeterEngine : public QObject {
     /// Edits the channel's profile, and makes one first for an extra channel that has none.
     void editCalibration(const TarvaneKit::UUID& id,
                          const std::function<void(TarvaneKit::CalibrationProfile&)>& edit);
-    bool hasCalibration(const TarvaneKit::UUID& id) const;
+    bool hasProfile(const TarvaneKit::UUID& id) const;
 
     // MeterEngine+InputGain
     std::optional<std::uint32_t> deviceID(const std::optional<std::string>& uid) const;

@@ -4,6 +4,29 @@
 
 namespace TarvaneKit {
 
+namespace {
+
+std::optional<double> calibratedGainDB(const CalibrationProfile& profile,
+                                       const std::optional<InputGainState>& gain) {
+    switch (profile.calibrationSource()) {
+        case CalibrationSource::referenceTone:
+            return profile.reference->inputGainDB;
+        case CalibrationSource::micCalFileSensFactor:
+            return gain ? std::optional(gain->maxDB) : std::nullopt;
+        case CalibrationSource::none:
+            break;
+    }
+    return std::nullopt;
+}
+
+double compensationDB(const CalibrationProfile& profile,
+                      const std::optional<InputGainState>& gain) {
+    const auto calibratedDB = calibratedGainDB(profile, gain);
+    return calibratedDB && gain ? *calibratedDB - gain->currentDB : 0.0;
+}
+
+}  // namespace
+
 InputGainState InputGainState::create(double currentDB, double maxDB, std::optional<double> minDB,
                                       bool isShared) {
     return {.currentDB = currentDB,
@@ -30,13 +53,13 @@ CalibrationSource CalibrationProfile::calibrationSource() const {
     return CalibrationSource::none;
 }
 
-double CalibrationProfile::broadbandOffsetDB() const {
+double CalibrationProfile::broadbandOffsetDB(const std::optional<InputGainState>& atGain) const {
     switch (calibrationSource()) {
         case CalibrationSource::referenceTone:
-            return reference->offsetDB + inputGainCompensationDB();
+            return reference->offsetDB + compensationDB(*this, atGain);
         case CalibrationSource::micCalFileSensFactor:
             return micCalFileReferenceSPL - *micCalFile->sensFactorDB +
-                   aes17SineReferenceCorrectionDB + inputGainCompensationDB();
+                   aes17SineReferenceCorrectionDB + compensationDB(*this, atGain);
         case CalibrationSource::none:
             break;
     }
@@ -44,20 +67,11 @@ double CalibrationProfile::broadbandOffsetDB() const {
 }
 
 double CalibrationProfile::inputGainCompensationDB() const {
-    const auto calibratedAtDB = calibratedInputGainDB();
-    return calibratedAtDB && inputGain ? *calibratedAtDB - inputGain->currentDB : 0.0;
+    return compensationDB(*this, inputGain);
 }
 
 std::optional<double> CalibrationProfile::calibratedInputGainDB() const {
-    switch (calibrationSource()) {
-        case CalibrationSource::referenceTone:
-            return reference->inputGainDB;
-        case CalibrationSource::micCalFileSensFactor:
-            return inputGain ? std::optional(inputGain->maxDB) : std::nullopt;
-        case CalibrationSource::none:
-            break;
-    }
-    return std::nullopt;
+    return calibratedGainDB(*this, inputGain);
 }
 
 bool CalibrationProfile::isStale(const std::optional<std::string>& activeDeviceUID) const {

@@ -71,7 +71,9 @@ struct CalibrationProfile {
     CalibrationSource calibrationSource() const;
 
     /// dB to add to a raw level to give dB SPL; 0 when uncalibrated.
-    double broadbandOffsetDB() const;
+    double broadbandOffsetDB() const { return broadbandOffsetDB(inputGain); }
+    /// The same with the input at that gain.
+    double broadbandOffsetDB(const std::optional<InputGainState>& atGain) const;
 
     /// The part of `broadbandOffsetDB` that makes up for a gain changed since calibration.
     double inputGainCompensationDB() const;

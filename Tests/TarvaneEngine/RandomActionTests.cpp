@@ -688,6 +688,11 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
             EXPECT_EQ(info.measuresLoudness, input.measuresLoudness);
             EXPECT_EQ(info.ringOutEnabled, input.ringOutEnabled);
             EXPECT_NEAR(info.calibration.broadbandOffsetDB(), offsetDB(input), 1e-9);
+            EXPECT_EQ(engine->isCalibrated(input.id),
+                      input.reference.has_value() && !input.isDigital);
+            if (engine->display(input.id).showsDBFS) {
+                EXPECT_NEAR(engine->splReadoutDisplayOffsetDB(input.id), offsetDB(input), 1e-9);
+            }
             const auto& processor = engine->meterChannel(input.id).processor;
             EXPECT_EQ(processor != nullptr, withProcessor.contains(input.id));
             if (processor) {

@@ -62,6 +62,16 @@ TEST(CalibrationProfile, gainTurnedDownRaisesTheOffsetOfAReference) {
     EXPECT_EQ(profile.calibratedInputGainDB(), 0.0);
 }
 
+TEST(CalibrationProfile, theOffsetAtAGivenGainIsThatOfAProfileWhichHasIt) {
+    for (auto profile : {withReference(100.0, 0.0), withFile(-30.0), withFile(std::nullopt)}) {
+        const double atGain = profile.broadbandOffsetDB(gain(-6.0, 10.0));
+        profile.inputGain = gain(-6.0, 10.0);
+        EXPECT_EQ(atGain, profile.broadbandOffsetDB());
+        EXPECT_EQ(profile.broadbandOffsetDB(std::nullopt) + profile.inputGainCompensationDB(),
+                  atGain);
+    }
+}
+
 TEST(CalibrationProfile, referenceWithoutRecordedGainIsNeverCompensated) {
     auto profile = withReference(100.0, std::nullopt);
     profile.inputGain = gain(-6.0, 10.0);
