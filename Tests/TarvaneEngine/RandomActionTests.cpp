@@ -55,7 +55,7 @@ struct Start {
 
 class RandomActionTests : public TarvaneTests::EngineFixture {
   protected:
-    static constexpr int steps = 4000;
+    static constexpr int steps = 20000;
 
     RandomActionTests() : seed(chosenSeed()), random(seed) {
         audio.behaviour(systemOutputUID).channelCount = 2;
@@ -691,7 +691,8 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
             EXPECT_EQ(engine->isCalibrated(input.id),
                       input.reference.has_value() && !input.isDigital);
             if (engine->display(input.id).showsDBFS) {
-                EXPECT_NEAR(engine->splReadoutDisplayOffsetDB(input.id), offsetDB(input), 1e-9);
+                EXPECT_NEAR(engine->splReadoutDisplayOffsetDB(input.id),
+                            input.measuresLoudness ? 0.0 : offsetDB(input), 1e-9);
             }
             const auto& processor = engine->meterChannel(input.id).processor;
             EXPECT_EQ(processor != nullptr, withProcessor.contains(input.id));

@@ -257,7 +257,7 @@ TEST_F(PanelTests, hiddenModulesLeaveTheirRoomToTheOthers) {
     engine->splMeterPlacement.set(ModulePlacement::hidden);
     settle();
     EXPECT_FALSE(the<SPLMeterPanelView>().isVisible());
-    EXPECT_GT(the<GraphArea>().height(), 700);
+    EXPECT_GT(the<GraphArea>().height(), 600);
 }
 
 TEST_F(PanelTests, theHistoryIsAStripAboveOrBelowTheGraphsOrTakesTheirRoom) {

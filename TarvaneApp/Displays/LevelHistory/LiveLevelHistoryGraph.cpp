@@ -209,8 +209,8 @@ void LiveLevelHistoryGraph::wheelEvent(QWheelEvent* event) {
     }
     // A touchpad tells pixels; a wheel tells notches.
     const bool isPrecise = !event->pixelDelta().isNull();
-    const QPointF delta = isPrecise ? QPointF(event->pixelDelta())
-                                    : QPointF(event->angleDelta()) / wheelNotch;
+    const QPointF delta =
+        isPrecise ? QPointF(event->pixelDelta()) : QPointF(event->angleDelta()) / wheelNotch;
     rangeMoved(view_.viewport.scroll(
         {.deltaX = delta.x(), .deltaY = delta.y(), .isPrecise = isPrecise},
         plotFraction(event->position().x()), view_.plot(size()).width(), view_.session()));
@@ -220,9 +220,8 @@ bool LiveLevelHistoryGraph::event(QEvent* event) {
     if (event->type() == QEvent::NativeGesture) {
         const auto* gesture = static_cast<QNativeGestureEvent*>(event);
         if (gesture->gestureType() == Qt::ZoomNativeGesture && !view_.recorder->isEmpty()) {
-            rangeMoved(view_.viewport.magnify(gesture->value(),
-                                              plotFraction(gesture->position().x()),
-                                              view_.session()));
+            rangeMoved(view_.viewport.magnify(
+                gesture->value(), plotFraction(gesture->position().x()), view_.session()));
             return true;
         }
     }

@@ -81,8 +81,7 @@ LevelHistoryPanelView::LevelHistoryPanelView(MeterEngine& engine, QWidget* paren
     connect(graph_, &LiveLevelHistoryGraph::historyChanged, this, [this] { showExtremes(); });
     connect(graph_, &LiveLevelHistoryGraph::ownRangeChanged, this,
             [this] { resetButton_->setVisible(graph_->hasOwnRange()); });
-    connect(resetButton_, &QAbstractButton::clicked, graph_,
-            &LiveLevelHistoryGraph::clearOwnRange);
+    connect(resetButton_, &QAbstractButton::clicked, graph_, &LiveLevelHistoryGraph::clearOwnRange);
     const auto jump = [this](bool toMax) {
         const auto extremes = graph_->view().recorder->extremes(graph_->view().metricIndex);
         if (const auto& extreme = toMax ? extremes.max : extremes.min) {
