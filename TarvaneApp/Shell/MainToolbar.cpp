@@ -6,6 +6,7 @@
 
 #include "Controls/IconButton.h"
 #include "Controls/Spinner.h"
+#include "Controls/TextLabel.h"
 #include "LiveFollow.h"
 #include "MeterEngine.h"
 #include "Theme.h"
@@ -20,16 +21,6 @@ constexpr int paddingUpDown = 10;
 constexpr int spacing = 14;
 constexpr int spinnerInset = 2;
 
-QLabel* makeLabel(double size, const QColor& color, QWidget* parent) {
-    auto* label = new QLabel(parent);
-    label->setFont(Typeface::installed().systemFont(size));
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, color);
-    label->setPalette(palette);
-    label->setTextFormat(Qt::PlainText);
-    return label;
-}
-
 void name(IconButton& button, const QString& name, const QString& toolTip) {
     button.setAccessibleName(name);
     button.setToolTip(toolTip);
@@ -43,8 +34,8 @@ MainToolbar::MainToolbar(MeterEngine& engine, QWidget* parent)
       startButton_(new IconButton(symbolSize, this)),
       spinner_(new Spinner(startButton_)),
       pauseButton_(new IconButton(symbolSize, this)),
-      pausedNote_(makeLabel(11, Theme::peakHold, this)),
-      deviceName_(makeLabel(12, Theme::axisText, this)) {
+      pausedNote_(makeTextLabel({}, 11, Theme::peakHold, this)),
+      deviceName_(makeTextLabel({}, 12, Theme::axisText, this)) {
     constexpr int ring = IconButton::margin;
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(paddingAcross - ring, paddingUpDown - ring, paddingAcross,

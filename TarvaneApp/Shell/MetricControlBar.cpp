@@ -8,6 +8,7 @@
 #include "ChannelPickerMenu.h"
 #include "Controls/CompactToggleButton.h"
 #include "Controls/SegmentedPicker.h"
+#include "Controls/TextLabel.h"
 #include "LeqPresets.h"
 #include "LiveFollow.h"
 #include "MeterEngine.h"
@@ -125,11 +126,7 @@ MetricControlBar::MetricControlBar(MeterEngine& engine,
     peakWeightings_ = makeRow(peakGroup_, "peak weighting", &ChannelDisplaySettings::peakWeighting);
     row->addWidget(peakGroup_);
 
-    leqNote_ = new QLabel(this);
-    leqNote_->setFont(Typeface::installed().systemFont(12));
-    QPalette palette = leqNote_->palette();
-    palette.setColor(QPalette::WindowText, Theme::axisText);
-    leqNote_->setPalette(palette);
+    leqNote_ = makeTextLabel({}, 12, Theme::axisText, this);
     row->addWidget(leqNote_);
     row->addStretch(1);
 

@@ -36,6 +36,7 @@ LiveLevelHistoryGraph::LiveLevelHistoryGraph(MeterEngine& engine, const UUID& ch
       engine_(engine),
       requestedChannelID_(channelID),
       channelID_(engine.resolvedChannelID(channelID)),
+      binding_(*this, [this] { refresh(); }),
       raster_(Theme::background) {
     installDisplayAccessibility();
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -92,11 +93,13 @@ void LiveLevelHistoryGraph::contextChanged() {
             : std::nullopt;
     view_.fixedDBRange = isLoudness ? std::optional(loudnessAxis) : std::nullopt;
     view_.overlays.clear();
+    std::vector<UUID> shown{channelID_};
     for (const UUID& id : requestedOverlayIDs_) {
         const auto overlaid = engine_.channelInfo(id);
         if (id == channelID_ || !overlaid) {
             continue;
         }
+        shown.push_back(id);
         const SPLHistoryRecorder& history = engine_.meterChannel(id).levelHistory();
         view_.overlays.push_back({.id = id,
                                   .recorder = &history,
@@ -105,37 +108,11 @@ void LiveLevelHistoryGraph::contextChanged() {
                                   .color = overlaid->color,
                                   .displayOffsetDB = engine_.splReadoutDisplayOffsetDB(id)});
     }
-    bindLiveData();
-    scheduleRefresh();
-}
-
-void LiveLevelHistoryGraph::bindLiveData() {
-    for (const auto& connection : liveConnections_) {
-        disconnect(connection);
-    }
-    liveConnections_.clear();
-    const auto bind = [this](const UUID& id) {
-        liveConnections_.push_back(connect(&engine_.meterChannel(id).live,
-                                           &LiveMeterData::willChange, this,
-                                           &LiveLevelHistoryGraph::scheduleRefresh));
-    };
-    bind(channelID_);
-    for (const LevelHistoryOverlay& overlay : view_.overlays) {
-        bind(overlay.id);
-    }
-}
-
-// The data's signal comes ahead of its writes; the event loop runs this after the last of them.
-void LiveLevelHistoryGraph::scheduleRefresh() {
-    if (refreshPending_) {
-        return;
-    }
-    refreshPending_ = true;
-    QMetaObject::invokeMethod(this, &LiveLevelHistoryGraph::refresh, Qt::QueuedConnection);
+    binding_.bind(engine_, shown);
+    binding_.schedule();
 }
 
 void LiveLevelHistoryGraph::refresh() {
-    refreshPending_ = false;
     const LevelHistoryView before = view_;
     view_.revision = engine_.meterChannel(channelID_).live.levelHistoryRevision;
     for (LevelHistoryOverlay& overlay : view_.overlays) {

@@ -10,6 +10,7 @@
 #include "LevelHistory/LevelHistoryRaster.h"
 #include "LevelHistory/LevelHistoryView.h"
 #include "LiveAccessibility.h"
+#include "LiveBinding.h"
 
 namespace TarvaneApp {
 
@@ -55,8 +56,6 @@ class LiveLevelHistoryGraph final : public QWidget, public SpokenDisplay {
 
   private:
     void contextChanged();
-    void bindLiveData();
-    void scheduleRefresh();
     void refresh();
     double plotFraction(double x) const;
     void rangeMoved(bool staysZoomedIn);
@@ -65,8 +64,7 @@ class LiveLevelHistoryGraph final : public QWidget, public SpokenDisplay {
     TarvaneKit::UUID requestedChannelID_;
     TarvaneKit::UUID channelID_;
     std::vector<TarvaneKit::UUID> requestedOverlayIDs_;
-    std::vector<QMetaObject::Connection> liveConnections_;
-    bool refreshPending_ = false;
+    LiveBinding binding_;
     std::optional<QPointF> pressedAt_;
 
     LevelHistoryView view_;

@@ -82,6 +82,7 @@ LiveSPLReadoutView::LiveSPLReadoutView(MeterEngine& engine, const UUID& channelI
       engine_(engine),
       requestedChannelID_(channelID),
       channelID_(engine.resolvedChannelID(channelID)),
+      binding_(*this, [this] { refresh(); }),
       resetButton_(new QPushButton(QStringLiteral("Reset Min/Max"), this)) {
     installDisplayAccessibility();
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -92,7 +93,7 @@ LiveSPLReadoutView::LiveSPLReadoutView(MeterEngine& engine, const UUID& channelI
             readout_.onResetMinMax();
         }
     });
-    bindLiveData();
+    binding_.bind(engine_, {channelID_});
     followAll(
         this, [this] { contextChanged(); }, engine.isRunning, engine.metricMode,
         engine.splWeighting, engine.splTimeWeighting, engine.peakWeighting,
@@ -110,17 +111,11 @@ const LiveMeterData& LiveSPLReadoutView::live() const {
     return engine_.meterChannel(channelID_).live;
 }
 
-void LiveSPLReadoutView::bindLiveData() {
-    disconnect(liveConnection_);
-    liveConnection_ =
-        connect(&live(), &LiveMeterData::willChange, this, &LiveSPLReadoutView::scheduleRefresh);
-}
-
 void LiveSPLReadoutView::contextChanged() {
     const UUID resolved = engine_.resolvedChannelID(requestedChannelID_);
     if (resolved != channelID_) {
         channelID_ = resolved;
-        bindLiveData();
+        binding_.bind(engine_, {channelID_});
     }
     const auto info = engine_.channelInfo(channelID_);
     const SPLMetric metric = engine_.displayedMetric(channelID_);
@@ -136,16 +131,7 @@ void LiveSPLReadoutView::contextChanged() {
                            ? info->calibration.broadbandOffsetDB()
                            : 0.0,
     };
-    scheduleRefresh();
-}
-
-// The data's signal comes ahead of its writes; the event loop runs this after the last of them.
-void LiveSPLReadoutView::scheduleRefresh() {
-    if (refreshPending_) {
-        return;
-    }
-    refreshPending_ = true;
-    QMetaObject::invokeMethod(this, &LiveSPLReadoutView::refresh, Qt::QueuedConnection);
+    binding_.schedule();
 }
 
 SPLReadoutView LiveSPLReadoutView::currentReadout() const {
@@ -190,7 +176,6 @@ LevelBarView LiveSPLReadoutView::currentLevelBar() const {
 }
 
 void LiveSPLReadoutView::refresh() {
-    refreshPending_ = false;
     const SPLReadoutView before = std::exchange(readout_, currentReadout());
     const auto barBefore = std::exchange(
         levelBar_, context_.showsLevelBar ? std::optional(currentLevelBar()) : std::nullopt);

@@ -9,6 +9,7 @@
 
 #include "Core/UUID.h"
 #include "LiveAccessibility.h"
+#include "LiveBinding.h"
 #include "Readouts/LevelBarView.h"
 #include "Readouts/SPLReadoutView.h"
 
@@ -55,9 +56,7 @@ class LiveSPLReadoutView final : public QWidget, public SpokenDisplay {
         double barOffsetDB = 0.0;      // added to the digital peaks
     };
 
-    void bindLiveData();
     void contextChanged();
-    void scheduleRefresh();
     void refresh();
     SPLReadoutView currentReadout() const;
     LevelBarView currentLevelBar() const;
@@ -69,9 +68,8 @@ class LiveSPLReadoutView final : public QWidget, public SpokenDisplay {
     MeterEngine& engine_;
     TarvaneKit::UUID requestedChannelID_;
     TarvaneKit::UUID channelID_;
-    QMetaObject::Connection liveConnection_;
+    LiveBinding binding_;
     Context context_;
-    bool refreshPending_ = false;
 
     SPLReadoutView readout_;
     std::optional<LevelBarView> levelBar_;

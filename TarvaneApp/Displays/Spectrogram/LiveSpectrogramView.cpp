@@ -24,12 +24,13 @@ LiveSpectrogramView::LiveSpectrogramView(MeterEngine& engine, const UUID& channe
     : QWidget(parent),
       engine_(engine),
       requestedChannelID_(channelID),
-      channelID_(engine.resolvedChannelID(channelID)) {
+      channelID_(engine.resolvedChannelID(channelID)),
+      binding_(*this, [this] { refresh(); }) {
     installDisplayAccessibility();
     setAttribute(Qt::WA_OpaquePaintEvent);
     view_.frequencies = TarvaneKit::spectrogramFrequencies();
     view_.rowsPerSecond = SpectrogramPace::rowsPerSecond;
-    bindLiveData();
+    channelResolved();
     followAll(
         this, [this] { contextChanged(); }, engine.extraChannels, engine.calibration,
         engine.mainInputIsDigital, engine.splReadoutShowsDBFS, engine.spectrogramRanges,
@@ -47,7 +48,7 @@ void LiveSpectrogramView::contextChanged() {
     const UUID resolved = engine_.resolvedChannelID(requestedChannelID_);
     if (resolved != channelID_) {
         channelID_ = resolved;
-        bindLiveData();
+        channelResolved();
     }
     const SpectrogramRange range = engine_.spectrogramColorMapRange(channelID_);
     view_.floorDB = range.floorDB;
@@ -55,13 +56,11 @@ void LiveSpectrogramView::contextChanged() {
     view_.colorStops = engine_.spectrogramColorStops();
     view_.timeSpanSeconds = engine_.spectrogramTimeSpanSeconds();
     view_.sliceHeightMultiplier = engine_.spectrogramSliceHeightMultiplier();
-    scheduleRefresh();
+    binding_.schedule();
 }
 
-void LiveSpectrogramView::bindLiveData() {
-    disconnect(liveConnection_);
-    liveConnection_ = connect(&engine_.meterChannel(channelID_).live, &LiveMeterData::willChange,
-                              this, &LiveSpectrogramView::scheduleRefresh);
+void LiveSpectrogramView::channelResolved() {
+    binding_.bind(engine_, {channelID_});
     registerDemand();
 }
 
@@ -82,17 +81,7 @@ void LiveSpectrogramView::hideEvent(QHideEvent*) {
     demand_.clear();
 }
 
-// The data's signal comes ahead of its writes; the event loop runs this after the last of them.
-void LiveSpectrogramView::scheduleRefresh() {
-    if (refreshPending_) {
-        return;
-    }
-    refreshPending_ = true;
-    QMetaObject::invokeMethod(this, &LiveSpectrogramView::refresh, Qt::QueuedConnection);
-}
-
 void LiveSpectrogramView::refresh() {
-    refreshPending_ = false;
     const LiveMeterData& live = engine_.meterChannel(channelID_).live;
     view_.rowsAdded = live.spectrogramRowsAdded;
     if (live.spectrogramHistory.empty()) {

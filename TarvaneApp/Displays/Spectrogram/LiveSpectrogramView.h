@@ -9,13 +9,13 @@
 #include "ChannelDemand.h"
 #include "Core/UUID.h"
 #include "LiveAccessibility.h"
+#include "LiveBinding.h"
 #include "Spectrogram/SpectrogramRaster.h"
 #include "Spectrogram/SpectrogramStatusBadge.h"
 #include "Spectrogram/SpectrogramView.h"
 
 namespace TarvaneApp {
 
-class LiveMeterData;
 class MeterEngine;
 
 class LiveSpectrogramView final : public QWidget, public SpokenDisplay {
@@ -45,9 +45,8 @@ class LiveSpectrogramView final : public QWidget, public SpokenDisplay {
 
   private:
     void contextChanged();
-    void bindLiveData();
+    void channelResolved();
     void registerDemand();
-    void scheduleRefresh();
     void refresh();
     void resumeLive();
     SpectrogramStatusBadge badge() const { return {view_.scrollState.rowOffset == 0}; }
@@ -55,9 +54,8 @@ class LiveSpectrogramView final : public QWidget, public SpokenDisplay {
     MeterEngine& engine_;
     TarvaneKit::UUID requestedChannelID_;
     TarvaneKit::UUID channelID_;
-    QMetaObject::Connection liveConnection_;
+    LiveBinding binding_;
     ChannelDemandRegistration demand_;
-    bool refreshPending_ = false;
     std::optional<QPointF> pressedAt_;
 
     SpectrogramView view_;

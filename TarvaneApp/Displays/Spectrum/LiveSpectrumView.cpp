@@ -17,6 +17,7 @@ LiveSpectrumView::LiveSpectrumView(MeterEngine& engine, const UUID& channelID, Q
       engine_(engine),
       requestedChannelID_(channelID),
       channelID_(engine.resolvedChannelID(channelID)),
+      binding_(*this, [this] { refresh(); }),
       raster_(Theme::background) {
     installDisplayAccessibility();
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -83,23 +84,11 @@ void LiveSpectrumView::contextChanged() {
                                   .levelOffsetDB = levelOffsetDB(id)});
     }
     if (ids != shownIDs_) {
-        bindLiveData(ids);
+        shownIDs_ = std::move(ids);
+        binding_.bind(engine_, shownIDs_);
+        registerDemand();
     }
-    scheduleRefresh();
-}
-
-void LiveSpectrumView::bindLiveData(const std::vector<UUID>& ids) {
-    shownIDs_ = ids;
-    for (const auto& connection : liveConnections_) {
-        disconnect(connection);
-    }
-    liveConnections_.clear();
-    for (const UUID& id : shownIDs_) {
-        liveConnections_.push_back(connect(&engine_.meterChannel(id).live,
-                                           &LiveMeterData::willChange, this,
-                                           &LiveSpectrumView::scheduleRefresh));
-    }
-    registerDemand();
+    binding_.schedule();
 }
 
 void LiveSpectrumView::registerDemand() {
@@ -119,17 +108,7 @@ void LiveSpectrumView::hideEvent(QHideEvent*) {
     demand_.clear();
 }
 
-// The data's signal comes ahead of its writes; the event loop runs this after the last of them.
-void LiveSpectrumView::scheduleRefresh() {
-    if (refreshPending_) {
-        return;
-    }
-    refreshPending_ = true;
-    QMetaObject::invokeMethod(this, &LiveSpectrumView::refresh, Qt::QueuedConnection);
-}
-
 void LiveSpectrumView::refresh() {
-    refreshPending_ = false;
     const LiveMeterData& live = engine_.meterChannel(channelID_).live;
     view_.sampleRate = engine_.meterChannel(channelID_).sampleRate;
     view_.bandLevelsDB = live.bandLevelsDB;

@@ -10,6 +10,7 @@
 #include "ChannelDemand.h"
 #include "Core/UUID.h"
 #include "LiveAccessibility.h"
+#include "LiveBinding.h"
 #include "Spectrum/RingOutBannerView.h"
 #include "Spectrum/SpectrumRaster.h"
 #include "Spectrum/SpectrumView.h"
@@ -43,9 +44,7 @@ class LiveSpectrumView final : public QWidget, public SpokenDisplay {
 
   private:
     void contextChanged();
-    void bindLiveData(const std::vector<TarvaneKit::UUID>& ids);
     void registerDemand();
-    void scheduleRefresh();
     void refresh();
     double levelOffsetDB(const TarvaneKit::UUID& channelID) const;
 
@@ -54,9 +53,8 @@ class LiveSpectrumView final : public QWidget, public SpokenDisplay {
     TarvaneKit::UUID channelID_;
     std::vector<TarvaneKit::UUID> requestedOverlayIDs_;
     std::vector<TarvaneKit::UUID> shownIDs_;  // the channel, then its overlays
-    std::vector<QMetaObject::Connection> liveConnections_;
+    LiveBinding binding_;
     ChannelDemandRegistration demand_;
-    bool refreshPending_ = false;
 
     SpectrumView view_;
     RingOutBannerView banner_;

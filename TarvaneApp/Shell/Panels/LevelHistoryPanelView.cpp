@@ -6,6 +6,7 @@
 
 #include "Controls/IconButton.h"
 #include "Controls/MenuButton.h"
+#include "Controls/TextLabel.h"
 #include "LevelHistory/LiveLevelHistoryGraph.h"
 #include "LiveFollow.h"
 #include "MeterEngine.h"
@@ -47,16 +48,12 @@ LevelHistoryPanelView::LevelHistoryPanelView(MeterEngine& engine, QWidget* paren
       engine_(engine),
       graph_(new LiveLevelHistoryGraph(engine, engine.splMeterChannelID(), this)),
       channelMenu_(new MenuButton(QStringLiteral("Channel"), this)),
-      caption_(new QLabel(this)),
+      caption_(makeTextLabel({}, 11, Theme::axisText, this)),
       maxButton_(makeExtremeButton(this)),
       minButton_(makeExtremeButton(this)),
       resetButton_(new IconButton(resetIconSize, this)),
       zoomMenu_(new MenuButton(QStringLiteral("Time range"), this)) {
     channelMenu_->setToolTip(QStringLiteral("Channel shown here"));
-    caption_->setFont(Typeface::installed().systemFont(11));
-    QPalette palette = caption_->palette();
-    palette.setColor(QPalette::WindowText, Theme::axisText);
-    caption_->setPalette(palette);
     resetButton_->setSymbol(QStringLiteral("arrow.uturn.backward"), Theme::axisText);
     resetButton_->hide();
 

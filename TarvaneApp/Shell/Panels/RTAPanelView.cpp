@@ -5,6 +5,7 @@
 
 #include "ChannelPickerMenu.h"
 #include "Controls/MenuButton.h"
+#include "Controls/TextLabel.h"
 #include "LiveFollow.h"
 #include "MeterEngine.h"
 #include "Panels/PanelHeader.h"
@@ -35,15 +36,11 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, QWidget* parent)
     auto* header = new PanelHeader(QStringLiteral("Real-Time Analyzer"), this);
     header->row().addWidget(new ChannelPickerMenu(engine, engine.rtaChannelID, header));
     header->row().addStretch(1);
-    auto* averagingLabel = new QLabel(QStringLiteral("Averaging"), header);
-    averagingLabel->setFont(Typeface::installed().systemFont(11));
-    QPalette palette = averagingLabel->palette();
-    palette.setColor(QPalette::WindowText, Theme::axisText);
-    averagingLabel->setPalette(palette);
     averaging_->setFixedWidth(averagingWidth);
     auto* averagingRow = new QHBoxLayout;
     averagingRow->setSpacing(averagingGap);
-    averagingRow->addWidget(averagingLabel);
+    averagingRow->addWidget(
+        makeTextLabel(QStringLiteral("Averaging"), 11, Theme::axisText, header));
     averagingRow->addWidget(averaging_);
     header->row().addLayout(averagingRow);
     header->row().addWidget(unitPicker_);

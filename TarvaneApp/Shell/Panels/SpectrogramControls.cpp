@@ -6,6 +6,7 @@
 #include <QSlider>
 #include <cmath>
 
+#include "Controls/TextLabel.h"
 #include "LiveFollow.h"
 #include "MeterEngine.h"
 #include "Theme.h"
@@ -14,6 +15,7 @@ namespace TarvaneApp {
 
 namespace {
 
+constexpr double textSize = 11.0;
 constexpr int sliderWidth = 100;
 constexpr int levelValueWidth = 64;
 constexpr int factorValueWidth = 48;
@@ -29,15 +31,6 @@ constexpr double tallestSlice = 4.0;
 
 int steps(double value) {
     return static_cast<int>(std::lround(value * stepsPerUnit));
-}
-
-QLabel* makeLabel(const QString& text, QWidget* parent) {
-    auto* label = new QLabel(text, parent);
-    label->setFont(Typeface::installed().systemFont(11));
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, Theme::axisText);
-    label->setPalette(palette);
-    return label;
 }
 
 }  // namespace
@@ -110,7 +103,7 @@ void SpectrogramControls::add(QBoxLayout& layout, const QString& name, int value
                               std::function<void(int)> write, std::function<void(Control&)> show) {
     auto* row = new QHBoxLayout;
     row->setSpacing(labelGap);
-    row->addWidget(makeLabel(name, this));
+    row->addWidget(makeTextLabel(name, textSize, Theme::axisText, this));
     if (layout.direction() == QBoxLayout::TopToBottom) {
         row->addStretch(1);
     }
@@ -119,7 +112,7 @@ void SpectrogramControls::add(QBoxLayout& layout, const QString& name, int value
     slider->setAccessibleName(name);
     connect(slider, &QSlider::valueChanged, this, std::move(write));
     row->addWidget(slider);
-    auto* value = makeLabel({}, this);
+    auto* value = makeTextLabel({}, textSize, Theme::axisText, this);
     value->setFixedWidth(valueWidth);
     row->addWidget(value);
     layout.addLayout(row);
