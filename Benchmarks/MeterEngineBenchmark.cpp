@@ -1,6 +1,7 @@
 // A whole display tick of the engine with everything on: what it takes of the main thread (ordering
 // the analysis, publishing its results) and of the analysis threads, for as many stereo channels as
-// a large desk has. The samples are fed beside the count.
+// a large desk has. The samples are fed beside the count. And what a stored setting costs the main
+// thread while a slider is dragged across it.
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
@@ -16,7 +17,9 @@
 #include "Support/ManualTime.h"
 #include "Support/MemoryStore.h"
 #include "Support/Signals.h"
+#include "Support/TemporaryFolder.h"
 #include "TickCost.h"
+#include "UserDefaults.h"
 
 namespace TarvaneBenchmarks {
 namespace {
@@ -123,6 +126,28 @@ void wholeTick(benchmark::State& state) {
     state.counters["analysis us/channel"] = (allSeconds - mainSeconds) / ticks / channels * 1e6;
 }
 
+// With the user's own kind of store, a file on disk.
+void draggedSetting(benchmark::State& state) {
+    ensureApplication();
+    const TarvaneTests::TemporaryFolder folder;
+    TarvaneTests::FakeAudioSystem audio;
+    TarvaneTests::ManualClock clock;
+    TarvaneTests::ManualTickTimer timer;
+    UserDefaults store(QString::fromStdString((folder.path() / "Tarvane.ini").string()));
+    MeterEngine engine({.audio = audio, .store = store, .clock = clock, .displayTimer = timer});
+    double longest = 0.0;
+    double value = 0.15;
+    for (auto _ : state) {
+        value = value < 0.85 ? value + 0.0001 : 0.15;
+        const auto before = std::chrono::steady_clock::now();
+        engine.panelSplitFraction.set(value);
+        const std::chrono::duration<double> took = std::chrono::steady_clock::now() - before;
+        longest = std::max(longest, took.count());
+    }
+    state.counters["longest us"] = longest * 1e6;
+}
+
+BENCHMARK(draggedSetting)->Name("MeterEngine/draggedSetting");
 BENCHMARK(wholeTick)->Name("MeterEngine/tick")->Arg(1)->Arg(8)->Arg(64)->Arg(200);
 
 }  // namespace

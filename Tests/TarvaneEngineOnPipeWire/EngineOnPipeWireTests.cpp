@@ -6,6 +6,8 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <algorithm>
+#include <cmath>
 #include <memory>
 #include <random>
 
@@ -204,6 +206,30 @@ TEST_F(EngineOnPipeWireTests, sixtyFourChannelsMeterForAMinuteWhileSettingsChang
         EXPECT_GT(statistics.frames, 30 * 48000);
     }
     expectEachInputsLevel();
+}
+
+TEST_F(EngineOnPipeWireTests, eightDevicesAreReadFromOneStart) {
+    const auto desks = plugInDesks();
+    addChannelOnEachInput();
+    const auto millisecondsToFirstReadings = [&] {
+        const auto began = std::chrono::steady_clock::now();
+        engine.start();
+        const auto metric = SPLMetric::spl(Weighting::z, TimeWeighting::fast);
+        EXPECT_TRUE(runUntil([&] {
+            return engine.isRunning() &&
+                   std::ranges::all_of(engine.activeChannelInfos(), [&](const ChannelInfo& info) {
+                       const auto& processor = engine.meterChannel(info.id).processor;
+                       return processor && processor->value(metric) > -200.0;
+                   });
+        }));
+        const std::chrono::duration<double, std::milli> took =
+            std::chrono::steady_clock::now() - began;
+        engine.stop();
+        return static_cast<int>(took.count());
+    };
+    RecordProperty("millisecondsForEightDevices", millisecondsToFirstReadings());
+    engine.extraChannels.set({});
+    RecordProperty("millisecondsForOneDevice", millisecondsToFirstReadings());
 }
 
 TEST_F(EngineOnPipeWireTests, theServersEndEndsTheRunAndItsReturnLetsItStartAgain) {

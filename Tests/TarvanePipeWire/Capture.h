@@ -33,10 +33,15 @@ inline bool eventually(const std::function<bool()>& condition) {
     return condition();
 }
 
+/// False as well while the server can't be asked: it may be on its way back.
 inline bool hasDevice(TarvaneKit::AudioSystem& system, const std::string& uid) {
-    const auto devices = system.availableInputDevices();
-    return std::any_of(devices.begin(), devices.end(),
-                       [&](const auto& device) { return device.uid == uid; });
+    try {
+        const auto devices = system.availableInputDevices();
+        return std::any_of(devices.begin(), devices.end(),
+                           [&](const auto& device) { return device.uid == uid; });
+    } catch (const TarvaneKit::AudioIOError&) {
+        return false;
+    }
 }
 
 /// The listed device of that uid, waited for.
