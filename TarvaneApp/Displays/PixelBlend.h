@@ -12,7 +12,8 @@ inline constexpr std::uint32_t fullWeight = 256;
 
 /// Of a share from 0 to 1.
 inline std::uint32_t weight(double share) {
-    return static_cast<std::uint32_t>(share * fullWeight + 0.5);
+    constexpr double roundsUp = 0.5;  // shares aren't negative
+    return static_cast<std::uint32_t>(share * fullWeight + roundsUp);
 }
 
 /// Every channel times the weight.

@@ -59,7 +59,7 @@ TraceColumns::Rows rowsOf(float least, float greatest, int rows) {
 void TraceColumns::start(int columns, int rows) {
     rows_ = rows;
     cuts_ = columns * cutsPerColumn;
-    const auto length = static_cast<std::size_t>(cuts_ + 2 * margin);
+    const auto length = static_cast<std::size_t>(cuts_) + 2U * margin;
     least_.assign(length, infinity);
     greatest_.assign(length, -infinity);
 }
@@ -87,7 +87,8 @@ void TraceColumns::addSmoothed(std::span<const QPointF> points) {
 void TraceColumns::addCut(double position, double y) {
     const auto cut = static_cast<int>(position);
     if (position >= 0.0 && cut < cuts_) {
-        const auto index = static_cast<std::size_t>(cut + margin);
+        const int place = cut + margin;
+        const auto index = static_cast<std::size_t>(place);
         least_[index] = std::min(least_[index], static_cast<float>(y));
         greatest_[index] = std::max(greatest_[index], static_cast<float>(y));
     }
@@ -143,7 +144,7 @@ void TraceColumns::stroke(double halfWidth) {
 void TraceColumns::blendStroke(QImage& picture, QRgb color) {
     const auto stride = picture.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
     auto* pixels = reinterpret_cast<QRgb*>(picture.bits());
-    shares_.resize(static_cast<std::size_t>(rows_ + 2));
+    shares_.resize(static_cast<std::size_t>(rows_) + 2U);
     for (int x = 0; x < cuts_ / cutsPerColumn; ++x) {
         const Rows rows = strokeCoverage(x, shares_);
         for (int y = rows.first; y < rows.end; ++y) {
@@ -155,14 +156,16 @@ void TraceColumns::blendStroke(QImage& picture, QRgb color) {
 }
 
 bool TraceColumns::isWhole(int column) const {
-    const auto first = static_cast<std::size_t>(column * cutsPerColumn + margin);
+    const int place = column * cutsPerColumn + margin;
+    const auto first = static_cast<std::size_t>(place);
     return std::all_of(least_.begin() + static_cast<std::ptrdiff_t>(first),
                        least_.begin() + static_cast<std::ptrdiff_t>(first + cutsPerColumn),
                        [](float least) { return least != infinity; });
 }
 
 TraceColumns::Rows TraceColumns::strokeCoverage(int column, std::vector<float>& shares) const {
-    const auto first = static_cast<std::size_t>(column * cutsPerColumn);
+    const int place = column * cutsPerColumn;
+    const auto first = static_cast<std::size_t>(place);
     const float* top = top_.data() + first;
     const float* bottom = bottom_.data() + first;
     const Rows rows = rowsOf(*std::min_element(top, top + cutsPerColumn),
@@ -182,7 +185,8 @@ TraceColumns::Rows TraceColumns::strokeCoverage(int column, std::vector<float>& 
 }
 
 TraceColumns::Rows TraceColumns::areaCoverage(int column, std::vector<float>& shares) const {
-    const auto first = static_cast<std::size_t>(column * cutsPerColumn + margin);
+    const int place = column * cutsPerColumn + margin;
+    const auto first = static_cast<std::size_t>(place);
     const float* least = least_.data() + first;
     const float* greatest = greatest_.data() + first;
     const auto edge = [&](int cut) {

@@ -100,8 +100,9 @@ void MeterEngine::refreshDeviceGains() {
     }
 
     std::vector<GainObservation> observations;
-    for (const auto& [device, channelSet] : observedChannels) {
-        const std::vector<int> channels(channelSet.begin(), channelSet.end());
+    for (const auto& observed : observedChannels) {
+        const auto device = observed.first;
+        const std::vector<int> channels(observed.second.begin(), observed.second.end());
         const auto kept = std::ranges::find_if(deviceGainObservations_, [&](const auto& old) {
             return old.deviceID == device && old.channels == channels;
         });

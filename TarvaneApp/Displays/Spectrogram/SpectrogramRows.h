@@ -25,7 +25,8 @@ class SpectrogramRows {
 
     std::span<const float> operator[](int index) const {
         TARVANE_PRECONDITION(index >= 0 && index < count());
-        return row_(rows_, static_cast<std::size_t>(first_ + index));
+        const int row = first_ + index;
+        return row_(rows_, static_cast<std::size_t>(row));
     }
 
     /// From `first` up to but not including `end`.

@@ -284,7 +284,7 @@ std::optional<double> SpectrumView::levelDB(double atFrequencyHz) const {
 }
 
 QString SpectrumView::hoverLabel(double forFrequencyHz) const {
-    const QString frequency =
+    QString frequency =
         forFrequencyHz < 1000.0
             ? QString::number(forFrequencyHz, 'f', 0) + QStringLiteral(" Hz")
             : QString::number(forFrequencyHz / 1000.0, 'f', 2) + QStringLiteral(" kHz");
