@@ -33,6 +33,15 @@ TEST(RingOutBannerViewTests, centsCarryTheirSign) {
     EXPECT_EQ(bannerAt(440.0, 6.4).spokenText(), QStringLiteral("440Hz A4 +6¢"));
 }
 
+TEST(RingOutBannerViewTests, anotherNumberOfAsManyDigitsIsAsWide) {
+    for (const Typeface& typeface :
+         {Typeface::installed(),
+          Typeface{.system = "Quicksand", .rounded = "Quicksand", .monospaced = {}}}) {
+        EXPECT_EQ(bannerAt(1110.0, 11.0).rect({800.0, 300.0}, typeface),
+                  bannerAt(8880.0, 44.0).rect({800.0, 300.0}, typeface));
+    }
+}
+
 TEST(RingOutBannerViewTests, withoutAnAlertThereIsNothing) {
     const RingOutBannerView none;
     EXPECT_TRUE(none.rect({800.0, 300.0}).isEmpty());
