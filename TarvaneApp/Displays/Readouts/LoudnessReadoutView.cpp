@@ -57,8 +57,8 @@ struct ReadingColumns {
     double height = 0.0;
 
     double width(double scale) const {
-        const double gaps = 2.0 * readingPaddingAcross + readingTitleGap +
-                            (unit > 0.0 ? readingUnitGap : 0.0);
+        const double gaps =
+            2.0 * readingPaddingAcross + readingTitleGap + (unit > 0.0 ? readingUnitGap : 0.0);
         return title + value + unit + gaps * scale;
     }
 };
@@ -66,8 +66,7 @@ struct ReadingColumns {
 ReadingColumns columnsOf(LoudnessMetric metric, double scale, const Typeface& typeface) {
     const LoudnessReadoutView::Reading reading = LoudnessReadoutView{}.reading(metric);
     const QFont value = valueFont(scale, typeface);
-    return {.title =
-                QFontMetricsF(titleFont(scale, typeface)).horizontalAdvance(reading.title),
+    return {.title = QFontMetricsF(titleFont(scale, typeface)).horizontalAdvance(reading.title),
             .value = TabularText::width(widthTemplate(), value),
             .unit = QFontMetricsF(unitFont(scale, typeface)).horizontalAdvance(reading.unit),
             .height = QFontMetricsF(value).height() + 2.0 * readingPaddingUpDown * scale};
@@ -89,8 +88,7 @@ SideLabel widestSideLabel(const LoudnessReadoutView& view) {
     return {.title = view.truePeakLabel().title, .value = {}, .unit = view.targetLabel().unit};
 }
 
-void placeReadings(LoudnessReadoutGeometry& geometry, const QRectF& row,
-                   const Typeface& typeface) {
+void placeReadings(LoudnessReadoutGeometry& geometry, const QRectF& row, const Typeface& typeface) {
     constexpr double measuring = ReadoutDrawing::measuringScale;
     geometry.readingsScale = std::min(
         geometry.textScale, row.width() / (rowSize(measuring, typeface).width() / measuring));
@@ -194,8 +192,8 @@ LoudnessReadoutView::Reading LoudnessReadoutView::reading(LoudnessMetric metric)
                         ? loudnessUnit(metric)
                         : QString(),
             .color = !std::isfinite(value) ? Theme::axisText
-                     : isJudged              ? Theme::color(judgement(metric))
-                                             : Theme::primaryText,
+                     : isJudged            ? Theme::color(judgement(metric))
+                                           : Theme::primaryText,
             .help = displayLabel(metric)};
 }
 

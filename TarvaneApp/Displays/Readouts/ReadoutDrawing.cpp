@@ -39,9 +39,8 @@ void paintValueAt(QPainter& painter, const QString& text, const QColor& color, d
     const DigitBox digits = digitBox(font);
     painter.setPen(color);
     TabularText::draw(
-        painter,
-        QPointF(left, frame.value.center().y() + digits.height() / 2.0 - digits.bottom), text,
-        font);
+        painter, QPointF(left, frame.value.center().y() + digits.height() / 2.0 - digits.bottom),
+        text, font);
 }
 
 QRect inkArea(const QRectF& rect, double overhang) {
@@ -64,8 +63,8 @@ QSizeF labelSize(const QString& text, const Typeface& typeface) {
 void paintValue(QPainter& painter, double value, const TarvaneKit::RGBAColor& color,
                 const ReadoutFrame& frame, const Typeface& typeface) {
     const QString text = levelText(value);
-    const QFont font = fitted(typeface.roundedFont(frame.valuePixelSize), text,
-                              frame.value.width(), ReadoutLayout::smallestValueScale);
+    const QFont font = fitted(typeface.roundedFont(frame.valuePixelSize), text, frame.value.width(),
+                              ReadoutLayout::smallestValueScale);
     const double width = TabularText::width(text, font);
     if (std::isfinite(value)) {
         paintValueAt(painter, text, Theme::color(color), frame.value.right() - width, font, frame);

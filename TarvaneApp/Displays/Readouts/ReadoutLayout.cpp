@@ -59,9 +59,8 @@ bool hasLastRow(const ReadoutParts& parts) {
 }
 
 double labelRowHeight(const ReadoutParts& parts, Arrangement arrangement) {
-    return arrangement == Arrangement::beside
-               ? std::max(parts.label.height(), parts.badge.height())
-               : parts.label.height();
+    return arrangement == Arrangement::beside ? std::max(parts.label.height(), parts.badge.height())
+                                              : parts.label.height();
 }
 
 // The first row is as high as the value or as the labels beside it, the last as the badge or the
@@ -184,11 +183,11 @@ ReadoutLayout ReadoutLayout::of(const ReadoutParts& parts, const QSizeF& size) {
     double y = (size.height() - height) / 2.0;
     const double valueMiddle = y + valueRow / 2.0;
     frame.value = centredRow(valueMiddle - value.height() / 2.0, value.width(), value.height());
-    layout.left = QRectF(QPointF(frame.value.left() - columnGap - side.width(),
-                                 valueMiddle - side.height() / 2.0),
-                         side);
-    layout.right = QRectF(
-        QPointF(frame.value.right() + columnGap, valueMiddle - side.height() / 2.0), side);
+    layout.left = QRectF(
+        QPointF(frame.value.left() - columnGap - side.width(), valueMiddle - side.height() / 2.0),
+        side);
+    layout.right =
+        QRectF(QPointF(frame.value.right() + columnGap, valueMiddle - side.height() / 2.0), side);
     y += valueRow + gap;
     frame.label = centredRow(
         y, isBeside ? std::min(parts.label.width() * textScale + 2.0, inner) : inner, labelRow);

@@ -41,8 +41,8 @@ struct ReadoutFrame {
 /// they belong to.
 struct ReadoutLayout {
     ReadoutFrame frame;
-    QRectF left;   ///< the label before the value
-    QRectF right;  ///< the label behind it
+    QRectF left;               ///< the label before the value
+    QRectF right;              ///< the label behind it
     std::vector<QRectF> rows;  ///< as wide as the room
 
     /// Between two rows, at scale 1.

@@ -2,18 +2,14 @@
 
 #include <cmath>
 
+#include "RawText.h"
+
 namespace TarvaneApp {
 
 using TarvaneKit::LoudnessMetric;
 using TarvaneKit::SPLMetric;
 
 namespace {
-
-template <class E>
-QString rawText(E value) {
-    const std::string_view raw = TarvaneKit::rawValue(value);
-    return QString::fromUtf8(raw.data(), static_cast<qsizetype>(raw.size()));
-}
 
 struct Label {
     QString operator()(const SPLMetric::SPL& spl) const {

@@ -56,10 +56,10 @@ TEST(ClockReadoutView, whatIsDrawnLiesInItsPart) {
             continue;  // the same proportions as 1920
         }
         const ReadoutFrame frame = layout(at(20, 48, 56), size, pinned);
-        EXPECT_EQ(TarvaneTests::inkOutside(
-                      readoutPicture(at(20, 48, 56), size, 1.0, Qt::transparent), parts(frame),
-                      frame.valuePixelSize),
-                  0)
+        EXPECT_EQ(
+            TarvaneTests::inkOutside(readoutPicture(at(20, 48, 56), size, 1.0, Qt::transparent),
+                                     parts(frame), frame.valuePixelSize),
+            0)
             << size.width() << 'x' << size.height();
     }
 }
@@ -79,8 +79,7 @@ TEST(ClockReadoutView, aSecondDrawsTheTimeAloneAndMidnightTheDateToo) {
     ClockReadoutView tomorrow = at(0, 0, 0);
     tomorrow.dateText = QStringLiteral("Sunday, 22 November 2026");
     EXPECT_FALSE(sameShape(at(23, 59, 59), tomorrow));
-    EXPECT_TRUE(
-        changedArea(at(23, 59, 59), tomorrow, frame).intersects(frame.label.toRect()));
+    EXPECT_TRUE(changedArea(at(23, 59, 59), tomorrow, frame).intersects(frame.label.toRect()));
 }
 
 TEST(ClockReadoutView, looksAsItsGoldenImages) {

@@ -90,10 +90,9 @@ TEST(LoudnessReadoutView, whatIsDrawnLiesInItsPart) {
                 continue;  // the same proportions as 1920
             }
             const LoudnessReadoutGeometry geometry = layout(view, size, pinned);
-            EXPECT_EQ(
-                TarvaneTests::inkOutside(readoutPicture(view, size, 1.0, Qt::transparent),
-                                         parts(geometry), geometry.valuePixelSize),
-                0)
+            EXPECT_EQ(TarvaneTests::inkOutside(readoutPicture(view, size, 1.0, Qt::transparent),
+                                               parts(geometry), geometry.valuePixelSize),
+                      0)
                 << size.width() << 'x' << size.height();
         }
     }
@@ -111,9 +110,8 @@ TEST(LoudnessReadoutView, aValueWiderThanTheTemplateShrinksIntoItsColumn) {
     const LoudnessReadoutView view = extreme();  // -240.0
     for (const QSize& size : readoutSizes()) {
         const QRectF column = layout(view, size, pinned).value;
-        const auto [left, right] =
-            TarvaneTests::inkSpan(readoutPicture(view, size, 1.0, Qt::black), column,
-                                  Theme::color(view.color).rgb());
+        const auto [left, right] = TarvaneTests::inkSpan(readoutPicture(view, size, 1.0, Qt::black),
+                                                         column, Theme::color(view.color).rgb());
         EXPECT_GE(left, std::floor(column.left()));
         EXPECT_LE(right, std::ceil(column.right()));
     }
