@@ -193,9 +193,8 @@ TEST_F(ReadoutTests, aTargetIsChosenAndColoursWhatIsShownAtOnce) {
     engine->stop();
     MenuButton& target = menu("Loudness target");
     EXPECT_EQ(target.toolTip(), QStringLiteral("Edit targets in Preferences > Loudness"));
-    EXPECT_EQ(entries(target),
-              (QStringList{"EBU R128 (−23 LUFS)", "ATSC A/85 (−24 LKFS)", "Streaming (−14 LUFS)",
-                           "Podcast (−16 LUFS)"}));
+    EXPECT_EQ(entries(target), (QStringList{"EBU R128 (−23 LUFS)", "ATSC A/85 (−24 LKFS)",
+                                            "Streaming (−14 LUFS)", "Podcast (−16 LUFS)"}));
     choose(target, "Streaming (−14 LUFS)");
     EXPECT_EQ(engine->loudnessTarget(), LoudnessTarget::presets()[2]);
     EXPECT_EQ(live().loudness()->color, TarvaneKit::SignalColors::yellow) << "9 LU under it";
