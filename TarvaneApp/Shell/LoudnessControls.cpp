@@ -47,6 +47,11 @@ void LoudnessControls::setNarrow(bool narrow) {
     label_->setVisible(!narrow);
 }
 
+int LoudnessControls::ordinaryWidth() const {
+    return sizeHint().width() +
+           (label_->isHidden() ? label_->sizeHint().width() + ControlRow::narrowSpacing : 0);
+}
+
 void LoudnessControls::showReadout() {
     std::vector<MenuButton::Item> items;
     for (const LoudnessMetric metric : TarvaneKit::allCases<LoudnessMetric>()) {

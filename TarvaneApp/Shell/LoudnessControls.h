@@ -18,6 +18,8 @@ class LoudnessControls final : public QWidget {
 
     /// Without the label, for a window that has no room for it.
     void setNarrow(bool narrow);
+    /// With the label, whether it is shown or not.
+    int ordinaryWidth() const;
 
   private:
     void showReadout();

@@ -63,21 +63,25 @@ void MetricControlBar::channelChanged() {
 
 // The row as it is where there is room for it.
 int MetricControlBar::ordinaryWidth() const {
-    const bool isLoudness = engine_.readoutUnit(channelID()) == ReadoutUnit::lufs;
-    const QWidget* controls = isLoudness ? static_cast<QWidget*>(loudnessControls_) : splControls_;
+    const int controls = engine_.readoutUnit(channelID()) == ReadoutUnit::lufs
+                             ? loudnessControls_->ordinaryWidth()
+                             : splControls_->sizeHint().width();
     const int pickers = channelPicker_ != nullptr && !channelPicker_->isHidden()
                             ? channelPicker_->sizeHint().width() + ControlRow::groupSpacing
                             : 0;
     return 2 * paddingAcross + pickers + unitPicker_->sizeHint().width() + divider_->width() +
-           2 * ControlRow::groupSpacing + controls->sizeHint().width();
+           2 * ControlRow::groupSpacing + controls;
 }
 
+// What is as it should be is left alone: a change orders another layout, which comes back here.
 void MetricControlBar::arrange() {
     const bool isLoudness = engine_.readoutUnit(channelID()) == ReadoutUnit::lufs;
-    loudnessControls_->setNarrow(false);
     const bool isNarrow = width() < ordinaryWidth();
+    const int spacing = isNarrow ? ControlRow::narrowSpacing : ControlRow::groupSpacing;
+    if (row_->spacing() != spacing) {
+        row_->setSpacing(spacing);
+    }
     loudnessControls_->setNarrow(isNarrow);
-    row_->setSpacing(isNarrow ? ControlRow::narrowSpacing : ControlRow::groupSpacing);
     divider_->setVisible(!isNarrow);
     splControls_->setVisible(!isLoudness && !isNarrow);
     splMenus_->setVisible(!isLoudness && isNarrow);

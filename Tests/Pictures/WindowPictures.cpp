@@ -123,7 +123,7 @@ void shootLoudness(Stage& stage) {
     stage.engine.applyLayoutPreset(LayoutPreset::splMeterOnly);
     stage.shootSizes("clock");
     stage.engine.splReadoutShowsClock.set(false);
-    TarvaneApp::SPLMeterPanelView panel(stage.engine);
+    TarvaneApp::SPLMeterPanelView panel(stage.engine, std::nullopt);
     for (const bool isLoudness : {true, false}) {
         stage.engine.mainInputMeasuresLoudness.set(isLoudness);
         for (const QSize size : {QSize(320, 200), QSize(360, 240), QSize(480, 260)}) {

@@ -17,9 +17,9 @@ namespace TarvaneTests {
 
 /// From the least that a panel leaves its readout to a whole 4K screen.
 inline const std::vector<QSize>& readoutSizes() {
-    static const std::vector<QSize> sizes{{320, 200},  {320, 120},   {868, 87},    {868, 99},
-                                          {480, 260},  {900, 260},   {900, 430},   {1280, 720},
-                                          {1920, 600}, {1920, 1080}, {1080, 1920}, {3840, 2160}};
+    static const std::vector<QSize> sizes{
+        {288, 130}, {320, 200},  {320, 120},  {868, 87},    {868, 99},    {480, 260},  {900, 260},
+        {900, 430}, {1280, 720}, {1920, 600}, {1920, 1080}, {1080, 1920}, {3840, 2160}};
     return sizes;
 }
 

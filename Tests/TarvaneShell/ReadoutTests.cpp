@@ -17,6 +17,7 @@
 #include "MainWindow.h"
 #include "MetricControlBar.h"
 #include "Panels/RTAPanelView.h"
+#include "Panels/SPLMeterPanelView.h"
 #include "ReadoutUnitPicker.h"
 #include "Readouts/LiveClockReadoutView.h"
 #include "Readouts/LiveSPLReadoutView.h"
@@ -334,7 +335,44 @@ TEST_F(ReadoutTests, anUncalibratedChannelSaysSoWhateverItsUnit) {
     }
 }
 
-// --- little width
+// --- little room
+
+// The smallest window of a meter.
+TEST_F(ReadoutTests, everythingFitsIntoTheSmallestWindowOfAMeter) {
+    audio.behaviour("").channelCount = 2;
+    engine->mainInputIsStereo.set(true);
+    engine->metricMode.set(MetricMode::leq);
+    start();
+    SPLMeterPanelView panel(*engine, std::nullopt);
+    panel.resize(320, 200);
+    panel.show();
+    auto& readout = *panel.findChild<LiveSPLReadoutView*>();
+    for (const bool isLoudness : {false, true}) {
+        engine->mainInputMeasuresLoudness.set(isLoudness);
+        settle();
+        audio.feed("",
+                   {TarvaneTests::sine(1000.0, 1.0, 480), TarvaneTests::sine(1000.0, 1.0, 480)});
+        tick();
+        settle();
+        std::vector<QRect> places;
+        const auto parts = readout.spokenParts();
+        for (std::size_t i = 1; i < parts.size(); ++i) {
+            const bool isSecondSide = parts[i].name == QStringLiteral("R");  // in the line of "L"
+            if (!parts[i].place.isEmpty() && !isSecondSide) {
+                places.push_back(parts[i].place);
+            }
+        }
+        places.push_back(readout.findChild<QPushButton*>()->geometry());
+        for (std::size_t i = 0; i < places.size(); ++i) {
+            EXPECT_TRUE(readout.rect().contains(places[i]));
+            for (std::size_t j = i + 1; j < places.size(); ++j) {
+                // A pixel more for the outward rounding of either.
+                EXPECT_FALSE(places[i].adjusted(1, 1, -1, -1).intersects(places[j]))
+                    << i << " and " << j << (isLoudness ? " of loudness" : " of level");
+            }
+        }
+    }
+}
 
 class NarrowControlBarTests : public TarvaneTests::EngineFixture {
   protected:
@@ -377,6 +415,34 @@ TEST_F(NarrowControlBarTests, menusTakeTheButtonsPlace) {
     EXPECT_FALSE(the<SPLControlMenus>().isVisible());
     EXPECT_TRUE(the<SPLControls>().isVisible());
     expectAllInside();
+}
+
+// A change of the arrangement orders a layout, and a layout the arrangement: that has to end.
+TEST_F(NarrowControlBarTests, theArrangementComesToRest) {
+    class LayoutCount final : public QObject {
+      public:
+        int count = 0;
+        bool eventFilter(QObject*, QEvent* event) override {
+            count += event->type() == QEvent::LayoutRequest ? 1 : 0;
+            return false;
+        }
+    };
+    LayoutCount layouts;
+    bar->installEventFilter(&layouts);
+    for (const bool isLoudness : {false, true}) {
+        engine->mainInputMeasuresLoudness.set(isLoudness);
+        for (const int width : {320, 900, 320}) {
+            resizeTo(width);
+            for (int i = 0; i < 5; ++i) {
+                settle();
+            }
+            layouts.count = 0;
+            for (int i = 0; i < 5; ++i) {
+                settle();
+            }
+            EXPECT_EQ(layouts.count, 0);
+        }
+    }
 }
 
 TEST_F(NarrowControlBarTests, theMenusWriteTheSettings) {

@@ -325,13 +325,22 @@ void LiveSPLReadoutView::announce() {
 
 void LiveSPLReadoutView::updateGeometryRecords() {
     plate_ = ReadoutPlate::rect(size());
+    placeParts(std::round(LevelBarGeometry::naturalHeight * barScale(size())));
+    if (levelBar_ && !frame().fits) {
+        placeParts(LevelBarGeometry::bareHeight);
+    }
+    resetButton_->setGeometry(
+        frame().resetButton.translated(readoutRect_.topLeft()).toAlignedRect());
+}
+
+// The level bar at the foot of the plate, and the readout in the rest of it.
+void LiveSPLReadoutView::placeParts(double barHeight) {
     readoutRect_ = plate_;
     levelBarRect_ = QRectF();
     if (levelBar_) {
-        const double height = std::round(LevelBarGeometry::naturalHeight * barScale(size()));
         levelBarRect_ =
-            QRectF(plate_.left() + barMarginAcross, plate_.bottom() - barMarginBottom - height,
-                   plate_.width() - 2.0 * barMarginAcross, height);
+            QRectF(plate_.left() + barMarginAcross, plate_.bottom() - barMarginBottom - barHeight,
+                   plate_.width() - 2.0 * barMarginAcross, barHeight);
         readoutRect_.setBottom(levelBarRect_.top());
         levelBarGeometry_ = TarvaneApp::layout(*levelBar_, levelBarRect_);
     }
@@ -340,8 +349,6 @@ void LiveSPLReadoutView::updateGeometryRecords() {
             placed.geometry = TarvaneApp::layout(placed.view, readoutRect_.size());
         },
         readout_);
-    resetButton_->setGeometry(
-        frame().resetButton.translated(readoutRect_.topLeft()).toAlignedRect());
 }
 
 void LiveSPLReadoutView::resizeEvent(QResizeEvent*) {

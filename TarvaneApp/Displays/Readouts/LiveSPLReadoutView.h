@@ -88,6 +88,7 @@ class LiveSPLReadoutView final : public QWidget, public SpokenDisplay {
     QString help(const QPointF& place) const;
     QRect spokenPlace(const QRectF& part) const;
     void updateGeometryRecords();
+    void placeParts(double barHeight);
     void showResetButton();
     void reset();
     void order(const QRegion& area);

@@ -124,12 +124,17 @@ double valueScaleFor(const ReadoutParts& parts, const QSizeF& size, Arrangement 
     return std::max(scale, ReadoutLayout::smallestValueScale);
 }
 
-// Under the label behind the value, clear of the badge, and within the width.
-QRectF resetButtonInRow(const ReadoutLayout& layout, const QRectF& row) {
+// Under the label behind the value, clear of the badge, and within the width, for which the badge
+// makes room where it must.
+QRectF placeResetButton(ReadoutLayout& layout, const QRectF& row) {
     QRectF button(QPointF(), resetButtonSize);
     button.moveCenter(QPointF(layout.right.center().x(), row.center().y()));
     button.moveRight(std::min(button.right(), row.right() - marginAcross));
     button.moveLeft(std::max(button.left(), layout.frame.clipBadge.right() + resetButtonGap));
+    if (button.right() > row.right()) {
+        button.moveRight(row.right() - marginAcross);
+        layout.frame.clipBadge.moveRight(button.left() - resetButtonGap);
+    }
     return button.toAlignedRect();
 }
 
@@ -180,6 +185,7 @@ ReadoutLayout ReadoutLayout::of(const ReadoutParts& parts, const QSizeF& size) {
         std::clamp((inner - value.width() - 2.0 * side.width() - besideSides) / 4.0,
                    smallestColumnGap * textScale, largestColumnGap * textScale);
 
+    frame.fits = height <= size.height();
     double y = (size.height() - height) / 2.0;
     const double valueMiddle = y + valueRow / 2.0;
     frame.value = centredRow(valueMiddle - value.height() / 2.0, value.width(), value.height());
@@ -211,7 +217,7 @@ ReadoutLayout ReadoutLayout::of(const ReadoutParts& parts, const QSizeF& size) {
                                                  valueMiddle - resetButtonSize.height() / 2.0),
                                          resetButtonSize)
                                       .toAlignedRect()
-                                : resetButtonInRow(layout, QRectF(0.0, y, size.width(), lastRow));
+                                : placeResetButton(layout, QRectF(0.0, y, size.width(), lastRow));
     }
     return layout;
 }

@@ -33,6 +33,8 @@ struct ReadoutFrame {
     QRectF label;
     QRectF clipBadge;
     QRectF resetButton;
+    /// All parts lie within the room.
+    bool fits = true;
 };
 
 /// A readout grows with the room that it is given, so that it reads from across a hall: the big
