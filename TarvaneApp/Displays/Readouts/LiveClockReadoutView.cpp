@@ -32,7 +32,7 @@ void LiveClockReadoutView::tick() {
 }
 
 void LiveClockReadoutView::updateFrame() {
-    plate_ = ReadoutPlate::rect(size());
+    plate_ = ReadoutPlate::rectAtTop(size());
     frame_ = TarvaneApp::layout(view_, plate_.size());
 }
 

@@ -11,12 +11,16 @@ namespace {
 
 constexpr double cornerRadius = 10.0;
 constexpr double marginAcross = 16.0;
-constexpr double marginBottom = 12.0;
+constexpr double marginUpDown = 12.0;
 
 }  // namespace
 
 QRectF ReadoutPlate::rect(const QSize& view) {
-    return QRectF(QPointF(), view).adjusted(marginAcross, 0.0, -marginAcross, -marginBottom);
+    return QRectF(QPointF(), view).adjusted(marginAcross, 0.0, -marginAcross, -marginUpDown);
+}
+
+QRectF ReadoutPlate::rectAtTop(const QSize& view) {
+    return rect(view).adjusted(0.0, marginUpDown, 0.0, 0.0);
 }
 
 void ReadoutPlate::paint(QPainter& painter, const QRectF& plate, const QRectF& dirty) {

@@ -8,8 +8,9 @@ class QPainter;
 
 namespace TarvaneApp::ReadoutPlate {
 
-/// Its place in a view of that size.
+/// Its place in a view of that size: under controls, or with a margin where it is the first.
 QRectF rect(const QSize& view);
+QRectF rectAtTop(const QSize& view);
 
 /// Ground and plate, as far as they touch `dirty`.
 void paint(QPainter& painter, const QRectF& plate, const QRectF& dirty);
