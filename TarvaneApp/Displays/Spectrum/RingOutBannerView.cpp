@@ -78,7 +78,7 @@ void RingOutBannerView::paint(QPainter& painter, const QSizeF& graph,
     const QRectF plate = rect(graph, typeface);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setOpacity(isLive ? 1.0 : heldOpacity);
+    painter.setOpacity(presence * (isLive ? 1.0 : heldOpacity));
     painter.setPen(Qt::NoPen);
     painter.setBrush(Theme::faded(Theme::panelBackground, plateOpacity));
     painter.drawRoundedRect(plate, radius, radius);

@@ -71,7 +71,12 @@ TEST(RingOutBannerViewTests, standsInTheCornerAndIsDimmedOnceTheRingHasStopped) 
     const QPoint plate = QPointF(rect.left() + 6.0, rect.center().y()).toPoint();
     const int live = qGray(drawn().pixel(plate));
     banner.isLive = false;
-    EXPECT_GT(qGray(drawn().pixel(plate)), live + 50);
+    const int held = qGray(drawn().pixel(plate));
+    EXPECT_GT(held, live + 50);
+    banner.presence = 0.5;
+    EXPECT_GT(qGray(drawn().pixel(plate)), held + 50);
+    banner.presence = 0.0;
+    EXPECT_EQ(qGray(drawn().pixel(plate)), 255);
 }
 
 }  // namespace
