@@ -346,6 +346,7 @@ TEST_F(ReadoutTests, everythingFitsIntoTheSmallestWindowOfAMeter) {
     SPLMeterPanelView panel(*engine, std::nullopt);
     panel.resize(320, 200);
     panel.show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&panel));
     auto& readout = *panel.findChild<LiveSPLReadoutView*>();
     for (const bool isLoudness : {false, true}) {
         engine->mainInputMeasuresLoudness.set(isLoudness);
