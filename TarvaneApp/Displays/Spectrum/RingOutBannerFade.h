@@ -1,5 +1,5 @@
-// Lets the banner of a ring fade in when it comes and fade out when it goes. It keeps the last alert
-// for as long as that takes. Main thread.
+// Lets the banner of a ring fade in when it comes and out when it goes. It keeps the last alert for
+// as long as that takes. Main thread.
 #pragma once
 
 #include <QVariantAnimation>
