@@ -110,6 +110,36 @@ def peak_reads_the_peak(desk):
 
 
 @test
+def a_sine_reads_its_loudness(desk):
+    desk.plug_in("--tone", "1000:-20")
+    program = metering(desk)
+    program.click("Readout unit: dBFS", "push button")
+    desk.xdotool("key", "Down", "Down", "Return")  # from dBFS to the entry under it
+    program.wait_for("Readout unit: LUFS", "push button")
+    # A 1 kHz sine in one channel reads its RMS level (ITU-R BS.1770-4).
+    expect_level(program, "Short-Term", -20 + SINE_RMS_RE_PEAK_DB)
+    expect_level(program, "Integrated", -20 + SINE_RMS_RE_PEAK_DB)
+    peak = program.settled_level("TRUE PEAK")  # within EBU Tech 3341's +0.2 and -0.4 dB
+    expect(-20.4 <= peak <= -19.8, f"TRUE PEAK shows {peak}, not -20")
+    program.press("Reset Integration", "push button")
+    program.click("Readout unit: LUFS", "push button")
+    desk.xdotool("key", "Down", "Return")
+    expect_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB)
+
+
+@test
+def the_keys_put_the_clock_in_the_meters_place(desk):
+    desk.plug_in("--tone", "1000:-20")
+    program = desk.launch()
+    program.key("ctrl+shift+c")
+    program.wait_for("Clock", "label")
+    first = program.reading("Clock")
+    wait_until(lambda: program.reading("Clock") != first, 10, "The clock stands still")
+    program.key("ctrl+shift+c")
+    program.wait_for("SPL A Fast", "label")
+
+
+@test
 def six_db_less_read_six_db_less(desk):
     file = desk.write_signal("step", sine_1khz(-20, 8) + sine_1khz(-26, 60))
     desk.plug_in("--file", file)
