@@ -165,9 +165,6 @@ class Program:
         return Atspi.Component.get_extents(self.wait_for(display, "label"),
                                            Atspi.CoordType.SCREEN)
 
-    def width_of(self, display):
-        return self.extents(display).width
-
     def press(self, name, role=None):
         """As a screen reader does it: the element's first action, without the pointer."""
         if not _atspi().Action.do_action(self.wait_for(name, role), 0):

@@ -249,7 +249,7 @@ def across_of(display_width, frequency_hz):
 
 def strongest_near(program, frequency_hz):
     """What the analyzer says of the strongest line within some pixels of a frequency."""
-    middle = across_of(program.width_of(ANALYZER), frequency_hz)
+    middle = across_of(program.extents(ANALYZER).width, frequency_hz)
     said = [program.point_into(ANALYZER, across) for across in range(middle - 5, middle + 6)]
     return max(map(frequency_and_level, said), key=lambda line: line[1])
 
@@ -333,7 +333,7 @@ def a_level_step_stands_in_the_history_at_its_time(desk):
     wait_until(lambda: (program.level("SPL A Fast") or 0) < -42, 30, "The level doesn't fall")
     time.sleep(6)
     program.key("p")
-    width = program.width_of(HISTORY)
+    width = program.extents(HISTORY).width
     said = [seconds_and_level(program.point_into(HISTORY, across))
             for across in range(width // 8, width * 7 // 8, 12)]
     said = [(seconds, level) for seconds, level in said if level is not None]
