@@ -66,6 +66,10 @@ class FlatStyle final : public QProxyStyle {
 
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
+        if (const auto* section = menuSection(option); element == CE_MenuItem && section) {
+            paintMenuSection(*painter, *section);
+            return;
+        }
         QProxyStyle::drawControl(element, option, painter, widget);
         if (element == CE_PushButton || element == CE_CheckBox) {
             ringIfFocused(*option, *painter);
@@ -90,6 +94,9 @@ class FlatStyle final : public QProxyStyle {
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                            const QWidget* widget) const override {
         const QSize natural = QProxyStyle::sizeFromContents(type, option, size, widget);
+        if (type == CT_MenuItem && menuSection(option) != nullptr) {
+            return {natural.width(), menuSectionHeight};
+        }
         return type == CT_PushButton || type == CT_ComboBox
                    ? QSize(natural.width() + textPadding, std::max(natural.height(), controlHeight))
                    : natural;
@@ -101,6 +108,26 @@ class FlatStyle final : public QProxyStyle {
     static constexpr int textPadding = 12;
     static constexpr double chevronSize = 9.0;
     static constexpr double chevronMargin = 8.0;
+    static constexpr int menuSectionHeight = 28;
+    static constexpr int menuSectionIndent = 10;
+
+    // The heading of some items: a separator with a text.
+    static const QStyleOptionMenuItem* menuSection(const QStyleOption* option) {
+        const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+        return item != nullptr && item->menuItemType == QStyleOptionMenuItem::Separator &&
+                       !item->text.isEmpty()
+                   ? item
+                   : nullptr;
+    }
+
+    static void paintMenuSection(QPainter& painter, const QStyleOptionMenuItem& section) {
+        painter.save();
+        painter.setFont(Theme::sectionLabelFont());
+        painter.setPen(Theme::axisText);
+        painter.drawText(section.rect.adjusted(menuSectionIndent, 0, 0, 0),
+                         Qt::AlignLeft | Qt::AlignVCenter, section.text);
+        painter.restore();
+    }
 
     static void paintPlate(QPainter& painter, const QStyleOption& option) {
         const bool isEnabled = (option.state & State_Enabled) != 0;

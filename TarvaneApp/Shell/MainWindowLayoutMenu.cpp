@@ -37,8 +37,7 @@ MainWindowLayoutMenu::MainWindowLayoutMenu(MeterEngine& engine, QWidget* parent)
           symbolSize, [&engine](QMenu& menu) { fill(menu, engine); }, parent) {
     setSymbol(QStringLiteral("rectangle.3.group"), Theme::axisText);
     setAccessibleName(QStringLiteral("Layout"));
-    setToolTip(
-        QStringLiteral("Choose where each module goes and how the main window is arranged"));
+    setToolTip(QStringLiteral("Choose where each module goes and how the main window is arranged"));
 }
 
 }  // namespace TarvaneApp

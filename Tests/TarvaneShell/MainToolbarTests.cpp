@@ -22,9 +22,8 @@ using TarvaneKit::UUID;
 class MainToolbarTests : public TarvaneTests::EngineFixture {
   protected:
     MainToolbarTests()
-        : window(*engine,
-                 {.showSettings = [this] { ++settingsShown; },
-                  .openChannelWindow = [this](const UUID& id) { openedChannel = id; }}) {
+        : window(*engine, {.showSettings = [this] { ++settingsShown; },
+                           .openChannelWindow = [this](const UUID& id) { openedChannel = id; }}) {
         window.resize(1000, 800);
         window.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
@@ -154,10 +153,7 @@ TEST_F(MainToolbarTests, theHeldPeaksAreResetWhereTheShownChannelHoldsThem) {
 }
 
 TEST_F(MainToolbarTests, withoutRoomTheHeldPeaksResetIsInAMenu) {
-    audio.plugIn({.id = 50,
-                  .uid = "long",
-                  .name = std::string(140, 'W'),
-                  .channelCount = 1});
+    audio.plugIn({.id = 50, .uid = "long", .name = std::string(140, 'W'), .channelCount = 1});
     engine->refreshDevices();
     engine->selectedDeviceUID.set("long");
     window.resize(900, 800);

@@ -19,9 +19,8 @@ ElidedLabel::ElidedLabel(double size, const QColor& color, QWidget* parent) : QL
 }
 
 QSize ElidedLabel::minimumSizeHint() const {
-    const QString shortest = text().size() > fewestLetters
-                                 ? text().left(fewestLetters) + QStringLiteral("…")
-                                 : text();
+    const QString shortest =
+        text().size() > fewestLetters ? text().left(fewestLetters) + QStringLiteral("…") : text();
     return {fontMetrics().horizontalAdvance(shortest), QLabel::minimumSizeHint().height()};
 }
 

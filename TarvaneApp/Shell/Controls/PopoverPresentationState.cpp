@@ -35,8 +35,8 @@ class Popover final : public QWidget {
         const QPoint corner = button.mapToGlobal(QPoint(button.width(), button.height()));
         const int above = corner.y() - button.height() - gap - height();
         const bool fitsUnder = corner.y() + gap + height() <= screen.bottom() + 1;
-        const int left = std::max(
-            std::min(corner.x() - width(), screen.right() + 1 - width()), screen.left());
+        const int left =
+            std::max(std::min(corner.x() - width(), screen.right() + 1 - width()), screen.left());
         move(left, std::max(fitsUnder ? corner.y() + gap : above, screen.top()));
     }
 

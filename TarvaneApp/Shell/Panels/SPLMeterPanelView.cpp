@@ -11,6 +11,7 @@ namespace TarvaneApp {
 namespace {
 
 constexpr int heightAboveOthers = 230;
+constexpr int leastHeight = 150;
 
 }  // namespace
 
@@ -33,6 +34,10 @@ SPLMeterPanelView::SPLMeterPanelView(MeterEngine& engine,
 
 QSize SPLMeterPanelView::sizeHint() const {
     return {QWidget::sizeHint().width(), heightAboveOthers};
+}
+
+QSize SPLMeterPanelView::minimumSizeHint() const {
+    return {QWidget::minimumSizeHint().width(), leastHeight};
 }
 
 }  // namespace TarvaneApp

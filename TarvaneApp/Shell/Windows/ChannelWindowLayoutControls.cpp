@@ -26,8 +26,8 @@ constexpr int toggleSpacing = 6;
 
 }  // namespace
 
-ChannelWindowLayoutControls::ChannelWindowLayoutControls(MeterEngine& engine,
-                                                         const UUID& channelID, QWidget* parent)
+ChannelWindowLayoutControls::ChannelWindowLayoutControls(MeterEngine& engine, const UUID& channelID,
+                                                         QWidget* parent)
     : QWidget(parent), engine_(engine), channelID_(channelID) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -63,15 +63,14 @@ void ChannelWindowLayoutControls::addToggle(QVBoxLayout& column, const QString& 
         ChannelWindowLayout wanted = engine_.windowLayout(channelID_);
         wanted.*shows = isOn;
         if (wanted.visibleModuleCount() > 0) {
-            engine_.updateWindowLayout(
-                channelID_, [&wanted](ChannelWindowLayout& layout) { layout = wanted; });
+            engine_.updateWindowLayout(channelID_,
+                                       [&wanted](ChannelWindowLayout& layout) { layout = wanted; });
         } else {
             showLayout();
         }
     });
-    shows_.emplace_back([toggle, shows](const ChannelWindowLayout& layout) {
-        toggle->setChecked(layout.*shows);
-    });
+    shows_.emplace_back(
+        [toggle, shows](const ChannelWindowLayout& layout) { toggle->setChecked(layout.*shows); });
     column.addWidget(toggle);
 }
 
@@ -87,9 +86,9 @@ void ChannelWindowLayoutControls::addPicker(QFormLayout& rows, const QString& na
     }
     connect(picker, &QComboBox::activated, this, [this, field](int index) {
         engine_.updateWindowLayout(channelID_, [field, index](ChannelWindowLayout& layout) {
-            layout.*field = index > 0 ? std::optional(allCases<E>()[static_cast<std::size_t>(
-                                            index - 1)])
-                                      : std::nullopt;
+            layout.*field = index > 0
+                                ? std::optional(allCases<E>()[static_cast<std::size_t>(index - 1)])
+                                : std::nullopt;
         });
     });
     shows_.emplace_back([picker, field](const ChannelWindowLayout& layout) {

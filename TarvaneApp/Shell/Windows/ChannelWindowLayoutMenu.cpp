@@ -14,17 +14,15 @@ constexpr int symbolSize = 16;
 }  // namespace
 
 ChannelWindowLayoutMenu::ChannelWindowLayoutMenu(MeterEngine& engine,
-                                                 const TarvaneKit::UUID& channelID,
-                                                 QWidget* parent)
+                                                 const TarvaneKit::UUID& channelID, QWidget* parent)
     : IconButton(symbolSize, parent),
-      popover_(std::make_unique<PopoverPresentationState>(
-          *this, [&engine, channelID](QWidget* popover) {
+      popover_(
+          std::make_unique<PopoverPresentationState>(*this, [&engine, channelID](QWidget* popover) {
               return new ChannelWindowLayoutControls(engine, channelID, popover);
           })) {
     setSymbol(QStringLiteral("rectangle.3.group"), Theme::axisText);
     setAccessibleName(QStringLiteral("Layout"));
-    setToolTip(
-        QStringLiteral("Choose which modules this window shows and how they're arranged"));
+    setToolTip(QStringLiteral("Choose which modules this window shows and how they're arranged"));
 }
 
 ChannelWindowLayoutMenu::~ChannelWindowLayoutMenu() = default;

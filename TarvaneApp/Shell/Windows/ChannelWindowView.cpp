@@ -52,6 +52,9 @@ ChannelWindowView::ChannelWindowView(MeterEngine& engine, const std::optional<UU
         column->addWidget(content_);
     }
     new MeteringKeys(engine, *this);
+    // No control is ringed until the user moves the focus there.
+    setFocusPolicy(Qt::ClickFocus);
+    setFocus();
     followAll(
         this, [this] { showChannel(); }, engine.extraChannels, engine.rtaColor, engine.isRunning,
         engine.availableDevices, engine.selectedDeviceUID, engine.selectedChannelIndex,
@@ -103,10 +106,9 @@ void ChannelWindowView::showChannel() {
     dot_->setColor(Theme::color(channel->color));
     name_->setText(name);
     input_->setText(QString::fromStdString(engine_.inputDescription(*channel)));
-    status_->setText(!channel->isEnabled ? QStringLiteral("Turned off in Preferences > Audio")
-                     : !engine_.isRunning()
-                         ? QStringLiteral("Press Start in the main window")
-                         : QString());
+    status_->setText(!channel->isEnabled    ? QStringLiteral("Turned off in Preferences > Audio")
+                     : !engine_.isRunning() ? QStringLiteral("Press Start in the main window")
+                                            : QString());
 }
 
 void ChannelWindowView::closeEvent(QCloseEvent* event) {

@@ -48,6 +48,9 @@ StandaloneModuleWindow::StandaloneModuleWindow(StandaloneModule module, MeterEng
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(makePanel(module, engine, this));
     new MeteringKeys(engine, *this);
+    // No control is ringed until the user moves the focus there.
+    setFocusPolicy(Qt::ClickFocus);
+    setFocus();
     new StandaloneWindowGuard(module, engine, this);
 }
 

@@ -17,8 +17,7 @@ constexpr int restMilliseconds = 500;
 WindowFrame::WindowFrame(KeyValueStore& store, const std::string& name, QWidget& window)
     : QObject(&window), store_(store), key_("WindowFrame." + name), window_(window) {
     if (const auto bytes = store.data(key_)) {
-        window.restoreGeometry(
-            QByteArray(bytes->data(), static_cast<qsizetype>(bytes->size())));
+        window.restoreGeometry(QByteArray(bytes->data(), static_cast<qsizetype>(bytes->size())));
     }
     atRest_.setSingleShot(true);
     atRest_.setInterval(restMilliseconds);

@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <algorithm>
+#include <array>
 
 #include "ChannelPickerMenu.h"
 #include "Controls/ChannelColorDot.h"
@@ -195,19 +196,25 @@ TEST_F(ChannelWindowTests, withTheSpectrogramFirstItHasTheRestOfTheAnalyzersShar
     EXPECT_NEAR(the<SpectrogramPanelView>().height(), 0.3 * the<GraphArea>().height(), 1.0);
 }
 
-TEST_F(ChannelWindowTests, theSmallestWindowKeepsItsModulesApart) {
-    window->resize(window->minimumSize());
-    settle();
+TEST_F(ChannelWindowTests, aLowWindowShowsTheMeterAheadOfTheHistoryAheadOfTheGraphs) {
+    const auto shown = [&](int height) {
+        window->resize(700, height);
+        settle();
+        return std::array{the<SPLMeterPanelView>().isVisible(),
+                          the<LevelHistoryPanelView>().isVisible(), the<GraphArea>().isVisible()};
+    };
     EXPECT_EQ(window->minimumSize(), QSize(360, 200));
-    const QRect meter = the<SPLMeterPanelView>().geometry();
-    const QRect history = the<LevelHistoryPanelView>().geometry();
-    const QRect graphs = the<GraphArea>().geometry();
-    EXPECT_FALSE(meter.intersects(history));
-    EXPECT_FALSE(history.intersects(graphs));
-    // With room again the strips are as high as ever.
-    window->resize(1000, 900);
-    settle();
+    EXPECT_EQ(shown(200), (std::array{true, false, false}));
+    EXPECT_FALSE(engine->isDemanded(ChannelDemand::rta, stage.id));
+    EXPECT_EQ(shown(400), (std::array{true, true, false}));
+    EXPECT_EQ(shown(900), (std::array{true, true, true}));
+    EXPECT_TRUE(engine->isDemanded(ChannelDemand::rta, stage.id));
     EXPECT_EQ(the<LevelHistoryPanelView>().height(), 170);
+    // One module alone has the window at any size.
+    engine->updateWindowLayout(stage.id, [](ChannelWindowLayout& layout) {
+        layout.showsSPLMeter = layout.showsLevelHistory = false;
+    });
+    EXPECT_EQ(shown(200), (std::array{false, false, true}));
 }
 
 // --- the layout's controls

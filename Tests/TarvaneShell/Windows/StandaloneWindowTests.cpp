@@ -93,8 +93,7 @@ TEST_F(StandaloneWindowTests, eachModuleHasItsWindowWithItsPanelAndNoExpandButto
     EXPECT_NE(window(StandaloneModule::rta)->findChild<RTAPanelView*>(), nullptr);
     EXPECT_EQ(window(StandaloneModule::rta)->findChild<PanelMaximizeToggleButton*>(), nullptr);
     EXPECT_NE(window(StandaloneModule::spectrogram)->findChild<SpectrogramPanelView*>(), nullptr);
-    EXPECT_NE(window(StandaloneModule::levelHistory)->findChild<LevelHistoryPanelView*>(),
-              nullptr);
+    EXPECT_NE(window(StandaloneModule::levelHistory)->findChild<LevelHistoryPanelView*>(), nullptr);
     engine().rtaPlacement.set(mainWindow);
     engine().splMeterPlacement.set(separateWindow);
     EXPECT_NE(window(StandaloneModule::splMeter)->findChild<SPLMeterPanelView*>(), nullptr);
