@@ -125,6 +125,11 @@ class Program:
         wait_until(self.alerts, seconds, "The window shows no alert")
         return self.alerts()
 
+    def extents(self, name, role=None):
+        """Where the element is on the screen, and how large."""
+        Atspi = _atspi()
+        return Atspi.Component.get_extents(self.wait_for(name, role), Atspi.CoordType.SCREEN)
+
     def window_id(self):
         """The main window's, as the X server knows it."""
         return self._desk.xdotool_output("search", "--onlyvisible", "--pid", str(self.process.pid),
@@ -134,8 +139,7 @@ class Program:
 
     def click(self, name, role=None):
         """With the pointer, in the element's middle."""
-        Atspi = _atspi()
-        place = Atspi.Component.get_extents(self.wait_for(name, role), Atspi.CoordType.SCREEN)
+        place = self.extents(name, role)
         if not self._desk.xdotool("mousemove", str(place.x + place.width // 2),
                                   str(place.y + place.height // 2), "click", "1"):
             raise DeskFailure(f"{name!r} can't be clicked.")

@@ -66,8 +66,8 @@ class FlatStyle final : public QProxyStyle {
 
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
-        if (const auto* section = menuSection(option); element == CE_MenuItem && section) {
-            paintMenuSection(*painter, *section);
+        if (const auto* separator = menuSeparator(option); element == CE_MenuItem && separator) {
+            paintMenuSeparator(*painter, *separator);
             return;
         }
         QProxyStyle::drawControl(element, option, painter, widget);
@@ -94,7 +94,8 @@ class FlatStyle final : public QProxyStyle {
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                            const QWidget* widget) const override {
         const QSize natural = QProxyStyle::sizeFromContents(type, option, size, widget);
-        if (type == CT_MenuItem && menuSection(option) != nullptr) {
+        const auto* separator = menuSeparator(option);
+        if (type == CT_MenuItem && separator != nullptr && !separator->text.isEmpty()) {
             return {natural.width(), menuSectionHeight};
         }
         return type == CT_PushButton || type == CT_ComboBox
@@ -111,21 +112,26 @@ class FlatStyle final : public QProxyStyle {
     static constexpr int menuSectionHeight = 28;
     static constexpr int menuSectionIndent = 10;
 
-    // The heading of some items: a separator with a text.
-    static const QStyleOptionMenuItem* menuSection(const QStyleOption* option) {
+    static const QStyleOptionMenuItem* menuSeparator(const QStyleOption* option) {
         const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
-        return item != nullptr && item->menuItemType == QStyleOptionMenuItem::Separator &&
-                       !item->text.isEmpty()
-                   ? item
-                   : nullptr;
+        return item != nullptr && item->menuItemType == QStyleOptionMenuItem::Separator ? item
+                                                                                        : nullptr;
     }
 
-    static void paintMenuSection(QPainter& painter, const QStyleOptionMenuItem& section) {
+    // With a text it is the heading of the items under it, without one a line.
+    static void paintMenuSeparator(QPainter& painter, const QStyleOptionMenuItem& separator) {
+        if (separator.text.isEmpty()) {
+            const QRect& room = separator.rect;
+            painter.fillRect(QRect(room.left() + menuSectionIndent, room.center().y(),
+                                   room.width() - 2 * menuSectionIndent, 1),
+                             Theme::gridLineStrong);
+            return;
+        }
         painter.save();
         painter.setFont(Theme::sectionLabelFont());
         painter.setPen(Theme::axisText);
-        painter.drawText(section.rect.adjusted(menuSectionIndent, 0, 0, 0),
-                         Qt::AlignLeft | Qt::AlignVCenter, section.text);
+        painter.drawText(separator.rect.adjusted(menuSectionIndent, 0, 0, 0),
+                         Qt::AlignLeft | Qt::AlignVCenter, separator.text);
         painter.restore();
     }
 

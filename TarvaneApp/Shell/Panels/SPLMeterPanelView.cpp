@@ -11,7 +11,7 @@ namespace TarvaneApp {
 namespace {
 
 constexpr int heightAboveOthers = 230;
-constexpr int leastHeight = 150;
+constexpr int leastHeight = 190;
 
 }  // namespace
 

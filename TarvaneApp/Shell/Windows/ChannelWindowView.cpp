@@ -33,8 +33,7 @@ constexpr double removedNoteSize = 13.0;
 }  // namespace
 
 ChannelWindowView::ChannelWindowView(MeterEngine& engine, const std::optional<UUID>& channelID)
-    : QWidget(nullptr, Qt::Window),
-      engine_(engine),
+    : engine_(engine),
       channelID_(channelID),
       removedNote_(makeTextLabel(QStringLiteral("This channel has been removed."), removedNoteSize,
                                  Theme::axisText, this)) {
@@ -44,7 +43,8 @@ ChannelWindowView::ChannelWindowView(MeterEngine& engine, const std::optional<UU
     setMinimumSize(smallestSize);
     resize(firstSize);
     removedNote_->setAlignment(Qt::AlignCenter);
-    auto* column = new QVBoxLayout(this);
+    setCentralWidget(new QWidget(this));
+    auto* column = new QVBoxLayout(centralWidget());
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(removedNote_);
     if (channelID_) {
@@ -112,7 +112,7 @@ void ChannelWindowView::showChannel() {
 }
 
 void ChannelWindowView::closeEvent(QCloseEvent* event) {
-    QWidget::closeEvent(event);
+    QMainWindow::closeEvent(event);
     Q_EMIT closed();
 }
 

@@ -2,7 +2,7 @@
 // It stays when the channel is removed, and says so. It goes when it is closed.
 #pragma once
 
-#include <QWidget>
+#include <QMainWindow>
 #include <optional>
 
 #include "Core/UUID.h"
@@ -15,7 +15,7 @@ class ChannelColorDot;
 class ElidedLabel;
 class MeterEngine;
 
-class ChannelWindowView final : public QWidget {
+class ChannelWindowView final : public QMainWindow {
     Q_OBJECT
   public:
     ChannelWindowView(MeterEngine& engine, const std::optional<TarvaneKit::UUID>& channelID);

@@ -1,7 +1,5 @@
 #include "Windows/StandaloneModuleWindow.h"
 
-#include <QVBoxLayout>
-
 #include "Icon.h"
 #include "MeteringKeys.h"
 #include "Panels/LevelHistoryPanelView.h"
@@ -34,8 +32,7 @@ QWidget* makePanel(StandaloneModule module, MeterEngine& engine, QWidget* window
 
 }  // namespace
 
-StandaloneModuleWindow::StandaloneModuleWindow(StandaloneModule module, MeterEngine& engine)
-    : QWidget(nullptr, Qt::Window) {
+StandaloneModuleWindow::StandaloneModuleWindow(StandaloneModule module, MeterEngine& engine) {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(TarvaneApp::windowTitle(module));
     setWindowRole(sceneIdentifier(module));
@@ -44,9 +41,7 @@ StandaloneModuleWindow::StandaloneModuleWindow(StandaloneModule module, MeterEng
     setMinimumSize(smallest);
     resize(module == StandaloneModule::splMeter ? firstMeterWidth : firstWidth,
            2 * smallest.height());
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->addWidget(makePanel(module, engine, this));
+    setCentralWidget(makePanel(module, engine, this));
     new MeteringKeys(engine, *this);
     // No control is ringed until the user moves the focus there.
     setFocusPolicy(Qt::ClickFocus);

@@ -2,13 +2,13 @@
 // closed.
 #pragma once
 
-#include <QWidget>
+#include <QMainWindow>
 
 #include "Windows/StandaloneModule.h"
 
 namespace TarvaneApp {
 
-class StandaloneModuleWindow final : public QWidget {
+class StandaloneModuleWindow final : public QMainWindow {
     Q_OBJECT
   public:
     StandaloneModuleWindow(StandaloneModule module, MeterEngine& engine);

@@ -206,7 +206,7 @@ TEST_F(ChannelWindowTests, aLowWindowShowsTheMeterAheadOfTheHistoryAheadOfTheGra
     EXPECT_EQ(window->minimumSize(), QSize(360, 200));
     EXPECT_EQ(shown(200), (std::array{true, false, false}));
     EXPECT_FALSE(engine->isDemanded(ChannelDemand::rta, stage.id));
-    EXPECT_EQ(shown(400), (std::array{true, true, false}));
+    EXPECT_EQ(shown(450), (std::array{true, true, false}));
     EXPECT_EQ(shown(900), (std::array{true, true, true}));
     EXPECT_TRUE(engine->isDemanded(ChannelDemand::rta, stage.id));
     EXPECT_EQ(the<LevelHistoryPanelView>().height(), 170);
