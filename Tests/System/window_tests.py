@@ -304,6 +304,19 @@ def without_the_main_window_metering_goes_on(desk):
     program.wait_for("Stop", "push button")
 
 
+@test
+def a_second_launch_brings_the_closed_window_back(desk):
+    desk.plug_in("--tone", "1000:-20")
+    program = metering(desk)
+    program.key("alt+F4")
+    wait_until(lambda: program.find("Tarvane", "frame") is None, 10, "it doesn't close")
+    expect(program.is_running(), "the program ended with its last window")
+    again = desk.processes.start("again", [str(desk.program("tarvane"))], desk.env)
+    expect(again.wait(20) == 0, "the second program stays")
+    program.wait_for("Stop", "push button")  # metering all the time
+    expect_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB)
+
+
 def run(programs, name):
     """Whether the test passed."""
     function = TESTS[name]
