@@ -18,6 +18,7 @@ LiveSpectrumView::LiveSpectrumView(MeterEngine& engine, const UUID& channelID, Q
       requestedChannelID_(channelID),
       channelID_(engine.resolvedChannelID(channelID)),
       binding_(*this, [this] { refresh(); }),
+      bannerFade_([this] { update(); }),
       raster_(Theme::background) {
     installDisplayAccessibility();
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -124,6 +125,7 @@ void LiveSpectrumView::refresh() {
     }
     banner_.alert = live.currentRingAlert ? live.currentRingAlert : live.heldRingAlert;
     banner_.isLive = live.currentRingAlert.has_value();
+    bannerFade_.follow(banner_);
     update();
 }
 
@@ -131,7 +133,7 @@ void LiveSpectrumView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.drawImage(QPointF(0.0, 0.0), raster_.image(view_, size(), devicePixelRatioF()));
     paintHover(painter, view_, size());
-    banner_.paint(painter, size());
+    bannerFade_.shown().paint(painter, size());
 }
 
 void LiveSpectrumView::mouseMoveEvent(QMouseEvent* event) {

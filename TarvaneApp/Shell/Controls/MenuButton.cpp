@@ -21,6 +21,7 @@ constexpr int dotGap = 5;
 constexpr int chevronSize = 9;
 constexpr int chevronGap = 6;
 constexpr int widestText = 220;
+constexpr int narrowestText = 12;
 constexpr double cornerRadius = 6.0;
 
 QFont labelFont() {
@@ -34,6 +35,11 @@ MenuButton::MenuButton(const QString& name, QWidget* parent) : QToolButton(paren
     setPopupMode(QToolButton::InstantPopup);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setMenu(new QMenu(this));
+}
+
+void MenuButton::letShrink() {
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    setMinimumWidth(2 * padding + narrowestText + chevronGap + chevronSize);
 }
 
 void MenuButton::setItems(std::vector<Item> items) {

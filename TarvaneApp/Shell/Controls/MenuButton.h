@@ -27,6 +27,9 @@ class MenuButton : public QToolButton {
     /// The button shows the current item.
     void setItems(std::vector<Item> items);
 
+    /// The text may be cut short where the row has too little width.
+    void letShrink();
+
     QSize sizeHint() const override;
 
   protected:
