@@ -135,11 +135,6 @@ class Program:
         wait_until(self.alerts, seconds, "The window shows no alert")
         return self.alerts()
 
-    def extents(self, name, role=None):
-        """Where the element is on the screen, and how large."""
-        Atspi = _atspi()
-        return Atspi.Component.get_extents(self.wait_for(name, role), Atspi.CoordType.SCREEN)
-
     def window_id(self):
         """The main window's, as the X server knows it."""
         return self._desk.xdotool_output("search", "--onlyvisible", "--pid", str(self.process.pid),
@@ -163,11 +158,10 @@ class Program:
         return wait_until(lambda: self.drawn(display, "Under the pointer"), 10,
                           f"{display!r} says nothing of {across} pixels across")
 
-    def extents(self, display):
-        """Where a drawn display is on the screen: x, y, width, height."""
+    def extents(self, name, role="label"):
+        """Where it is on the screen: x, y, width, height. A drawn display, unless told otherwise."""
         Atspi = _atspi()
-        return Atspi.Component.get_extents(self.wait_for(display, "label"),
-                                           Atspi.CoordType.SCREEN)
+        return Atspi.Component.get_extents(self.wait_for(name, role), Atspi.CoordType.SCREEN)
 
     def press(self, name, role=None):
         """As a screen reader does it: the element's first action, without the pointer."""
