@@ -144,8 +144,7 @@ class Program:
 
     def click(self, name, role=None):
         """With the pointer, in the element's middle."""
-        Atspi = _atspi()
-        place = Atspi.Component.get_extents(self.wait_for(name, role), Atspi.CoordType.SCREEN)
+        place = self.extents(name, role)
         if not self._desk.xdotool("mousemove", str(place.x + place.width // 2),
                                   str(place.y + place.height // 2), "click", "1"):
             raise DeskFailure(f"{name!r} can't be clicked.")
@@ -159,11 +158,10 @@ class Program:
         return wait_until(lambda: self.drawn(display, "Under the pointer"), 10,
                           f"{display!r} says nothing of {across} pixels across")
 
-    def extents(self, display):
-        """Where a drawn display is on the screen: x, y, width, height."""
+    def extents(self, name, role="label"):
+        """Where it is on the screen: x, y, width, height. A drawn display, unless told otherwise."""
         Atspi = _atspi()
-        return Atspi.Component.get_extents(self.wait_for(display, "label"),
-                                           Atspi.CoordType.SCREEN)
+        return Atspi.Component.get_extents(self.wait_for(name, role), Atspi.CoordType.SCREEN)
 
     def press(self, name, role=None):
         """As a screen reader does it: the element's first action, without the pointer."""

@@ -66,6 +66,10 @@ class FlatStyle final : public QProxyStyle {
 
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
+        if (const auto* separator = menuSeparator(option); element == CE_MenuItem && separator) {
+            paintMenuSeparator(*painter, *separator);
+            return;
+        }
         QProxyStyle::drawControl(element, option, painter, widget);
         if (element == CE_PushButton || element == CE_CheckBox) {
             ringIfFocused(*option, *painter);
@@ -90,6 +94,10 @@ class FlatStyle final : public QProxyStyle {
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                            const QWidget* widget) const override {
         const QSize natural = QProxyStyle::sizeFromContents(type, option, size, widget);
+        const auto* separator = menuSeparator(option);
+        if (type == CT_MenuItem && separator != nullptr && !separator->text.isEmpty()) {
+            return {natural.width(), menuSectionHeight};
+        }
         return type == CT_PushButton || type == CT_ComboBox
                    ? QSize(natural.width() + textPadding, std::max(natural.height(), controlHeight))
                    : natural;
@@ -101,6 +109,31 @@ class FlatStyle final : public QProxyStyle {
     static constexpr int textPadding = 12;
     static constexpr double chevronSize = 9.0;
     static constexpr double chevronMargin = 8.0;
+    static constexpr int menuSectionHeight = 28;
+    static constexpr int menuSectionIndent = 10;
+
+    static const QStyleOptionMenuItem* menuSeparator(const QStyleOption* option) {
+        const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+        return item != nullptr && item->menuItemType == QStyleOptionMenuItem::Separator ? item
+                                                                                        : nullptr;
+    }
+
+    // With a text it is the heading of the items under it, without one a line.
+    static void paintMenuSeparator(QPainter& painter, const QStyleOptionMenuItem& separator) {
+        if (separator.text.isEmpty()) {
+            const QRect& room = separator.rect;
+            painter.fillRect(QRect(room.left() + menuSectionIndent, room.center().y(),
+                                   room.width() - 2 * menuSectionIndent, 1),
+                             Theme::gridLineStrong);
+            return;
+        }
+        painter.save();
+        painter.setFont(Theme::sectionLabelFont());
+        painter.setPen(Theme::axisText);
+        painter.drawText(separator.rect.adjusted(menuSectionIndent, 0, 0, 0),
+                         Qt::AlignLeft | Qt::AlignVCenter, separator.text);
+        painter.restore();
+    }
 
     static void paintPlate(QPainter& painter, const QStyleOption& option) {
         const bool isEnabled = (option.state & State_Enabled) != 0;

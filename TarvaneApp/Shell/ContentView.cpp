@@ -1,23 +1,51 @@
 #include "ContentView.h"
 
+#include <QShowEvent>
 #include <QVBoxLayout>
 
 #include "Divider.h"
 #include "MainToolbar.h"
+#include "MeterEngine.h"
 #include "Panels/MainWindowArrangement.h"
 #include "Panels/ModuleLayoutView.h"
+#include "Windows/StandaloneWindowGuard.h"
 
 namespace TarvaneApp {
 
-ContentView::ContentView(MeterEngine& engine, QWidget* parent)
-    : QWidget(parent), toolbar_(new MainToolbar(engine, this)) {
+ContentView::ContentView(MeterEngine& engine, const AppCommands& commands, QWidget* parent)
+    : QWidget(parent), engine_(engine), commands_(commands) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    column->addWidget(toolbar_);
+    column->addWidget(new MainToolbar(engine, commands, this));
     column->addWidget(makeDivider(this));
     auto* arrangement = new MainWindowArrangement(engine, this);
     column->addWidget(new ModuleLayoutView(engine, *arrangement, std::nullopt, this), 1);
+    for (const StandaloneModule module : standaloneModules) {
+        const Setting<ModulePlacement>& where = placement(engine, module);
+        connect(&where.notifier(), &ChangeNotifier::changed, this,
+                [this, module, &where] { syncStandaloneWindow(module, where()); });
+    }
+}
+
+void ContentView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (event->spontaneous()) {
+        return;
+    }
+    engine_.refreshDevices();
+    for (const StandaloneModule module : standaloneModules) {
+        syncStandaloneWindow(module, placement(engine_, module)());
+    }
+}
+
+void ContentView::syncStandaloneWindow(StandaloneModule module, ModulePlacement placement) {
+    QWidget* window = visibleStandaloneWindow(module);
+    if (placement == ModulePlacement::separateWindow && window == nullptr) {
+        commands_.openStandaloneWindow(module);
+    } else if (placement != ModulePlacement::separateWindow && window != nullptr) {
+        window->close();
+    }
 }
 
 }  // namespace TarvaneApp

@@ -1,22 +1,28 @@
-// What the main window holds: the toolbar, a divider, the modules.
+// What the main window holds: the toolbar, a divider, the modules. It sees that the modules whose
+// placement is elsewhere have their windows.
 #pragma once
 
 #include <QWidget>
 
+#include "AppCommands.h"
+
 namespace TarvaneApp {
 
-class MainToolbar;
 class MeterEngine;
 
 class ContentView final : public QWidget {
     Q_OBJECT
   public:
-    explicit ContentView(MeterEngine& engine, QWidget* parent = nullptr);
+    ContentView(MeterEngine& engine, const AppCommands& commands, QWidget* parent = nullptr);
 
-    MainToolbar& toolbar() { return *toolbar_; }
+  protected:
+    void showEvent(QShowEvent* event) override;
 
   private:
-    MainToolbar* toolbar_;
+    void syncStandaloneWindow(StandaloneModule module, ModulePlacement placement);
+
+    MeterEngine& engine_;
+    const AppCommands commands_;
 };
 
 }  // namespace TarvaneApp

@@ -1,36 +1,45 @@
-// The toolbar across the top of the main window: start and stop, pause, the input's name.
+// The toolbar across the top of the main window: start and stop, pause, the input's name, the menus
+// of channels and layout, and what starts held peaks over.
 #pragma once
 
 #include <QWidget>
 
+class QHBoxLayout;
 class QLabel;
+class QPushButton;
 
 namespace TarvaneApp {
 
+struct AppCommands;
+class ElidedLabel;
 class IconButton;
+class IconMenuButton;
 class MeterEngine;
 class Spinner;
 
 class MainToolbar final : public QWidget {
     Q_OBJECT
   public:
-    explicit MainToolbar(MeterEngine& engine, QWidget* parent = nullptr);
+    MainToolbar(MeterEngine& engine, const AppCommands& commands, QWidget* parent = nullptr);
 
-    /// What the buttons and their keys do.
-    void toggleRunning();
-    /// Does nothing while stopped.
-    void togglePause();
+  protected:
+    bool event(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
   private:
     void showRunState();
     void showDeviceName();
+    void showPeakHoldReset();
 
     MeterEngine& engine_;
+    QHBoxLayout* row_;
     IconButton* startButton_;
     Spinner* spinner_;
     IconButton* pauseButton_;
     QLabel* pausedNote_;
-    QLabel* deviceName_;
+    ElidedLabel* deviceName_;
+    QPushButton* resetPeakHoldButton_;
+    IconMenuButton* resetPeakHoldMenu_;
 };
 
 }  // namespace TarvaneApp

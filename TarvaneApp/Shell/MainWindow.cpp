@@ -1,19 +1,16 @@
 #include "MainWindow.h"
 
-#include <QAbstractButton>
 #include <QAction>
-#include <QComboBox>
-#include <QKeyEvent>
 #include <QMenuBar>
-#include <QShortcut>
-#include <QToolButton>
 
 #include "ContentView.h"
+#include "Controls/MenuItems.h"
 #include "ErrorAlert.h"
 #include "Icon.h"
 #include "LiveFollow.h"
-#include "MainToolbar.h"
 #include "MeterEngine.h"
+#include "MeteringKeys.h"
+#include "Windows/InFront.h"
 
 namespace TarvaneApp {
 
@@ -41,12 +38,12 @@ MainWindow::MainWindow(MeterEngine& engine, const Actions& actions) : engine_(en
         },
         engine.rtaPlacement, engine.spectrogramPlacement, engine.levelHistoryPlacement);
     resize(firstSize);
-    setCentralWidget(new ContentView(engine, this));
+    setCentralWidget(new ContentView(engine, actions, this));
     // No control is pressed or ringed until the user moves the focus there.
     centralWidget()->setFocusPolicy(Qt::ClickFocus);
     centralWidget()->setFocus();
     makeMenus(actions);
-    makeShortcuts();
+    new MeteringKeys(engine, *this);
     new ErrorAlert(engine, this);
 }
 
@@ -71,46 +68,38 @@ void MainWindow::makeMenus(const Actions& actions) {
     addSwitch(QStringLiteral("Show Clock Instead of SPL Meter"), engine_.splReadoutShowsClock)
         ->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+C")));
     addSwitch(QStringLiteral("Show Level Bar in SPL Meter"), engine_.splMeterShowsLevelBar);
+
+    makeWindowMenu(actions);
 }
 
-// A text field that has the focus takes the keys as text before any shortcut sees them.
-void MainWindow::makeShortcuts() {
-    MainToolbar& toolbar = static_cast<ContentView*>(centralWidget())->toolbar();
-    const auto add = [this, &toolbar](Qt::Key key, void (MainToolbar::*action)()) {
-        auto* shortcut = new QShortcut(QKeySequence(key), this);
-        shortcut->setAutoRepeat(false);
-        connect(shortcut, &QShortcut::activated, &toolbar, action);
-    };
-    add(Qt::Key_Space, &MainToolbar::toggleRunning);
-    add(Qt::Key_P, &MainToolbar::togglePause);
+void MainWindow::makeWindowMenu(const Actions& actions) {
+    QMenu* window = menuBar()->addMenu(QStringLiteral("&Window"));
+    QAction* showMain = window->addAction(QStringLiteral("Show Main Window"), this,
+                                          [this] { bringToFront(*this); });
+    showMain->setShortcut(QKeySequence(QStringLiteral("Ctrl+0")));
+    QMenu* channels = window->addMenu(QStringLiteral("Channel Windows"));
+    follow(engine_.extraChannels, channels, [this, channels, open = actions.openChannelWindow] {
+        const bool hasExtraChannels = !engine_.extraChannels().empty();
+        channels->clear();
+        channels->setEnabled(hasExtraChannels);
+        if (hasExtraChannels) {
+            for (const ChannelInfo& channel : engine_.channelInfos()) {
+                channels->addAction(menuText(channel.name), [open, id = channel.id] { open(id); });
+            }
+        }
+    });
 }
 
-// Space belongs to start and stop, so Return presses the control that has the focus.
-void MainWindow::keyPressEvent(QKeyEvent* event) {
-    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    QWidget* focused = focusWidget();
-    if (!isReturn || focused == nullptr) {
-        QMainWindow::keyPressEvent(event);
-    } else if (auto* menuButton = qobject_cast<QToolButton*>(focused);
-               menuButton != nullptr && menuButton->menu() != nullptr) {
-        menuButton->showMenu();
-    } else if (auto* button = qobject_cast<QAbstractButton*>(focused)) {
-        button->click();
+QList<QAction*> MainWindow::keyedActions() const {
+    QList<QAction*> keyed;
+    for (const QAction* title : menuBar()->actions()) {
+        for (QAction* item : title->menu()->actions()) {
+            if (!item->shortcut().isEmpty()) {
+                keyed.append(item);
+            }
+        }
     }
-}
-
-void MainWindow::showEvent(QShowEvent* event) {
-    QMainWindow::showEvent(event);
-    if (!event->spontaneous()) {
-        engine_.refreshDevices();
-    }
-}
-
-void MainWindow::showInFront() {
-    setWindowState(windowState() & ~Qt::WindowMinimized);
-    show();
-    raise();
-    activateWindow();
+    return keyed;
 }
 
 }  // namespace TarvaneApp

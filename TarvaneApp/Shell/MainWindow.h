@@ -1,8 +1,9 @@
-// The main window: menus, content, the keys that work wherever the focus is, the error alert.
+// The main window: menus, content, the error alert.
 #pragma once
 
 #include <QMainWindow>
-#include <functional>
+
+#include "AppCommands.h"
 
 namespace TarvaneApp {
 
@@ -11,22 +12,15 @@ class MeterEngine;
 class MainWindow final : public QMainWindow {
     Q_OBJECT
   public:
-    struct Actions {
-        std::function<void()> showSettings;
-        std::function<void()> quit;
-    };
+    using Actions = AppCommands;
     MainWindow(MeterEngine& engine, const Actions& actions);
 
-    /// Brings the window back, whether it is closed, minimised or behind others.
-    void showInFront();
-
-  protected:
-    void keyPressEvent(QKeyEvent* event) override;
-    void showEvent(QShowEvent* event) override;
+    /// The items of the menus that have keys of their own, which are to work in every window.
+    QList<QAction*> keyedActions() const;
 
   private:
     void makeMenus(const Actions& actions);
-    void makeShortcuts();
+    void makeWindowMenu(const Actions& actions);
 
     MeterEngine& engine_;
 };

@@ -6,8 +6,13 @@
 #include "Icon.h"
 #include "MainWindow.h"
 #include "Preferences/PreferencesWindow.h"
+#include "Windows/InFront.h"
+#include "Windows/WindowFrame.h"
+#include "Windows/WindowScenes.h"
 
 namespace TarvaneApp {
+
+using TarvaneKit::UUID;
 
 void TarvaneApplication::introduce() {
     QApplication::setApplicationName(QStringLiteral("Tarvane"));
@@ -19,20 +24,32 @@ void TarvaneApplication::introduce() {
 TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueStore& store)
     : engine_({.audio = audio, .store = store, .clock = clock_, .displayTimer = displayTimer_}),
       mainWindow_(std::make_unique<MainWindow>(
-          engine_, MainWindow::Actions{.showSettings = [this] { showSettings(); },
-                                       .quit = [] { QApplication::quit(); }})) {}
+          engine_,
+          AppCommands{.showSettings = [this] { showSettings(); },
+                      .openStandaloneWindow =
+                          [this](StandaloneModule module) { scenes_->openModule(module); },
+                      .openChannelWindow = [this](const UUID& id) { scenes_->openChannel(id); },
+                      .quit = [] { QApplication::quit(); }})),
+      scenes_(std::make_unique<WindowScenes>(engine_, store, mainWindow_->keyedActions())) {
+    new WindowFrame(store, "main", *mainWindow_);
+}
 
 TarvaneApplication::~TarvaneApplication() = default;
 
 void TarvaneApplication::showMainWindow() {
-    mainWindow_->showInFront();
+    if (!isRestored_) {
+        isRestored_ = true;
+        scenes_->restoreChannels();
+    }
+    bringToFront(*mainWindow_);
 }
 
 void TarvaneApplication::showSettings() {
     if (!preferences_) {
         preferences_ = std::make_unique<PreferencesWindow>(engine_);
+        preferences_->addActions(mainWindow_->keyedActions());
     }
-    preferences_->showInFront();
+    bringToFront(*preferences_);
 }
 
 }  // namespace TarvaneApp

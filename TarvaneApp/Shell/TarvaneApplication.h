@@ -9,11 +9,13 @@
 #include "DisplayTimer.h"
 #include "KeyValueStore.h"
 #include "MeterEngine.h"
+#include "Windows/AppTermination.h"
 
 namespace TarvaneApp {
 
 class MainWindow;
 class PreferencesWindow;
+class WindowScenes;
 
 class TarvaneApplication final : public QObject {
     Q_OBJECT
@@ -23,6 +25,7 @@ class TarvaneApplication final : public QObject {
     TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueStore& store);
     ~TarvaneApplication() override;
 
+    /// The first time, all other windows that were there when the program last ended come with it.
     void showMainWindow();
     void showSettings();
 
@@ -32,11 +35,14 @@ class TarvaneApplication final : public QObject {
     static void introduce();
 
   private:
+    AppTermination termination_;
     SystemClock clock_;
     DisplayTimer displayTimer_;
     MeterEngine engine_;
     std::unique_ptr<MainWindow> mainWindow_;
     std::unique_ptr<PreferencesWindow> preferences_;
+    std::unique_ptr<WindowScenes> scenes_;
+    bool isRestored_ = false;
 };
 
 }  // namespace TarvaneApp

@@ -3,15 +3,24 @@
 #include <QApplication>
 
 #include "AudioIO/PipeWire/PipeWireAudioSystem.h"
+#include "RunningInstance.h"
 #include "TarvaneApplication.h"
 #include "UserDefaults.h"
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     TarvaneApp::TarvaneApplication::introduce();
+    TarvaneApp::RunningInstance instance;
+    if (instance.hasHandedOver()) {
+        return 0;
+    }
+    // Metering outlives the windows, as long as there is a way to bring them back.
+    QApplication::setQuitOnLastWindowClosed(!instance.isListening());
     TarvaneKit::PipeWireAudioSystem audio;
     TarvaneApp::UserDefaults store;
     TarvaneApp::TarvaneApplication tarvane(audio, store);
+    QObject::connect(&instance, &TarvaneApp::RunningInstance::launchedAgain, &tarvane,
+                     &TarvaneApp::TarvaneApplication::showMainWindow);
     tarvane.showMainWindow();
     return QApplication::exec();
 }

@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QMenu>
 #include <QMessageBox>
 #include <QTabWidget>
 #include <QTest>
@@ -10,6 +11,8 @@
 #include <iostream>
 #include <numbers>
 
+#include "Controls/IconMenuButton.h"
+#include "Controls/PopoverPresentationState.h"
 #include "LiveMeterData.h"
 #include "MainWindow.h"
 #include "MeterEngine.h"
@@ -19,6 +22,10 @@
 #include "Support/ManualTime.h"
 #include "Support/MemoryStore.h"
 #include "TarvaneApplication.h"
+#include "Windows/ChannelWindowLayoutControls.h"
+#include "Windows/ChannelWindowLayoutMenu.h"
+#include "Windows/ChannelWindowView.h"
+#include "Windows/StandaloneModuleWindow.h"
 
 namespace {
 
@@ -203,6 +210,91 @@ void shootAll(Stage& stage) {
     stage.shoot("preferences-leq", preferences);
 }
 
+void shootSizesOf(Stage& stage, QWidget& window, const QString& name,
+                  std::initializer_list<QSize> sizes) {
+    for (const QSize size : sizes) {
+        window.resize(size);
+        stage.play(0.1, 0.12);
+        stage.shoot(QStringLiteral("%1-%2x%3").arg(name).arg(size.width()).arg(size.height()),
+                    window);
+    }
+}
+
+// Modules and channels in windows of their own, and the menus that lead there.
+void shootWindows(Stage& stage) {
+    using namespace TarvaneApp;
+    stage.window.resize(1200, 820);
+    stage.engine.selectedDeviceUID.set(std::nullopt);
+    stage.engine.mainInputIsStereo.set(false);
+    stage.engine.mainInputIsDigital.set(false);
+    TarvaneApp::ChannelConfig channel;
+    channel.name = "Balcony Left";
+    channel.channelIndex = 1;
+    channel.color = {0.35, 0.75, 1.0, 0.95};
+    stage.engine.extraChannels.set({channel});
+    {
+        ChannelWindowView stopped(stage.engine, channel.id);
+        stopped.show();
+        stage.shoot(QStringLiteral("channel-stopped"), stopped);
+    }
+    stage.start();
+    stage.play(2.0, 0.12);
+    stage.play(2.0, 0.05);
+    stage.play(1.0, 0.3);
+    stage.shoot(QStringLiteral("main-with-channels"), stage.window);
+    for (auto* button : stage.window.findChildren<IconMenuButton*>()) {
+        if (button->isVisible()) {
+            button->click();
+            stage.shoot(QStringLiteral("menu-") + button->accessibleName(), button->menu());
+            const auto submenus = button->menu().findChildren<QMenu*>();
+            if (!submenus.isEmpty()) {
+                submenus[1]->popup(QPoint(0, 0));
+                stage.shoot(QStringLiteral("menu-") + button->accessibleName() + u'2',
+                            *submenus[1]);
+                submenus[1]->close();
+            }
+            button->menu().close();
+        }
+    }
+    for (const StandaloneModule module : standaloneModules) {
+        placement(stage.engine, module).set(ModulePlacement::separateWindow);
+        auto* window = new StandaloneModuleWindow(module, stage.engine);
+        window->show();
+        shootSizesOf(stage, *window, sceneIdentifier(module),
+                     {minimumWindowSize(module), QSize(700, 420), QSize(1920, 1080)});
+        placement(stage.engine, module).set(ModulePlacement::mainWindow);
+    }
+    ChannelWindowView window(stage.engine, channel.id);
+    window.setAttribute(Qt::WA_DeleteOnClose, false);
+    window.show();
+    shootSizesOf(stage, window, QStringLiteral("channel-all"),
+                 {QSize(360, 200), QSize(480, 420), QSize(960, 820), QSize(1920, 1080)});
+    stage.engine.updateWindowLayout(channel.id, [](ChannelWindowLayout& layout) {
+        layout.graphOrientation = GraphOrientation::sideBySide;
+        layout.levelHistoryPosition = LevelHistoryPosition::belowGraphs;
+    });
+    shootSizesOf(stage, window, QStringLiteral("channel-beside"),
+                 {QSize(640, 480), QSize(1400, 900)});
+    window.resize(960, 820);
+    auto* menu = window.findChild<ChannelWindowLayoutMenu*>();
+    menu->click();
+    stage.shoot(QStringLiteral("channel-layout-controls"),
+                *menu->findChild<ChannelWindowLayoutControls*>()->window());
+    menu->popover().setPresented(false);
+    stage.engine.updateWindowLayout(channel.id, [](ChannelWindowLayout& layout) {
+        layout.showsRTA = layout.showsSpectrogram = layout.showsLevelHistory = false;
+    });
+    shootSizesOf(stage, window, QStringLiteral("channel-meter"),
+                 {QSize(360, 200), QSize(960, 620)});
+    stage.engine.updateWindowLayout(channel.id, [](ChannelWindowLayout& layout) {
+        layout.showsSPLMeter = false;
+        layout.showsRTA = layout.showsLevelHistory = true;
+    });
+    shootSizesOf(stage, window, QStringLiteral("channel-rta-history"), {QSize(800, 500)});
+    stage.engine.removeChannel(channel.id);
+    stage.shoot(QStringLiteral("channel-removed"), window);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -216,5 +308,6 @@ int main(int argc, char** argv) {
     QDir().mkpath(folder);
     Stage stage(folder);
     shootAll(stage);
+    shootWindows(stage);
     return 0;
 }

@@ -425,6 +425,70 @@ def settings_survive_a_restart(desk):
     expect_level(program, "SPL Z Slow", -20 + SINE_RMS_RE_PEAK_DB)
 
 
+RTA_WINDOW = "Tarvane — Real-Time Analyzer"
+
+
+def place_of(program, name):
+    """Where a window is and how large."""
+    place = program.extents(name, "frame")
+    return place.x, place.y, place.width, place.height
+
+
+@test
+def a_popped_out_module_comes_back_to_where_it_was(desk):
+    program = desk.launch()
+    program.click("Layout", "push button")
+    desk.xdotool("key", "Up", "Up", "Return")  # RTA in Its Own Window
+    program.wait_for(RTA_WINDOW, "frame")
+    window = desk.xdotool_output("search", "--onlyvisible", "--name", RTA_WINDOW).split()[0]
+    desk.xdotool("windowsize", "--sync", window, "640", "360")
+    desk.xdotool("windowmove", "--sync", window, "150", "120")
+    wait_until(lambda: place_of(program, RTA_WINDOW)[2:] == (640, 360), 10, "it keeps its size")
+    place = place_of(program, RTA_WINDOW)
+    program.quit()
+
+    program = desk.launch()
+    program.wait_for(RTA_WINDOW, "frame")
+    wait_until(lambda: place_of(program, RTA_WINDOW) == place, 10, "it is elsewhere")
+    desk.xdotool("search", "--onlyvisible", "--name", RTA_WINDOW, "windowactivate", "--sync", "key",
+                 "ctrl+w")
+    wait_until(lambda: program.find(RTA_WINDOW, "frame") is None, 10, "it doesn't close")
+    program.wait_for("REAL-TIME ANALYZER", "label")  # in the main window again
+    program.quit()
+
+    program = desk.launch()
+    program.wait_for("REAL-TIME ANALYZER", "label")
+    expect(program.find(RTA_WINDOW, "frame") is None, "a closed window came back")
+
+
+@test
+def without_the_main_window_metering_goes_on(desk):
+    desk.plug_in("--tone", "1000:-20")
+    program = metering(desk)
+    program.click("Layout", "push button")
+    desk.xdotool("key", "Up", "Up", "Up", "Return")  # SPL Meter in Its Own Window
+    program.wait_for("Tarvane — SPL Meter", "frame")
+    program.key("alt+F4")
+    wait_until(lambda: program.find("Tarvane", "frame") is None, 10, "it doesn't close")
+    expect_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    desk.xdotool("search", "--onlyvisible", "--name", "SPL Meter", "windowactivate", "--sync",
+                 "key", "ctrl+0")
+    program.wait_for("Stop", "push button")
+
+
+@test
+def a_second_launch_brings_the_closed_window_back(desk):
+    desk.plug_in("--tone", "1000:-20")
+    program = metering(desk)
+    program.key("alt+F4")
+    wait_until(lambda: program.find("Tarvane", "frame") is None, 10, "it doesn't close")
+    expect(program.is_running(), "the program ended with its last window")
+    again = desk.processes.start("again", [str(desk.program("tarvane"))], desk.env)
+    expect(again.wait(20) == 0, "the second program stays")
+    program.wait_for("Stop", "push button")  # metering all the time
+    expect_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB)
+
+
 def run(programs, name):
     """Whether the test passed."""
     function = TESTS[name]

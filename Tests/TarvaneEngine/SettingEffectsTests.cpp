@@ -127,6 +127,23 @@ TEST_F(SettingEffectsTests, aChannelsWindowWithoutALayoutShowsEverything) {
     EXPECT_EQ(engine->windowLayout(id).visibleModuleCount(), 2);
 }
 
+TEST_F(SettingEffectsTests, aChannelsWindowLayoutIsEditedAndReset) {
+    const auto id = addChannel("B", "desk", 0).id;
+    const auto other = addChannel("C", "desk", 1).id;
+    engine->updateWindowLayout(id, [](auto& layout) { layout.showsRTA = false; });
+    engine->updateWindowLayout(id, [](auto& layout) { layout.splitFraction = 0.3; });
+    EXPECT_FALSE(engine->windowLayout(id).showsRTA);
+    EXPECT_EQ(engine->windowLayout(id).splitFraction, 0.3);
+    EXPECT_EQ(engine->windowLayout(other), ChannelWindowLayout{});
+    EXPECT_EQ(engine->channelWindowLayouts().size(), 1U);
+    makeEngine();
+    EXPECT_FALSE(engine->windowLayout(id).showsRTA);
+    engine->resetWindowLayout(id);
+    EXPECT_TRUE(engine->channelWindowLayouts().empty());
+    engine->resetWindowLayout(id);
+    EXPECT_EQ(engine->windowLayout(id), ChannelWindowLayout{});
+}
+
 TEST_F(SettingEffectsTests, aChannelsBandsAreThoseOfItsFraction) {
     const auto id = addChannel("B", "desk", 0).id;
     engine->updateDisplay(

@@ -18,9 +18,9 @@ QImage drawn(const QString& name, double scale) {
     return image;
 }
 
-const char* const names[] = {"play.circle",  "play.circle.fill", "stop.circle.fill",
-                             "pause.circle", "waveform.circle",  "waveform",
-                             "chevron.down"};
+const char* const names[] = {
+    "play.circle", "play.circle.fill", "stop.circle.fill",   "pause.circle",      "waveform.circle",
+    "waveform",    "chevron.down",     "square.stack.3d.up", "rectangle.3.group", "ellipsis"};
 
 TEST(Icon, everySymbolIsDrawnInTheOneColourAskedFor) {
     for (const char* name : names) {

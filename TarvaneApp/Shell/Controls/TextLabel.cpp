@@ -8,13 +8,17 @@ namespace TarvaneApp {
 
 QLabel* makeTextLabel(const QString& text, double size, const QColor& color, QWidget* parent) {
     auto* label = new QLabel(parent);
-    label->setTextFormat(Qt::PlainText);
+    styleTextLabel(*label, size, color);
     label->setText(text);
-    label->setFont(Typeface::installed().systemFont(size));
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, color);
-    label->setPalette(palette);
     return label;
+}
+
+void styleTextLabel(QLabel& label, double size, const QColor& color) {
+    label.setTextFormat(Qt::PlainText);
+    label.setFont(Typeface::installed().systemFont(size));
+    QPalette palette = label.palette();
+    palette.setColor(QPalette::WindowText, color);
+    label.setPalette(palette);
 }
 
 }  // namespace TarvaneApp

@@ -14,6 +14,7 @@ namespace {
 
 constexpr int lowestFirstPanel = 60;
 constexpr int narrowestFirstPanel = 80;
+constexpr QSize smallestArea(320, 160);
 constexpr double evenSplit = 0.5;
 constexpr double smallestShare = 0.15;
 constexpr double largestShare = 0.85;
@@ -65,6 +66,10 @@ GraphArea::GraphArea(MeterEngine& engine, ModuleArrangementLink& arrangement,
           this)) {
     connect(&arrangement, &ModuleArrangementLink::changed, this, [this] { arrange(); });
     arrange();
+}
+
+QSize GraphArea::minimumSizeHint() const {
+    return smallestArea;
 }
 
 void GraphArea::resizeEvent(QResizeEvent*) {

@@ -39,6 +39,8 @@ class GraphArea final : public QWidget {
     GraphArea(MeterEngine& engine, ModuleArrangementLink& arrangement,
               const std::optional<TarvaneKit::UUID>& fixedChannelID, QWidget* parent = nullptr);
 
+    QSize minimumSizeHint() const override;
+
   protected:
     void resizeEvent(QResizeEvent* event) override;
 

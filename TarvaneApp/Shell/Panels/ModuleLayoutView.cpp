@@ -37,8 +37,30 @@ ModuleLayoutView::ModuleLayoutView(MeterEngine& engine, ModuleArrangementLink& a
     arrange();
 }
 
+void ModuleLayoutView::resizeEvent(QResizeEvent*) {
+    arrange();
+}
+
+ModuleArrangement ModuleLayoutView::fittingArrangement() const {
+    ModuleArrangement shown = arrangement_.arrangement();
+    const auto leastHeight = [&shown, this] {
+        const auto of = [](const QWidget* module, bool isShown) {
+            return isShown ? module->minimumSizeHint().height() : 0;
+        };
+        return of(meter_, shown.showsSPLMeter) + of(history_, shown.showsLevelHistory) +
+               of(graphs_, shown.showsGraphs());
+    };
+    if ((shown.showsSPLMeter || shown.showsLevelHistory) && leastHeight() > height()) {
+        shown.showsRTA = shown.showsSpectrogram = false;
+    }
+    if (shown.showsSPLMeter && leastHeight() > height()) {
+        shown.showsLevelHistory = false;
+    }
+    return shown;
+}
+
 void ModuleLayoutView::arrange() {
-    const ModuleArrangement shown = arrangement_.arrangement();
+    const ModuleArrangement shown = fittingArrangement();
     const bool showsGraphs = shown.showsGraphs();
     const bool isHistoryBelow = shown.levelHistoryPosition == LevelHistoryPosition::belowGraphs;
     meter_->setVisible(shown.showsSPLMeter);

@@ -1,6 +1,7 @@
 // The modules of a window, arranged: the sound level meter on top, below it the graph area, the
 // level history as a strip above or below that. A module that is hidden or elsewhere leaves its
-// room to the others.
+// room to the others. Where the window is too low for all of them, the graphs give way first, then
+// the history.
 #pragma once
 
 #include <QWidget>
@@ -14,6 +15,7 @@ namespace TarvaneApp {
 
 class MeterEngine;
 class ModuleArrangementLink;
+struct ModuleArrangement;
 
 class ModuleLayoutView final : public QWidget {
     Q_OBJECT
@@ -24,7 +26,11 @@ class ModuleLayoutView final : public QWidget {
                      const std::optional<TarvaneKit::UUID>& fixedChannelID,
                      QWidget* parent = nullptr);
 
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
   private:
+    ModuleArrangement fittingArrangement() const;
     void arrange();
 
     ModuleArrangementLink& arrangement_;

@@ -12,6 +12,7 @@ namespace TarvaneApp {
 namespace {
 
 constexpr int heightAboveOthers = 230;
+constexpr int leastHeight = 190;
 
 }  // namespace
 
@@ -44,6 +45,10 @@ SPLMeterPanelView::SPLMeterPanelView(MeterEngine& engine,
 
 QSize SPLMeterPanelView::sizeHint() const {
     return {QWidget::sizeHint().width(), heightAboveOthers};
+}
+
+QSize SPLMeterPanelView::minimumSizeHint() const {
+    return {QWidget::minimumSizeHint().width(), leastHeight};
 }
 
 }  // namespace TarvaneApp

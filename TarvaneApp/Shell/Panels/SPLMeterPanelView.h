@@ -20,6 +20,7 @@ class SPLMeterPanelView final : public QWidget {
 
     /// As high as the meter is where other modules take the rest of the window.
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 };
 
 }  // namespace TarvaneApp

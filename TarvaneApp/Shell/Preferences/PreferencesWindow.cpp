@@ -45,13 +45,6 @@ void PreferencesWindow::addTab(const QString& title, const QString& symbol, QWid
     tabs_->addTab(scroll, Icon::tinted(symbol, tabIconSize, Theme::primaryText), title);
 }
 
-void PreferencesWindow::showInFront() {
-    setWindowState(windowState() & ~Qt::WindowMinimized);
-    show();
-    raise();
-    activateWindow();
-}
-
 void PreferencesWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape || event->matches(QKeySequence::Close)) {
         close();

@@ -14,8 +14,6 @@ class PreferencesWindow final : public QWidget {
   public:
     explicit PreferencesWindow(MeterEngine& engine);
 
-    void showInFront();
-
   protected:
     void keyPressEvent(QKeyEvent* event) override;
 

@@ -1,0 +1,110 @@
+#include "Windows/ChannelWindowLayoutControls.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <algorithm>
+
+#include "Controls/MenuItems.h"
+#include "Controls/TextLabel.h"
+#include "LiveFollow.h"
+#include "MeterEngine.h"
+#include "Theme.h"
+#include "Windows/StandaloneModule.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::allCases;
+using TarvaneKit::UUID;
+
+namespace {
+
+constexpr int sectionSpacing = 12;
+constexpr int toggleSpacing = 6;
+
+}  // namespace
+
+ChannelWindowLayoutControls::ChannelWindowLayoutControls(MeterEngine& engine, const UUID& channelID,
+                                                         QWidget* parent)
+    : QWidget(parent), engine_(engine), channelID_(channelID) {
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(sectionSpacing);
+    column->addWidget(makeTextLabel(QStringLiteral("Show"), 11, Theme::axisText, this));
+    auto* toggles = new QVBoxLayout;
+    toggles->setSpacing(toggleSpacing);
+    addToggle(*toggles, label(StandaloneModule::splMeter), &ChannelWindowLayout::showsSPLMeter);
+    addToggle(*toggles, label(StandaloneModule::rta), &ChannelWindowLayout::showsRTA);
+    addToggle(*toggles, label(StandaloneModule::spectrogram),
+              &ChannelWindowLayout::showsSpectrogram);
+    addToggle(*toggles, label(StandaloneModule::levelHistory),
+              &ChannelWindowLayout::showsLevelHistory);
+    column->addLayout(toggles);
+    auto* rows = new QFormLayout;
+    addPicker(*rows, QStringLiteral("RTA & Spectrogram"), &ChannelWindowLayout::graphOrientation);
+    addPicker(*rows, QStringLiteral("Graph Order"), &ChannelWindowLayout::graphOrder);
+    addPicker(*rows, QStringLiteral("Level History Position"),
+              &ChannelWindowLayout::levelHistoryPosition);
+    column->addLayout(rows);
+    auto* reset = new QPushButton(QStringLiteral("Reset to Main Window Layout"), this);
+    reset->setAutoDefault(false);
+    connect(reset, &QPushButton::clicked, this, [this] { engine_.resetWindowLayout(channelID_); });
+    column->addWidget(reset);
+    follow(engine.channelWindowLayouts, this, [this] { showLayout(); });
+}
+
+// The last module that is shown stays: a click on its toggle changes nothing.
+void ChannelWindowLayoutControls::addToggle(QVBoxLayout& column, const QString& name,
+                                            bool ChannelWindowLayout::*shows) {
+    auto* toggle = new QCheckBox(name, this);
+    connect(toggle, &QCheckBox::clicked, this, [this, shows](bool isOn) {
+        ChannelWindowLayout wanted = engine_.windowLayout(channelID_);
+        wanted.*shows = isOn;
+        if (wanted.visibleModuleCount() > 0) {
+            engine_.updateWindowLayout(channelID_,
+                                       [&wanted](ChannelWindowLayout& layout) { layout = wanted; });
+        } else {
+            showLayout();
+        }
+    });
+    shows_.emplace_back(
+        [toggle, shows](const ChannelWindowLayout& layout) { toggle->setChecked(layout.*shows); });
+    column.addWidget(toggle);
+}
+
+template <class E>
+void ChannelWindowLayoutControls::addPicker(QFormLayout& rows, const QString& name,
+                                            std::optional<E> ChannelWindowLayout::*field) {
+    auto* picker = new QComboBox(this);
+    picker->setAccessibleName(name);
+    picker->addItem(QStringLiteral("Same as Main Window"));
+    for (const E value : allCases<E>()) {
+        const auto label = TarvaneKit::rawValue(value);
+        picker->addItem(QString::fromUtf8(label.data(), static_cast<qsizetype>(label.size())));
+    }
+    connect(picker, &QComboBox::activated, this, [this, field](int index) {
+        engine_.updateWindowLayout(channelID_, [field, index](ChannelWindowLayout& layout) {
+            layout.*field = index > 0
+                                ? std::optional(allCases<E>()[static_cast<std::size_t>(index - 1)])
+                                : std::nullopt;
+        });
+    });
+    shows_.emplace_back([picker, field](const ChannelWindowLayout& layout) {
+        const auto& chosen = layout.*field;
+        const auto cases = allCases<E>();
+        picker->setCurrentIndex(
+            chosen ? 1 + static_cast<int>(std::ranges::find(cases, *chosen) - cases.begin()) : 0);
+    });
+    rows.addRow(menuText(name.toStdString()), picker);
+}
+
+void ChannelWindowLayoutControls::showLayout() {
+    const ChannelWindowLayout layout = engine_.windowLayout(channelID_);
+    for (const auto& show : shows_) {
+        show(layout);
+    }
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,119 @@
+#include "Windows/ChannelWindowView.h"
+
+#include <QCloseEvent>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include "Controls/ChannelColorDot.h"
+#include "Controls/ElidedLabel.h"
+#include "Controls/TextLabel.h"
+#include "Divider.h"
+#include "Icon.h"
+#include "LiveFollow.h"
+#include "MeterEngine.h"
+#include "MeteringKeys.h"
+#include "Panels/ChannelWindowArrangement.h"
+#include "Panels/ModuleLayoutView.h"
+#include "Theme.h"
+#include "Windows/ChannelWindowLayoutMenu.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::UUID;
+
+namespace {
+
+constexpr QSize smallestSize(360, 200);
+constexpr QSize firstSize(960, 820);
+constexpr int paddingAcross = 16;
+constexpr int paddingUpDown = 8;
+constexpr int spacing = 8;
+constexpr double removedNoteSize = 13.0;
+
+}  // namespace
+
+ChannelWindowView::ChannelWindowView(MeterEngine& engine, const std::optional<UUID>& channelID)
+    : engine_(engine),
+      channelID_(channelID),
+      removedNote_(makeTextLabel(QStringLiteral("This channel has been removed."), removedNoteSize,
+                                 Theme::axisText, this)) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowRole(QStringLiteral("channel"));
+    setWindowIcon(Icon::application());
+    setMinimumSize(smallestSize);
+    resize(firstSize);
+    removedNote_->setAlignment(Qt::AlignCenter);
+    setCentralWidget(new QWidget(this));
+    auto* column = new QVBoxLayout(centralWidget());
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(removedNote_);
+    if (channelID_) {
+        content_ = makeContent(*channelID_);
+        column->addWidget(content_);
+    }
+    new MeteringKeys(engine, *this);
+    // No control is ringed until the user moves the focus there.
+    setFocusPolicy(Qt::ClickFocus);
+    setFocus();
+    followAll(
+        this, [this] { showChannel(); }, engine.extraChannels, engine.rtaColor, engine.isRunning,
+        engine.availableDevices, engine.selectedDeviceUID, engine.selectedChannelIndex,
+        engine.mainInputIsStereo, engine.mainInputRightChannelIndex);
+}
+
+QWidget* ChannelWindowView::makeContent(const UUID& channelID) {
+    auto* content = new QWidget(this);
+    auto* column = new QVBoxLayout(content);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(makeHeader(channelID, content));
+    column->addWidget(makeDivider(content));
+    auto* arrangement = new ChannelWindowArrangement(engine_, channelID, content);
+    column->addWidget(new ModuleLayoutView(engine_, *arrangement, channelID, content), 1);
+    return content;
+}
+
+QWidget* ChannelWindowView::makeHeader(const UUID& channelID, QWidget* parent) {
+    auto* header = new QWidget(parent);
+    dot_ = new ChannelColorDot(header);
+    name_ = new ElidedLabel(13, Theme::primaryText, header);
+    input_ = new ElidedLabel(12, Theme::axisText, header);
+    status_ = new ElidedLabel(11, Theme::axisText, header);
+    auto* row = new QHBoxLayout(header);
+    row->setContentsMargins(paddingAcross, paddingUpDown, paddingAcross, paddingUpDown);
+    row->setSpacing(spacing);
+    row->addWidget(dot_);
+    row->addWidget(name_);
+    row->addWidget(input_);
+    row->addStretch(1);
+    row->addWidget(status_);
+    row->addWidget(new ChannelWindowLayoutMenu(engine_, channelID, header));
+    return header;
+}
+
+void ChannelWindowView::showChannel() {
+    const auto channel = channelID_ ? engine_.channelInfo(*channelID_) : std::nullopt;
+    removedNote_->setVisible(!channel);
+    if (content_ != nullptr) {
+        content_->setVisible(channel.has_value());
+    }
+    if (!channel) {
+        setWindowTitle(QStringLiteral("Tarvane — Channel"));
+        return;
+    }
+    const QString name = QString::fromStdString(channel->name);
+    setWindowTitle(QStringLiteral("Tarvane — ") + name);
+    dot_->setColor(Theme::color(channel->color));
+    name_->setText(name);
+    input_->setText(QString::fromStdString(engine_.inputDescription(*channel)));
+    status_->setText(!channel->isEnabled    ? QStringLiteral("Turned off in Preferences > Audio")
+                     : !engine_.isRunning() ? QStringLiteral("Press Start in the main window")
+                                            : QString());
+}
+
+void ChannelWindowView::closeEvent(QCloseEvent* event) {
+    QMainWindow::closeEvent(event);
+    Q_EMIT closed();
+}
+
+}  // namespace TarvaneApp

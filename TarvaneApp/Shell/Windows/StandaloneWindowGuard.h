@@ -1,0 +1,39 @@
+// Keeps a module's own window in step with the module's placement: a window that shouldn't be there
+// closes, of two for one module the later one does, and closing the window by hand returns the
+// module to the main window. The window owns it; main thread.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+
+#include "Windows/StandaloneModule.h"
+
+namespace TarvaneApp {
+
+/// The window of that module on the screen, other than `besides`; null when there is none.
+QWidget* visibleStandaloneWindow(StandaloneModule module, const QWidget* besides = nullptr);
+
+struct StandaloneWindowState {
+    QPointer<QWidget> window;
+    bool closingAsDuplicate = false;
+};
+
+class StandaloneWindowGuard final : public QObject {
+    Q_OBJECT
+  public:
+    StandaloneWindowGuard(StandaloneModule module, MeterEngine& engine, QWidget* window);
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void enforce();
+    void disappeared();
+
+    const StandaloneModule module_;
+    MeterEngine& engine_;
+    StandaloneWindowState state_;
+};
+
+}  // namespace TarvaneApp

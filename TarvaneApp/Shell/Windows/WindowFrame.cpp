@@ -1,0 +1,43 @@
+#include "Windows/WindowFrame.h"
+
+#include <QEvent>
+#include <QWidget>
+
+#include "KeyValueStore.h"
+
+namespace TarvaneApp {
+
+namespace {
+
+// A window that is being dragged is stored when it rests.
+constexpr int restMilliseconds = 500;
+
+}  // namespace
+
+WindowFrame::WindowFrame(KeyValueStore& store, const std::string& name, QWidget& window)
+    : QObject(&window), store_(store), key_("WindowFrame." + name), window_(window) {
+    if (const auto bytes = store.data(key_)) {
+        window.restoreGeometry(QByteArray(bytes->data(), static_cast<qsizetype>(bytes->size())));
+    }
+    atRest_.setSingleShot(true);
+    atRest_.setInterval(restMilliseconds);
+    connect(&atRest_, &QTimer::timeout, this, [this] { save(); });
+    window.installEventFilter(this);
+}
+
+bool WindowFrame::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Move || event->type() == QEvent::Resize) {
+        atRest_.start();
+    } else if (event->type() == QEvent::Close) {
+        atRest_.stop();
+        save();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void WindowFrame::save() {
+    store_.setData(key_, window_.saveGeometry().toStdString());
+    store_.synchronize();
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,43 @@
+// The windows beside the main one, opened by name: a module's, a channel's. Each is where it was
+// when the program was last used, and channel windows that were open come back. The application
+// owns them; main thread.
+#pragma once
+
+#include <QList>
+#include <QPointer>
+#include <QWidget>
+#include <string>
+
+#include "Core/UUID.h"
+#include "Windows/StandaloneModule.h"
+
+namespace TarvaneApp {
+
+class ChannelWindowView;
+class KeyValueStore;
+
+class WindowScenes final : public QObject {
+    Q_OBJECT
+  public:
+    /// The keys of `actions` work in every window.
+    WindowScenes(MeterEngine& engine, KeyValueStore& store, QList<QAction*> actions);
+    ~WindowScenes() override;
+
+    void openModule(StandaloneModule module);
+    /// A channel has one window: where it is open already, it comes to the front.
+    void openChannel(const TarvaneKit::UUID& channelID);
+    /// Opens the channel windows that were open when the program was last used.
+    void restoreChannels();
+
+  private:
+    void open(QWidget* window, const std::string& frameName);
+    ChannelWindowView* channelWindow(const TarvaneKit::UUID& channelID) const;
+    void storeOpenChannels();
+
+    MeterEngine& engine_;
+    KeyValueStore& store_;
+    const QList<QAction*> actions_;
+    QList<QPointer<QWidget>> windows_;
+};
+
+}  // namespace TarvaneApp

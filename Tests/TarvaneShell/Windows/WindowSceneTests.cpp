@@ -1,0 +1,177 @@
+// The windows of channels in the whole application: who opens them, how many there are, which come
+// back, and what the main window's coming and going means to them.
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTest>
+#include <algorithm>
+
+#include "MainWindow.h"
+#include "Support/FakeAudioSystem.h"
+#include "Support/MemoryStore.h"
+#include "TarvaneApplication.h"
+#include "Windows/ChannelWindowView.h"
+
+namespace TarvaneApp {
+namespace {
+
+using TarvaneKit::UUID;
+
+class WindowSceneTests : public testing::Test {
+  protected:
+    WindowSceneTests() {
+        audio.plugIn({.id = 41, .uid = "desk", .name = "Desk", .channelCount = 8});
+        audio.setDefaultInput(41);
+        launch();
+    }
+
+    void launch() {
+        application = std::make_unique<TarvaneApplication>(audio, store);
+        application->showMainWindow();
+        settle();
+    }
+    void quit() {
+        QEvent event(QEvent::Quit);
+        QCoreApplication::sendEvent(qApp, &event);
+        settle();
+        application.reset();
+    }
+    static void settle() {
+        for (int i = 0; i < 3; ++i) {
+            QCoreApplication::processEvents();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+    }
+    UUID addChannel(const std::string& name) {
+        engine().addChannel();
+        const UUID id = engine().extraChannels().back().id;
+        engine().updateChannel(id, [&name](ChannelConfig& channel) { channel.name = name; });
+        return id;
+    }
+
+    MeterEngine& engine() { return application->engine(); }
+    static MainWindow& mainWindow() { return *windows<MainWindow>().at(0); }
+    template <class Window>
+    static QList<Window*> windows() {
+        QList<Window*> found;
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (auto* window = qobject_cast<Window*>(widget)) {
+                found.append(window);
+            }
+        }
+        return found;
+    }
+    static QAction* item(const QString& text) {
+        for (QAction* action : mainWindow().findChildren<QAction*>()) {
+            if (action->text() == text) {
+                return action;
+            }
+        }
+        throw std::logic_error(text.toStdString());
+    }
+    void openFromMenu(const QString& channel) {
+        for (QAction* action : item(QStringLiteral("Channel Windows"))->menu()->actions()) {
+            if (action->text() == channel) {
+                action->trigger();
+            }
+        }
+        settle();
+    }
+
+    TarvaneTests::FakeAudioSystem audio;
+    TarvaneTests::MemoryStore store;
+    std::unique_ptr<TarvaneApplication> application;
+};
+
+TEST_F(WindowSceneTests, theMenuOfChannelWindowsIsEmptyWithoutExtraChannels) {
+    const QAction* channels = item(QStringLiteral("Channel Windows"));
+    EXPECT_TRUE(channels->menu()->actions().isEmpty());
+    EXPECT_FALSE(channels->isEnabled());
+    addChannel("R&B Stage");
+    ASSERT_EQ(channels->menu()->actions().size(), 2);
+    EXPECT_EQ(channels->menu()->actions()[1]->text(), QStringLiteral("R&&B Stage"));
+    EXPECT_TRUE(channels->isEnabled());
+    engine().extraChannels.set({});
+    EXPECT_TRUE(channels->menu()->actions().isEmpty());
+}
+
+TEST_F(WindowSceneTests, aChannelHasOneWindow) {
+    const UUID stage = addChannel("Stage");
+    addChannel("Balcony");
+    openFromMenu(QStringLiteral("Stage"));
+    ASSERT_EQ(windows<ChannelWindowView>().size(), 1);
+    EXPECT_EQ(windows<ChannelWindowView>()[0]->channelID(), stage);
+    openFromMenu(QStringLiteral("Stage"));
+    EXPECT_EQ(windows<ChannelWindowView>().size(), 1);
+    openFromMenu(QStringLiteral("Balcony"));
+    EXPECT_EQ(windows<ChannelWindowView>().size(), 2);
+    for (ChannelWindowView* window : windows<ChannelWindowView>()) {
+        window->close();
+    }
+    settle();
+    EXPECT_TRUE(windows<ChannelWindowView>().isEmpty());
+    openFromMenu(QStringLiteral("Stage"));
+    EXPECT_EQ(windows<ChannelWindowView>().size(), 1);
+}
+
+TEST_F(WindowSceneTests, meteringGoesOnWithoutTheMainWindowWhichComesBackAsItWas) {
+    const UUID stage = addChannel("Stage");
+    openFromMenu(QStringLiteral("Stage"));
+    engine().start();
+    while (engine().isStarting()) {
+        settle();
+    }
+    mainWindow().close();
+    settle();
+    EXPECT_TRUE(engine().isRunning());
+    EXPECT_TRUE(engine().isDemanded(ChannelDemand::rta, stage));
+    item(QStringLiteral("Show Main Window"))->trigger();
+    settle();
+    EXPECT_TRUE(mainWindow().isVisible());
+    EXPECT_TRUE(engine().isRunning());
+    engine().stop();
+}
+
+TEST_F(WindowSceneTests, showMainWindowBringsBackAMinimisedOneAndMakesNoSecond) {
+    mainWindow().setWindowState(Qt::WindowMinimized);
+    settle();
+    QAction* show = item(QStringLiteral("Show Main Window"));
+    EXPECT_EQ(show->shortcut(), QKeySequence(QStringLiteral("Ctrl+0")));
+    show->trigger();
+    EXPECT_FALSE(mainWindow().isMinimized());
+    EXPECT_TRUE(mainWindow().isVisible());
+    show->trigger();
+    EXPECT_EQ(windows<MainWindow>().size(), 1);
+}
+
+TEST_F(WindowSceneTests, openChannelWindowsComeBackWhereTheyWereAndClosedOnesDoNot) {
+    const UUID stage = addChannel("Stage");
+    addChannel("Balcony");
+    openFromMenu(QStringLiteral("Stage"));
+    openFromMenu(QStringLiteral("Balcony"));
+    for (ChannelWindowView* window : windows<ChannelWindowView>()) {
+        if (window->channelID() == stage) {
+            window->setGeometry(30, 40, 640, 480);
+        } else {
+            window->close();
+        }
+    }
+    settle();
+    quit();
+    launch();
+    ASSERT_EQ(windows<ChannelWindowView>().size(), 1);
+    EXPECT_EQ(windows<ChannelWindowView>()[0]->channelID(), stage);
+    EXPECT_EQ(windows<ChannelWindowView>()[0]->geometry(), QRect(30, 40, 640, 480));
+    // A channel that is gone leaves no empty window behind.
+    engine().extraChannels.set({});
+    quit();
+    launch();
+    EXPECT_TRUE(windows<ChannelWindowView>().isEmpty());
+}
+
+}  // namespace
+}  // namespace TarvaneApp
