@@ -74,6 +74,11 @@ class FlatStyle final : public QProxyStyle {
 
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                             QPainter* painter, const QWidget* widget) const override {
+        if (control == CC_Slider) {
+            QProxyStyle::drawComplexControl(control, option, painter, widget);
+            ringIfFocused(*option, *painter);
+            return;
+        }
         const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(option);
         if (control != CC_ComboBox || combo == nullptr || combo->editable) {
             QProxyStyle::drawComplexControl(control, option, painter, widget);

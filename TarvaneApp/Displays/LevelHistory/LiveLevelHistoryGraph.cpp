@@ -1,5 +1,6 @@
 #include "LevelHistory/LiveLevelHistoryGraph.h"
 
+#include <QInputDevice>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
 #include <QPainter>
@@ -47,7 +48,8 @@ LiveLevelHistoryGraph::LiveLevelHistoryGraph(MeterEngine& engine, const UUID& ch
         engine.mainInputIsDigital, engine.mainInputMeasuresLoudness, engine.splReadoutShowsDBFS,
         engine.metricMode, engine.splWeighting, engine.splTimeWeighting, engine.peakWeighting,
         engine.trafficLightConfig, engine.trafficLightConfigDBFS, engine.loudnessTarget,
-        engine.loudnessColors, engine.levelHistoryZoom, engine.levelHistoryShowsMomentary);
+        engine.loudnessColors, engine.levelHistoryZoom, engine.levelHistoryShowsMomentary,
+        engine.currentInputGain, engine.deviceGains);
     refresh();
 }
 
@@ -113,13 +115,13 @@ void LiveLevelHistoryGraph::contextChanged() {
 }
 
 void LiveLevelHistoryGraph::refresh() {
-    const LevelHistoryView before = view_;
     view_.revision = engine_.meterChannel(channelID_).live.levelHistoryRevision;
     for (LevelHistoryOverlay& overlay : view_.overlays) {
         overlay.revision = engine_.meterChannel(overlay.id).live.levelHistoryRevision;
     }
     // Most publications bring nothing new: the recorder takes ten points a second.
-    if (!(view_ == before) || picturesDrawn() == 0) {
+    if (!(view_ == shown_)) {
+        shown_ = view_;
         update();
         Q_EMIT historyChanged();
     }
@@ -156,9 +158,9 @@ void LiveLevelHistoryGraph::mousePressEvent(QMouseEvent* event) {
 void LiveLevelHistoryGraph::mouseMoveEvent(QMouseEvent* event) {
     view_.hover.xPosition = event->position().x();
     if (pressedAt_) {
-        const double moved = event->position().x() - pressedAt_->x();
-        if (view_.viewport.dragStartRange || std::abs(moved) >= shortestDrag) {
-            view_.viewport.pan(moved, view_.plot(size()).width(), view_.session());
+        const QPointF moved = event->position() - *pressedAt_;
+        if (view_.viewport.dragStartRange || std::hypot(moved.x(), moved.y()) >= shortestDrag) {
+            view_.viewport.pan(moved.x(), view_.plot(size()).width(), view_.session());
             Q_EMIT ownRangeChanged();
         }
     }
@@ -170,8 +172,12 @@ void LiveLevelHistoryGraph::mouseReleaseEvent(QMouseEvent*) {
     view_.viewport.endPan();
 }
 
-void LiveLevelHistoryGraph::mouseDoubleClickEvent(QMouseEvent*) {
-    clearOwnRange();
+// Its second press may begin a drag as any other.
+void LiveLevelHistoryGraph::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        clearOwnRange();
+        mousePressEvent(event);
+    }
 }
 
 void LiveLevelHistoryGraph::leaveEvent(QEvent*) {
@@ -184,8 +190,10 @@ void LiveLevelHistoryGraph::wheelEvent(QWheelEvent* event) {
     if (view_.recorder->isEmpty()) {
         return;
     }
-    // A touchpad tells pixels; a wheel tells notches.
-    const bool isPrecise = !event->pixelDelta().isNull();
+    // A touchpad tells pixels; a wheel tells notches, and under X11 pixels of no meaning too.
+    const bool isTouchpad = event->phase() != Qt::NoScrollPhase ||
+                            event->device()->type() == QInputDevice::DeviceType::TouchPad;
+    const bool isPrecise = isTouchpad && !event->pixelDelta().isNull();
     const QPointF delta =
         isPrecise ? QPointF(event->pixelDelta()) : QPointF(event->angleDelta()) / wheelNotch;
     rangeMoved(view_.viewport.scroll(

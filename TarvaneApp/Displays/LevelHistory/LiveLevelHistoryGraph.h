@@ -68,6 +68,7 @@ class LiveLevelHistoryGraph final : public QWidget, public SpokenDisplay {
     std::optional<QPointF> pressedAt_;
 
     LevelHistoryView view_;
+    LevelHistoryView shown_;  // as the last picture has it
     LevelHistoryRaster raster_;
 };
 

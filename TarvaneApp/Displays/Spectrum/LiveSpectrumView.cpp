@@ -27,7 +27,8 @@ LiveSpectrumView::LiveSpectrumView(MeterEngine& engine, const UUID& channelID, Q
         engine.mainInputIsDigital, engine.splReadoutShowsDBFS, engine.octaveFraction,
         engine.viewMode, engine.rtaColor, engine.rtaPeakColor, engine.showPeakHold,
         engine.selectedTargetCurveName, engine.targetCurveReferenceDB,
-        engine.targetCurveReferenceDBFS, engine.spectrogramRanges, engine.sampleRate);
+        engine.targetCurveReferenceDBFS, engine.spectrogramRanges, engine.sampleRate,
+        engine.deviceGains);
     refresh();
 }
 

@@ -21,6 +21,7 @@ constexpr int dotGap = 5;
 constexpr int chevronSize = 9;
 constexpr int chevronGap = 6;
 constexpr int widestText = 220;
+constexpr int narrowestText = 40;
 constexpr double cornerRadius = 6.0;
 
 QFont labelFont() {
@@ -32,7 +33,7 @@ QFont labelFont() {
 MenuButton::MenuButton(const QString& name, QWidget* parent) : QToolButton(parent), name_(name) {
     setFocusPolicy(Qt::TabFocus);
     setPopupMode(QToolButton::InstantPopup);
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     setMenu(new QMenu(this));
 }
 
@@ -52,7 +53,7 @@ void MenuButton::setItems(std::vector<Item> items) {
         action->setChecked(item.isCurrent);
         group_->addAction(action);
         if (item.isCurrent) {
-            setText(item.text);
+            setText(item.label.value_or(item.text));
             dot_ = item.dot;
         }
         connect(action, &QAction::triggered, this, [run = std::move(item.action)] { run(); });
@@ -62,10 +63,18 @@ void MenuButton::setItems(std::vector<Item> items) {
     update();
 }
 
+int MenuButton::widthAbout(int textWidth) const {
+    return 2 * padding + (dot_ ? dotSize + dotGap : 0) + textWidth + chevronGap + chevronSize;
+}
+
 QSize MenuButton::sizeHint() const {
-    const int textWidth = std::min(QFontMetrics(labelFont()).horizontalAdvance(text()), widestText);
-    return {2 * padding + (dot_ ? dotSize + dotGap : 0) + textWidth + chevronGap + chevronSize,
-            buttonHeight};
+    const int textWidth = QFontMetrics(labelFont()).horizontalAdvance(text());
+    return {widthAbout(std::min(textWidth, widestText)), buttonHeight};
+}
+
+QSize MenuButton::minimumSizeHint() const {
+    const int textWidth = QFontMetrics(labelFont()).horizontalAdvance(text());
+    return {widthAbout(std::min(textWidth, narrowestText)), buttonHeight};
 }
 
 void MenuButton::paintEvent(QPaintEvent*) {

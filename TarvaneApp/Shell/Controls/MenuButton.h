@@ -22,17 +22,22 @@ class MenuButton : public QToolButton {
         bool isCurrent = false;
         std::function<void()> action;
         /// A filled circle ahead of the text.
-        std::optional<QColor> dot;
+        std::optional<QColor> dot = std::nullopt;
+        /// What the button shows while the item is current, if not its text.
+        std::optional<QString> label = std::nullopt;
     };
-    /// The button shows the current item.
+    /// The button shows the current item. It may get narrower than that, and then elides.
     void setItems(std::vector<Item> items);
 
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    int widthAbout(int textWidth) const;
+
     QString name_;
     std::optional<QColor> dot_;
     QActionGroup* group_ = nullptr;

@@ -1,0 +1,81 @@
+#include "Controls/PopoverPresentationState.h"
+
+#include <QAbstractButton>
+#include <QPainter>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "Theme.h"
+
+namespace TarvaneApp {
+
+namespace {
+
+constexpr int padding = 16;
+constexpr int gap = 4;  // between the button and the popover
+
+class Popover final : public QWidget {
+  public:
+    Popover(QWidget* parent, const PopoverPresentationState::Content& makeContent)
+        : QWidget(parent, Qt::Popup) {
+        setAttribute(Qt::WA_DeleteOnClose);
+        // The click that closes it does nothing else: on the button it would open it again.
+        setAttribute(Qt::WA_NoMouseReplay);
+        auto* layout = new QVBoxLayout(this);
+        layout->setContentsMargins(padding, padding, padding, padding);
+        layout->setSizeConstraint(QLayout::SetFixedSize);
+        layout->addWidget(makeContent(this));
+        layout->activate();
+    }
+
+    // Under the button, its right end under the button's, as far as the screen goes.
+    void standUnder(const QAbstractButton& button) {
+        const QRect screen = button.screen()->availableGeometry();
+        const QPoint corner = button.mapToGlobal(QPoint(button.width(), button.height()));
+        const int above = corner.y() - button.height() - gap - height();
+        const bool fitsUnder = corner.y() + gap + height() <= screen.bottom() + 1;
+        const int left =
+            std::max(std::min(corner.x() - width(), screen.right() + 1 - width()), screen.left());
+        move(left, std::max(fitsUnder ? corner.y() + gap : above, screen.top()));
+    }
+
+    void focusFirstControl() { focusNextChild(); }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.fillRect(rect(), Theme::gridLineStrong);
+        painter.fillRect(rect().adjusted(1, 1, -1, -1), Theme::panelBackground);
+    }
+};
+
+}  // namespace
+
+PopoverPresentationState::PopoverPresentationState(QAbstractButton& button, Content makeContent)
+    : button_(button), makeContent_(std::move(makeContent)) {
+    connect(&button, &QAbstractButton::clicked, this, [this] { setPresented(!isPresented()); });
+}
+
+bool PopoverPresentationState::isPresented() const {
+    return popover_ != nullptr && popover_->isVisible();
+}
+
+void PopoverPresentationState::setPresented(bool presented) {
+    if (presented == isPresented()) {
+        return;
+    }
+    if (!presented) {
+        popover_->close();
+        return;
+    }
+    auto* popover = new Popover(&button_, makeContent_);
+    popover_ = popover;
+    popover->standUnder(button_);
+    popover->show();
+    if (button_.hasFocus()) {
+        popover->focusFirstControl();
+    }
+}
+
+}  // namespace TarvaneApp
