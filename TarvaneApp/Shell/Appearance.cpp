@@ -10,14 +10,13 @@
 #include <QToolTip>
 #include <algorithm>
 
+#include "FocusRing.h"
 #include "Icon.h"
 #include "Theme.h"
 
 namespace TarvaneApp {
 
 namespace {
-
-constexpr double focusRingWidth = 2.0;
 
 QPalette darkPalette() {
     QPalette palette;
@@ -152,16 +151,6 @@ void applyAppearance() {
     QApplication::setStyle(new FlatStyle);
     QApplication::setPalette(darkPalette());
     QToolTip::setPalette(darkPalette());
-}
-
-void paintFocusRing(QPainter& painter, const QRectF& rect, double radius) {
-    constexpr double inset = focusRingWidth / 2.0;
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(Theme::accent.lighter(130), focusRingWidth));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), radius, radius);
-    painter.restore();
 }
 
 }  // namespace TarvaneApp

@@ -7,7 +7,7 @@
 #include <QSignalBlocker>
 #include <algorithm>
 
-#include "Appearance.h"
+#include "FocusRing.h"
 #include "Theme.h"
 
 namespace TarvaneApp {

@@ -6,7 +6,7 @@
 #include <QPainter>
 #include <algorithm>
 
-#include "Appearance.h"
+#include "FocusRing.h"
 #include "Icon.h"
 #include "Theme.h"
 

@@ -7,7 +7,7 @@
 #include <QPainter>
 #include <cmath>
 
-#include "Appearance.h"
+#include "FocusRing.h"
 #include "LevelHistory/LiveLevelHistoryGraph.h"
 #include "TabularText.h"
 #include "Theme.h"
