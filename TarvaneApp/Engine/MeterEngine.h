@@ -4,6 +4,7 @@
 // reads and writes one of its fields or calls one of its operations. Its operations stand in
 // one source per subject:
 //
+//   MeterEngine+Settings         the types that its settings store
 //   MeterEngine+SettingEffects   what a change of a setting does beyond saving it
 //   MeterEngine+RunControl       start, pause, resume, stop; opening and losing sources
 //   MeterEngine+Tick             the display tick, the publication of its results, demand

@@ -4,11 +4,13 @@
 // place, MeterEngine+SettingEffects.cpp. An assignment puts the value in place, saves it, runs
 // the effect, and tells the watchers; an effect may assign other settings. Loading does none of
 // this.
+//
+// What reaches the store is defined in SettingStorage.h and instantiated once for each type, in
+// MeterEngine+Settings.cpp: else every source that knows the engine would compile the coding of
+// every record.
 #pragma once
 
 #include <functional>
-#include <optional>
-#include <type_traits>
 #include <vector>
 
 #include "Persistence.h"
@@ -49,30 +51,12 @@ class Setting final : public Published<T>, public SettingBase {
     enum class Saving { beforeEffect, afterEffect };
     using Effect = std::function<void(const T& old)>;
 
-    Setting(SettingsRegistry& registry, Persistence::Key key, T defaultValue)
-        : Published<T>(defaultValue),
-          persistence_(registry.persistence()),
-          key_(key),
-          default_(std::move(defaultValue)) {
-        registry.add(*this);
-    }
+    Setting(SettingsRegistry& registry, Persistence::Key key, T defaultValue);
+    ~Setting() override;
+    Setting(const Setting&) = delete;
+    Setting& operator=(const Setting&) = delete;
 
-    void set(T value) {
-        if (constraint_) {
-            value = constraint_(std::move(value));
-        }
-        const T old = std::exchange(this->value_, std::move(value));
-        if (saving_ == Saving::beforeEffect) {
-            save();
-        }
-        if (effect_) {
-            effect_(old);
-        }
-        if (saving_ == Saving::afterEffect) {
-            save();
-        }
-        Q_EMIT this->notifier_.changed();
-    }
+    void set(T value);
 
     void setEffect(Effect effect, Saving saving = Saving::beforeEffect) {
         effect_ = std::move(effect);
@@ -90,29 +74,10 @@ class Setting final : public Published<T>, public SettingBase {
         migration_ = std::move(migration);
     }
 
-    void load() override {
-        if (auto stored = persistence_.load<Stored>(key_)) {
-            this->value_ = T(std::move(*stored));
-        } else {
-            this->value_ = migration_ ? migration_(persistence_) : default_;
-        }
-        if (sanitizer_) {
-            this->value_ = sanitizer_(std::move(this->value_));
-        }
-    }
+    void load() override;
 
   private:
-    template <class U>
-    struct Unwrapped {
-        using Type = U;
-    };
-    template <class U>
-    struct Unwrapped<std::optional<U>> {
-        using Type = U;
-    };
-    using Stored = typename Unwrapped<T>::Type;
-
-    void save() { persistence_.save(key_, std::optional<Stored>(this->value_)); }
+    void save();
 
     Persistence& persistence_;
     const Persistence::Key key_;

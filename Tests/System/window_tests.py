@@ -225,6 +225,7 @@ def a_restart_of_the_server_is_told_once_and_metering_starts_again(desk):
 
 @test
 def a_server_that_comes_after_the_program_is_found(desk):
+    uses(desk, MIC)
     program = desk.launch()
     program.key("space")
     program.wait_for_alert(20)
@@ -232,6 +233,7 @@ def a_server_that_comes_after_the_program_is_found(desk):
     program.wait_for("Start", "push button")
     desk.serve_audio()
     desk.plug_in("--tone", "1000:-20")
+    program.wait_for("Tone Mic", "label")
     program.start()
     expect_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB)
 

@@ -124,7 +124,8 @@ TEST_F(UserDefaultsTests, aCrashAtAnyMomentLeavesAReadableStore) {
     const std::string filler(20000, 'x');
     std::mt19937 random(1);
     double last = 0.0;
-    for (int crash = 0; crash < 25; ++crash) {
+    // A slow machine's first writes take longer than the first crashes leave them.
+    for (int crash = 0; crash < 25 || (last == 0.0 && crash < 200); ++crash) {
         const pid_t child = fork();
         ASSERT_GE(child, 0);
         if (child == 0) {
@@ -136,7 +137,8 @@ TEST_F(UserDefaultsTests, aCrashAtAnyMomentLeavesAReadableStore) {
                 defaults.synchronize();
             }
         }
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % 20000));
+        const unsigned longestLife = 800U * static_cast<unsigned>(25 + crash);
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % longestLife));
         kill(child, SIGKILL);
         int status = 0;
         ASSERT_EQ(waitpid(child, &status, 0), child);

@@ -1,6 +1,7 @@
 #include "Panels/ModuleLayoutView.h"
 
 #include <QVBoxLayout>
+#include <memory>
 
 #include "Divider.h"
 #include "LiveFollow.h"
@@ -54,7 +55,7 @@ void ModuleLayoutView::arrange() {
     limitHeight(*meter_, showsGraphs || showsHistory ? meterHeightWithGraphs : 0);
     limitHeight(*history_, showsGraphs ? historyHeightWithGraphs : 0);
 
-    while (column_->takeAt(0) != nullptr) {
+    while (const auto item = std::unique_ptr<QLayoutItem>(column_->takeAt(0))) {
     }
     column_->addWidget(meter_);
     column_->addWidget(meterDivider_);
