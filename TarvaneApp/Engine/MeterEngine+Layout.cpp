@@ -72,4 +72,17 @@ ChannelWindowLayout MeterEngine::windowLayout(const UUID& channelID) const {
     return found != channelWindowLayouts().end() ? found->second : ChannelWindowLayout{};
 }
 
+void MeterEngine::updateWindowLayout(const UUID& channelID,
+                                     const std::function<void(ChannelWindowLayout&)>& edit) {
+    auto layouts = channelWindowLayouts();
+    edit(layouts[channelID]);
+    channelWindowLayouts.set(std::move(layouts));
+}
+
+void MeterEngine::resetWindowLayout(const UUID& channelID) {
+    auto layouts = channelWindowLayouts();
+    layouts.erase(channelID);
+    channelWindowLayouts.set(std::move(layouts));
+}
+
 }  // namespace TarvaneApp

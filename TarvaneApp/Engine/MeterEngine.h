@@ -351,6 +351,10 @@ class MeterEngine : public QObject {
     bool mainWindowShowsGraphArea() const;
     /// The channel's own layout, or one with all modules and the main window's arrangement.
     ChannelWindowLayout windowLayout(const TarvaneKit::UUID& channelID) const;
+    void updateWindowLayout(const TarvaneKit::UUID& channelID,
+                            const std::function<void(ChannelWindowLayout&)>& edit);
+    /// Takes the layout out of `channelWindowLayouts`, so that the default holds again.
+    void resetWindowLayout(const TarvaneKit::UUID& channelID);
 
   private:
     // MeterEngine+SpectrogramRange

@@ -4,6 +4,7 @@
 
 #include "Divider.h"
 #include "MainToolbar.h"
+#include "Panels/MainWindowArrangement.h"
 #include "Panels/ModuleLayoutView.h"
 
 namespace TarvaneApp {
@@ -15,7 +16,8 @@ ContentView::ContentView(MeterEngine& engine, QWidget* parent)
     column->setSpacing(0);
     column->addWidget(toolbar_);
     column->addWidget(makeDivider(this));
-    column->addWidget(new ModuleLayoutView(engine, this), 1);
+    auto* arrangement = new MainWindowArrangement(engine, this);
+    column->addWidget(new ModuleLayoutView(engine, *arrangement, std::nullopt, this), 1);
 }
 
 }  // namespace TarvaneApp

@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "LiveFollow.h"
-#include "MeterEngine.h"
+#include "Panels/ModuleArrangementLink.h"
 #include "Panels/PanelResizeHandle.h"
 #include "Panels/RTAPanelView.h"
 #include "Panels/SpectrogramPanelView.h"
@@ -39,34 +38,33 @@ double swappedForOrder(double fraction, GraphOrder order) {
     return order == GraphOrder::rtaFirst ? fraction : 1.0 - fraction;
 }
 
-GraphArea::GraphArea(MeterEngine& engine, QWidget* parent)
+GraphArea::GraphArea(MeterEngine& engine, ModuleArrangementLink& arrangement,
+                     const std::optional<TarvaneKit::UUID>& fixedChannelID, QWidget* parent)
     : QWidget(parent),
-      engine_(engine),
-      rta_(new RTAPanelView(engine, this)),
-      spectrogram_(new SpectrogramPanelView(engine, this)),
+      arrangement_(arrangement),
+      rta_(new RTAPanelView(engine, fixedChannelID, &arrangement, this)),
+      spectrogram_(new SpectrogramPanelView(engine, fixedChannelID, &arrangement, this)),
       handle_(new PanelResizeHandle(
           {.begin =
                [this] {
-                   fractionAtPress_ =
-                       swappedForOrder(engine_.panelSplitFraction(), engine_.graphOrder());
+                   const ModuleArrangement shown = arrangement_.arrangement();
+                   fractionAtPress_ = swappedForOrder(shown.splitFraction, shown.graphOrder);
                },
            .moveBy =
                [this](double pixels) {
+                   const ModuleArrangement shown = arrangement_.arrangement();
                    const int extent =
-                       engine_.graphOrientation() == GraphOrientation::stacked ? height() : width();
+                       shown.graphOrientation == GraphOrientation::stacked ? height() : width();
                    if (extent > 0) {
                        const double first = fractionAtPress_ + pixels / extent;
-                       engine_.panelSplitFraction.set(
-                           std::clamp(swappedForOrder(first, engine_.graphOrder()), smallestShare,
-                                      largestShare));
+                       arrangement_.setSplitFraction(std::clamp(
+                           swappedForOrder(first, shown.graphOrder), smallestShare, largestShare));
                    }
                },
-           .reset = [this] { engine_.panelSplitFraction.set(evenSplit); }},
+           .reset = [this] { arrangement_.setSplitFraction(evenSplit); }},
           this)) {
-    followAll(
-        this, [this] { arrange(); }, engine.panelLayout, engine.panelSplitFraction,
-        engine.graphOrientation, engine.graphOrder, engine.rtaPlacement,
-        engine.spectrogramPlacement);
+    connect(&arrangement, &ModuleArrangementLink::changed, this, [this] { arrange(); });
+    arrange();
 }
 
 void GraphArea::resizeEvent(QResizeEvent*) {
@@ -74,24 +72,21 @@ void GraphArea::resizeEvent(QResizeEvent*) {
 }
 
 void GraphArea::arrange() {
-    const bool hasRTA = engine_.rtaPlacement() == ModulePlacement::mainWindow;
-    const bool hasSpectrogram = engine_.spectrogramPlacement() == ModulePlacement::mainWindow;
-    const bool isBoth = hasRTA && hasSpectrogram;
+    const ModuleArrangement shown = arrangement_.arrangement();
+    const bool isBoth = shown.showsBothGraphs();
     const bool showsRTA =
-        hasRTA && !(isBoth && engine_.panelLayout() == PanelLayout::spectrogramOnly);
+        shown.showsRTA && !(isBoth && shown.panelLayout == PanelLayout::spectrogramOnly);
     const bool showsSpectrogram =
-        hasSpectrogram && !(isBoth && engine_.panelLayout() == PanelLayout::rtaOnly);
+        shown.showsSpectrogram && !(isBoth && shown.panelLayout == PanelLayout::rtaOnly);
     if (showsRTA && showsSpectrogram) {
-        const bool rtaFirst = engine_.graphOrder() == GraphOrder::rtaFirst;
+        const bool rtaFirst = shown.graphOrder == GraphOrder::rtaFirst;
         const auto split = SplitGeometry::make(
-            size(), engine_.graphOrientation(),
-            swappedForOrder(engine_.panelSplitFraction(), engine_.graphOrder()));
+            size(), shown.graphOrientation, swappedForOrder(shown.splitFraction, shown.graphOrder));
         (rtaFirst ? rta_ : spectrogram_)->setGeometry(split.first);
         (rtaFirst ? spectrogram_ : rta_)->setGeometry(split.second);
         handle_->setGeometry(split.handle);
-        handle_->setOrientation(engine_.graphOrientation() == GraphOrientation::stacked
-                                    ? Qt::Horizontal
-                                    : Qt::Vertical);
+        handle_->setOrientation(shown.graphOrientation == GraphOrientation::stacked ? Qt::Horizontal
+                                                                                    : Qt::Vertical);
     } else {
         rta_->setGeometry(rect());
         spectrogram_->setGeometry(rect());

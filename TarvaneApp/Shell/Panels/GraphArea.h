@@ -5,12 +5,15 @@
 #include <QRect>
 #include <QSize>
 #include <QWidget>
+#include <optional>
 
+#include "Core/UUID.h"
 #include "LayoutEnums.h"
 
 namespace TarvaneApp {
 
 class MeterEngine;
+class ModuleArrangementLink;
 class PanelResizeHandle;
 
 /// Where the panels of a split area are. The first is never smaller than 60 pixels high, or 80
@@ -32,7 +35,9 @@ double swappedForOrder(double fraction, GraphOrder order);
 class GraphArea final : public QWidget {
     Q_OBJECT
   public:
-    explicit GraphArea(MeterEngine& engine, QWidget* parent = nullptr);
+    /// The arrangement outlives the area. Without a fixed channel the graphs follow the engine's.
+    GraphArea(MeterEngine& engine, ModuleArrangementLink& arrangement,
+              const std::optional<TarvaneKit::UUID>& fixedChannelID, QWidget* parent = nullptr);
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -40,7 +45,7 @@ class GraphArea final : public QWidget {
   private:
     void arrange();
 
-    MeterEngine& engine_;
+    ModuleArrangementLink& arrangement_;
     QWidget* rta_;
     QWidget* spectrogram_;
     PanelResizeHandle* handle_;

@@ -23,6 +23,7 @@ namespace {
 
 constexpr int paddingAcross = 16;
 constexpr int paddingBottom = 8;
+constexpr int stripHeight = 170;
 constexpr int resetIconSize = 12;
 // Beside the caption there are the title, three menus' worth of controls and two extremes.
 constexpr int roomWithoutCaption = 860;
@@ -43,10 +44,13 @@ QPushButton* makeExtremeButton(QWidget* parent) {
 
 }  // namespace
 
-LevelHistoryPanelView::LevelHistoryPanelView(MeterEngine& engine, QWidget* parent)
+LevelHistoryPanelView::LevelHistoryPanelView(MeterEngine& engine,
+                                             const std::optional<UUID>& fixedChannelID,
+                                             QWidget* parent)
     : QWidget(parent),
       engine_(engine),
-      graph_(new LiveLevelHistoryGraph(engine, engine.splMeterChannelID(), this)),
+      fixedChannelID_(fixedChannelID),
+      graph_(new LiveLevelHistoryGraph(engine, channelID(), this)),
       channelMenu_(new MenuButton(QStringLiteral("Channel"), this)),
       caption_(makeTextLabel({}, 11, Theme::axisText, this)),
       maxButton_(makeExtremeButton(this)),
@@ -97,8 +101,17 @@ LevelHistoryPanelView::LevelHistoryPanelView(MeterEngine& engine, QWidget* paren
     follow(engine.levelHistoryZoom, this, [this] { showZoom(); });
 }
 
+UUID LevelHistoryPanelView::channelID() const {
+    return engine_.resolvedChannelID(fixedChannelID_.value_or(
+        engine_.levelHistoryChannelID().value_or(engine_.splMeterChannelID())));
+}
+
+QSize LevelHistoryPanelView::sizeHint() const {
+    return {QWidget::sizeHint().width(), stripHeight};
+}
+
 void LevelHistoryPanelView::channelChanged() {
-    graph_->setChannelID(engine_.levelHistoryChannelID().value_or(engine_.splMeterChannelID()));
+    graph_->setChannelID(channelID());
     graph_->setOverlayIDs(engine_.levelHistoryOverlayChannelIDs());
     showChannels();
     showCaption();
@@ -119,7 +132,7 @@ void LevelHistoryPanelView::showChannels() {
              .action = [this, id = channel.id] { engine_.levelHistoryChannelID.set(id); },
              .dot = Theme::color(channel.color)});
     }
-    channelMenu_->setVisible(items.size() > 2);
+    channelMenu_->setVisible(!fixedChannelID_ && items.size() > 2);
     channelMenu_->setItems(std::move(items));
 }
 
@@ -156,8 +169,7 @@ void LevelHistoryPanelView::showExtremes() {
 }
 
 void LevelHistoryPanelView::showCaption() {
-    const UUID id = engine_.resolvedChannelID(
-        engine_.levelHistoryChannelID().value_or(engine_.splMeterChannelID()));
+    const UUID id = channelID();
     QString caption = displayLabel(engine_.historyMetric(id));
     const auto channel = engine_.channelInfo(id);
     if (channel && channel->measuresLoudness && engine_.levelHistoryShowsMomentary()) {

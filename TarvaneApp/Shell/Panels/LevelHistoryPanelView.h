@@ -2,6 +2,9 @@
 #pragma once
 
 #include <QWidget>
+#include <optional>
+
+#include "Core/UUID.h"
 
 class QLabel;
 class QPushButton;
@@ -16,8 +19,14 @@ class MeterEngine;
 class LevelHistoryPanelView final : public QWidget {
     Q_OBJECT
   public:
-    /// Shows the channel that the engine's `levelHistoryChannelID` names, else the meter's.
-    explicit LevelHistoryPanelView(MeterEngine& engine, QWidget* parent = nullptr);
+    /// Shows the fixed channel; without one the channel that the engine's `levelHistoryChannelID`
+    /// names, else the meter's.
+    LevelHistoryPanelView(MeterEngine& engine,
+                          const std::optional<TarvaneKit::UUID>& fixedChannelID,
+                          QWidget* parent = nullptr);
+
+    /// As high as the strip that it is beside graphs.
+    QSize sizeHint() const override;
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -28,8 +37,10 @@ class LevelHistoryPanelView final : public QWidget {
     void showZoom();
     void showExtremes();
     void showCaption();
+    TarvaneKit::UUID channelID() const;
 
     MeterEngine& engine_;
+    const std::optional<TarvaneKit::UUID> fixedChannelID_;
     LiveLevelHistoryGraph* graph_;
     MenuButton* channelMenu_;
     QLabel* caption_;

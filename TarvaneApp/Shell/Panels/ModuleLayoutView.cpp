@@ -4,58 +4,52 @@
 #include <memory>
 
 #include "Divider.h"
-#include "LiveFollow.h"
-#include "MeterEngine.h"
 #include "Panels/GraphArea.h"
 #include "Panels/LevelHistoryPanelView.h"
+#include "Panels/ModuleArrangementLink.h"
 #include "Panels/SPLMeterPanelView.h"
 
 namespace TarvaneApp {
 
 namespace {
 
-// The meter's height where graphs take the rest of the window.
-constexpr int meterHeightWithGraphs = 230;
-constexpr int historyHeightWithGraphs = 170;
-
-// That height, or with 0 as much as there is.
-void limitHeight(QWidget& module, int height) {
-    module.setMinimumHeight(height);
-    module.setMaximumHeight(height > 0 ? height : QWIDGETSIZE_MAX);
+// Its own height and no more, or as much as there is.
+void limitHeight(QWidget& module, bool leavesTheRest) {
+    module.setMaximumHeight(leavesTheRest ? module.sizeHint().height() : QWIDGETSIZE_MAX);
 }
 
 }  // namespace
 
-ModuleLayoutView::ModuleLayoutView(MeterEngine& engine, QWidget* parent)
+ModuleLayoutView::ModuleLayoutView(MeterEngine& engine, ModuleArrangementLink& arrangement,
+                                   const std::optional<TarvaneKit::UUID>& fixedChannelID,
+                                   QWidget* parent)
     : QWidget(parent),
-      engine_(engine),
+      arrangement_(arrangement),
       column_(new QVBoxLayout(this)),
-      meter_(new SPLMeterPanelView(engine, this)),
+      meter_(new SPLMeterPanelView(engine, fixedChannelID, this)),
       meterDivider_(makeDivider(this)),
-      history_(new LevelHistoryPanelView(engine, this)),
+      history_(new LevelHistoryPanelView(engine, fixedChannelID, this)),
       historyDivider_(makeDivider(this)),
-      graphs_(new GraphArea(engine, this)) {
+      graphs_(new GraphArea(engine, arrangement, fixedChannelID, this)) {
     column_->setContentsMargins(0, 0, 0, 0);
     column_->setSpacing(0);
-    followAll(
-        this, [this] { arrange(); }, engine.splMeterPlacement, engine.rtaPlacement,
-        engine.spectrogramPlacement, engine.levelHistoryPlacement, engine.levelHistoryPosition);
+    connect(&arrangement, &ModuleArrangementLink::changed, this, [this] { arrange(); });
+    arrange();
 }
 
 void ModuleLayoutView::arrange() {
-    const bool showsMeter = engine_.splMeterPlacement() == ModulePlacement::mainWindow;
-    const bool showsGraphs = engine_.mainWindowShowsGraphArea();
-    const bool showsHistory = engine_.levelHistoryPlacement() == ModulePlacement::mainWindow;
-    const bool isHistoryBelow = engine_.levelHistoryPosition() == LevelHistoryPosition::belowGraphs;
-    meter_->setVisible(showsMeter);
-    meterDivider_->setVisible(showsMeter && (showsGraphs || showsHistory));
-    history_->setVisible(showsHistory);
-    historyDivider_->setVisible(showsHistory && showsGraphs);
+    const ModuleArrangement shown = arrangement_.arrangement();
+    const bool showsGraphs = shown.showsGraphs();
+    const bool isHistoryBelow = shown.levelHistoryPosition == LevelHistoryPosition::belowGraphs;
+    meter_->setVisible(shown.showsSPLMeter);
+    meterDivider_->setVisible(shown.showsSPLMeter && (showsGraphs || shown.showsLevelHistory));
+    history_->setVisible(shown.showsLevelHistory);
+    historyDivider_->setVisible(shown.showsLevelHistory && showsGraphs);
     graphs_->setVisible(showsGraphs);
-    limitHeight(*meter_, showsGraphs || showsHistory ? meterHeightWithGraphs : 0);
-    limitHeight(*history_, showsGraphs ? historyHeightWithGraphs : 0);
+    limitHeight(*meter_, showsGraphs || shown.showsLevelHistory);
+    limitHeight(*history_, showsGraphs);
 
-    while (const auto item = std::unique_ptr<QLayoutItem>(column_->takeAt(0))) {
+    while (const std::unique_ptr<QLayoutItem> item{column_->takeAt(0)}) {
     }
     column_->addWidget(meter_);
     column_->addWidget(meterDivider_);

@@ -1,7 +1,6 @@
 #include "Panels/PanelMaximizeToggleButton.h"
 
-#include "LiveFollow.h"
-#include "MeterEngine.h"
+#include "Panels/ModuleArrangementLink.h"
 #include "Theme.h"
 
 namespace TarvaneApp {
@@ -12,20 +11,20 @@ constexpr int symbolSize = 12;
 
 }  // namespace
 
-PanelMaximizeToggleButton::PanelMaximizeToggleButton(MeterEngine& engine, PanelLayout panel,
-                                                     QWidget* parent)
-    : IconButton(symbolSize, parent), engine_(engine), panel_(panel) {
+PanelMaximizeToggleButton::PanelMaximizeToggleButton(ModuleArrangementLink& arrangement,
+                                                     PanelLayout panel, QWidget* parent)
+    : IconButton(symbolSize, parent), arrangement_(arrangement), panel_(panel) {
     connect(this, &QAbstractButton::clicked, this, [this] {
-        engine_.panelLayout.set(engine_.panelLayout() == PanelLayout::both ? panel_
-                                                                           : PanelLayout::both);
+        const bool isSplit = arrangement_.arrangement().panelLayout == PanelLayout::both;
+        arrangement_.setPanelLayout(isSplit ? panel_ : PanelLayout::both);
     });
-    followAll(
-        this, [this] { showState(); }, engine.panelLayout, engine.rtaPlacement,
-        engine.spectrogramPlacement);
+    connect(&arrangement, &ModuleArrangementLink::changed, this, [this] { showState(); });
+    showState();
 }
 
 void PanelMaximizeToggleButton::showState() {
-    const bool isSplit = engine_.panelLayout() == PanelLayout::both;
+    const ModuleArrangement shown = arrangement_.arrangement();
+    const bool isSplit = shown.panelLayout == PanelLayout::both;
     const QString help =
         isSplit ? QStringLiteral("Expand to fill this area") : QStringLiteral("Restore split view");
     setSymbol(isSplit ? QStringLiteral("arrow.up.left.and.arrow.down.right")
@@ -33,8 +32,7 @@ void PanelMaximizeToggleButton::showState() {
               Theme::axisText);
     setToolTip(help);
     setAccessibleName(help);
-    setVisible(engine_.rtaPlacement() == ModulePlacement::mainWindow &&
-               engine_.spectrogramPlacement() == ModulePlacement::mainWindow);
+    setVisible(shown.showsBothGraphs());
 }
 
 }  // namespace TarvaneApp

@@ -6,19 +6,20 @@
 
 namespace TarvaneApp {
 
-class MeterEngine;
+class ModuleArrangementLink;
 
 class PanelMaximizeToggleButton final : public IconButton {
     Q_OBJECT
   public:
     /// `panel` is the layout in which this button's graph has the area to itself. Not there while
-    /// the main window shows one graph alone.
-    PanelMaximizeToggleButton(MeterEngine& engine, PanelLayout panel, QWidget* parent = nullptr);
+    /// the window shows one graph alone. The arrangement outlives the button.
+    PanelMaximizeToggleButton(ModuleArrangementLink& arrangement, PanelLayout panel,
+                              QWidget* parent = nullptr);
 
   private:
     void showState();
 
-    MeterEngine& engine_;
+    ModuleArrangementLink& arrangement_;
     const PanelLayout panel_;
 };
 

@@ -17,6 +17,7 @@
 namespace TarvaneApp {
 
 using TarvaneKit::TimeWeighting;
+using TarvaneKit::UUID;
 
 namespace {
 
@@ -27,14 +28,18 @@ constexpr int averagingWidth = 90;
 
 }  // namespace
 
-RTAPanelView::RTAPanelView(MeterEngine& engine, QWidget* parent)
+RTAPanelView::RTAPanelView(MeterEngine& engine, const std::optional<UUID>& fixedChannelID,
+                           ModuleArrangementLink* arrangement, QWidget* parent)
     : QWidget(parent),
       engine_(engine),
-      graph_(new LiveSpectrumView(engine, engine.rtaChannelID(), this)),
+      fixedChannelID_(fixedChannelID),
+      graph_(new LiveSpectrumView(engine, channelID(), this)),
       averaging_(new MenuButton(QStringLiteral("Averaging"), this)),
-      unitPicker_(new ReadoutUnitPicker(engine, engine.rtaChannelID(), this)) {
+      unitPicker_(new ReadoutUnitPicker(engine, channelID(), this)) {
     auto* header = new PanelHeader(QStringLiteral("Real-Time Analyzer"), this);
-    header->row().addWidget(new ChannelPickerMenu(engine, engine.rtaChannelID, header));
+    if (!fixedChannelID_) {
+        header->row().addWidget(new ChannelPickerMenu(engine, engine.rtaChannelID, header));
+    }
     header->row().addStretch(1);
     averaging_->setFixedWidth(averagingWidth);
     auto* averagingRow = new QHBoxLayout;
@@ -44,7 +49,10 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, QWidget* parent)
     averagingRow->addWidget(averaging_);
     header->row().addLayout(averagingRow);
     header->row().addWidget(unitPicker_);
-    header->row().addWidget(new PanelMaximizeToggleButton(engine, PanelLayout::rtaOnly, header));
+    if (arrangement != nullptr) {
+        header->row().addWidget(
+            new PanelMaximizeToggleButton(*arrangement, PanelLayout::rtaOnly, header));
+    }
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, paddingBottom);
@@ -58,12 +66,16 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, QWidget* parent)
     followAll(
         this,
         [this] {
-            graph_->setChannelID(engine_.rtaChannelID());
+            graph_->setChannelID(channelID());
             graph_->setOverlayIDs(engine_.rtaOverlayChannelIDs());
-            unitPicker_->setChannelID(engine_.resolvedChannelID(engine_.rtaChannelID()));
+            unitPicker_->setChannelID(channelID());
         },
         engine.rtaChannelID, engine.rtaOverlayChannelIDs, engine.extraChannels);
     follow(engine.rtaTimeWeighting, this, [this] { showAveraging(); });
+}
+
+UUID RTAPanelView::channelID() const {
+    return engine_.resolvedChannelID(fixedChannelID_.value_or(engine_.rtaChannelID()));
 }
 
 void RTAPanelView::showAveraging() {

@@ -2,24 +2,33 @@
 #pragma once
 
 #include <QWidget>
+#include <optional>
+
+#include "Core/UUID.h"
 
 namespace TarvaneApp {
 
 class LiveSpectrumView;
 class MenuButton;
 class MeterEngine;
+class ModuleArrangementLink;
 class ReadoutUnitPicker;
 
 class RTAPanelView final : public QWidget {
     Q_OBJECT
   public:
-    /// Shows the channel that the engine's `rtaChannelID` names, and the overlays over it.
-    explicit RTAPanelView(MeterEngine& engine, QWidget* parent = nullptr);
+    /// Shows the fixed channel, or without one the channel that the engine's `rtaChannelID` names,
+    /// and the overlays over it. `arrangement` is the one that its expand button serves, and
+    /// outlives it; null where the panel has its window to itself.
+    RTAPanelView(MeterEngine& engine, const std::optional<TarvaneKit::UUID>& fixedChannelID,
+                 ModuleArrangementLink* arrangement, QWidget* parent = nullptr);
 
   private:
     void showAveraging();
+    TarvaneKit::UUID channelID() const;
 
     MeterEngine& engine_;
+    const std::optional<TarvaneKit::UUID> fixedChannelID_;
     LiveSpectrumView* graph_;
     MenuButton* averaging_;
     ReadoutUnitPicker* unitPicker_;

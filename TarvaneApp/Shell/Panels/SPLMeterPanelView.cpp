@@ -8,15 +8,31 @@
 
 namespace TarvaneApp {
 
-SPLMeterPanelView::SPLMeterPanelView(MeterEngine& engine, QWidget* parent) : QWidget(parent) {
+namespace {
+
+constexpr int heightAboveOthers = 230;
+
+}  // namespace
+
+SPLMeterPanelView::SPLMeterPanelView(MeterEngine& engine,
+                                     const std::optional<TarvaneKit::UUID>& fixedChannelID,
+                                     QWidget* parent)
+    : QWidget(parent) {
+    const auto channelID = [&engine, fixedChannelID] {
+        return fixedChannelID.value_or(engine.splMeterChannelID());
+    };
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    column->addWidget(new MetricControlBar(engine, std::nullopt, this));
-    auto* readout = new LiveSPLReadoutView(engine, engine.splMeterChannelID(), this);
+    column->addWidget(new MetricControlBar(engine, fixedChannelID, this));
+    auto* readout = new LiveSPLReadoutView(engine, channelID(), this);
     column->addWidget(readout, 1);
     follow(engine.splMeterChannelID, this,
-           [&engine, readout] { readout->setChannelID(engine.splMeterChannelID()); });
+           [readout, channelID] { readout->setChannelID(channelID()); });
+}
+
+QSize SPLMeterPanelView::sizeHint() const {
+    return {QWidget::sizeHint().width(), heightAboveOthers};
 }
 
 }  // namespace TarvaneApp

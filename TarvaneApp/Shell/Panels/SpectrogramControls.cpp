@@ -35,9 +35,10 @@ int steps(double value) {
 
 }  // namespace
 
-SpectrogramControls::SpectrogramControls(MeterEngine& engine, Qt::Orientation orientation,
-                                         QWidget* parent)
-    : QWidget(parent), engine_(engine) {
+SpectrogramControls::SpectrogramControls(MeterEngine& engine,
+                                         const std::optional<TarvaneKit::UUID>& fixedChannelID,
+                                         Qt::Orientation orientation, QWidget* parent)
+    : QWidget(parent), engine_(engine), fixedChannelID_(fixedChannelID) {
     auto* layout = new QBoxLayout(
         orientation == Qt::Horizontal ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom, this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -120,7 +121,7 @@ void SpectrogramControls::add(QBoxLayout& layout, const QString& name, int value
 }
 
 TarvaneKit::UUID SpectrogramControls::channelID() const {
-    return engine_.resolvedChannelID(engine_.spectrogramChannelID());
+    return engine_.resolvedChannelID(fixedChannelID_.value_or(engine_.spectrogramChannelID()));
 }
 
 }  // namespace TarvaneApp

@@ -4,6 +4,7 @@
 
 #include <QWidget>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "Core/UUID.h"
@@ -19,8 +20,10 @@ class MeterEngine;
 class SpectrogramControls final : public QWidget {
     Q_OBJECT
   public:
-    SpectrogramControls(MeterEngine& engine, Qt::Orientation orientation,
-                        QWidget* parent = nullptr);
+    /// Of the fixed channel, or without one of the channel that the engine's
+    /// `spectrogramChannelID` names.
+    SpectrogramControls(MeterEngine& engine, const std::optional<TarvaneKit::UUID>& fixedChannelID,
+                        Qt::Orientation orientation, QWidget* parent = nullptr);
 
   private:
     struct Control {
@@ -33,6 +36,7 @@ class SpectrogramControls final : public QWidget {
     TarvaneKit::UUID channelID() const;
 
     MeterEngine& engine_;
+    const std::optional<TarvaneKit::UUID> fixedChannelID_;
     std::vector<Control> controls_;
 };
 

@@ -16,6 +16,8 @@
 
 namespace TarvaneApp {
 
+using TarvaneKit::UUID;
+
 namespace {
 
 constexpr int paddingAcross = 16;
@@ -37,25 +39,33 @@ class FrequencyAxisStrip final : public QWidget {
 
 }  // namespace
 
-SpectrogramPanelView::SpectrogramPanelView(MeterEngine& engine, QWidget* parent)
+SpectrogramPanelView::SpectrogramPanelView(MeterEngine& engine,
+                                           const std::optional<UUID>& fixedChannelID,
+                                           ModuleArrangementLink* arrangement, QWidget* parent)
     : QWidget(parent),
       engine_(engine),
-      picture_(new LiveSpectrogramView(engine, engine.spectrogramChannelID(), this)),
+      fixedChannelID_(fixedChannelID),
+      picture_(new LiveSpectrogramView(engine, channelID(), this)),
       header_(new PanelHeader(QStringLiteral("Spectrogram"), this)),
-      controls_(new SpectrogramControls(engine, Qt::Horizontal, header_)),
+      controls_(new SpectrogramControls(engine, fixedChannelID, Qt::Horizontal, header_)),
       adjustButton_(new IconButton(adjustIconSize, header_)) {
     const QString adjustHelp = QStringLiteral("Adjust Floor, Ceiling, Speed, Slice Height");
     adjustButton_->setSymbol(QStringLiteral("slider.horizontal.3"), Theme::axisText);
     adjustButton_->setToolTip(adjustHelp);
     adjustButton_->setAccessibleName(adjustHelp);
     connect(adjustButton_, &QAbstractButton::clicked, this, [this] { openControls(); });
-    header_->row().addWidget(new ChannelPickerMenu(engine, engine.spectrogramChannelID, header_));
+    if (!fixedChannelID_) {
+        header_->row().addWidget(
+            new ChannelPickerMenu(engine, engine.spectrogramChannelID, header_));
+    }
     header_->row().addStretch(1);
     header_->row().addWidget(controls_);
     header_->row().addWidget(adjustButton_);
     adjustButton_->hide();
-    header_->row().addWidget(
-        new PanelMaximizeToggleButton(engine, PanelLayout::spectrogramOnly, header_));
+    if (arrangement != nullptr) {
+        header_->row().addWidget(
+            new PanelMaximizeToggleButton(*arrangement, PanelLayout::spectrogramOnly, header_));
+    }
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -69,8 +79,12 @@ SpectrogramPanelView::SpectrogramPanelView(MeterEngine& engine, QWidget* parent)
     column->addLayout(frame, 1);
 
     followAll(
-        this, [this] { picture_->setChannelID(engine_.spectrogramChannelID()); },
-        engine.spectrogramChannelID, engine.extraChannels);
+        this, [this] { picture_->setChannelID(channelID()); }, engine.spectrogramChannelID,
+        engine.extraChannels);
+}
+
+UUID SpectrogramPanelView::channelID() const {
+    return engine_.resolvedChannelID(fixedChannelID_.value_or(engine_.spectrogramChannelID()));
 }
 
 void SpectrogramPanelView::resizeEvent(QResizeEvent* event) {
@@ -90,7 +104,7 @@ void SpectrogramPanelView::openControls() {
     popover->setAttribute(Qt::WA_DeleteOnClose);
     auto* layout = new QVBoxLayout(popover);
     layout->setContentsMargins(popoverPadding, popoverPadding, popoverPadding, popoverPadding);
-    layout->addWidget(new SpectrogramControls(engine_, Qt::Vertical, popover));
+    layout->addWidget(new SpectrogramControls(engine_, fixedChannelID_, Qt::Vertical, popover));
     popover->adjustSize();
     const QPoint corner = adjustButton_->mapToGlobal(adjustButton_->rect().bottomRight());
     popover->move(corner - QPoint(popover->width(), 0));

@@ -3,28 +3,37 @@
 #pragma once
 
 #include <QWidget>
+#include <optional>
+
+#include "Core/UUID.h"
 
 namespace TarvaneApp {
 
 class IconButton;
 class LiveSpectrogramView;
 class MeterEngine;
+class ModuleArrangementLink;
 class PanelHeader;
 class SpectrogramControls;
 
 class SpectrogramPanelView final : public QWidget {
     Q_OBJECT
   public:
-    /// Shows the channel that the engine's `spectrogramChannelID` names.
-    explicit SpectrogramPanelView(MeterEngine& engine, QWidget* parent = nullptr);
+    /// Shows the fixed channel, or without one the channel that the engine's
+    /// `spectrogramChannelID` names. `arrangement` is the one that its expand button serves, and
+    /// outlives it; null where the panel has its window to itself.
+    SpectrogramPanelView(MeterEngine& engine, const std::optional<TarvaneKit::UUID>& fixedChannelID,
+                         ModuleArrangementLink* arrangement, QWidget* parent = nullptr);
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
 
   private:
     void openControls();
+    TarvaneKit::UUID channelID() const;
 
     MeterEngine& engine_;
+    const std::optional<TarvaneKit::UUID> fixedChannelID_;
     LiveSpectrogramView* picture_;
     PanelHeader* header_;
     SpectrogramControls* controls_;
