@@ -44,13 +44,13 @@ class GestureTests : public TarvaneTests::EngineFixture {
         QTest::mouseRelease(&widget, Qt::LeftButton, {}, from + way);
     }
 
-    /// `seconds` of a tone, that long ones of it and published once a second.
+    /// `seconds` of the session, published once each, of which a fifth is fed: that settles Fast.
     void play(int seconds, double amplitude = 0.1) {
         if (!engine->isRunning()) {
             start();
         }
         for (int i = 0; i < seconds; ++i) {
-            audio.feed("", {sine(1000.0, amplitude, 48000)});
+            audio.feed("", {sine(1000.0, amplitude, 9600)});
             clock.advance(1.0);
             tick();
         }

@@ -18,9 +18,9 @@ QImage drawn(const QString& name, double scale) {
     return image;
 }
 
-const char* const names[] = {"play.circle",  "play.circle.fill", "stop.circle.fill",
-                             "pause.circle", "waveform.circle",  "waveform",
-                             "chevron.down"};
+const char* const names[] = {"play.circle",  "play.circle.fill",  "stop.circle.fill",
+                             "pause.circle", "waveform.circle",   "waveform",
+                             "chevron.down", "square.3.layers.3d"};
 
 TEST(Icon, everySymbolIsDrawnInTheOneColourAskedFor) {
     for (const char* name : names) {

@@ -17,8 +17,7 @@ using TarvaneKit::UUID;
 
 class TargetCurveControlsTests : public TarvaneTests::EngineFixture {
   protected:
-    TargetCurveControlsTests()
-        : controls(*engine, UUID::main(), QStringLiteral("Curve level")) {
+    TargetCurveControlsTests() : controls(*engine, UUID::main(), QStringLiteral("Curve level")) {
         controls.show();
         settle();
     }

@@ -18,7 +18,7 @@ constexpr int gap = 4;  // between the button and the popover
 class Popover final : public QWidget {
   public:
     Popover(QWidget* parent, const PopoverPresentationState::Content& makeContent)
-        : QWidget(parent, Qt::Popup) {
+        : QWidget(parent, Qt::Popup | Qt::FramelessWindowHint) {
         setAttribute(Qt::WA_DeleteOnClose);
         // The click that closes it does nothing else: on the button it would open it again.
         setAttribute(Qt::WA_NoMouseReplay);

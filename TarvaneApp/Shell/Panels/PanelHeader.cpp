@@ -15,6 +15,21 @@ constexpr int paddingUpDown = 8;
 constexpr int spacing = 16;
 constexpr double letterSpacing = 0.5;
 
+// From left to right, with those inside of others.
+void collectTabStops(const QLayout& layout, std::vector<QWidget*>& stops) {
+    for (int i = 0; i < layout.count(); ++i) {
+        if (const QLayout* inner = layout.itemAt(i)->layout()) {
+            collectTabStops(*inner, stops);
+        } else if (QWidget* widget = layout.itemAt(i)->widget()) {
+            if ((widget->focusPolicy() & Qt::TabFocus) != 0) {
+                stops.push_back(widget);
+            } else if (const QLayout* inside = widget->layout()) {
+                collectTabStops(*inside, stops);
+            }
+        }
+    }
+}
+
 }  // namespace
 
 PanelHeader::PanelHeader(const QString& title, QWidget* parent)
@@ -29,15 +44,28 @@ PanelHeader::PanelHeader(const QString& title, QWidget* parent)
     palette.setColor(QPalette::WindowText, Theme::axisText);
     label->setPalette(palette);
     row_->addWidget(label);
+    expendable_ = {label};
 }
 
 void PanelHeader::setExpendable(std::vector<QWidget*> widgets) {
+    widgets.push_back(expendable_.back());
     expendable_ = std::move(widgets);
     fit();
 }
 
+// In a row within the row it takes its room without the spacing.
 int PanelHeader::widthOf(const QWidget& widget) const {
-    return widget.sizeHint().width() + row_->spacing();
+    const bool isOfRow = row_->indexOf(&widget) >= 0;
+    return widget.sizeHint().width() + (isOfRow ? row_->spacing() : 0);
+}
+
+void PanelHeader::orderTabs(QWidget& content) {
+    std::vector<QWidget*> stops;
+    collectTabStops(*row_, stops);
+    stops.push_back(&content);
+    for (std::size_t i = 1; i < stops.size(); ++i) {
+        setTabOrder(stops[i - 1], stops[i]);
+    }
 }
 
 QSize PanelHeader::minimumSizeHint() const {

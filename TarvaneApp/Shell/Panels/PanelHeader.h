@@ -16,9 +16,12 @@ class PanelHeader final : public QWidget {
     /// Controls join here, behind the title.
     QHBoxLayout& row() { return *row_; }
 
-    /// These leave the row where it has no room for all, the first one first. Nothing else shows
-    /// or hides them.
+    /// These leave the row where it has no room for all, the first one first and the title last.
+    /// Nothing else shows or hides them.
     void setExpendable(std::vector<QWidget*> widgets);
+
+    /// Tab goes through the row from left to right, then to `content`. Once all controls stand.
+    void orderTabs(QWidget& content);
 
     QSize minimumSizeHint() const override;
 

@@ -80,8 +80,8 @@ TEST_F(PopoverPresentationStateTests, atTheEndOfTheScreenItStaysOnIt) {
     QApplication::processEvents();
     state.setPresented(true);
     EXPECT_TRUE(screen.contains(popover()->geometry()));
-    EXPECT_FALSE(popover()->geometry().intersects(
-        QRect(button.mapToGlobal(QPoint()), button.size())));
+    EXPECT_FALSE(
+        popover()->geometry().intersects(QRect(button.mapToGlobal(QPoint()), button.size())));
 }
 
 TEST_F(PopoverPresentationStateTests, openedByTheKeyboardItsFirstControlHasTheFocus) {
