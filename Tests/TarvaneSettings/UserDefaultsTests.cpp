@@ -135,6 +135,8 @@ TEST_F(UserDefaultsTests, aCrashAtAnyMomentLeavesAReadableStore) {
                 defaults.setText("filler", filler + std::to_string(i));
                 defaults.setNumber("b", i);
                 defaults.synchronize();
+                // Else the lock is hardly ever free for the writer.
+                std::this_thread::sleep_for(std::chrono::microseconds(200));
             }
         }
         const unsigned longestLife = 800U * static_cast<unsigned>(25 + crash);
