@@ -73,8 +73,11 @@ class FlatStyle final : public QProxyStyle {
 
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                             QPainter* painter, const QWidget* widget) const override {
-        if (control == CC_Slider) {
-            QProxyStyle::drawComplexControl(control, option, painter, widget);
+        if (const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
+            control == CC_Slider && slider != nullptr) {
+            QStyleOptionSlider plain = *slider;
+            plain.state &= ~State_HasFocus;
+            QProxyStyle::drawComplexControl(control, &plain, painter, widget);
             ringIfFocused(*option, *painter);
             return;
         }

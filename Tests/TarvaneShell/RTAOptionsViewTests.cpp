@@ -89,6 +89,28 @@ TEST_F(RTAOptionsViewTests, arrowKeysMoveAlongTheSwatches) {
     EXPECT_EQ(engine->rtaColor(), (RGBAColor{0.3, 0.7, 1.0, 1.0}));
 }
 
+TEST_F(RTAOptionsViewTests, tabStopsOnceInARowAtWhatIsPicked) {
+    const auto stops = [](QWidget& row) {
+        QStringList names;
+        for (auto* button : row.findChildren<QAbstractButton*>()) {
+            if ((button->focusPolicy() & Qt::TabFocus) != 0) {
+                names.append(button->text() + button->accessibleName());
+            }
+        }
+        return names;
+    };
+    auto& view = named<SegmentedPicker>("View");
+    auto& colors = named<ColorSwatches>("Color");
+    EXPECT_EQ(stops(view), QStringList{"Both"});
+    EXPECT_EQ(stops(colors), QStringList{"Green"});
+    engine->viewMode.set(SpectrumViewMode::line);
+    EXPECT_EQ(stops(view), QStringList{"Line"});
+    swatch("Color", "Pink").click();
+    EXPECT_EQ(stops(colors), QStringList{"Pink"});
+    engine->rtaColor.set({0.1, 0.2, 0.3, 1.0});
+    EXPECT_EQ(stops(colors), QStringList{"Green"}) << "nothing is picked: the first";
+}
+
 TEST_F(RTAOptionsViewTests, theViewIsBandsLineOrBoth) {
     auto& view = named<SegmentedPicker>("View");
     QStringList labels;

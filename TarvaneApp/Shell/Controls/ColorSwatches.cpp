@@ -7,6 +7,7 @@
 #include <QSignalBlocker>
 #include <algorithm>
 
+#include "Controls/PickedTabStop.h"
 #include "FocusRing.h"
 #include "Theme.h"
 
@@ -26,7 +27,6 @@ class SwatchButton final : public QAbstractButton {
         : QAbstractButton(parent), color_(Theme::color(swatch.color)) {
         setAccessibleName(QString::fromLatin1(swatch.name));
         setCheckable(true);
-        setFocusPolicy(Qt::TabFocus);
         setFixedSize(swatchSize, swatchSize);
     }
 
@@ -77,10 +77,12 @@ ColorSwatches::ColorSwatches(std::span<const Swatch> swatches,
         colors_.push_back(swatch.color);
         row->addWidget(button);
     }
+    stopTabAtPicked(group_);
     // Not `clicked`: an assistive program toggles without a click.
     connect(&group_, &QButtonGroup::idToggled, this,
             [this, onPick = std::move(onPick)](int index, bool checked) {
                 if (checked) {
+                    stopTabAtPicked(group_);
                     onPick(colors_[static_cast<std::size_t>(index)]);
                 }
             });
@@ -96,6 +98,7 @@ void ColorSwatches::setSelected(const TarvaneKit::RGBAColor& color) {
         checked->setChecked(false);
         group_.setExclusive(true);
     }
+    stopTabAtPicked(group_);
 }
 
 }  // namespace TarvaneApp
