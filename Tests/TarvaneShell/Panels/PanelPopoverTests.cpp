@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QLabel>
 #include <QMenu>
+#include <QShortcut>
 #include <QSlider>
 #include <QTest>
 
@@ -68,6 +70,23 @@ TEST_F(PanelPopoverTests, theOptionsAreThoseOfTheAnalyzersChannel) {
     EXPECT_EQ(engine->octaveFraction(), TarvaneKit::OctaveFraction::thirdOctave);
     QTest::keyClick(popover, Qt::Key_Escape);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+}
+
+TEST_F(PanelPopoverTests, inAPopoverSpaceSwitchesAndDoesntStartMetering) {
+    QWidget window;
+    QShortcut start(QKeySequence(Qt::Key_Space), &window);
+    QObject::connect(&start, &QShortcut::activated, &window, [this] { engine->start(); });
+    auto* panel = new RTAPanelView(*engine, std::nullopt, nullptr, &window);
+    panel->resize(1000, 300);
+    open(window, {1000, 300});
+    slidersButton(*panel).click();
+    auto* box = QApplication::activePopupWidget()->findChild<QCheckBox*>();
+    ASSERT_EQ(box->text(), QStringLiteral("Peak hold"));
+    box->setFocus();
+    QTest::keyClick(box, Qt::Key_Space);
+    EXPECT_FALSE(engine->showPeakHold());
+    EXPECT_FALSE(engine->isStarting());
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
 }
 
 TEST_F(PanelPopoverTests, theAnalyzersOverlaysLeaveOutItsOwnChannel) {
