@@ -3,6 +3,7 @@
 #include <QMenu>
 #include <algorithm>
 
+#include "Controls/MenuItems.h"
 #include "LiveFollow.h"
 #include "MeterEngine.h"
 #include "Theme.h"
@@ -19,7 +20,7 @@ constexpr int symbolSize = 12;
 
 struct ChannelOverlayMenu::Choice {
     UUID id;
-    QString name;
+    std::string name;
     bool isOverlaid = false;
 };
 
@@ -49,7 +50,7 @@ std::vector<ChannelOverlayMenu::Choice> ChannelOverlayMenu::choices() const {
     for (const ChannelInfo& channel : engine_.channelInfos()) {
         const bool isOverlaid = std::ranges::find(overlays_(), channel.id) != overlays_().end();
         if (channel.id != base && (channel.isEnabled || isOverlaid)) {
-            choices.push_back({channel.id, QString::fromStdString(channel.name), isOverlaid});
+            choices.push_back({channel.id, channel.name, isOverlaid});
         }
     }
     return choices;
@@ -57,7 +58,7 @@ std::vector<ChannelOverlayMenu::Choice> ChannelOverlayMenu::choices() const {
 
 void ChannelOverlayMenu::fill(QMenu& menu) {
     for (const Choice& choice : choices()) {
-        QAction* item = menu.addAction(choice.name);
+        QAction* item = menu.addAction(menuText(choice.name));
         item->setCheckable(true);
         item->setChecked(choice.isOverlaid);
         connect(item, &QAction::triggered, this, [this, id = choice.id] { toggle(id); });

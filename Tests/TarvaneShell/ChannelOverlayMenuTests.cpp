@@ -4,6 +4,7 @@
 
 #include <QMenu>
 
+#include "Controls/MenuButton.h"
 #include "TarvaneEngine/EngineFixture.h"
 #include "Theme.h"
 
@@ -93,6 +94,16 @@ TEST_F(ChannelOverlayMenuTests, clearTakesAllOverlaysAway) {
     EXPECT_TRUE(clear->isEnabled());
     clear->trigger();
     EXPECT_TRUE(engine->rtaOverlayChannelIDs().empty());
+}
+
+// In a menu's text one ampersand underlines a letter, and two show one.
+TEST_F(ChannelOverlayMenuTests, anAmpersandInANameIsShown) {
+    addChannel("Pit & Stage", "desk", 2);
+    EXPECT_EQ(texts(*history), QStringList{"Pit && Stage"});
+    MenuButton button(QStringLiteral("Channel"));
+    button.setItems({{.text = QStringLiteral("Pit & Stage"), .isCurrent = true, .action = [] {}}});
+    EXPECT_EQ(button.menu()->actions()[0]->text(), QStringLiteral("Pit && Stage"));
+    EXPECT_EQ(button.text(), QStringLiteral("Pit & Stage"));
 }
 
 TEST_F(ChannelOverlayMenuTests, aChannelThatWasSwitchedOffCanStillBeTakenAway) {

@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "Controls/MenuItems.h"
 #include "FocusRing.h"
 #include "Icon.h"
 #include "Theme.h"
@@ -48,7 +49,7 @@ void MenuButton::setItems(std::vector<Item> items) {
     }
     group_ = new QActionGroup(menu());
     for (Item& item : items) {
-        QAction* action = menu()->addAction(item.text);
+        QAction* action = menu()->addAction(menuText(item.text.toStdString()));
         action->setCheckable(true);
         action->setChecked(item.isCurrent);
         group_->addAction(action);
