@@ -80,23 +80,4 @@ void ChannelOverlayMenu::showState() {
     setVisible(!offered.empty());
 }
 
-RTAOverlayMenu::RTAOverlayMenu(MeterEngine& engine, const UUID& baseChannelID, QWidget* parent)
-    : ChannelOverlayMenu(engine, engine.rtaOverlayChannelIDs,
-                         QStringLiteral("Overlay other channels on this RTA"), baseChannelID,
-                         parent) {}
-
-void RTAOverlayMenu::fill(QMenu& menu) {
-    ChannelOverlayMenu::fill(menu);
-    menu.addSeparator();
-    QAction* clear = menu.addAction(QStringLiteral("Clear Overlays"));
-    clear->setEnabled(!overlays_().empty());
-    connect(clear, &QAction::triggered, this, [this] { overlays_.set({}); });
-}
-
-LevelHistoryOverlayMenu::LevelHistoryOverlayMenu(MeterEngine& engine, const UUID& baseChannelID,
-                                                 QWidget* parent)
-    : ChannelOverlayMenu(engine, engine.levelHistoryOverlayChannelIDs,
-                         QStringLiteral("Overlay other channels' history"), baseChannelID, parent) {
-}
-
 }  // namespace TarvaneApp

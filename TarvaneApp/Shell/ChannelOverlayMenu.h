@@ -40,23 +40,4 @@ class ChannelOverlayMenu : public IconMenuButton {
     TarvaneKit::UUID baseChannelID_;
 };
 
-/// Of the analyzer.
-class RTAOverlayMenu final : public ChannelOverlayMenu {
-    Q_OBJECT
-  public:
-    RTAOverlayMenu(MeterEngine& engine, const TarvaneKit::UUID& baseChannelID,
-                   QWidget* parent = nullptr);
-
-  private:
-    void fill(QMenu& menu) override;
-};
-
-/// Of the level history.
-class LevelHistoryOverlayMenu final : public ChannelOverlayMenu {
-    Q_OBJECT
-  public:
-    LevelHistoryOverlayMenu(MeterEngine& engine, const TarvaneKit::UUID& baseChannelID,
-                            QWidget* parent = nullptr);
-};
-
 }  // namespace TarvaneApp

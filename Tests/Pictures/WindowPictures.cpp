@@ -20,6 +20,7 @@
 #include "MeterEngine.h"
 #include "Panels/LevelHistoryChannelMenu.h"
 #include "Panels/LevelHistoryPanelView.h"
+#include "Panels/RTAOverlayMenu.h"
 #include "Panels/RTAPanelView.h"
 #include "Panels/SpectrogramPanelView.h"
 #include "Preferences/PreferencesWindow.h"

@@ -5,6 +5,8 @@
 #include <QMenu>
 
 #include "Controls/MenuButton.h"
+#include "Panels/LevelHistoryOverlayMenu.h"
+#include "Panels/RTAOverlayMenu.h"
 #include "TarvaneEngine/EngineFixture.h"
 #include "Theme.h"
 

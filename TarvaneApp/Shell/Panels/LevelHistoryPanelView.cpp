@@ -5,7 +5,6 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
-#include "ChannelOverlayMenu.h"
 #include "Controls/IconButton.h"
 #include "Controls/MenuButton.h"
 #include "Controls/TextLabel.h"
@@ -14,6 +13,7 @@
 #include "MeterEngine.h"
 #include "Panels/LevelHistoryChannelMenu.h"
 #include "Panels/LevelHistoryExtremesSummary.h"
+#include "Panels/LevelHistoryOverlayMenu.h"
 #include "Panels/PanelHeader.h"
 #include "Readouts/ReadoutText.h"
 #include "Theme.h"

@@ -3,7 +3,6 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "ChannelOverlayMenu.h"
 #include "ChannelPickerMenu.h"
 #include "Controls/IconButton.h"
 #include "Controls/MenuButton.h"
@@ -12,6 +11,7 @@
 #include "MeterEngine.h"
 #include "Panels/PanelHeader.h"
 #include "Panels/PanelMaximizeToggleButton.h"
+#include "Panels/RTAOverlayMenu.h"
 #include "RTAOptionsView.h"
 #include "ReadoutUnitPicker.h"
 #include "Spectrum/LiveSpectrumView.h"

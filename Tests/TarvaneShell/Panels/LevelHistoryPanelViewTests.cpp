@@ -7,7 +7,6 @@
 #include <QMenu>
 #include <QTest>
 
-#include "ChannelOverlayMenu.h"
 #include "Controls/IconButton.h"
 #include "LevelHistory/LiveLevelHistoryGraph.h"
 #include "Panels/LevelHistoryChannelMenu.h"

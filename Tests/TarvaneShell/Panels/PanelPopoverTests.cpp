@@ -10,11 +10,11 @@
 #include <QSlider>
 #include <QTest>
 
-#include "ChannelOverlayMenu.h"
 #include "ChannelPickerMenu.h"
 #include "Controls/IconButton.h"
 #include "LiveAccessibility.h"
 #include "Panels/LevelHistoryPanelView.h"
+#include "Panels/RTAOverlayMenu.h"
 #include "Panels/RTAPanelView.h"
 #include "Panels/SpectrogramControls.h"
 #include "Panels/SpectrogramPanelView.h"
