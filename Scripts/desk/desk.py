@@ -1,6 +1,7 @@
 """The desk itself: folders, display, session bus, audio server, tone sources."""
 
 import os
+import re
 import shutil
 import signal
 import subprocess
@@ -189,6 +190,21 @@ class Desk:
                                   capture_output=True, text=True, timeout=20)
         except subprocess.TimeoutExpired as error:
             raise DeskFailure(f"xdotool {' '.join(arguments)} doesn't return.") from error
+
+    def pixels(self):
+        """The screen as it is now: a function that gives the red, green and blue at x, y."""
+        path = self.folder / "screen.ppm"
+        subprocess.run(["import", "-silent", "-window", "root", "-depth", "8", f"ppm:{path}"],
+                       env=self.env, stdin=subprocess.DEVNULL, check=True, timeout=60)
+        content = path.read_bytes()
+        header = re.match(rb"P6\s+(\d+)\s+\d+\s+255\s", content)
+        start, width = header.end(), int(header.group(1))
+
+        def pixel(x, y):
+            at = start + 3 * (y * width + x)
+            return tuple(content[at:at + 3])
+
+        return pixel
 
     def screenshot(self, path, window="root"):
         subprocess.run(["import", "-silent", "-window", window, str(path)], env=self.env,

@@ -92,6 +92,16 @@ class Program:
         number = re.match(r"-?[0-9.]+", self.reading(name))
         return float(number.group()) if number else None
 
+    def drawn(self, display, part):
+        """What one part of a drawn display reads, as "Under the pointer" of the analyzer."""
+        widget = self.wait_for(display, "label")
+        for index in range(widget.get_child_count()):
+            child = widget.get_child_at_index(index)
+            if child is not None and child.get_name() == part:
+                child.clear_cache()
+                return text_of(child)
+        raise DeskFailure(f"{display!r} draws no {part!r}.")
+
     def clip_is_clear(self):
         return self.reading("Input clipping") == ""
 
@@ -139,6 +149,21 @@ class Program:
         if not self._desk.xdotool("mousemove", str(place.x + place.width // 2),
                                   str(place.y + place.height // 2), "click", "1"):
             raise DeskFailure(f"{name!r} can't be clicked.")
+
+    def point_into(self, display, across):
+        """Puts the pointer on a drawn display, `across` pixels from its left edge. What the
+        display says of the place."""
+        place = self.extents(display)
+        self._desk.xdotool("mousemove", str(place.x + across), str(place.y + place.height // 2))
+        time.sleep(0.1)  # until the next picture
+        return wait_until(lambda: self.drawn(display, "Under the pointer"), 10,
+                          f"{display!r} says nothing of {across} pixels across")
+
+    def extents(self, display):
+        """Where a drawn display is on the screen: x, y, width, height."""
+        Atspi = _atspi()
+        return Atspi.Component.get_extents(self.wait_for(display, "label"),
+                                           Atspi.CoordType.SCREEN)
 
     def press(self, name, role=None):
         """As a screen reader does it: the element's first action, without the pointer."""

@@ -195,9 +195,9 @@ double ChannelProcessor::leqElapsedFraction() const {
     return progress ? progress->elapsedFraction : 0.0;
 }
 
-void ChannelProcessor::setMeasuresLoudness(bool measures) {
+bool ChannelProcessor::setMeasuresLoudness(bool measures) {
     if (!isConfigured() || measures == (loudnessMeter() != nullptr)) {
-        return;
+        return false;
     }
     auto meter = measures ? std::make_shared<LoudnessMeter>(
                                 sampleRate_, std::vector<double>(isStereo ? 2 : 1, 1.0))
@@ -209,6 +209,7 @@ void ChannelProcessor::setMeasuresLoudness(bool measures) {
     if (meter) {
         droppedLoudnessMeter_ = std::move(meter);
     }
+    return true;
 }
 
 std::optional<LoudnessReadings> ChannelProcessor::loudnessReadings() const {

@@ -67,8 +67,9 @@ class ChannelProcessor {
     /// Progress of the user's Leq, 0 to 1; 0 when not configured.
     double leqElapsedFraction() const;
 
-    /// Loudness from now on, from nothing; or no longer. Nothing when not configured.
-    void setMeasuresLoudness(bool measures);
+    /// Loudness from now on, from nothing; or no longer. Nothing when not configured. Whether that
+    /// is a change.
+    bool setMeasuresLoudness(bool measures);
     /// Absent while the channel measures no loudness.
     std::optional<TarvaneKit::LoudnessReadings> loudnessReadings() const;
     /// Starts integrated loudness, range and maxima anew.

@@ -177,11 +177,16 @@ RTAScale MeterEngine::rtaScale(const UUID& id) const {
     return isCalibrated(id) && !display(id).showsDBFS ? RTAScale::spl : RTAScale::dbfs;
 }
 
-std::string MeterEngine::levelUnitLabel(const UUID& id) const {
+ReadoutUnit MeterEngine::readoutUnit(const UUID& id) const {
     if (measuresLoudness(id)) {
-        return "LUFS";
+        return ReadoutUnit::lufs;
     }
-    return rtaScale(id) == RTAScale::spl ? "dB" : "dBFS";
+    return rtaScale(id) == RTAScale::spl ? ReadoutUnit::spl : ReadoutUnit::dbfs;
+}
+
+std::string MeterEngine::levelUnitLabel(const UUID& id) const {
+    const ReadoutUnit unit = readoutUnit(id);
+    return unit == ReadoutUnit::spl ? "dB" : std::string(TarvaneKit::rawValue(unit));
 }
 
 double MeterEngine::splReadoutDisplayOffsetDB(const UUID& id) const {

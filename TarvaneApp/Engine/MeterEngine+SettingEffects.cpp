@@ -130,11 +130,13 @@ void MeterEngine::mainInputsChanged(bool changed) {
     refreshInputVolume();
 }
 
+// A level's min and max mean nothing of a loudness, nor the other way about.
 void MeterEngine::loudnessChannelsChanged() {
     for (const ChannelInfo& info : channelInfos()) {
         const auto found = meterChannels_.find(info.id);
-        if (found != meterChannels_.end() && found->second->processor) {
-            found->second->processor->setMeasuresLoudness(info.measuresLoudness);
+        if (found != meterChannels_.end() && found->second->processor &&
+            found->second->processor->setMeasuresLoudness(info.measuresLoudness)) {
+            metricChanged(*found->second);
         }
     }
 }

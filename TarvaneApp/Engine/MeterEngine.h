@@ -67,6 +67,7 @@ class MeterEngine : public QObject {
   public:
     using SpectrumViewMode = TarvaneApp::SpectrumViewMode;
     using MetricMode = TarvaneApp::MetricMode;
+    using ReadoutUnit = TarvaneApp::ReadoutUnit;
     using ChannelDemand = TarvaneApp::ChannelDemand;
     using RTAScale = TarvaneApp::RTAScale;
     using ModulePlacement = TarvaneApp::ModulePlacement;
@@ -289,6 +290,7 @@ class MeterEngine : public QObject {
     /// dB SPL for a calibrated channel, unless it is set to show dBFS.
     RTAScale rtaScale(const TarvaneKit::UUID& id) const;
     bool isCalibrated(const TarvaneKit::UUID& id) const;
+    ReadoutUnit readoutUnit(const TarvaneKit::UUID& id) const;
     /// "LUFS" for a channel that measures loudness, "dB" for a calibrated one in SPL, else "dBFS".
     std::string levelUnitLabel(const TarvaneKit::UUID& id) const;
     /// What is to be taken off a level in the channel's calibrated scale to show it in its unit.

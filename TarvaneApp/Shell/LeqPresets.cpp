@@ -2,7 +2,13 @@
 
 #include <algorithm>
 
+#include "RawText.h"
+
 namespace TarvaneApp {
+
+QString leqDescription(TarvaneKit::Weighting weighting, double seconds) {
+    return QStringLiteral("%1-weighted, %2").arg(rawText(weighting), leqTimeLabel(seconds));
+}
 
 QString leqTimeLabel(double seconds) {
     const auto preset = std::ranges::find(leqPresets, seconds, &LeqPreset::seconds);

@@ -4,6 +4,8 @@
 #include <QString>
 #include <array>
 
+#include "DSP/Weighting.h"
+
 namespace TarvaneApp {
 
 struct LeqPreset {
@@ -16,6 +18,9 @@ inline constexpr std::array leqPresets{
     LeqPreset{"15 min", 900.0},     LeqPreset{"1 hour", 3600.0}, LeqPreset{"8 hours", 28800.0},
     LeqPreset{"24 hours", 86400.0},
 };
+
+/// The user's Leq in words, as "A-weighted, 15 min".
+QString leqDescription(TarvaneKit::Weighting weighting, double seconds);
 
 /// The preset's label, or the seconds for a time that none has.
 QString leqTimeLabel(double seconds);

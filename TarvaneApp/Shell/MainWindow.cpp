@@ -61,12 +61,16 @@ void MainWindow::makeMenus(const Actions& actions) {
     quit->setMenuRole(QAction::QuitRole);
 
     QMenu* view = menuBar()->addMenu(QStringLiteral("&View"));
-    QAction* levelBar = view->addAction(QStringLiteral("Show Level Bar in SPL Meter"));
-    levelBar->setCheckable(true);
-    connect(levelBar, &QAction::triggered, this,
-            [this](bool shown) { engine_.splMeterShowsLevelBar.set(shown); });
-    follow(engine_.splMeterShowsLevelBar, this,
-           [this, levelBar] { levelBar->setChecked(engine_.splMeterShowsLevelBar()); });
+    const auto addSwitch = [this, view](const QString& text, Setting<bool>& setting) {
+        QAction* item = view->addAction(text);
+        item->setCheckable(true);
+        connect(item, &QAction::triggered, this, [&setting](bool on) { setting.set(on); });
+        follow(setting, this, [&setting, item] { item->setChecked(setting()); });
+        return item;
+    };
+    addSwitch(QStringLiteral("Show Clock Instead of SPL Meter"), engine_.splReadoutShowsClock)
+        ->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+C")));
+    addSwitch(QStringLiteral("Show Level Bar in SPL Meter"), engine_.splMeterShowsLevelBar);
 }
 
 // A text field that has the focus takes the keys as text before any shortcut sees them.

@@ -1,22 +1,21 @@
-// The row above a sound level readout: channel, unit, and what is measured.
+// The row above a readout: channel, unit, and what is measured.
 #pragma once
 
 #include <QWidget>
 #include <optional>
-#include <vector>
 
-#include "ChannelDisplaySettings.h"
 #include "Core/UUID.h"
 
-class QLabel;
+class QHBoxLayout;
 
 namespace TarvaneApp {
 
 class ChannelPickerMenu;
-class CompactToggleButton;
+class LoudnessControls;
 class MeterEngine;
 class ReadoutUnitPicker;
-class SegmentedPicker;
+class SPLControlMenus;
+class SPLControls;
 
 class MetricControlBar final : public QWidget {
     Q_OBJECT
@@ -25,31 +24,28 @@ class MetricControlBar final : public QWidget {
     MetricControlBar(MeterEngine& engine, std::optional<TarvaneKit::UUID> fixedChannelID,
                      QWidget* parent = nullptr);
 
-  private:
-    template <class E>
-    struct Toggle {
-        E value;
-        CompactToggleButton* button;
-    };
-    template <class E>
-    using ToggleRow = std::vector<Toggle<E>>;
+    /// What the smallest meter's window has: the controls shrink into it.
+    QSize minimumSizeHint() const override;
 
-    template <class E>
-    ToggleRow<E> makeRow(QWidget* group, const char* what, E ChannelDisplaySettings::*field);
+  protected:
+    bool event(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+  private:
     void channelChanged();
-    void showDisplay();
+    void arrange();
+    int ordinaryWidth() const;
     TarvaneKit::UUID channelID() const;
 
     MeterEngine& engine_;
     std::optional<TarvaneKit::UUID> fixedChannelID_;
+    QHBoxLayout* row_;
+    ChannelPickerMenu* channelPicker_ = nullptr;
     ReadoutUnitPicker* unitPicker_;
-    SegmentedPicker* modePicker_;
-    QWidget* splGroup_;
-    QWidget* peakGroup_;
-    QLabel* leqNote_;
-    ToggleRow<TarvaneKit::Weighting> splWeightings_;
-    ToggleRow<TarvaneKit::TimeWeighting> splTimeWeightings_;
-    ToggleRow<TarvaneKit::Weighting> peakWeightings_;
+    QWidget* divider_;
+    SPLControls* splControls_;
+    SPLControlMenus* splMenus_;
+    LoudnessControls* loudnessControls_;
 };
 
 }  // namespace TarvaneApp

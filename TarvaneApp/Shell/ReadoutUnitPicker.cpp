@@ -2,6 +2,7 @@
 
 #include "LiveFollow.h"
 #include "MeterEngine.h"
+#include "RawText.h"
 
 namespace TarvaneApp {
 
@@ -12,7 +13,7 @@ ReadoutUnitPicker::ReadoutUnitPicker(MeterEngine& engine, const TarvaneKit::UUID
         "Read this channel in dB SPL, dBFS, or as program loudness (LUFS, EBU R128)"));
     followAll(
         this, [this] { showChoices(); }, engine.calibration, engine.mainInputIsDigital,
-        engine.extraChannels, engine.splReadoutShowsDBFS);
+        engine.mainInputMeasuresLoudness, engine.extraChannels, engine.splReadoutShowsDBFS);
 }
 
 void ReadoutUnitPicker::setChannelID(const TarvaneKit::UUID& channelID) {
@@ -20,26 +21,28 @@ void ReadoutUnitPicker::setChannelID(const TarvaneKit::UUID& channelID) {
     showChoices();
 }
 
-void ReadoutUnitPicker::showChoices() {
-    const bool isCalibrated = engine_.isCalibrated(channelID_);
-    const bool readsSPL = isCalibrated && !engine_.display(channelID_).showsDBFS;
-    const auto item = [this](const char* label, bool isCurrent, bool showsDBFS) {
-        return Item{.text = QString::fromLatin1(label),
-                    .isCurrent = isCurrent,
-                    .action =
-                        [this, showsDBFS] {
-                            engine_.updateDisplay(channelID_,
-                                                  [showsDBFS](ChannelDisplaySettings& display) {
-                                                      display.showsDBFS = showsDBFS;
-                                                  });
-                        },
-                    .dot = std::nullopt};
-    };
-    std::vector<Item> items;
-    if (isCalibrated) {
-        items.push_back(item("SPL", readsSPL, false));
+void ReadoutUnitPicker::choose(ReadoutUnit unit) {
+    const TarvaneKit::UUID id = channelID_;
+    engine_.setMeasuresLoudness(unit == ReadoutUnit::lufs, id);
+    if (unit != ReadoutUnit::lufs) {
+        engine_.updateDisplay(id, [unit](ChannelDisplaySettings& display) {
+            display.showsDBFS = unit == ReadoutUnit::dbfs;
+        });
     }
-    items.push_back(item("dBFS", !readsSPL, true));
+}
+
+void ReadoutUnitPicker::showChoices() {
+    const ReadoutUnit current = engine_.readoutUnit(channelID_);
+    std::vector<Item> items;
+    for (const ReadoutUnit unit : TarvaneKit::allCases<ReadoutUnit>()) {
+        if (unit == ReadoutUnit::spl && !engine_.isCalibrated(channelID_)) {
+            continue;
+        }
+        items.push_back({.text = rawText(unit),
+                         .isCurrent = unit == current,
+                         .action = [this, unit] { choose(unit); },
+                         .dot = std::nullopt});
+    }
     setItems(std::move(items));
 }
 

@@ -1,8 +1,10 @@
-// In which unit a channel reads: dB SPL, where it is calibrated, or dBFS.
+// In which unit a channel reads: dB SPL, where it is calibrated, dBFS, or as programme loudness in
+// LUFS.
 #pragma once
 
 #include "Controls/MenuButton.h"
 #include "Core/UUID.h"
+#include "DisplayEnums.h"
 
 namespace TarvaneApp {
 
@@ -17,6 +19,7 @@ class ReadoutUnitPicker final : public MenuButton {
     void setChannelID(const TarvaneKit::UUID& channelID);
 
   private:
+    void choose(ReadoutUnit unit);
     void showChoices();
 
     MeterEngine& engine_;

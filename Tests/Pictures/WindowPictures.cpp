@@ -22,6 +22,7 @@
 #include "Panels/LevelHistoryPanelView.h"
 #include "Panels/RTAOverlayMenu.h"
 #include "Panels/RTAPanelView.h"
+#include "Panels/SPLMeterPanelView.h"
 #include "Panels/SpectrogramPanelView.h"
 #include "Preferences/PreferencesWindow.h"
 #include "Support/FakeAudioSystem.h"
@@ -114,6 +115,40 @@ TarvaneKit::CalibrationProfile calibrated() {
     return profile;
 }
 
+// The meter alone and among the graphs, measuring loudness.
+void shootLoudness(Stage& stage) {
+    using TarvaneApp::LayoutPreset;
+    stage.engine.mainInputMeasuresLoudness.set(true);
+    stage.engine.applyLayoutPreset(LayoutPreset::splMeterOnly);
+    stage.shootSizes("loudness-empty");
+    stage.play(4.0, 0.1);
+    stage.shootSizes("loudness");
+    stage.engine.loudnessTarget.set(TarvaneApp::LoudnessTarget::presets()[1]);
+    stage.play(0.5, 1.0);
+    stage.shootSizes("loudness-over");
+    stage.engine.applyLayoutPreset(LayoutPreset::allInMainWindow);
+    stage.shootSizes("loudness-all");
+    stage.engine.splReadoutShowsClock.set(true);
+    stage.shootSizes("clock-all");
+    stage.engine.applyLayoutPreset(LayoutPreset::splMeterOnly);
+    stage.shootSizes("clock");
+    stage.engine.splReadoutShowsClock.set(false);
+    TarvaneApp::SPLMeterPanelView panel(stage.engine, std::nullopt);
+    for (const bool isLoudness : {true, false}) {
+        stage.engine.mainInputMeasuresLoudness.set(isLoudness);
+        for (const QSize size : {QSize(320, 200), QSize(360, 240), QSize(480, 260)}) {
+            panel.resize(size);
+            panel.show();
+            stage.shoot(QStringLiteral("meter-%1-%2")
+                            .arg(isLoudness ? QStringLiteral("loudness") : QStringLiteral("level"))
+                            .arg(size.width()),
+                        panel);
+        }
+    }
+    stage.engine.applyLayoutPreset(LayoutPreset::allInMainWindow);
+    stage.engine.loudnessTarget.set(TarvaneApp::LoudnessTarget::presets()[0]);
+}
+
 void shootAll(Stage& stage) {
     using TarvaneApp::MetricMode;
     stage.shootSizes("idle");
@@ -150,6 +185,7 @@ void shootAll(Stage& stage) {
     stage.start();
     stage.play(1.0, 0.12);
     stage.shootSizes("stereo-peak");
+    shootLoudness(stage);
     stage.engine.stop();
     stage.audio.behaviour("").startError = TarvaneKit::AudioIOError::noInputAvailable();
     stage.start();

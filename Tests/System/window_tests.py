@@ -8,6 +8,8 @@ what comes out is what the window says to a screen reader.
 A failed test leaves a picture of the screen in the folder system-tests beside the programs.
 """
 
+import math
+import re
 import subprocess
 import sys
 import time
@@ -19,7 +21,7 @@ sys.dont_write_bytecode = True
 
 from desk import Desk  # noqa: E402
 from desk.processes import wait_until  # noqa: E402
-from desk.tone import sine_1khz  # noqa: E402
+from desk.tone import pink_noise, rising_sine, sine_1khz  # noqa: E402
 
 MIC = "tarvane.tone"
 SYSTEM_OUTPUT = "org.brenlow.tarvane.system-output"
@@ -57,6 +59,11 @@ def metering(desk):
 def uses(desk, uid):
     """The program's device, as the user chose it in an earlier run."""
     desk.write_settings(deviceUID=uid)
+
+
+def stored(text):
+    """A choice or a list as the settings file holds it."""
+    return f'@ByteArray(\\"{text}\\")'
 
 
 @test
@@ -100,6 +107,36 @@ def peak_reads_the_peak(desk):
     for weighting in "ACZ":
         program.click(f"{weighting} peak weighting")
         expect_level(program, f"Peak {weighting}", -20)
+
+
+@test
+def a_sine_reads_its_loudness(desk):
+    desk.plug_in("--tone", "1000:-20")
+    program = metering(desk)
+    program.click("Readout unit: dBFS", "push button")
+    desk.xdotool("key", "Down", "Down", "Return")  # from dBFS to the entry under it
+    program.wait_for("Readout unit: LUFS", "push button")
+    # A 1 kHz sine in one channel reads its RMS level (ITU-R BS.1770-4).
+    expect_level(program, "Short-Term", -20 + SINE_RMS_RE_PEAK_DB)
+    expect_level(program, "Integrated", -20 + SINE_RMS_RE_PEAK_DB)
+    peak = program.settled_level("TRUE PEAK")  # within EBU Tech 3341's +0.2 and -0.4 dB
+    expect(-20.4 <= peak <= -19.8, f"TRUE PEAK shows {peak}, not -20")
+    program.press("Reset Integration", "push button")
+    program.click("Readout unit: LUFS", "push button")
+    desk.xdotool("key", "Down", "Return")
+    expect_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB)
+
+
+@test
+def the_keys_put_the_clock_in_the_meters_place(desk):
+    desk.plug_in("--tone", "1000:-20")
+    program = desk.launch()
+    program.key("ctrl+shift+c")
+    program.wait_for("Clock", "label")
+    first = program.reading("Clock")
+    wait_until(lambda: program.reading("Clock") != first, 10, "The clock stands still")
+    program.key("ctrl+shift+c")
+    program.wait_for("SPL A Fast", "label")
 
 
 @test
@@ -184,6 +221,141 @@ def a_pause_keeps_the_reading_and_stop_ends_it(desk):
     program.wait_for("Start", "push button")
     tone.stop()
     expect(not program.alerts(), "a device that nobody reads is missed")
+
+
+ANALYZER = "Real-Time Analyzer"
+HISTORY = "Level History"
+
+# Third-octave bands alone, averaged over the session; lines as they are, not per octave.
+BANDS = dict(viewMode=stored("Banded"), rtaTimeWeighting=stored("Infinite"),
+             octaveNormalizedSpectrumDisplay="@ByteArray(false)",
+             showPeakHold="@ByteArray(false)")
+
+# Of a sine that lies a third of a line from the nearest one, as 500 and 1000 Hz among lines
+# 48000/4096 Hz apart, a Hann window leaves sin(pi/3) / (pi/3) / (1 - 1/9).
+NEAREST_LINE_DB = -0.63
+
+
+def frequency_and_level(said):
+    """What the analyzer says under the pointer, as "1.00 kHz  -23.0 dBFS"."""
+    frequency, unit, level, _ = said.split()
+    return float(frequency) * (1000 if unit == "kHz" else 1), float(level)
+
+
+def across_of(display_width, frequency_hz):
+    """Where a frequency stands: the axis is logarithmic from 20 Hz to 20 kHz."""
+    return round(display_width * math.log10(frequency_hz / 20) / 3)
+
+
+def strongest_near(program, frequency_hz):
+    """What the analyzer says of the strongest line within some pixels of a frequency."""
+    middle = across_of(program.extents(ANALYZER).width, frequency_hz)
+    said = [program.point_into(ANALYZER, across) for across in range(middle - 5, middle + 6)]
+    return max(map(frequency_and_level, said), key=lambda line: line[1])
+
+
+def drawn_bands(desk, program, frequencies):
+    """The levels that the analyzer's bars reach in a picture of the screen, 0 dBFS at the top and
+    -140 at the foot. The bars are the one thing drawn in green."""
+    place = program.extents(ANALYZER)
+    pixel = desk.pixels()
+
+    def top_of_bar(frequency):
+        # A quarter of the way between centre and edge: the rules stand at round frequencies.
+        x = place.x + across_of(place.width, frequency * 2 ** (-1 / 24))
+        for y in range(place.y, place.y + place.height):
+            red, green, blue = pixel(x, y)
+            if green > red + 40 and green > blue + 40:
+                return -140 * (y - place.y) / place.height
+        raise AssertionError(f"there is no bar at {frequency:.0f} Hz")
+
+    return [top_of_bar(frequency) for frequency in frequencies]
+
+
+def seconds_and_level(said):
+    """What the level history says under the pointer, as "1:05  (21:03:40)  -23.0 dBFS"."""
+    clock = said.split()[0].split(":")
+    level = re.search(r"(-?[0-9.]+) dBFS$", said)
+    return (sum(int(part) * 60**power for power, part in enumerate(reversed(clock))),
+            float(level.group(1)) if level else None)
+
+
+@test
+def pink_noise_is_flat_in_the_bands_and_adds_up_to_its_level(desk):
+    samples = pink_noise(-26, 60)
+    desk.write_settings(**BANDS)
+    desk.plug_in("--file", desk.write_signal("pink", samples))
+    program = metering(desk)
+    time.sleep(25)  # of averaging: a band of 23 Hz is then within 0.2 dB (10 lg(e) / sqrt(B t))
+    program.key("p")
+    program.click("Expand to fill this area")
+    time.sleep(1)
+    centres = [1000 * 10 ** (n / 10) for n in range(-16, 14)]
+    bands = drawn_bands(desk, program, centres)
+    middle = sum(bands[6:-1]) / len(bands[6:-1])  # from 100 Hz to 16 kHz
+    for hz, level in zip(centres[6:-1], bands[6:-1]):
+        expect(abs(level - middle) <= 1, f"{hz:.0f} Hz is at {level:.1f}, the others at {middle:.1f}")
+    # 1.3 dB of the noise lie below 22.4 Hz and above 22.4 kHz, outside the bands. Lines read the
+    # amplitude of a sine, so that power reads 10 lg 2 higher, and through a Hann window, whose
+    # noise bandwidth is one and a half lines, 10 lg 1.5 more.
+    total = 10 * math.log10(sum(10 ** (level / 10) for level in bands))
+    expected = -26 - 1.3 + 10 * math.log10(2 * 1.5)
+    expect(abs(total - expected) <= 1, f"the bands add up to {total:.1f} dBFS, not {expected:.1f}")
+
+
+@test
+def a_tone_stands_under_the_pointer_with_its_frequency_and_level(desk):
+    desk.write_settings(**BANDS)
+    desk.plug_in("--tone", "1000:-20")
+    program = metering(desk)
+    time.sleep(2)
+    frequency, level = strongest_near(program, 1000)
+    expect(990 <= frequency <= 1000, f"{frequency} Hz stand under the pointer")
+    expect(abs(level - (-20 + NEAREST_LINE_DB)) <= TOLERANCE_DB, f"the tone reads {level}")
+    expect(strongest_near(program, 200)[1] < -70, "the tone is at 200 Hz too")
+
+
+@test
+def a_rising_tone_raises_the_banner_with_its_note(desk):
+    rising = rising_sine(1000, -55, -20, still_seconds=3, db_per_second=10, seconds=40)
+    desk.plug_in("--file", desk.write_signal("rising", rising))
+    program = metering(desk)
+    said = wait_until(lambda: program.drawn(ANALYZER, "Ring-out"), 30, "No banner is raised")
+    # B5 is at 440 * 2^(14/12) = 987.77 Hz, 21 cents under the tone.
+    expect(re.fullmatch(r"(1\.00kHz|999Hz|1000Hz) B5 \+(19|20|21|22|23)¢", said),
+           f"the banner says {said!r}")
+
+
+@test
+def a_level_step_stands_in_the_history_at_its_time(desk):
+    desk.plug_in("--file", desk.write_signal("step", sine_1khz(-20, 12) + sine_1khz(-40, 60)))
+    program = metering(desk)
+    wait_until(lambda: (program.level("SPL A Fast") or 0) < -42, 30, "The level doesn't fall")
+    time.sleep(6)
+    program.key("p")
+    width = program.extents(HISTORY).width
+    said = [seconds_and_level(program.point_into(HISTORY, across))
+            for across in range(width // 8, width * 7 // 8, 12)]
+    said = [(seconds, level) for seconds, level in said if level is not None]
+    before = max(seconds for seconds, level in said if abs(level - -23) <= 0.2)
+    after = min(seconds for seconds, level in said if abs(level - -43) <= 0.2)
+    expect(11 <= before <= after <= 13, f"the level falls from {before} to {after} s, not at 12")
+
+
+@test
+def two_channels_of_one_device_show_two_signals(desk):
+    desk.plug_in("--tone", "1=500:-20", "--tone", "2=2000:-30", channels=2)
+    channel = '[{\\"id\\":\\"11111111-2222-3333-4444-555555555555\\",' \
+              '\\"name\\":\\"Stage\\",\\"channelIndex\\":1}]'
+    desk.write_settings(extraChannels=f'"@ByteArray({channel})"', splWeighting=stored("Z"),
+                        spectrogramChannelID="11111111-2222-3333-4444-555555555555",
+                        splMeterChannelID="11111111-2222-3333-4444-555555555555", **BANDS)
+    program = metering(desk)
+    expect_level(program, "SPL Z Fast", -30 + SINE_RMS_RE_PEAK_DB)
+    time.sleep(2)
+    level = strongest_near(program, 500)[1]
+    expect(abs(level - (-20 + NEAREST_LINE_DB)) <= TOLERANCE_DB, f"500 Hz read {level}")
+    expect(strongest_near(program, 2000)[1] < -70, "the other channel's tone is in this one")
 
 
 @test

@@ -240,13 +240,13 @@ TEST_F(MainWindowTests, theControlBarFollowsTheSettings) {
 
 TEST_F(MainWindowTests, splIsOfferedOnlyToACalibratedChannel) {
     auto* picker = window->findChild<ReadoutUnitPicker*>();
-    ASSERT_EQ(picker->menu()->actions().size(), 1);
+    ASSERT_EQ(picker->menu()->actions().size(), 2);
     EXPECT_EQ(picker->text(), QStringLiteral("dBFS"));
     TarvaneKit::CalibrationProfile profile;
     profile.reference = TarvaneKit::ReferenceCalibration{};
     profile.reference->offsetDB = 120.0;
     engine->calibration.set(profile);
-    ASSERT_EQ(picker->menu()->actions().size(), 2);
+    ASSERT_EQ(picker->menu()->actions().size(), 3);
     EXPECT_EQ(picker->text(), QStringLiteral("SPL"));
     picker->menu()->actions()[1]->trigger();
     EXPECT_TRUE(engine->splReadoutShowsDBFS());

@@ -30,7 +30,7 @@ constexpr double tickLabelHeight = 11.0;
 constexpr double cornerRadius = 3.0;
 constexpr double markerWidth = 2.0;
 constexpr double labelGap = 4.0;
-constexpr double targetBandOpacity = 0.25;
+constexpr double targetBandOpacity = 0.35;
 
 QFont captionFont(double scale, const Typeface& typeface) {
     return typeface.systemFont(textSize * scale);
@@ -65,15 +65,16 @@ void paintTrack(QPainter& painter, const LevelBarView& view, const LevelBarGeome
 
     painter.save();
     painter.setClipPath(outline, Qt::IntersectClip);
+    QRectF fill = track;
+    fill.setRight(fillEnd(view, track, grid));
+    painter.fillRect(fill, Theme::color(view.color));
+    // Over the fill, so that a level beyond the target leaves it in sight.
     if (view.targetBand) {
         const double left = xAt(LevelBarView::fraction(view.targetBand->lower, view.range), track);
         const double right = xAt(LevelBarView::fraction(view.targetBand->upper, view.range), track);
         painter.fillRect(grid.snapped(QRectF(left, track.top(), right - left, track.height())),
                          Theme::faded(Theme::primaryText, targetBandOpacity));
     }
-    QRectF fill = track;
-    fill.setRight(fillEnd(view, track, grid));
-    painter.fillRect(fill, Theme::color(view.color));
     if (const auto x = markerPlace(view, track, grid)) {
         const double width = grid.lineWidth(markerWidth * geometry.scale);
         const double left = std::clamp(*x - width / 2.0, track.left(), track.right() - width);
@@ -140,6 +141,11 @@ std::vector<double> LevelBarView::ticks(const Range& range) {
 
 LevelBarGeometry layout(const LevelBarView& view, const QRectF& rect, const Typeface& typeface) {
     LevelBarGeometry geometry;
+    if (rect.height() <= LevelBarGeometry::bareHeight) {
+        geometry.track = QRectF(0.0, 0.0, rect.width(), std::min(trackHeight, rect.height()));
+        geometry.track.moveCenter(rect.center());
+        return geometry;
+    }
     const double scale = rect.height() / LevelBarGeometry::naturalHeight;
     geometry.scale = scale;
     geometry.captions = QRectF(rect.left(), rect.top(), rect.width(), captionHeight * scale);

@@ -57,10 +57,12 @@ struct LevelBarGeometry {
     QRectF ticksRect;  ///< the marks and their labels
 
     static constexpr double naturalHeight = 44.0;
+    /// The track alone, where there is no room for its texts.
+    static constexpr double bareHeight = 16.0;
 };
 
-/// All of it scales with the height. A tick's label that would touch the one before it is left
-/// out.
+/// In `bareHeight` and less the track alone. All of it scales with the height. A tick's label that
+/// would touch the one before it is left out.
 LevelBarGeometry layout(const LevelBarView& view, const QRectF& rect,
                         const Typeface& typeface = Typeface::installed());
 

@@ -12,13 +12,15 @@
 
 #include "LiveFollow.h"
 #include "MeterEngine.h"
-#include "PixelGrid.h"
 #include "Readouts/ClipBadge.h"
+#include "Readouts/ReadoutPlate.h"
 #include "Readouts/ReadoutText.h"
 
 namespace TarvaneApp {
 
 using TarvaneKit::InputClipState;
+using TarvaneKit::LoudnessMetric;
+using TarvaneKit::LoudnessReadings;
 using TarvaneKit::RGBAColor;
 using TarvaneKit::SPLMetric;
 using TarvaneKit::UUID;
@@ -37,9 +39,6 @@ constexpr double barYellowFromDBFS = -12.0;
 // A screen reader is told of a new value at most this often; asked, it always gets the newest.
 constexpr int announcementMilliseconds = 1000;
 
-constexpr double plateRadius = 10.0;
-constexpr double plateMarginAcross = 16.0;
-constexpr double plateMarginBottom = 12.0;
 constexpr double barMarginAcross = 16.0;
 constexpr double barMarginBottom = 6.0;
 
@@ -61,18 +60,54 @@ RGBAColor barColor(double peakDBFS, bool isClipping) {
                                          : TarvaneKit::SignalColors::green;
 }
 
-// Whether the parts of the two records stand in the same places.
-bool sameShape(const SPLReadoutView& a, const SPLReadoutView& b) {
-    return a.labelText() == b.labelText() &&
-           valueTemplate(a.isCalibrated, a.showsDBFS) ==
-               valueTemplate(b.isCalibrated, b.showsDBFS) &&
-           a.leqElapsedFraction.has_value() == b.leqElapsedFraction.has_value() &&
-           a.sideValuesDB.size() == b.sideValuesDB.size();
+QString barUnit(const LevelBarView& bar) {
+    const QString peak = QStringLiteral("PEAK ");
+    return bar.unitLabel.startsWith(peak) ? bar.unitLabel.mid(peak.size()) : bar.unitLabel;
 }
 
-QString spoken(double levelDB, const QString& unit) {
-    const QString text = levelText(levelDB);
-    return std::isfinite(levelDB) ? text + u' ' + unit : text;
+// What a readout draws beside the large value, its label and the badge.
+struct DrawnValue {
+    QString name;
+    QString text;
+    QRectF rect;
+};
+
+std::vector<DrawnValue> valuesOf(const SPLReadoutView& view, const SPLReadoutGeometry& geometry) {
+    const QString unit = levelUnit(view.isCalibrated, view.showsDBFS);
+    const auto side = [&](std::size_t index) {
+        return view.sideValuesDB.size() == 2 ? spokenLevel(view.sideValuesDB[index], unit)
+                                             : QString();
+    };
+    const QString progress =
+        view.leqElapsedFraction
+            ? QString::number(std::floor(100.0 * view.progress())) + QStringLiteral(" %")
+            : QString();
+    return {
+        {QStringLiteral("MIN"), spokenLevel(view.minValueDB, unit), geometry.min},
+        {QStringLiteral("MAX"), spokenLevel(view.maxValueDB, unit), geometry.max},
+        {QStringLiteral("L"), side(0), geometry.sides},
+        {QStringLiteral("R"), side(1), geometry.sides},
+        {QStringLiteral("Leq progress"), progress, geometry.progress},
+    };
+}
+
+std::vector<DrawnValue> valuesOf(const LoudnessReadoutView& view,
+                                 const LoudnessReadoutGeometry& geometry) {
+    std::vector<DrawnValue> values{
+        {view.targetLabel().title,
+         spokenLevel(view.target.targetLUFS, loudnessUnit(LoudnessMetric::integrated)),
+         geometry.target},
+        {view.truePeakLabel().title,
+         spokenLevel(view.readings.truePeakMax, loudnessUnit(LoudnessMetric::truePeakMax)),
+         geometry.truePeak},
+    };
+    for (std::size_t i = 0; i < geometry.readings.size(); ++i) {
+        const LoudnessMetric metric = LoudnessReadoutView::rowMetrics[i];
+        values.push_back({displayLabel(metric),
+                          spokenLevel(view.readings[metric], loudnessUnit(metric)),
+                          geometry.readings[i]});
+    }
+    return values;
 }
 
 }  // namespace
@@ -83,22 +118,20 @@ LiveSPLReadoutView::LiveSPLReadoutView(MeterEngine& engine, const UUID& channelI
       requestedChannelID_(channelID),
       channelID_(engine.resolvedChannelID(channelID)),
       binding_(*this, [this] { refresh(); }),
-      resetButton_(new QPushButton(QStringLiteral("Reset Min/Max"), this)) {
+      resetButton_(new QPushButton(this)) {
     installDisplayAccessibility();
     setAttribute(Qt::WA_OpaquePaintEvent);
     resetButton_->setFocusPolicy(Qt::TabFocus);
     resetButton_->setFont(Typeface::installed().systemFont(11));
-    connect(resetButton_, &QPushButton::clicked, this, [this] {
-        if (readout_.onResetMinMax) {
-            readout_.onResetMinMax();
-        }
-    });
+    connect(resetButton_, &QPushButton::clicked, this, [this] { reset(); });
+    showResetButton();
     binding_.bind(engine_, {channelID_});
     followAll(
         this, [this] { contextChanged(); }, engine.isRunning, engine.metricMode,
         engine.splWeighting, engine.splTimeWeighting, engine.peakWeighting,
         engine.splReadoutShowsDBFS, engine.splMeterShowsLevelBar, engine.mainInputIsDigital,
-        engine.calibration, engine.extraChannels);
+        engine.calibration, engine.extraChannels, engine.mainInputMeasuresLoudness,
+        engine.loudnessReadout, engine.loudnessTarget, engine.loudnessColors);
     refresh();
 }
 
@@ -122,6 +155,7 @@ void LiveSPLReadoutView::contextChanged() {
     context_ = {
         .metricLabel = displayLabel(metric),
         .isLeq = std::holds_alternative<SPLMetric::Leq>(metric.reading),
+        .measuresLoudness = info && info->measuresLoudness,
         .isCalibrated = engine_.isCalibrated(channelID_),
         .showsDBFS = engine_.display(channelID_).showsDBFS,
         .isRunning = engine_.isRunning() && engine_.meterChannel(channelID_).processor != nullptr,
@@ -158,6 +192,36 @@ SPLReadoutView LiveSPLReadoutView::currentReadout() const {
     return view;
 }
 
+LoudnessReadoutView LiveSPLReadoutView::currentLoudness() const {
+    const LiveMeterData& now = live();
+    LoudnessReadoutView view{
+        .readings = now.loudness.value_or(LoudnessReadings{}),
+        .headline = engine_.loudnessReadout(),
+        .target = engine_.loudnessTarget(),
+        .colors = engine_.loudnessColors(),
+        .color = {},
+        .clipState = now.inputClipState,
+        .onReset = [this] { engine_.resetLoudness(channelID_); },
+    };
+    view.color = view.judgement(view.headline);
+    return view;
+}
+
+LevelBarView LiveSPLReadoutView::currentLoudnessBar() const {
+    const LoudnessReadings readings = live().loudness.value_or(LoudnessReadings{});
+    const LoudnessTarget& target = engine_.loudnessTarget();
+    return {
+        .valueDB = readings.momentary,
+        .markerDB = readings.shortTerm,
+        .range = {-60.0, 0.0},
+        .color = target.trafficLight(engine_.loudnessColors()).color(readings.momentary),
+        .unitLabel = QStringLiteral("LUFS"),
+        .targetBand = LevelBarView::Range{target.targetLUFS - target.toleranceLU,
+                                          target.targetLUFS + target.toleranceLU},
+        .legend = QStringLiteral("BAR MOMENTARY · LINE SHORT-TERM"),
+    };
+}
+
 LevelBarView LiveSPLReadoutView::currentLevelBar() const {
     const LiveMeterData& now = live();
     const double offset = context_.barOffsetDB;
@@ -175,26 +239,71 @@ LevelBarView LiveSPLReadoutView::currentLevelBar() const {
     };
 }
 
+// The record takes the place of the one before. Nothing is returned when their parts stand in
+// different places, else what of them looks different.
+template <class View>
+std::optional<QRegion> LiveSPLReadoutView::put(View view) {
+    auto* placed = std::get_if<Placed<View>>(&readout_);
+    if (placed == nullptr) {
+        readout_ = Placed<View>{std::move(view), {}};
+        showResetButton();
+        return std::nullopt;
+    }
+    const View before = std::exchange(placed->view, std::move(view));
+    return sameShape(before, placed->view)
+               ? std::optional(changedArea(before, placed->view, placed->geometry))
+               : std::nullopt;
+}
+
 void LiveSPLReadoutView::refresh() {
-    const SPLReadoutView before = std::exchange(readout_, currentReadout());
-    const auto barBefore = std::exchange(
-        levelBar_, context_.showsLevelBar ? std::optional(currentLevelBar()) : std::nullopt);
-    if (!sameShape(before, readout_) || barBefore.has_value() != levelBar_.has_value()) {
+    const bool isLoudness = context_.measuresLoudness;
+    auto changed = isLoudness ? put(currentLoudness()) : put(currentReadout());
+    std::optional<LevelBarView> bar;
+    if (context_.showsLevelBar) {
+        bar = isLoudness ? currentLoudnessBar() : currentLevelBar();
+    }
+    const auto barBefore = std::exchange(levelBar_, std::move(bar));
+    if (!changed || barBefore.has_value() != levelBar_.has_value()) {
         updateGeometryRecords();
         order(rect());
     } else {
-        QRegion changed = changedArea(before, readout_, geometry_);
-        changed.translate(readoutRect_.topLeft().toPoint());
+        changed->translate(readoutRect_.topLeft().toPoint());
         if (levelBar_) {
             if (levelBar_->range != barBefore->range) {
                 levelBarGeometry_ = TarvaneApp::layout(*levelBar_, levelBarRect_);
             }
-            changed += changedArea(*barBefore, *levelBar_, levelBarGeometry_, levelBarRect_,
-                                   devicePixelRatioF());
+            *changed += changedArea(*barBefore, *levelBar_, levelBarGeometry_, levelBarRect_,
+                                    devicePixelRatioF());
         }
-        order(changed);
+        order(*changed);
     }
     announce();
+}
+
+const ReadoutFrame& LiveSPLReadoutView::frame() const {
+    return std::visit([](const auto& placed) -> const ReadoutFrame& { return placed.geometry; },
+                      readout_);
+}
+
+QString LiveSPLReadoutView::spokenValue() const {
+    return std::visit([](const auto& placed) { return placed.view.spokenValue(); }, readout_);
+}
+
+void LiveSPLReadoutView::showResetButton() {
+    const bool isLoudness = loudness() != nullptr;
+    resetButton_->setText(isLoudness ? QStringLiteral("Reset Integration")
+                                     : QStringLiteral("Reset Min/Max"));
+    resetButton_->setToolTip(isLoudness
+                                 ? QStringLiteral("Start a new measurement: clears Integrated, "
+                                                  "Loudness Range and True Peak")
+                                 : QString());
+}
+
+void LiveSPLReadoutView::reset() {
+    const auto& action = loudness() != nullptr ? loudness()->onReset : readout().onResetMinMax;
+    if (action) {
+        action();
+    }
 }
 
 void LiveSPLReadoutView::order(const QRegion& area) {
@@ -210,26 +319,36 @@ void LiveSPLReadoutView::announce() {
         return;
     }
     sinceAnnounced_.start();
-    QAccessibleValueChangeEvent event(this, readout_.spokenValue());
+    QAccessibleValueChangeEvent event(this, spokenValue());
     QAccessible::updateAccessibility(&event);
 }
 
 void LiveSPLReadoutView::updateGeometryRecords() {
-    plate_ =
-        QRectF(rect()).adjusted(plateMarginAcross, 0.0, -plateMarginAcross, -plateMarginBottom);
+    plate_ = ReadoutPlate::rect(size());
+    placeParts(std::round(LevelBarGeometry::naturalHeight * barScale(size())));
+    if (levelBar_ && !frame().fits) {
+        placeParts(LevelBarGeometry::bareHeight);
+    }
+    resetButton_->setGeometry(
+        frame().resetButton.translated(readoutRect_.topLeft()).toAlignedRect());
+}
+
+// The level bar at the foot of the plate, and the readout in the rest of it.
+void LiveSPLReadoutView::placeParts(double barHeight) {
     readoutRect_ = plate_;
     levelBarRect_ = QRectF();
     if (levelBar_) {
-        const double height = std::round(LevelBarGeometry::naturalHeight * barScale(size()));
         levelBarRect_ =
-            QRectF(plate_.left() + barMarginAcross, plate_.bottom() - barMarginBottom - height,
-                   plate_.width() - 2.0 * barMarginAcross, height);
+            QRectF(plate_.left() + barMarginAcross, plate_.bottom() - barMarginBottom - barHeight,
+                   plate_.width() - 2.0 * barMarginAcross, barHeight);
         readoutRect_.setBottom(levelBarRect_.top());
         levelBarGeometry_ = TarvaneApp::layout(*levelBar_, levelBarRect_);
     }
-    geometry_ = TarvaneApp::layout(readout_, readoutRect_.size());
-    resetButton_->setGeometry(
-        geometry_.resetButton.translated(readoutRect_.topLeft()).toAlignedRect());
+    std::visit(
+        [this](auto& placed) {
+            placed.geometry = TarvaneApp::layout(placed.view, readoutRect_.size());
+        },
+        readout_);
 }
 
 void LiveSPLReadoutView::resizeEvent(QResizeEvent*) {
@@ -238,35 +357,45 @@ void LiveSPLReadoutView::resizeEvent(QResizeEvent*) {
 
 void LiveSPLReadoutView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF dirty = event->rect();
-    const QRectF inner = plate_.adjusted(plateRadius, plateRadius, -plateRadius, -plateRadius);
-    if (inner.contains(dirty)) {
-        painter.fillRect(dirty, Theme::panelBackground);
-    } else {
-        painter.fillRect(dirty, Theme::background);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(Theme::panelBackground);
-        painter.drawRoundedRect(PixelGrid(painter).snapped(plate_), plateRadius, plateRadius);
-    }
+    ReadoutPlate::paint(painter, plate_, event->rect());
     if (levelBar_ && event->region().intersects(levelBarRect_.toAlignedRect())) {
         paint(painter, *levelBar_, levelBarGeometry_, event->region());
     }
     const QPoint origin = readoutRect_.topLeft().toPoint();
     painter.translate(origin);
-    paint(painter, readout_, geometry_, event->region().translated(-origin));
+    std::visit(
+        [&](const auto& placed) {
+            paint(painter, placed.view, placed.geometry, event->region().translated(-origin));
+        },
+        readout_);
+}
+
+QString LiveSPLReadoutView::help(const QPointF& place) const {
+    const auto* placed = std::get_if<Placed<LoudnessReadoutView>>(&readout_);
+    if (placed == nullptr) {
+        const auto& [view, geometry] = std::get<Placed<SPLReadoutView>>(readout_);
+        return geometry.clipBadge.contains(place) ? ClipBadge{view.clipState}.help()
+               : geometry.sides.contains(place)   ? QString::fromLatin1(sidesHelp)
+                                                  : QString();
+    }
+    const auto& [view, geometry] = *placed;
+    for (std::size_t i = 0; i < geometry.readings.size(); ++i) {
+        if (geometry.readings[i].contains(place)) {
+            return view.reading(LoudnessReadoutView::rowMetrics[i]).help;
+        }
+    }
+    return geometry.clipBadge.contains(place)  ? ClipBadge{view.clipState}.help()
+           : geometry.target.contains(place)   ? view.targetHelp()
+           : geometry.truePeak.contains(place) ? view.truePeakHelp()
+                                               : QString();
 }
 
 bool LiveSPLReadoutView::event(QEvent* event) {
     if (event->type() == QEvent::ToolTip) {
-        const auto* help = static_cast<QHelpEvent*>(event);
-        const QPointF place = QPointF(help->pos()) - readoutRect_.topLeft();
-        const QString text = geometry_.clipBadge.contains(place)
-                                 ? ClipBadge{readout_.clipState}.help()
-                             : geometry_.sides.contains(place) ? QString::fromLatin1(sidesHelp)
-                                                               : QString();
+        const auto* request = static_cast<QHelpEvent*>(event);
+        const QString text = help(QPointF(request->pos()) - readoutRect_.topLeft());
         if (!text.isEmpty()) {
-            QToolTip::showText(help->globalPos(), text, this);
+            QToolTip::showText(request->globalPos(), text, this);
             return true;
         }
         QToolTip::hideText();
@@ -276,36 +405,40 @@ bool LiveSPLReadoutView::event(QEvent* event) {
     return QWidget::event(event);
 }
 
+// The parts of both readouts, since a widget's parts are the same for its life; those of the one
+// that isn't shown have no value and no place.
 std::vector<SpokenPart> LiveSPLReadoutView::spokenParts() const {
-    const QString unit = levelUnit(readout_.isCalibrated, readout_.showsDBFS);
-    const auto place = [&](const QRectF& rect) {
-        return rect.isEmpty() ? QRect() : rect.translated(readoutRect_.topLeft()).toAlignedRect();
-    };
-    const bool isStereo = readout_.sideValuesDB.size() == 2;
-    const auto side = [&](std::size_t index) {
-        return isStereo ? spoken(readout_.sideValuesDB[index], unit) : QString();
-    };
-    const QString progress =
-        readout_.leqElapsedFraction
-            ? QString::number(std::floor(100.0 * readout_.progress())) + QStringLiteral(" %")
-            : QString();
-    const QString barUnit = levelBar_ && levelBar_->unitLabel.endsWith(QStringLiteral("SPL"))
-                                ? QStringLiteral("dB SPL")
-                                : QStringLiteral("dBFS");
-    return {
-        {readout_.metricLabel, readout_.spokenValue(), rect()},
-        {QStringLiteral("MIN"), spoken(readout_.minValueDB, unit), place(geometry_.min)},
-        {QStringLiteral("MAX"), spoken(readout_.maxValueDB, unit), place(geometry_.max)},
-        {QStringLiteral("Reading"), readout_.labelText(), place(geometry_.label)},
-        {QStringLiteral("L"), side(0), place(geometry_.sides)},
-        {QStringLiteral("R"), side(1), place(geometry_.sides)},
-        {QStringLiteral("Leq progress"), progress, place(geometry_.progress)},
-        {QStringLiteral("Input clipping"), ClipBadge{readout_.clipState}.text(),
-         place(geometry_.clipBadge)},
+    const auto* spl = std::get_if<Placed<SPLReadoutView>>(&readout_);
+    const auto* loudness = std::get_if<Placed<LoudnessReadoutView>>(&readout_);
+    const QString name =
+        spl != nullptr ? spl->view.metricLabel : displayLabel(loudness->view.headline);
+    const QString label = spl != nullptr ? spl->view.labelText() : loudness->view.labelText();
+    const ClipBadge badge{spl != nullptr ? spl->view.clipState : loudness->view.clipState};
+    std::vector<SpokenPart> parts{
+        {name, spokenValue(), rect()},
+        {QStringLiteral("Reading"), label, spokenPlace(frame().label)},
+        {QStringLiteral("Input clipping"), badge.text(), spokenPlace(frame().clipBadge)},
         {levelBar_ ? levelBar_->unitLabel : QStringLiteral("PEAK"),
-         levelBar_ ? spoken(levelBar_->valueDB, barUnit) : QString(),
+         levelBar_ ? spokenLevel(levelBar_->valueDB, barUnit(*levelBar_)) : QString(),
          levelBarRect_.toAlignedRect()},
     };
+    const auto add = [&](const std::vector<DrawnValue>& values, bool isShown) {
+        for (const DrawnValue& value : values) {
+            parts.push_back(isShown ? SpokenPart{value.name, value.text, spokenPlace(value.rect)}
+                                    : SpokenPart{value.name, {}, {}});
+        }
+    };
+    add(spl != nullptr ? valuesOf(spl->view, spl->geometry) : valuesOf(SPLReadoutView{}, {}),
+        spl != nullptr);
+    add(loudness != nullptr ? valuesOf(loudness->view, loudness->geometry)
+                            : valuesOf(LoudnessReadoutView{}, {}),
+        loudness != nullptr);
+    return parts;
+}
+
+// Empty for a part that isn't drawn.
+QRect LiveSPLReadoutView::spokenPlace(const QRectF& part) const {
+    return part.isEmpty() ? QRect() : part.translated(readoutRect_.topLeft()).toAlignedRect();
 }
 
 }  // namespace TarvaneApp

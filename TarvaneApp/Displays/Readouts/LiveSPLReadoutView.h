@@ -1,16 +1,19 @@
-// The sound level readout of a channel on the screen: it fills the records of readout and level
-// bar from the engine and the channel's live data, once per publication, and repaints only the
-// parts that look different. Main thread.
+// The readout of a channel on the screen, of its level or of its loudness, above the level bar: it
+// fills their records from the engine and the channel's live data, once per publication, and
+// repaints only the parts that look different. Main thread.
 #pragma once
 
 #include <QElapsedTimer>
 #include <QWidget>
 #include <optional>
+#include <utility>
+#include <variant>
 
 #include "Core/UUID.h"
 #include "LiveAccessibility.h"
 #include "LiveBinding.h"
 #include "Readouts/LevelBarView.h"
+#include "Readouts/LoudnessReadoutView.h"
 #include "Readouts/SPLReadoutView.h"
 
 class QPushButton;
@@ -30,7 +33,15 @@ class LiveSPLReadoutView final : public QWidget, public SpokenDisplay {
     /// A channel that doesn't exist any more shows the main input.
     void setChannelID(const TarvaneKit::UUID& channelID);
 
-    const SPLReadoutView& readout() const { return readout_; }
+    /// Of a channel that measures levels.
+    const SPLReadoutView& readout() const {
+        return std::get<Placed<SPLReadoutView>>(readout_).view;
+    }
+    /// Of a channel that measures loudness; null for any other.
+    const LoudnessReadoutView* loudness() const {
+        const auto* placed = std::get_if<Placed<LoudnessReadoutView>>(&readout_);
+        return placed != nullptr ? &placed->view : nullptr;
+    }
     /// Absent while the bar is switched off.
     const std::optional<LevelBarView>& levelBar() const { return levelBar_; }
     /// How many parts of the view were ordered to be drawn anew since it was made.
@@ -44,10 +55,18 @@ class LiveSPLReadoutView final : public QWidget, public SpokenDisplay {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
+    // A readout, and where its parts stand.
+    template <class View>
+    struct Placed {
+        View view;
+        decltype(TarvaneApp::layout(std::declval<const View&>(), QSizeF())) geometry;
+    };
+
     // What of the records follows from settings alone, and changes only with them.
     struct Context {
         QString metricLabel;
         bool isLeq = false;
+        bool measuresLoudness = false;
         bool isCalibrated = false;
         bool showsDBFS = false;
         bool isRunning = false;
@@ -59,8 +78,19 @@ class LiveSPLReadoutView final : public QWidget, public SpokenDisplay {
     void contextChanged();
     void refresh();
     SPLReadoutView currentReadout() const;
+    LoudnessReadoutView currentLoudness() const;
     LevelBarView currentLevelBar() const;
+    LevelBarView currentLoudnessBar() const;
+    template <class View>
+    std::optional<QRegion> put(View view);
+    const ReadoutFrame& frame() const;
+    QString spokenValue() const;
+    QString help(const QPointF& place) const;
+    QRect spokenPlace(const QRectF& part) const;
     void updateGeometryRecords();
+    void placeParts(double barHeight);
+    void showResetButton();
+    void reset();
     void order(const QRegion& area);
     void announce();
     const LiveMeterData& live() const;
@@ -71,12 +101,11 @@ class LiveSPLReadoutView final : public QWidget, public SpokenDisplay {
     LiveBinding binding_;
     Context context_;
 
-    SPLReadoutView readout_;
+    std::variant<Placed<SPLReadoutView>, Placed<LoudnessReadoutView>> readout_;
     std::optional<LevelBarView> levelBar_;
     QRectF plate_;
     QRectF readoutRect_;
     QRectF levelBarRect_;
-    SPLReadoutGeometry geometry_;
     LevelBarGeometry levelBarGeometry_;
     int repaintsOrdered_ = 0;
     QElapsedTimer sinceAnnounced_;

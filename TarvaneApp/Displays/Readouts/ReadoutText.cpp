@@ -2,18 +2,14 @@
 
 #include <cmath>
 
+#include "RawText.h"
+
 namespace TarvaneApp {
 
 using TarvaneKit::LoudnessMetric;
 using TarvaneKit::SPLMetric;
 
 namespace {
-
-template <class E>
-QString rawText(E value) {
-    const std::string_view raw = TarvaneKit::rawValue(value);
-    return QString::fromUtf8(raw.data(), static_cast<qsizetype>(raw.size()));
-}
 
 struct Label {
     QString operator()(const SPLMetric::SPL& spl) const {
@@ -24,23 +20,7 @@ struct Label {
     }
     QString operator()(const SPLMetric::Leq&) const { return QStringLiteral("Leq"); }
     QString operator()(const SPLMetric::Loudness& loudness) const {
-        switch (loudness.metric) {
-            case LoudnessMetric::momentary:
-                return QStringLiteral("Momentary");
-            case LoudnessMetric::shortTerm:
-                return QStringLiteral("Short-Term");
-            case LoudnessMetric::integrated:
-                return QStringLiteral("Integrated");
-            case LoudnessMetric::range:
-                return QStringLiteral("Loudness Range");
-            case LoudnessMetric::truePeakMax:
-                return QStringLiteral("True Peak Max");
-            case LoudnessMetric::momentaryMax:
-                return QStringLiteral("Momentary Max");
-            case LoudnessMetric::shortTermMax:
-                return QStringLiteral("Short-Term Max");
-        }
-        return {};
+        return displayLabel(loudness.metric);
     }
 };
 
@@ -58,6 +38,57 @@ QString displayLabel(const SPLMetric& metric) {
     return std::visit(Label{}, metric.reading);
 }
 
+QString displayLabel(LoudnessMetric metric) {
+    switch (metric) {
+        case LoudnessMetric::momentary:
+            return QStringLiteral("Momentary");
+        case LoudnessMetric::shortTerm:
+            return QStringLiteral("Short-Term");
+        case LoudnessMetric::integrated:
+            return QStringLiteral("Integrated");
+        case LoudnessMetric::range:
+            return QStringLiteral("Loudness Range");
+        case LoudnessMetric::truePeakMax:
+            return QStringLiteral("True Peak Max");
+        case LoudnessMetric::momentaryMax:
+            return QStringLiteral("Momentary Max");
+        case LoudnessMetric::shortTermMax:
+            return QStringLiteral("Short-Term Max");
+    }
+    return {};
+}
+
+QString shortLabel(LoudnessMetric metric) {
+    switch (metric) {
+        case LoudnessMetric::momentary:
+            return QStringLiteral("M");
+        case LoudnessMetric::shortTerm:
+            return QStringLiteral("S");
+        case LoudnessMetric::integrated:
+            return QStringLiteral("I");
+        case LoudnessMetric::range:
+            return QStringLiteral("LRA");
+        case LoudnessMetric::truePeakMax:
+            return QStringLiteral("TP");
+        case LoudnessMetric::momentaryMax:
+            return QStringLiteral("M Max");
+        case LoudnessMetric::shortTermMax:
+            return QStringLiteral("S Max");
+    }
+    return {};
+}
+
+QString loudnessUnit(LoudnessMetric metric) {
+    switch (metric) {
+        case LoudnessMetric::range:
+            return QStringLiteral("LU");
+        case LoudnessMetric::truePeakMax:
+            return QStringLiteral("dBTP");
+        default:
+            return QStringLiteral("LUFS");
+    }
+}
+
 QString metricSuffix(bool isCalibrated, bool showsDBFS) {
     if (!isCalibrated) {
         return QStringLiteral("  (dBFS, uncalibrated)");
@@ -71,6 +102,11 @@ QString valueTemplate(bool isCalibrated, bool showsDBFS) {
 
 QString levelUnit(bool isCalibrated, bool showsDBFS) {
     return readsSPL(isCalibrated, showsDBFS) ? QStringLiteral("dB SPL") : QStringLiteral("dBFS");
+}
+
+QString spokenLevel(double levelDB, const QString& unit) {
+    const QString text = levelText(levelDB);
+    return std::isfinite(levelDB) ? text + u' ' + unit : text;
 }
 
 QString sidesText(const std::vector<double>& sideValuesDB) {

@@ -14,6 +14,15 @@ QString levelText(double levelDB);
 /// The name of a reading as the user sees it, as "SPL A Fast", "Peak C", "Leq".
 QString displayLabel(const TarvaneKit::SPLMetric& metric);
 
+/// "Short-Term", "Loudness Range".
+QString displayLabel(TarvaneKit::LoudnessMetric metric);
+
+/// "M", "S", "I", "LRA", "TP", "M Max", "S Max".
+QString shortLabel(TarvaneKit::LoudnessMetric metric);
+
+/// "LUFS", "LU" of the range, "dBTP" of the true peak.
+QString loudnessUnit(TarvaneKit::LoudnessMetric metric);
+
 /// What follows the metric's name: nothing for dB SPL, else why the numbers are digital.
 QString metricSuffix(bool isCalibrated, bool showsDBFS);
 
@@ -22,6 +31,9 @@ QString valueTemplate(bool isCalibrated, bool showsDBFS);
 
 /// "dB SPL" or "dBFS", for a screen reader.
 QString levelUnit(bool isCalibrated, bool showsDBFS);
+
+/// A value with its unit, as "-23.0 dBFS"; "—" alone for a value that is not finite.
+QString spokenLevel(double levelDB, const QString& unit);
 
 /// "L -23.0   R -24.1". Empty unless there are two sides.
 QString sidesText(const std::vector<double>& sideValuesDB);

@@ -16,6 +16,7 @@
 
 #include "Core/RGBAColor.h"
 #include "Metrics/InputClipState.h"
+#include "Readouts/ReadoutLayout.h"
 #include "Theme.h"
 
 class QPainter;
@@ -48,24 +49,14 @@ struct SPLReadoutView {
 };
 
 /// Where the readout's parts stand. Parts that the record doesn't have are empty rectangles.
-struct SPLReadoutGeometry {
-    double valuePixelSize = 0.0;
-    /// The scale of all other texts, 1 at the readout's ordinary size.
-    double textScale = 1.0;
-    QRectF value;  ///< the width template's width, from digit top to digit foot
+struct SPLReadoutGeometry : ReadoutFrame {
     QRectF min;
     QRectF max;
-    QRectF label;
     QRectF sides;
     QRectF progress;
-    QRectF clipBadge;
-    QRectF resetButton;
 };
 
-/// The readout grows with the room that it is given, so that it reads from across a hall: the
-/// big value as far as neither height nor width runs out and not under 0.4 of its ordinary
-/// size, the other texts half as fast. The value has no part in it: numbers change, and nothing
-/// moves.
+/// As ReadoutLayout tells. The value has no part in it: numbers change, and nothing moves.
 SPLReadoutGeometry layout(const SPLReadoutView& view, const QSizeF& size,
                           const Typeface& typeface = Typeface::installed());
 
@@ -76,6 +67,9 @@ void paint(QPainter& painter, const SPLReadoutView& view, const SPLReadoutGeomet
 /// The whole readout at a size.
 void paint(QPainter& painter, const SPLReadoutView& view, const QSizeF& size,
            const Typeface& typeface = Typeface::installed());
+
+/// Whether the parts of the two records stand in the same places.
+bool sameShape(const SPLReadoutView& a, const SPLReadoutView& b);
 
 /// What has to be drawn anew when the second record takes the first one's place in the same
 /// geometry: empty when both look the same.

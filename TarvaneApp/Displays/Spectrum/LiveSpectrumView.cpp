@@ -30,6 +30,7 @@ LiveSpectrumView::LiveSpectrumView(MeterEngine& engine, const UUID& channelID, Q
       requestedChannelID_(channelID),
       channelID_(engine.resolvedChannelID(channelID)),
       binding_(*this, [this] { refresh(); }),
+      bannerFade_([this] { update(); }),
       raster_(Theme::background) {
     installDisplayAccessibility();
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -138,6 +139,7 @@ void LiveSpectrumView::refresh() {
     }
     banner_.alert = live.currentRingAlert ? live.currentRingAlert : live.heldRingAlert;
     banner_.isLive = live.currentRingAlert.has_value();
+    bannerFade_.follow(banner_);
     update();
 }
 
@@ -145,7 +147,7 @@ void LiveSpectrumView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.drawImage(QPointF(0.0, 0.0), raster_.image(view_, size(), devicePixelRatioF()));
     paintHover(painter, view_, size());
-    banner_.paint(painter, size());
+    bannerFade_.shown().paint(painter, size());
     if (hasFocus()) {
         paintFocusRing(painter, rect(), focusRadius);
     }

@@ -11,6 +11,7 @@
 #include "Core/UUID.h"
 #include "LiveAccessibility.h"
 #include "LiveBinding.h"
+#include "Spectrum/RingOutBannerFade.h"
 #include "Spectrum/RingOutBannerView.h"
 #include "Spectrum/SpectrumRaster.h"
 #include "Spectrum/SpectrumView.h"
@@ -62,6 +63,7 @@ class LiveSpectrumView final : public QWidget, public SpokenDisplay {
 
     SpectrumView view_;
     RingOutBannerView banner_;
+    RingOutBannerFade bannerFade_;
     SpectrumRaster raster_;
 };
 

@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <cmath>
 
+#include "TabularText.h"
+
 namespace TarvaneApp {
 
 namespace {
@@ -26,7 +28,7 @@ QFont noteFont(const Typeface& typeface) {
 }
 
 double widthOf(const QFont& font, const QString& text) {
-    return std::ceil(QFontMetricsF(font).horizontalAdvance(text));
+    return std::ceil(TabularText::width(text, font));
 }
 
 }  // namespace
@@ -76,7 +78,7 @@ void RingOutBannerView::paint(QPainter& painter, const QSizeF& graph,
     const QRectF plate = rect(graph, typeface);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setOpacity(isLive ? 1.0 : heldOpacity);
+    painter.setOpacity(presence * (isLive ? 1.0 : heldOpacity));
     painter.setPen(Qt::NoPen);
     painter.setBrush(Theme::faded(Theme::panelBackground, plateOpacity));
     painter.drawRoundedRect(plate, radius, radius);
@@ -85,9 +87,8 @@ void RingOutBannerView::paint(QPainter& painter, const QSizeF& graph,
     const double baseline = plate.top() + paddingUpDown + metrics.ascent();
     double x = plate.left() + paddingAcross;
     const auto draw = [&](const QFont& font, const QColor& color, const QString& text, double gap) {
-        painter.setFont(font);
         painter.setPen(color);
-        painter.drawText(QPointF(x, baseline), text);
+        TabularText::draw(painter, QPointF(x, baseline), text, font);
         x += widthOf(font, text) + gap;
     };
     draw(frequencyFont(typeface), Theme::ringAlert, frequencyText(), textGap);

@@ -18,6 +18,8 @@ struct RingOutBannerView {
     std::optional<TarvaneKit::RingAlert> alert;
     /// It sounds right now; else it has just stopped, and the banner is dimmed.
     bool isLive = false;
+    /// From 0, not there, to 1; between the two while it fades.
+    double presence = 1.0;
 
     /// "440Hz", "1.25kHz".
     QString frequencyText() const;

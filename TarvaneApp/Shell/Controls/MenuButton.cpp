@@ -22,7 +22,7 @@ constexpr int dotGap = 5;
 constexpr int chevronSize = 9;
 constexpr int chevronGap = 6;
 constexpr int widestText = 220;
-constexpr int narrowestText = 40;
+constexpr int narrowestText = 12;
 constexpr double cornerRadius = 6.0;
 
 QFont labelFont() {
@@ -34,8 +34,13 @@ QFont labelFont() {
 MenuButton::MenuButton(const QString& name, QWidget* parent) : QToolButton(parent), name_(name) {
     setFocusPolicy(Qt::TabFocus);
     setPopupMode(QToolButton::InstantPopup);
-    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setMenu(new QMenu(this));
+}
+
+void MenuButton::letShrink() {
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    setMinimumWidth(2 * padding + narrowestText + chevronGap + chevronSize);
 }
 
 void MenuButton::setItems(std::vector<Item> items) {
@@ -64,18 +69,10 @@ void MenuButton::setItems(std::vector<Item> items) {
     update();
 }
 
-int MenuButton::widthAbout(int textWidth) const {
-    return 2 * padding + (dot_ ? dotSize + dotGap : 0) + textWidth + chevronGap + chevronSize;
-}
-
 QSize MenuButton::sizeHint() const {
-    const int textWidth = QFontMetrics(labelFont()).horizontalAdvance(text());
-    return {widthAbout(std::min(textWidth, widestText)), buttonHeight};
-}
-
-QSize MenuButton::minimumSizeHint() const {
-    const int textWidth = QFontMetrics(labelFont()).horizontalAdvance(text());
-    return {widthAbout(std::min(textWidth, narrowestText)), buttonHeight};
+    const int textWidth = std::min(QFontMetrics(labelFont()).horizontalAdvance(text()), widestText);
+    return {2 * padding + (dot_ ? dotSize + dotGap : 0) + textWidth + chevronGap + chevronSize,
+            buttonHeight};
 }
 
 void MenuButton::paintEvent(QPaintEvent*) {

@@ -26,18 +26,18 @@ class MenuButton : public QToolButton {
         /// What the button shows while the item is current, if not its text.
         std::optional<QString> label = std::nullopt;
     };
-    /// The button shows the current item. It may get narrower than that, and then elides.
+    /// The button shows the current item.
     void setItems(std::vector<Item> items);
 
+    /// The text may be cut short where the row has too little width.
+    void letShrink();
+
     QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;
 
   private:
-    int widthAbout(int textWidth) const;
-
     QString name_;
     std::optional<QColor> dot_;
     QActionGroup* group_ = nullptr;

@@ -57,7 +57,9 @@ LevelHistoryPanelView::LevelHistoryPanelView(MeterEngine& engine,
 
     auto* header = new PanelHeader(QStringLiteral("Level History"), this);
     if (!fixedChannelID_) {
-        header->row().addWidget(new LevelHistoryChannelMenu(engine, header));
+        auto* channelMenu = new LevelHistoryChannelMenu(engine, header);
+        channelMenu->letShrink();
+        header->row().addWidget(channelMenu);
     }
     header->row().addWidget(overlayMenu_);
     header->row().addWidget(caption_);

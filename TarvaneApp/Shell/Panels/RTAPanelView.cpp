@@ -53,7 +53,9 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, const std::optional<UUID>& fixed
     optionsButton_->setAccessibleName(optionsHelp);
     auto* header = new PanelHeader(QStringLiteral("Real-Time Analyzer"), this);
     if (!fixedChannelID_) {
-        header->row().addWidget(new ChannelPickerMenu(engine, engine.rtaChannelID, header));
+        auto* picker = new ChannelPickerMenu(engine, engine.rtaChannelID, header);
+        picker->letShrink();
+        header->row().addWidget(picker);
     }
     header->row().addWidget(overlayMenu_);
     header->row().addStretch(1);

@@ -4,6 +4,7 @@
 
 #include "MeterEngine.h"
 #include "MetricControlBar.h"
+#include "Readouts/LiveClockReadoutView.h"
 #include "Readouts/LiveSPLReadoutView.h"
 
 namespace TarvaneApp {
@@ -24,11 +25,21 @@ SPLMeterPanelView::SPLMeterPanelView(MeterEngine& engine,
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    column->addWidget(new MetricControlBar(engine, fixedChannelID, this));
+    auto* controls = new MetricControlBar(engine, fixedChannelID, this);
+    column->addWidget(controls);
     auto* readout = new LiveSPLReadoutView(engine, channelID(), this);
     column->addWidget(readout, 1);
+    auto* clock = new LiveClockReadoutView(this);
+    clock->hide();
+    column->addWidget(clock, 1);
     follow(engine.splMeterChannelID, this,
            [readout, channelID] { readout->setChannelID(channelID()); });
+    follow(engine.splReadoutShowsClock, this, [&engine, controls, readout, clock] {
+        const bool showsClock = engine.splReadoutShowsClock();
+        controls->setVisible(!showsClock);
+        readout->setVisible(!showsClock);
+        clock->setVisible(showsClock);
+    });
 }
 
 QSize SPLMeterPanelView::sizeHint() const {

@@ -1,4 +1,4 @@
-// The sound level meter as a panel: its control bar above its readout.
+// The meter as a panel: its control bar above its readout, or the clock in place of both.
 #pragma once
 
 #include <QWidget>

@@ -56,8 +56,9 @@ SpectrogramPanelView::SpectrogramPanelView(MeterEngine& engine,
     adjustButton_->setToolTip(adjustHelp);
     adjustButton_->setAccessibleName(adjustHelp);
     if (!fixedChannelID_) {
-        header_->row().addWidget(
-            new ChannelPickerMenu(engine, engine.spectrogramChannelID, header_));
+        auto* picker = new ChannelPickerMenu(engine, engine.spectrogramChannelID, header_);
+        picker->letShrink();
+        header_->row().addWidget(picker);
     }
     header_->row().addStretch(1);
     header_->row().addWidget(controls_);

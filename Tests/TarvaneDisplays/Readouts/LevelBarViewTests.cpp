@@ -120,6 +120,30 @@ TEST(LevelBarView, minusInfinityDrawsNeitherBarNorLine) {
     }
 }
 
+TEST(LevelBarView, theTargetIsShadedAlsoUnderALevelBeyondIt) {
+    const QRectF rect(10.0, 5.0, 600.0, 44.0);  // 10 pixels per dB
+    LevelBarView view = sample(-10.0, -infinity);
+    view.targetBand = LevelBarView::Range{-24.0, -22.0};
+    const int y = static_cast<int>(layout(view, rect).track.center().y());
+    for (const double valueDB : {-10.0, -50.0}) {
+        view.valueDB = valueDB;
+        const QImage image = drawn(view, rect);
+        const QRgb outside = image.pixel(10 + 355, y);
+        for (const int x : {362, 370, 378}) {
+            EXPECT_NE(image.pixel(10 + x, y), outside);
+        }
+        EXPECT_EQ(image.pixel(10 + 385, y), outside);
+    }
+}
+
+TEST(LevelBarView, whereThereIsLittleHeightTheTrackStandsAlone) {
+    const QRectF rect(10.0, 5.0, 260.0, LevelBarGeometry::bareHeight);
+    const LevelBarGeometry geometry = layout(sample(-20.0, -10.0), rect);
+    EXPECT_TRUE(rect.contains(geometry.track));
+    EXPECT_TRUE(geometry.ticks.empty());
+    EXPECT_TRUE(geometry.captions.isEmpty());
+}
+
 TEST(LevelBarView, onlyAMoveByAPixelIsAChange) {
     const QRectF rect(10.0, 5.0, 600.0, 44.0);
     const LevelBarView before = sample(-30.0, -12.0);

@@ -49,6 +49,23 @@ TEST(ReadoutText, everyMetricHasItsLabel) {
     }
 }
 
+// EBU Tech 3341 and 3342 name the readings and their units: LUFS for loudness, LU for the range,
+// dBTP for the true peak.
+TEST(ReadoutText, everyLoudnessHasItsShortLabelAndItsUnit) {
+    const std::array shortLabels{"M", "S", "I", "LRA", "TP", "M Max", "S Max"};
+    const std::array units{"LUFS", "LUFS", "LUFS", "LU", "dBTP", "LUFS", "LUFS"};
+    for (const LoudnessMetric metric : TarvaneKit::allCases<LoudnessMetric>()) {
+        const auto index = static_cast<std::size_t>(metric);
+        EXPECT_EQ(shortLabel(metric), QLatin1String(shortLabels[index]));
+        EXPECT_EQ(loudnessUnit(metric), QLatin1String(units[index]));
+    }
+}
+
+TEST(ReadoutText, aSpokenLevelHasItsUnitAndAMissingOneHasNone) {
+    EXPECT_EQ(spokenLevel(-23.04, QStringLiteral("LUFS")), QStringLiteral("-23.0 LUFS"));
+    EXPECT_EQ(spokenLevel(-infinity, QStringLiteral("LUFS")), QStringLiteral("—"));
+}
+
 TEST(ReadoutText, anUncalibratedChannelSaysSoWhateverTheUnit) {
     EXPECT_EQ(metricSuffix(false, false), QStringLiteral("  (dBFS, uncalibrated)"));
     EXPECT_EQ(metricSuffix(false, true), QStringLiteral("  (dBFS, uncalibrated)"));

@@ -9,6 +9,7 @@
 
 #include "Readouts/ReadoutText.h"
 #include "Support/GoldenImage.h"
+#include "Support/ReadoutPictures.h"
 
 namespace TarvaneApp {
 namespace {
@@ -18,9 +19,7 @@ using TarvaneTests::GoldenImage;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-// One face for all machines, so that pictures are comparable.
-const Typeface pinned{QStringLiteral("DejaVu Sans"), QStringLiteral("DejaVu Sans"),
-                      QStringLiteral("DejaVu Sans Mono")};
+const Typeface& pinned = TarvaneTests::pinnedTypeface();
 
 SPLReadoutView uncalibrated() {
     return {.valueDB = -23.0,
@@ -73,39 +72,25 @@ const std::vector<std::pair<const char*, SPLReadoutView>>& shapes() {
     return all;
 }
 
-// From the least that a panel leaves its readout to a whole 4K screen.
-const std::vector<QSize> sizes{{320, 200},  {320, 120},   {868, 87},    {868, 99},
-                               {480, 260},  {900, 260},   {900, 430},   {1280, 720},
-                               {1920, 600}, {1920, 1080}, {1080, 1920}, {3840, 2160}};
+const std::vector<QSize>& sizes = TarvaneTests::readoutSizes();
 
-std::vector<std::pair<const char*, QRectF>> parts(const SPLReadoutGeometry& geometry) {
-    std::vector<std::pair<const char*, QRectF>> all{{"value", geometry.value},
-                                                    {"min", geometry.min},
-                                                    {"max", geometry.max},
-                                                    {"label", geometry.label},
-                                                    {"sides", geometry.sides},
-                                                    {"progress", geometry.progress},
-                                                    {"clipBadge", geometry.clipBadge},
-                                                    {"resetButton", geometry.resetButton}};
-    std::erase_if(all, [](const auto& part) { return part.second.isEmpty(); });
-    return all;
+TarvaneTests::ReadoutPartRects parts(const SPLReadoutGeometry& geometry) {
+    return {{"value", geometry.value},
+            {"min", geometry.min},
+            {"max", geometry.max},
+            {"label", geometry.label},
+            {"sides", geometry.sides},
+            {"progress", geometry.progress},
+            {"clipBadge", geometry.clipBadge},
+            {"resetButton", geometry.resetButton}};
 }
 
 TEST(SPLReadoutView, noPartTouchesAnotherOrLeavesTheViewAtAnySize) {
     for (const Typeface& typeface : {pinned, Typeface::installed()}) {
         for (const auto& [shape, view] : shapes()) {
+            SCOPED_TRACE(shape);
             for (const QSize& size : sizes) {
-                const auto all = parts(layout(view, size, typeface));
-                for (std::size_t i = 0; i < all.size(); ++i) {
-                    EXPECT_TRUE(QRectF(QPointF(), size).contains(all[i].second))
-                        << shape << ' ' << all[i].first << " at " << size.width() << 'x'
-                        << size.height();
-                    for (std::size_t j = i + 1; j < all.size(); ++j) {
-                        EXPECT_FALSE(all[i].second.intersects(all[j].second))
-                            << shape << ' ' << all[i].first << " and " << all[j].first << " at "
-                            << size.width() << 'x' << size.height();
-                    }
-                }
+                TarvaneTests::expectPartsApart(parts(layout(view, size, typeface)), size);
             }
         }
     }
@@ -113,12 +98,7 @@ TEST(SPLReadoutView, noPartTouchesAnotherOrLeavesTheViewAtAnySize) {
 
 QImage drawn(const SPLReadoutView& view, const QSize& size, double scale = 1.0,
              const QColor& ground = Theme::panelBackground) {
-    QImage image(size * scale, QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(scale);
-    image.fill(ground);
-    QPainter painter(&image);
-    paint(painter, view, QSizeF(size), pinned);
-    return image;
+    return TarvaneTests::readoutPicture(view, size, scale, ground);
 }
 
 TEST(SPLReadoutView, whatIsDrawnLiesInItsPart) {
@@ -128,43 +108,18 @@ TEST(SPLReadoutView, whatIsDrawnLiesInItsPart) {
                 continue;  // the same proportions as 1920
             }
             const SPLReadoutGeometry geometry = layout(view, size, pinned);
-            QImage image = drawn(view, size, 1.0, Qt::transparent);
-            QPainter eraser(&image);
-            eraser.setCompositionMode(QPainter::CompositionMode_Clear);
-            const double overhang = 2.0 + geometry.valuePixelSize * 0.05;
-            eraser.fillRect(geometry.value.adjusted(-overhang, -overhang, overhang, overhang),
-                            Qt::black);
-            for (const auto& [name, rect] : parts(geometry)) {
-                eraser.fillRect(rect.adjusted(-2.0, -2.0, 2.0, 2.0), Qt::black);
-            }
-            eraser.end();
-            int outside = 0;
-            for (int y = 0; y < image.height(); ++y) {
-                for (int x = 0; x < image.width(); ++x) {
-                    outside += qAlpha(image.pixel(x, y)) > 0 ? 1 : 0;
-                }
-            }
-            EXPECT_EQ(outside, 0) << shape << " at " << size.width() << 'x' << size.height();
+            EXPECT_EQ(TarvaneTests::inkOutside(drawn(view, size, 1.0, Qt::transparent),
+                                               parts(geometry), geometry.valuePixelSize),
+                      0)
+                << shape << " at " << size.width() << 'x' << size.height();
         }
     }
 }
 
 // The leftmost and rightmost pixel of the value's colour in the value's row.
 std::pair<int, int> valueInk(const SPLReadoutView& view, const QSize& size) {
-    const SPLReadoutGeometry geometry = layout(view, size, pinned);
-    const QImage image = drawn(view, size, 1.0, Qt::black);
-    const QRgb color = Theme::color(view.color).rgb();
-    int left = image.width();
-    int right = -1;
-    for (int y = static_cast<int>(geometry.value.top()); y < geometry.value.bottom(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (image.pixel(x, y) == color) {
-                left = std::min(left, x);
-                right = std::max(right, x);
-            }
-        }
-    }
-    return {left, right};
+    return TarvaneTests::inkSpan(drawn(view, size, 1.0, Qt::black),
+                                 layout(view, size, pinned).value, Theme::color(view.color).rgb());
 }
 
 TEST(SPLReadoutView, aValueWiderThanTheTemplateShrinksIntoItsColumn) {

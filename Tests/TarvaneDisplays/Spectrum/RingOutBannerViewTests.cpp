@@ -33,6 +33,15 @@ TEST(RingOutBannerViewTests, centsCarryTheirSign) {
     EXPECT_EQ(bannerAt(440.0, 6.4).spokenText(), QStringLiteral("440Hz A4 +6¢"));
 }
 
+TEST(RingOutBannerViewTests, anotherNumberOfAsManyDigitsIsAsWide) {
+    for (const Typeface& typeface :
+         {Typeface::installed(),
+          Typeface{.system = "Quicksand", .rounded = "Quicksand", .monospaced = {}}}) {
+        EXPECT_EQ(bannerAt(1110.0, 11.0).rect({800.0, 300.0}, typeface),
+                  bannerAt(8880.0, 44.0).rect({800.0, 300.0}, typeface));
+    }
+}
+
 TEST(RingOutBannerViewTests, withoutAnAlertThereIsNothing) {
     const RingOutBannerView none;
     EXPECT_TRUE(none.rect({800.0, 300.0}).isEmpty());
@@ -62,7 +71,12 @@ TEST(RingOutBannerViewTests, standsInTheCornerAndIsDimmedOnceTheRingHasStopped) 
     const QPoint plate = QPointF(rect.left() + 6.0, rect.center().y()).toPoint();
     const int live = qGray(drawn().pixel(plate));
     banner.isLive = false;
-    EXPECT_GT(qGray(drawn().pixel(plate)), live + 50);
+    const int held = qGray(drawn().pixel(plate));
+    EXPECT_GT(held, live + 50);
+    banner.presence = 0.5;
+    EXPECT_GT(qGray(drawn().pixel(plate)), held + 50);
+    banner.presence = 0.0;
+    EXPECT_EQ(qGray(drawn().pixel(plate)), 255);
 }
 
 }  // namespace

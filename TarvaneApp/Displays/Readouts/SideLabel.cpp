@@ -1,0 +1,76 @@
+#include "Readouts/SideLabel.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <algorithm>
+
+#include "TabularText.h"
+
+namespace TarvaneApp {
+
+namespace {
+
+constexpr double titleSize = 9.0;
+constexpr double titleTracking = 0.5;
+constexpr double valueSize = 16.0;
+constexpr double unitSize = 9.0;
+constexpr double rowGap = 3.0;
+
+QFont titleFont(double textScale, const Typeface& typeface) {
+    QFont font = typeface.systemFont(titleSize * textScale, QFont::DemiBold);
+    font.setLetterSpacing(QFont::AbsoluteSpacing, titleTracking * textScale);
+    return font;
+}
+
+QFont valueFont(double textScale, const Typeface& typeface) {
+    return typeface.roundedFont(valueSize * textScale, QFont::DemiBold);
+}
+
+QFont unitFont(double textScale, const Typeface& typeface) {
+    return typeface.systemFont(unitSize * textScale);
+}
+
+double unitHeight(const QString& unit, double textScale, const Typeface& typeface) {
+    return unit.isEmpty() ? 0.0 : QFontMetricsF(unitFont(textScale, typeface)).height();
+}
+
+}  // namespace
+
+QSizeF SideLabel::size(double textScale, const Typeface& typeface) const {
+    const QFont titleFace = titleFont(textScale, typeface);
+    const QFont valueFace = valueFont(textScale, typeface);
+    return {std::max({TabularText::width(QStringLiteral("-000.0"), valueFace),
+                      QFontMetricsF(titleFace).horizontalAdvance(title),
+                      QFontMetricsF(unitFont(textScale, typeface)).horizontalAdvance(unit)}),
+            QFontMetricsF(titleFace).capHeight() + rowGap * textScale +
+                QFontMetricsF(valueFace).height() + unitHeight(unit, textScale, typeface)};
+}
+
+void SideLabel::paint(QPainter& painter, const QRectF& rect, double textScale,
+                      const Typeface& typeface) const {
+    const QFont titleFace = titleFont(textScale, typeface);
+    const QFontMetricsF titleMetrics(titleFace);
+    // The tracking behind the last letter isn't part of the word.
+    const double titleWidth = titleMetrics.horizontalAdvance(title) - titleTracking * textScale;
+    painter.setFont(titleFace);
+    painter.setPen(Theme::axisText);
+    painter.drawText(
+        QPointF(rect.center().x() - titleWidth / 2.0, rect.top() + titleMetrics.capHeight()),
+        title);
+
+    const QFont valueFace = valueFont(textScale, typeface);
+    const double foot = rect.bottom() - unitHeight(unit, textScale, typeface);
+    painter.setPen(color);
+    TabularText::draw(painter,
+                      QPointF(rect.center().x() - TabularText::width(value, valueFace) / 2.0,
+                              foot - QFontMetricsF(valueFace).descent()),
+                      value, valueFace);
+    if (!unit.isEmpty()) {
+        painter.setFont(unitFont(textScale, typeface));
+        painter.setPen(Theme::axisText);
+        painter.drawText(QRectF(rect.left(), foot, rect.width(), rect.bottom() - foot),
+                         Qt::AlignCenter, unit);
+    }
+}
+
+}  // namespace TarvaneApp
