@@ -130,3 +130,12 @@ def cpu_seconds(pid):
     fields = Path(f"/proc/{pid}/stat").read_text().rpartition(")")[2].split()
     user, system = int(fields[11]), int(fields[12])
     return (user + system) / os.sysconf("SC_CLK_TCK")
+
+
+def cpu_shares(pids, seconds):
+    """CPU seconds per second of each process, over that many seconds from now on."""
+    before = [cpu_seconds(pid) for pid in pids]
+    began = time.monotonic()
+    time.sleep(seconds)
+    elapsed = time.monotonic() - began
+    return [(cpu_seconds(pid) - start) / elapsed for pid, start in zip(pids, before)]

@@ -6,7 +6,7 @@ import subprocess
 import time
 
 from .failure import DeskFailure
-from .processes import cpu_seconds, wait_until
+from .processes import cpu_shares, wait_until
 
 
 def _atspi():
@@ -215,12 +215,7 @@ class Program:
 
     def cpu_shares(self, seconds):
         """CPU seconds per second of the program and of the X server."""
-        pids = (self.process.pid, self._desk.display.pid)
-        before = [cpu_seconds(pid) for pid in pids]
-        began = time.monotonic()
-        time.sleep(seconds)
-        elapsed = time.monotonic() - began
-        return [(cpu_seconds(pid) - start) / elapsed for pid, start in zip(pids, before)]
+        return cpu_shares((self.process.pid, self._desk.display.pid), seconds)
 
     def is_running(self):
         return self.process.poll() is None
