@@ -3,8 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 
+#include "ChannelColors.h"
 #include "MeterEngine.h"
 
 namespace TarvaneApp {
@@ -18,14 +18,6 @@ namespace {
 
 // The system's output is captured in stereo.
 constexpr int systemOutputChannels = 2;
-
-// The colours of new channels, one after the other. The main input is green.
-constexpr std::array<RGBAColor, 6> channelColors{{{0.3, 0.7, 1.0, 1.0},
-                                                  {1.0, 0.45, 0.75, 1.0},
-                                                  {1.0, 0.85, 0.25, 1.0},
-                                                  {0.7, 0.55, 1.0, 1.0},
-                                                  {0.3, 0.95, 0.95, 1.0},
-                                                  {1.0, 0.55, 0.3, 1.0}}};
 
 }  // namespace
 

@@ -33,6 +33,7 @@
 #include "AudioIO/AudioSystem.h"
 #include "Calibration/CalibrationProfile.h"
 #include "CaptureGroup.h"
+#include "ChannelColors.h"
 #include "ChannelConfig.h"
 #include "ChannelDemand.h"
 #include "ChannelDisplaySettings.h"
@@ -143,7 +144,7 @@ class MeterEngine : public QObject {
     Setting<SpectrumViewMode> viewMode{settings_, Key::viewMode, SpectrumViewMode::both};
     Setting<bool> octaveNormalizedSpectrumDisplay{settings_, Key::octaveNormalizedSpectrumDisplay,
                                                   true};
-    Setting<TarvaneKit::RGBAColor> rtaColor{settings_, Key::rtaColor, {0.55, 1.0, 0.35, 0.95}};
+    Setting<TarvaneKit::RGBAColor> rtaColor{settings_, Key::rtaColor, mainChannelColor};
     Setting<TarvaneKit::RGBAColor> rtaPeakColor{settings_, Key::rtaPeakColor, {1.0, 0.6, 0.2, 1.0}};
     Setting<bool> showPeakHold{settings_, Key::showPeakHold, true};
     Setting<TarvaneKit::TimeWeighting> rtaTimeWeighting{settings_, Key::rtaTimeWeighting,

@@ -10,14 +10,13 @@
 #include <QToolTip>
 #include <algorithm>
 
+#include "FocusRing.h"
 #include "Icon.h"
 #include "Theme.h"
 
 namespace TarvaneApp {
 
 namespace {
-
-constexpr double focusRingWidth = 2.0;
 
 QPalette darkPalette() {
     QPalette palette;
@@ -78,6 +77,14 @@ class FlatStyle final : public QProxyStyle {
 
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                             QPainter* painter, const QWidget* widget) const override {
+        if (const auto* slider = qstyleoption_cast<const QStyleOptionSlider*>(option);
+            control == CC_Slider && slider != nullptr) {
+            QStyleOptionSlider plain = *slider;
+            plain.state &= ~State_HasFocus;
+            QProxyStyle::drawComplexControl(control, &plain, painter, widget);
+            ringIfFocused(*option, *painter);
+            return;
+        }
         const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(option);
         if (control != CC_ComboBox || combo == nullptr || combo->editable) {
             QProxyStyle::drawComplexControl(control, option, painter, widget);
@@ -180,16 +187,6 @@ void applyAppearance() {
     QApplication::setStyle(new FlatStyle);
     QApplication::setPalette(darkPalette());
     QToolTip::setPalette(darkPalette());
-}
-
-void paintFocusRing(QPainter& painter, const QRectF& rect, double radius) {
-    constexpr double inset = focusRingWidth / 2.0;
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(Theme::accent.lighter(130), focusRingWidth));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), radius, radius);
-    painter.restore();
 }
 
 }  // namespace TarvaneApp

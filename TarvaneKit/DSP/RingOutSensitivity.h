@@ -1,6 +1,8 @@
 // How readily a rising tone counts as feedback.
 #pragma once
 
+#include <string_view>
+
 #include "Core/RawEnum.h"
 
 namespace TarvaneKit {
@@ -13,5 +15,18 @@ struct RawCases<RingOutSensitivity> {
                                     RawCase{RingOutSensitivity::normal, "normal"},
                                     RawCase{RingOutSensitivity::high, "high"}};
 };
+
+/// As menus show it.
+constexpr std::string_view label(RingOutSensitivity sensitivity) {
+    switch (sensitivity) {
+        case RingOutSensitivity::low:
+            return "Low";
+        case RingOutSensitivity::high:
+            return "High";
+        case RingOutSensitivity::normal:
+            break;
+    }
+    return "Normal";
+}
 
 }  // namespace TarvaneKit

@@ -11,12 +11,21 @@
 #include <iostream>
 #include <numbers>
 
+#include "ChannelColors.h"
+#include "ChannelOverlayMenu.h"
+#include "Controls/IconButton.h"
 #include "Controls/IconMenuButton.h"
 #include "Controls/PopoverPresentationState.h"
+#include "LevelHistory/LiveLevelHistoryGraph.h"
 #include "LiveMeterData.h"
 #include "MainWindow.h"
 #include "MeterEngine.h"
+#include "Panels/LevelHistoryChannelMenu.h"
+#include "Panels/LevelHistoryPanelView.h"
+#include "Panels/RTAOverlayMenu.h"
+#include "Panels/RTAPanelView.h"
 #include "Panels/SPLMeterPanelView.h"
+#include "Panels/SpectrogramPanelView.h"
 #include "Preferences/PreferencesWindow.h"
 #include "Support/FakeAudioSystem.h"
 #include "Support/ManualTime.h"
@@ -295,6 +304,106 @@ void shootWindows(Stage& stage) {
     stage.shoot(QStringLiteral("channel-removed"), window);
 }
 
+// Under a button of a panel's header, opened as a user does.
+void shootPopover(Stage& stage, QWidget& panel, const QString& name) {
+    for (auto* button : panel.findChildren<TarvaneApp::IconButton*>()) {
+        if (button->symbol() == QStringLiteral("slider.horizontal.3")) {
+            button->click();
+            if (QWidget* popover = QApplication::activePopupWidget()) {
+                stage.shoot(name, *popover);
+                QTest::keyClick(popover, Qt::Key_Tab);
+                QTest::keyClick(popover, Qt::Key_Tab);
+                stage.shoot(name + QStringLiteral("-focus"), *popover);
+                popover->close();
+            }
+        }
+    }
+}
+
+// The headers of the panels with all their controls, what opens under them, and the graphs with
+// overlays and the keyboard's focus.
+void shootPanels(Stage& stage) {
+    using namespace TarvaneApp;
+    const auto id = TarvaneKit::UUID::main();
+    ChannelConfig stageMic;
+    stageMic.name = "Stage Left";
+    stageMic.color = channelColors[0];
+    ChannelConfig balcony;
+    balcony.name = "Balcony";
+    balcony.channelIndex = 1;
+    balcony.color = channelColors[1];
+    stage.engine.extraChannels.set({stageMic, balcony});
+    stage.engine.metricMode.set(MetricMode::spl);
+    stage.engine.selectedDeviceUID.set(std::nullopt);
+    stage.engine.mainInputIsStereo.set(false);
+    stage.start();
+    stage.engine.resetPeakHold();
+    stage.play(8.0, 0.12);
+    stage.play(8.0, 0.03);
+    stage.engine.rtaOverlayChannelIDs.set({stageMic.id, balcony.id});
+    stage.engine.levelHistoryOverlayChannelIDs.set({stageMic.id});
+    for (const QSize size : {QSize(900, 770), QSize(1280, 900), QSize(1920, 1080)}) {
+        stage.window.resize(size);
+        stage.play(0.2, 0.05);
+        stage.shoot(QStringLiteral("panels-%1").arg(size.width()), stage.window);
+    }
+    stage.window.resize(900, 770);
+    stage.engine.graphOrientation.set(GraphOrientation::sideBySide);
+    stage.play(0.2, 0.05);
+    stage.shoot(QStringLiteral("panels-beside"), stage.window);
+    stage.engine.graphOrientation.set(GraphOrientation::stacked);
+    stage.window.resize(1200, 900);
+    auto& rta = *stage.window.findChild<RTAPanelView*>();
+    shootPopover(stage, rta, QStringLiteral("popover-rta"));
+    stage.engine.updateDisplay(id, [](auto& display) {
+        display.targetCurveName.reset();
+        display.showsPeakHold = false;
+    });
+    stage.engine.setRingOutEnabled(false, id);
+    shootPopover(stage, rta, QStringLiteral("popover-rta-off"));
+    for (auto* menu : stage.window.findChildren<ChannelOverlayMenu*>()) {
+        menu->click();
+        const bool isRTA = qobject_cast<RTAOverlayMenu*>(menu) != nullptr;
+        stage.shoot(QStringLiteral("menu-overlays-") +
+                        (isRTA ? QStringLiteral("rta") : QStringLiteral("history")),
+                    menu->menu());
+        menu->menu().close();
+    }
+    auto* channels = stage.window.findChild<LevelHistoryChannelMenu*>();
+    channels->menu()->popup(channels->mapToGlobal(QPoint(0, channels->height())));
+    stage.shoot(QStringLiteral("menu-history-channel"), *channels->menu());
+    channels->menu()->close();
+    stage.engine.setMeasuresLoudness(true, id);
+    stage.engine.levelHistoryShowsMomentary.set(true);
+    stage.engine.stop();
+    stage.start();
+    stage.play(15.0, 0.1);
+    for (const int width : {900, 1200}) {
+        stage.window.resize(width, 900);
+        stage.shoot(QStringLiteral("panels-loudness-%1").arg(width), stage.window);
+    }
+    auto* graph = stage.window.findChild<LiveLevelHistoryGraph*>();
+    graph->showMoment(8.0);
+    graph->setFocus();
+    QTest::keyClick(graph, Qt::Key_Up);
+    stage.shoot(QStringLiteral("panels-history-focus"), stage.window);
+    for (const QSize size : {QSize(480, 200), QSize(360, 200), QSize(700, 300)}) {
+        LevelHistoryPanelView history(stage.engine, std::nullopt);
+        history.resize(size);
+        history.show();
+        stage.shoot(QStringLiteral("history-%1").arg(size.width()), history);
+        RTAPanelView analyzer(stage.engine, std::nullopt, nullptr);
+        analyzer.resize(size);
+        analyzer.show();
+        stage.shoot(QStringLiteral("rta-%1").arg(size.width()), analyzer);
+        SpectrogramPanelView spectrogram(stage.engine, std::nullopt, nullptr);
+        spectrogram.resize(size);
+        spectrogram.show();
+        shootPopover(stage, spectrogram, QStringLiteral("popover-spectrogram"));
+        stage.shoot(QStringLiteral("spectrogram-%1").arg(size.width()), spectrogram);
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -309,5 +418,6 @@ int main(int argc, char** argv) {
     Stage stage(folder);
     shootAll(stage);
     shootWindows(stage);
+    shootPanels(stage);
     return 0;
 }

@@ -19,8 +19,9 @@ QImage drawn(const QString& name, double scale) {
 }
 
 const char* const names[] = {
-    "play.circle", "play.circle.fill", "stop.circle.fill",   "pause.circle",      "waveform.circle",
-    "waveform",    "chevron.down",     "square.stack.3d.up", "rectangle.3.group", "ellipsis"};
+    "play.circle",        "play.circle.fill",  "stop.circle.fill", "pause.circle",
+    "waveform.circle",    "waveform",          "chevron.down",     "square.3.layers.3d",
+    "square.stack.3d.up", "rectangle.3.group", "ellipsis"};
 
 TEST(Icon, everySymbolIsDrawnInTheOneColourAskedFor) {
     for (const char* name : names) {

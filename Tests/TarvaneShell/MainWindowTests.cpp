@@ -328,7 +328,7 @@ TEST_F(MainWindowTests, tabReachesEveryControlAndReturnPressesIt) {
     }
     EXPECT_GE(wanted.size(), 12);
     QSet<QWidget*> reached;
-    for (int i = 0; i < 40; ++i) {
+    for (int i = 0; i < 60; ++i) {
         press(Qt::Key_Tab);
         reached.insert(window->focusWidget());
     }

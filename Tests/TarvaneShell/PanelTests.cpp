@@ -133,8 +133,10 @@ TEST_F(PanelTests, aToneStandsUnderThePointer) {
     meter(1500.0, 0.1);
     auto& graph = the<LiveSpectrumView>();
     const double x = graph.view().frequencyAxis().x(1500.0, graph.width());
-    QTest::mouseMove(&graph, QPoint(static_cast<int>(std::lround(x)), 40));
-    settle();
+    const QPointF at(std::round(x), 40.0);
+    QMouseEvent move(QEvent::MouseMove, at, graph.mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(&graph, &move);
     const QString hover = graph.spokenParts()[1].value;
     EXPECT_TRUE(hover.startsWith(QStringLiteral("1.5"))) << hover.toStdString();
     // -20 dB, and 10 log10(1.5) for the display as energy per octave.

@@ -93,7 +93,7 @@ struct LevelHistoryView {
     static std::vector<double> timeTicks(const LevelHistoryViewport::Range& range, double width);
     /// "59:59", "1:00:00".
     static QString timeLabel(double elapsed);
-    /// What a mark or button at an extreme says, as "94.2 dB  1:05".
+    /// What a mark or button at an extreme says, as "94.2 dB 1:05".
     QString extremeLabel(const TarvaneKit::LevelHistoryExtreme& extreme) const;
 
     /// The colour of a column with that largest level, as it is shown.

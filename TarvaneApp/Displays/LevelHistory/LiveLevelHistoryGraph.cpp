@@ -1,11 +1,14 @@
 #include "LevelHistory/LiveLevelHistoryGraph.h"
 
+#include <QInputDevice>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
 #include <QPainter>
 #include <QWheelEvent>
 #include <cmath>
 
+#include "FocusRing.h"
 #include "LiveFollow.h"
 #include "MeterEngine.h"
 #include "Theme.h"
@@ -21,6 +24,8 @@ namespace {
 
 // Less is a click that trembled.
 constexpr double shortestDrag = 3.0;
+
+constexpr double focusRadius = 3.0;
 
 // One notch of a wheel, in eighths of a degree.
 constexpr double wheelNotch = 120.0;
@@ -41,13 +46,15 @@ LiveLevelHistoryGraph::LiveLevelHistoryGraph(MeterEngine& engine, const UUID& ch
     installDisplayAccessibility();
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(true);
+    setFocusPolicy(Qt::TabFocus);
     setToolTip(QStringLiteral("Scroll or pinch to zoom, drag to pan, double-click to reset"));
     followAll(
         this, [this] { contextChanged(); }, engine.extraChannels, engine.calibration,
         engine.mainInputIsDigital, engine.mainInputMeasuresLoudness, engine.splReadoutShowsDBFS,
         engine.metricMode, engine.splWeighting, engine.splTimeWeighting, engine.peakWeighting,
         engine.trafficLightConfig, engine.trafficLightConfigDBFS, engine.loudnessTarget,
-        engine.loudnessColors, engine.levelHistoryZoom, engine.levelHistoryShowsMomentary);
+        engine.loudnessColors, engine.levelHistoryZoom, engine.levelHistoryShowsMomentary,
+        engine.currentInputGain, engine.deviceGains);
     refresh();
 }
 
@@ -113,13 +120,13 @@ void LiveLevelHistoryGraph::contextChanged() {
 }
 
 void LiveLevelHistoryGraph::refresh() {
-    const LevelHistoryView before = view_;
     view_.revision = engine_.meterChannel(channelID_).live.levelHistoryRevision;
     for (LevelHistoryOverlay& overlay : view_.overlays) {
         overlay.revision = engine_.meterChannel(overlay.id).live.levelHistoryRevision;
     }
     // Most publications bring nothing new: the recorder takes ten points a second.
-    if (!(view_ == before) || picturesDrawn() == 0) {
+    if (!(view_ == shown_)) {
+        shown_ = view_;
         update();
         Q_EMIT historyChanged();
     }
@@ -131,6 +138,9 @@ void LiveLevelHistoryGraph::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.drawImage(QPointF(0.0, 0.0), raster_.image(still, size(), devicePixelRatioF()));
     drawHover(painter, view_, raster_.geometry(), size());
+    if (hasFocus()) {
+        paintFocusRing(painter, rect(), focusRadius);
+    }
 }
 
 double LiveLevelHistoryGraph::plotFraction(double x) const {
@@ -156,9 +166,9 @@ void LiveLevelHistoryGraph::mousePressEvent(QMouseEvent* event) {
 void LiveLevelHistoryGraph::mouseMoveEvent(QMouseEvent* event) {
     view_.hover.xPosition = event->position().x();
     if (pressedAt_) {
-        const double moved = event->position().x() - pressedAt_->x();
-        if (view_.viewport.dragStartRange || std::abs(moved) >= shortestDrag) {
-            view_.viewport.pan(moved, view_.plot(size()).width(), view_.session());
+        const QPointF moved = event->position() - *pressedAt_;
+        if (view_.viewport.dragStartRange || std::hypot(moved.x(), moved.y()) >= shortestDrag) {
+            view_.viewport.pan(moved.x(), view_.plot(size()).width(), view_.session());
             Q_EMIT ownRangeChanged();
         }
     }
@@ -170,8 +180,12 @@ void LiveLevelHistoryGraph::mouseReleaseEvent(QMouseEvent*) {
     view_.viewport.endPan();
 }
 
-void LiveLevelHistoryGraph::mouseDoubleClickEvent(QMouseEvent*) {
-    clearOwnRange();
+// Its second press may begin a drag as any other.
+void LiveLevelHistoryGraph::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        clearOwnRange();
+        mousePressEvent(event);
+    }
 }
 
 void LiveLevelHistoryGraph::leaveEvent(QEvent*) {
@@ -181,16 +195,49 @@ void LiveLevelHistoryGraph::leaveEvent(QEvent*) {
 
 void LiveLevelHistoryGraph::wheelEvent(QWheelEvent* event) {
     event->accept();
-    if (view_.recorder->isEmpty()) {
-        return;
-    }
-    // A touchpad tells pixels; a wheel tells notches.
-    const bool isPrecise = !event->pixelDelta().isNull();
+    // A touchpad tells pixels; a wheel tells notches, and under X11 pixels of no meaning too.
+    const bool isTouchpad = event->phase() != Qt::NoScrollPhase ||
+                            event->device()->type() == QInputDevice::DeviceType::TouchPad;
+    const bool isPrecise = isTouchpad && !event->pixelDelta().isNull();
     const QPointF delta =
         isPrecise ? QPointF(event->pixelDelta()) : QPointF(event->angleDelta()) / wheelNotch;
-    rangeMoved(view_.viewport.scroll(
-        {.deltaX = delta.x(), .deltaY = delta.y(), .isPrecise = isPrecise},
-        plotFraction(event->position().x()), view_.plot(size()).width(), view_.session()));
+    scroll({.deltaX = delta.x(), .deltaY = delta.y(), .isPrecise = isPrecise},
+           event->position().x());
+}
+
+void LiveLevelHistoryGraph::scroll(const LevelHistoryViewport::Scroll& scroll, double atX) {
+    if (!view_.recorder->isEmpty()) {
+        rangeMoved(view_.viewport.scroll(scroll, plotFraction(atX), view_.plot(size()).width(),
+                                         view_.session()));
+    }
+}
+
+// As wheel and touchpad do, at the pointer or in the middle.
+void LiveLevelHistoryGraph::keyPressEvent(QKeyEvent* event) {
+    const QRectF plot = view_.plot(size());
+    const double x = view_.hover.xPosition.value_or(plot.center().x());
+    const double pan = plot.width() / 10.0;
+    switch (event->key()) {
+        case Qt::Key_Left:
+            scroll({.deltaX = pan, .deltaY = 0.0, .isPrecise = true}, x);
+            break;
+        case Qt::Key_Right:
+            scroll({.deltaX = -pan, .deltaY = 0.0, .isPrecise = true}, x);
+            break;
+        case Qt::Key_Up:
+        case Qt::Key_Plus:
+            scroll({.deltaX = 0.0, .deltaY = 1.0, .isPrecise = false}, x);
+            break;
+        case Qt::Key_Down:
+        case Qt::Key_Minus:
+            scroll({.deltaX = 0.0, .deltaY = -1.0, .isPrecise = false}, x);
+            break;
+        case Qt::Key_Escape:
+            clearOwnRange();
+            break;
+        default:
+            QWidget::keyPressEvent(event);
+    }
 }
 
 bool LiveLevelHistoryGraph::event(QEvent* event) {

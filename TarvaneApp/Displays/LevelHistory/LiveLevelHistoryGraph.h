@@ -1,6 +1,6 @@
 // The level history of a channel on the screen: it fills the graph's record from the engine and
 // the channel's recorder, repaints when the recorder has taken a point, and pans and zooms with
-// the user's own range. Main thread.
+// the user's own range, by pointer, touchpad or keys. Main thread.
 #pragma once
 
 #include <QWidget>
@@ -53,10 +53,12 @@ class LiveLevelHistoryGraph final : public QWidget, public SpokenDisplay {
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     void contextChanged();
     void refresh();
+    void scroll(const LevelHistoryViewport::Scroll& scroll, double atX);
     double plotFraction(double x) const;
     void rangeMoved(bool staysZoomedIn);
 
@@ -68,6 +70,7 @@ class LiveLevelHistoryGraph final : public QWidget, public SpokenDisplay {
     std::optional<QPointF> pressedAt_;
 
     LevelHistoryView view_;
+    LevelHistoryView shown_;  // as the last picture has it
     LevelHistoryRaster raster_;
 };
 

@@ -1,10 +1,12 @@
 #include "Spectrogram/LiveSpectrogramView.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <cmath>
 
 #include "DSP/SpectrogramRow.h"
+#include "FocusRing.h"
 #include "LiveFollow.h"
 #include "MeterEngine.h"
 
@@ -17,6 +19,8 @@ namespace {
 // Less is a click that trembled.
 constexpr double shortestDrag = 2.0;
 
+constexpr double focusRadius = 3.0;
+
 }  // namespace
 
 LiveSpectrogramView::LiveSpectrogramView(MeterEngine& engine, const UUID& channelID,
@@ -28,6 +32,7 @@ LiveSpectrogramView::LiveSpectrogramView(MeterEngine& engine, const UUID& channe
       binding_(*this, [this] { refresh(); }) {
     installDisplayAccessibility();
     setAttribute(Qt::WA_OpaquePaintEvent);
+    setFocusPolicy(Qt::TabFocus);
     view_.frequencies = TarvaneKit::spectrogramFrequencies();
     view_.rowsPerSecond = SpectrogramPace::rowsPerSecond;
     channelResolved();
@@ -96,6 +101,9 @@ void LiveSpectrogramView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.drawImage(QPointF(0.0, 0.0), raster_.image(view_, size(), devicePixelRatioF()));
     badge().paint(painter, size());
+    if (hasFocus()) {
+        paintFocusRing(painter, rect(), focusRadius);
+    }
     view_.history = {};
 }
 
@@ -117,11 +125,14 @@ void LiveSpectrogramView::mouseMoveEvent(QMouseEvent* event) {
     const QPointF translation = event->position() - *pressedAt_;
     if (view_.scrollState.isDragging ||
         std::hypot(translation.x(), translation.y()) >= shortestDrag) {
-        const auto& history = engine_.meterChannel(channelID_).live.spectrogramHistory;
-        view_.scrollState.drag(translation.y(), height(), view_.rows(),
-                               static_cast<int>(history.size()));
-        update();
+        scrollBack(translation.y());
     }
+}
+
+void LiveSpectrogramView::scrollBack(double pixels) {
+    const auto& history = engine_.meterChannel(channelID_).live.spectrogramHistory;
+    view_.scrollState.drag(pixels, height(), view_.rows(), static_cast<int>(history.size()));
+    update();
 }
 
 void LiveSpectrogramView::mouseReleaseEvent(QMouseEvent*) {
@@ -129,14 +140,43 @@ void LiveSpectrogramView::mouseReleaseEvent(QMouseEvent*) {
     view_.scrollState.endDrag();
 }
 
-void LiveSpectrogramView::mouseDoubleClickEvent(QMouseEvent*) {
-    resumeLive();
+void LiveSpectrogramView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        resumeLive();
+    }
 }
 
 void LiveSpectrogramView::resumeLive() {
     pressedAt_.reset();
     view_.scrollState.resume();
     update();
+}
+
+// Each key is a drag of its own: a tenth of the picture, or all of it.
+void LiveSpectrogramView::keyPressEvent(QKeyEvent* event) {
+    const double page = height();
+    switch (event->key()) {
+        case Qt::Key_Up:
+            scrollBack(page / 10.0);
+            break;
+        case Qt::Key_Down:
+            scrollBack(-page / 10.0);
+            break;
+        case Qt::Key_PageUp:
+            scrollBack(page);
+            break;
+        case Qt::Key_PageDown:
+            scrollBack(-page);
+            break;
+        case Qt::Key_End:
+        case Qt::Key_Escape:
+            resumeLive();
+            break;
+        default:
+            QWidget::keyPressEvent(event);
+            return;
+    }
+    view_.scrollState.endDrag();
 }
 
 std::vector<SpokenPart> LiveSpectrogramView::spokenParts() const {

@@ -1,5 +1,6 @@
 // The spectrogram of a channel on the screen: it fills the picture's record from the engine and
-// the channel's live data once per publication, and scrolls back by a drag. While it is on screen,
+// the channel's live data once per publication, and scrolls back by a drag or the arrow
+// keys. While it is on screen,
 // and only then, it asks the engine for rows. Main thread.
 #pragma once
 
@@ -42,6 +43,7 @@ class LiveSpectrogramView final : public QWidget, public SpokenDisplay {
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     void contextChanged();
@@ -49,6 +51,7 @@ class LiveSpectrogramView final : public QWidget, public SpokenDisplay {
     void registerDemand();
     void refresh();
     void resumeLive();
+    void scrollBack(double pixels);
     SpectrogramStatusBadge badge() const { return {view_.scrollState.rowOffset == 0}; }
 
     MeterEngine& engine_;

@@ -1,9 +1,11 @@
 #include "Spectrum/LiveSpectrumView.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
 
+#include "FocusRing.h"
 #include "LiveFollow.h"
 #include "MeterEngine.h"
 #include "Theme.h"
@@ -11,6 +13,16 @@
 namespace TarvaneApp {
 
 using TarvaneKit::UUID;
+
+namespace {
+
+// The read-out's way per arrow key, with and without Shift, in pixels.
+constexpr double fineStep = 1.0;
+constexpr double coarseStep = 8.0;
+
+constexpr double focusRadius = 3.0;
+
+}  // namespace
 
 LiveSpectrumView::LiveSpectrumView(MeterEngine& engine, const UUID& channelID, QWidget* parent)
     : QWidget(parent),
@@ -23,12 +35,14 @@ LiveSpectrumView::LiveSpectrumView(MeterEngine& engine, const UUID& channelID, Q
     installDisplayAccessibility();
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(true);
+    setFocusPolicy(Qt::TabFocus);
     followAll(
         this, [this] { contextChanged(); }, engine.extraChannels, engine.calibration,
         engine.mainInputIsDigital, engine.splReadoutShowsDBFS, engine.octaveFraction,
         engine.viewMode, engine.rtaColor, engine.rtaPeakColor, engine.showPeakHold,
         engine.selectedTargetCurveName, engine.targetCurveReferenceDB,
-        engine.targetCurveReferenceDBFS, engine.spectrogramRanges, engine.sampleRate);
+        engine.targetCurveReferenceDBFS, engine.spectrogramRanges, engine.sampleRate,
+        engine.deviceGains);
     refresh();
 }
 
@@ -134,16 +148,51 @@ void LiveSpectrumView::paintEvent(QPaintEvent*) {
     painter.drawImage(QPointF(0.0, 0.0), raster_.image(view_, size(), devicePixelRatioF()));
     paintHover(painter, view_, size());
     bannerFade_.shown().paint(painter, size());
+    if (hasFocus()) {
+        paintFocusRing(painter, rect(), focusRadius);
+    }
 }
 
 void LiveSpectrumView::mouseMoveEvent(QMouseEvent* event) {
-    view_.hover = SpectrumHoverState::at(event->position().x(), width(), view_.frequencyAxis());
-    update();
+    hoverAt(event->position().x());
 }
 
 void LiveSpectrumView::leaveEvent(QEvent*) {
+    leaveHover();
+}
+
+void LiveSpectrumView::hoverAt(double x) {
+    view_.hover = SpectrumHoverState::at(x, width(), view_.frequencyAxis());
+    update();
+}
+
+void LiveSpectrumView::leaveHover() {
     view_.hover = {};
     update();
+}
+
+// The read-out without a pointer: it begins in the middle.
+void LiveSpectrumView::keyPressEvent(QKeyEvent* event) {
+    const double step = (event->modifiers() & Qt::ShiftModifier) != 0 ? fineStep : coarseStep;
+    const double x = view_.hover.xPosition.value_or(width() / 2.0);
+    switch (event->key()) {
+        case Qt::Key_Left:
+            hoverAt(std::max(x - step, 0.0));
+            break;
+        case Qt::Key_Right:
+            hoverAt(std::min(x + step, static_cast<double>(width())));
+            break;
+        case Qt::Key_Escape:
+            leaveHover();
+            break;
+        default:
+            QWidget::keyPressEvent(event);
+    }
+}
+
+void LiveSpectrumView::focusOutEvent(QFocusEvent* event) {
+    leaveHover();
+    QWidget::focusOutEvent(event);
 }
 
 std::vector<SpokenPart> LiveSpectrumView::spokenParts() const {

@@ -1,7 +1,7 @@
 // The spectrum of a channel on the screen: it fills the graph's record from the engine and the
 // live data of the channel and of those laid over it, once per publication, and follows the
-// pointer. While it is on screen, and only then, it asks the engine for the spectra that it shows.
-// Main thread.
+// pointer, or the arrow keys. While it is on screen, and only then, it asks the engine for the
+// spectra that it shows. Main thread.
 #pragma once
 
 #include <QWidget>
@@ -42,11 +42,15 @@ class LiveSpectrumView final : public QWidget, public SpokenDisplay {
     void paintEvent(QPaintEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void leaveEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
   private:
     void contextChanged();
     void registerDemand();
     void refresh();
+    void hoverAt(double x);
+    void leaveHover();
     double levelOffsetDB(const TarvaneKit::UUID& channelID) const;
 
     MeterEngine& engine_;

@@ -3,7 +3,7 @@
 #include <QEvent>
 #include <QPainter>
 
-#include "Appearance.h"
+#include "FocusRing.h"
 #include "Icon.h"
 
 namespace TarvaneApp {

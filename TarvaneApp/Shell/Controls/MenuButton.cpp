@@ -6,7 +6,8 @@
 #include <QPainter>
 #include <algorithm>
 
-#include "Appearance.h"
+#include "Controls/MenuItems.h"
+#include "FocusRing.h"
 #include "Icon.h"
 #include "Theme.h"
 
@@ -53,12 +54,12 @@ void MenuButton::setItems(std::vector<Item> items) {
     }
     group_ = new QActionGroup(menu());
     for (Item& item : items) {
-        QAction* action = menu()->addAction(item.text);
+        QAction* action = menu()->addAction(menuText(item.text.toStdString()));
         action->setCheckable(true);
         action->setChecked(item.isCurrent);
         group_->addAction(action);
         if (item.isCurrent) {
-            setText(item.text);
+            setText(item.label.value_or(item.text));
             dot_ = item.dot;
         }
         connect(action, &QAction::triggered, this, [run = std::move(item.action)] { run(); });

@@ -22,7 +22,9 @@ class MenuButton : public QToolButton {
         bool isCurrent = false;
         std::function<void()> action;
         /// A filled circle ahead of the text.
-        std::optional<QColor> dot;
+        std::optional<QColor> dot = std::nullopt;
+        /// What the button shows while the item is current, if not its text.
+        std::optional<QString> label = std::nullopt;
     };
     /// The button shows the current item.
     void setItems(std::vector<Item> items);

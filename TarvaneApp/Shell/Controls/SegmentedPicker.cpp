@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QPainter>
 
+#include "Controls/PickedTabStop.h"
 #include "Theme.h"
 
 namespace TarvaneApp {
@@ -18,7 +19,6 @@ class Segment final : public QAbstractButton {
     Segment(const QString& label, QWidget* parent) : QAbstractButton(parent) {
         setText(label);
         setCheckable(true);
-        setFocusPolicy(Qt::TabFocus);
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     }
     QSize sizeHint() const override { return {20, pickerHeight}; }
@@ -59,9 +59,11 @@ SegmentedPicker::SegmentedPicker(const QStringList& labels, int width,
         group_.addButton(segment, i);
         row->addWidget(segment);
     }
+    stopTabAtPicked(group_);
     connect(&group_, &QButtonGroup::idToggled, this,
-            [onPick = std::move(onPick)](int index, bool checked) {
+            [this, onPick = std::move(onPick)](int index, bool checked) {
                 if (checked) {
+                    stopTabAtPicked(group_);
                     onPick(index);
                 }
             });
@@ -71,6 +73,7 @@ void SegmentedPicker::setSelectedIndex(int index) {
     if (QAbstractButton* segment = group_.button(index); segment && !segment->isChecked()) {
         const QSignalBlocker quiet(group_);
         segment->setChecked(true);
+        stopTabAtPicked(group_);
         update();
     }
 }

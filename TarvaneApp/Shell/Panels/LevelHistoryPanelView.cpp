@@ -1,7 +1,8 @@
 #include "Panels/LevelHistoryPanelView.h"
 
+#include <QCheckBox>
 #include <QLabel>
-#include <QPushButton>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 
 #include "Controls/IconButton.h"
@@ -10,13 +11,15 @@
 #include "LevelHistory/LiveLevelHistoryGraph.h"
 #include "LiveFollow.h"
 #include "MeterEngine.h"
+#include "Panels/LevelHistoryChannelMenu.h"
+#include "Panels/LevelHistoryExtremesSummary.h"
+#include "Panels/LevelHistoryOverlayMenu.h"
 #include "Panels/PanelHeader.h"
 #include "Readouts/ReadoutText.h"
 #include "Theme.h"
 
 namespace TarvaneApp {
 
-using TarvaneKit::LevelHistoryExtreme;
 using TarvaneKit::UUID;
 
 namespace {
@@ -25,21 +28,11 @@ constexpr int paddingAcross = 16;
 constexpr int paddingBottom = 8;
 constexpr int stripHeight = 170;
 constexpr int resetIconSize = 12;
-// Beside the caption there are the title, three menus' worth of controls and two extremes.
-constexpr int roomWithoutCaption = 860;
+constexpr double textSize = 11.0;
 
 QString zoomLabel(LevelHistoryZoom zoom) {
     const auto label = TarvaneKit::rawValue(zoom);
     return QString::fromUtf8(label.data(), static_cast<int>(label.size()));
-}
-
-QPushButton* makeExtremeButton(QWidget* parent) {
-    auto* button = new QPushButton(parent);
-    button->setFlat(true);
-    button->setFont(Typeface::installed().systemFont(11));
-    button->setToolTip(QStringLiteral("Show this moment"));
-    button->setFocusPolicy(Qt::TabFocus);
-    return button;
 }
 
 }  // namespace
@@ -51,24 +44,33 @@ LevelHistoryPanelView::LevelHistoryPanelView(MeterEngine& engine,
       engine_(engine),
       fixedChannelID_(fixedChannelID),
       graph_(new LiveLevelHistoryGraph(engine, channelID(), this)),
-      channelMenu_(new MenuButton(QStringLiteral("Channel"), this)),
-      caption_(makeTextLabel({}, 11, Theme::axisText, this)),
-      maxButton_(makeExtremeButton(this)),
-      minButton_(makeExtremeButton(this)),
+      overlayMenu_(new LevelHistoryOverlayMenu(engine, channelID(), this)),
+      caption_(makeTextLabel({}, textSize, Theme::axisText, this)),
+      momentary_(new QCheckBox(QStringLiteral("Momentary"), this)),
       resetButton_(new IconButton(resetIconSize, this)),
       zoomMenu_(new MenuButton(QStringLiteral("Time range"), this)) {
-    channelMenu_->setToolTip(QStringLiteral("Channel shown here"));
+    momentary_->setFont(Typeface::installed().systemFont(textSize));
+    momentary_->setToolTip(
+        QStringLiteral("Draw Momentary loudness (400 ms) over the Short-Term history"));
     resetButton_->setSymbol(QStringLiteral("arrow.uturn.backward"), Theme::axisText);
     resetButton_->hide();
 
     auto* header = new PanelHeader(QStringLiteral("Level History"), this);
-    header->row().addWidget(channelMenu_);
+    if (!fixedChannelID_) {
+        auto* channelMenu = new LevelHistoryChannelMenu(engine, header);
+        channelMenu->letShrink();
+        header->row().addWidget(channelMenu);
+    }
+    header->row().addWidget(overlayMenu_);
     header->row().addWidget(caption_);
+    header->row().addWidget(momentary_);
     header->row().addStretch(1);
-    header->row().addWidget(maxButton_);
-    header->row().addWidget(minButton_);
+    auto* extremes = new LevelHistoryExtremesSummary(*graph_, header);
+    header->row().addWidget(extremes);
     header->row().addWidget(resetButton_);
     header->row().addWidget(zoomMenu_);
+    header->setExpendable({caption_, extremes});
+    header->orderTabs(*graph_);
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, paddingBottom);
@@ -79,23 +81,16 @@ LevelHistoryPanelView::LevelHistoryPanelView(MeterEngine& engine,
     frame->addWidget(graph_);
     column->addLayout(frame, 1);
 
-    connect(graph_, &LiveLevelHistoryGraph::historyChanged, this, [this] { showExtremes(); });
     connect(graph_, &LiveLevelHistoryGraph::ownRangeChanged, this,
             [this] { resetButton_->setVisible(graph_->hasOwnRange()); });
     connect(resetButton_, &QAbstractButton::clicked, graph_, &LiveLevelHistoryGraph::clearOwnRange);
-    const auto jump = [this](bool toMax) {
-        const auto extremes = graph_->view().recorder->extremes(graph_->view().metricIndex);
-        if (const auto& extreme = toMax ? extremes.max : extremes.min) {
-            graph_->showMoment(extreme->elapsed);
-        }
-    };
-    connect(maxButton_, &QAbstractButton::clicked, this, [jump] { jump(true); });
-    connect(minButton_, &QAbstractButton::clicked, this, [jump] { jump(false); });
+    connect(momentary_, &QCheckBox::toggled, this,
+            [this](bool on) { engine_.levelHistoryShowsMomentary.set(on); });
     followAll(
         this, [this] { channelChanged(); }, engine.levelHistoryChannelID, engine.splMeterChannelID,
-        engine.levelHistoryOverlayChannelIDs, engine.extraChannels, engine.rtaColor);
+        engine.levelHistoryOverlayChannelIDs, engine.extraChannels);
     followAll(
-        this, [this] { showCaption(); }, engine.metricMode, engine.splWeighting,
+        this, [this] { showMetric(); }, engine.metricMode, engine.splWeighting,
         engine.splTimeWeighting, engine.peakWeighting, engine.levelHistoryShowsMomentary,
         engine.mainInputMeasuresLoudness);
     follow(engine.levelHistoryZoom, this, [this] { showZoom(); });
@@ -113,27 +108,8 @@ QSize LevelHistoryPanelView::sizeHint() const {
 void LevelHistoryPanelView::channelChanged() {
     graph_->setChannelID(channelID());
     graph_->setOverlayIDs(engine_.levelHistoryOverlayChannelIDs());
-    showChannels();
-    showCaption();
-    showExtremes();
-}
-
-void LevelHistoryPanelView::showChannels() {
-    const auto& chosen = engine_.levelHistoryChannelID();
-    std::vector<MenuButton::Item> items;
-    items.push_back({.text = QStringLiteral("Follow SPL Meter"),
-                     .isCurrent = !chosen,
-                     .action = [this] { engine_.levelHistoryChannelID.set(std::nullopt); },
-                     .dot = std::nullopt});
-    for (const ChannelInfo& channel : engine_.activeChannelInfos()) {
-        items.push_back(
-            {.text = QString::fromStdString(channel.name),
-             .isCurrent = chosen && engine_.resolvedChannelID(*chosen) == channel.id,
-             .action = [this, id = channel.id] { engine_.levelHistoryChannelID.set(id); },
-             .dot = Theme::color(channel.color)});
-    }
-    channelMenu_->setVisible(!fixedChannelID_ && items.size() > 2);
-    channelMenu_->setItems(std::move(items));
+    overlayMenu_->setBaseChannelID(channelID());
+    showMetric();
 }
 
 void LevelHistoryPanelView::showZoom() {
@@ -155,32 +131,15 @@ void LevelHistoryPanelView::showZoom() {
     resetButton_->setAccessibleName(help);
 }
 
-void LevelHistoryPanelView::showExtremes() {
-    const LevelHistoryView& view = graph_->view();
-    const auto extremes = view.recorder->extremes(view.metricIndex);
-    const auto show = [&](QPushButton& button, const char* title,
-                          const std::optional<LevelHistoryExtreme>& extreme) {
-        const QString name = QString::fromLatin1(title);
-        button.setText(extreme ? name + QStringLiteral("  ") + view.extremeLabel(*extreme) : name);
-        button.setEnabled(extreme.has_value());
-    };
-    show(*maxButton_, "MAX", extremes.max);
-    show(*minButton_, "MIN", extremes.min);
-}
-
-void LevelHistoryPanelView::showCaption() {
-    const UUID id = channelID();
-    QString caption = displayLabel(engine_.historyMetric(id));
-    const auto channel = engine_.channelInfo(id);
-    if (channel && channel->measuresLoudness && engine_.levelHistoryShowsMomentary()) {
-        caption += QStringLiteral(" + Momentary");
-    }
-    caption_->setText(caption);
-}
-
-void LevelHistoryPanelView::resizeEvent(QResizeEvent* event) {
-    caption_->setVisible(width() >= roomWithoutCaption);
-    QWidget::resizeEvent(event);
+void LevelHistoryPanelView::showMetric() {
+    const auto channel = engine_.channelInfo(channelID());
+    const bool isLoudness = channel && channel->measuresLoudness;
+    const bool showsMomentary = isLoudness && engine_.levelHistoryShowsMomentary();
+    caption_->setText(displayLabel(engine_.historyMetric(channelID())) +
+                      (showsMomentary ? QStringLiteral(" + Momentary") : QString()));
+    const QSignalBlocker quiet(momentary_);
+    momentary_->setChecked(engine_.levelHistoryShowsMomentary());
+    momentary_->setVisible(isLoudness);
 }
 
 }  // namespace TarvaneApp

@@ -6,12 +6,13 @@
 
 #include "Core/UUID.h"
 
+class QCheckBox;
 class QLabel;
-class QPushButton;
 
 namespace TarvaneApp {
 
 class IconButton;
+class LevelHistoryOverlayMenu;
 class LiveLevelHistoryGraph;
 class MenuButton;
 class MeterEngine;
@@ -28,24 +29,18 @@ class LevelHistoryPanelView final : public QWidget {
     /// As high as the strip that it is beside graphs.
     QSize sizeHint() const override;
 
-  protected:
-    void resizeEvent(QResizeEvent* event) override;
-
   private:
     void channelChanged();
-    void showChannels();
     void showZoom();
-    void showExtremes();
-    void showCaption();
+    void showMetric();
     TarvaneKit::UUID channelID() const;
 
     MeterEngine& engine_;
     const std::optional<TarvaneKit::UUID> fixedChannelID_;
     LiveLevelHistoryGraph* graph_;
-    MenuButton* channelMenu_;
+    LevelHistoryOverlayMenu* overlayMenu_;
     QLabel* caption_;
-    QPushButton* maxButton_;
-    QPushButton* minButton_;
+    QCheckBox* momentary_;
     IconButton* resetButton_;
     MenuButton* zoomMenu_;
 };

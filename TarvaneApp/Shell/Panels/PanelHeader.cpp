@@ -1,6 +1,8 @@
 #include "Panels/PanelHeader.h"
 
+#include <QEvent>
 #include <QLabel>
+#include <utility>
 
 #include "Theme.h"
 
@@ -12,6 +14,21 @@ constexpr int paddingAcross = 16;
 constexpr int paddingUpDown = 8;
 constexpr int spacing = 16;
 constexpr double letterSpacing = 0.5;
+
+// From left to right, with those inside of others.
+void collectTabStops(const QLayout& layout, std::vector<QWidget*>& stops) {
+    for (int i = 0; i < layout.count(); ++i) {
+        if (const QLayout* inner = layout.itemAt(i)->layout()) {
+            collectTabStops(*inner, stops);
+        } else if (QWidget* widget = layout.itemAt(i)->widget()) {
+            if ((widget->focusPolicy() & Qt::TabFocus) != 0) {
+                stops.push_back(widget);
+            } else if (const QLayout* inside = widget->layout()) {
+                collectTabStops(*inside, stops);
+            }
+        }
+    }
+}
 
 }  // namespace
 
@@ -27,6 +44,60 @@ PanelHeader::PanelHeader(const QString& title, QWidget* parent)
     palette.setColor(QPalette::WindowText, Theme::axisText);
     label->setPalette(palette);
     row_->addWidget(label);
+    expendable_ = {label};
+}
+
+void PanelHeader::setExpendable(std::vector<QWidget*> widgets) {
+    widgets.push_back(expendable_.back());
+    expendable_ = std::move(widgets);
+    fit();
+}
+
+// In a row within the row it takes its room without the spacing.
+int PanelHeader::widthOf(const QWidget& widget) const {
+    const bool isOfRow = row_->indexOf(&widget) >= 0;
+    return widget.sizeHint().width() + (isOfRow ? row_->spacing() : 0);
+}
+
+void PanelHeader::orderTabs(QWidget& content) {
+    std::vector<QWidget*> stops;
+    collectTabStops(*row_, stops);
+    stops.push_back(&content);
+    for (std::size_t i = 1; i < stops.size(); ++i) {
+        setTabOrder(stops[i - 1], stops[i]);
+    }
+}
+
+QSize PanelHeader::minimumSizeHint() const {
+    QSize size = QWidget::minimumSizeHint();
+    for (const QWidget* widget : expendable_) {
+        size.rwidth() -= widget->isHidden() ? 0 : widthOf(*widget);
+    }
+    return size;
+}
+
+bool PanelHeader::event(QEvent* event) {
+    if (event->type() == QEvent::LayoutRequest) {
+        fit();
+    }
+    return QWidget::event(event);
+}
+
+void PanelHeader::resizeEvent(QResizeEvent* event) {
+    fit();
+    QWidget::resizeEvent(event);
+}
+
+void PanelHeader::fit() {
+    int needed = row_->sizeHint().width();
+    for (const QWidget* widget : expendable_) {
+        needed += widget->isHidden() ? widthOf(*widget) : 0;
+    }
+    for (QWidget* widget : expendable_) {
+        const bool fits = needed <= width();
+        needed -= fits ? 0 : widthOf(*widget);
+        widget->setVisible(fits);
+    }
 }
 
 }  // namespace TarvaneApp

@@ -4,12 +4,15 @@
 #include <QVBoxLayout>
 
 #include "ChannelPickerMenu.h"
+#include "Controls/IconButton.h"
 #include "Controls/MenuButton.h"
 #include "Controls/TextLabel.h"
 #include "LiveFollow.h"
 #include "MeterEngine.h"
 #include "Panels/PanelHeader.h"
 #include "Panels/PanelMaximizeToggleButton.h"
+#include "Panels/RTAOverlayMenu.h"
+#include "RTAOptionsView.h"
 #include "ReadoutUnitPicker.h"
 #include "Spectrum/LiveSpectrumView.h"
 #include "Theme.h"
@@ -25,6 +28,7 @@ constexpr int paddingAcross = 16;
 constexpr int paddingBottom = 8;
 constexpr int averagingGap = 6;
 constexpr int averagingWidth = 90;
+constexpr int optionsIconSize = 14;
 
 }  // namespace
 
@@ -35,24 +39,42 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, const std::optional<UUID>& fixed
       fixedChannelID_(fixedChannelID),
       graph_(new LiveSpectrumView(engine, channelID(), this)),
       averaging_(new MenuButton(QStringLiteral("Averaging"), this)),
-      unitPicker_(new ReadoutUnitPicker(engine, channelID(), this)) {
+      unitPicker_(new ReadoutUnitPicker(engine, channelID(), this)),
+      overlayMenu_(new RTAOverlayMenu(engine, channelID(), this)),
+      optionsButton_(new IconButton(optionsIconSize, this)),
+      optionsPopover_(*optionsButton_, [this](QWidget* popover) {
+          return new RTAOptionsView(engine_, channelID(), popover);
+      }) {
+    const QString optionsHelp = QStringLiteral(
+        "RTA options for this channel: color, view, band resolution, peak hold, "
+        "target curve, ring-out alerts");
+    optionsButton_->setSymbol(QStringLiteral("slider.horizontal.3"), Theme::axisText);
+    optionsButton_->setToolTip(optionsHelp);
+    optionsButton_->setAccessibleName(optionsHelp);
     auto* header = new PanelHeader(QStringLiteral("Real-Time Analyzer"), this);
     if (!fixedChannelID_) {
-        header->row().addWidget(new ChannelPickerMenu(engine, engine.rtaChannelID, header));
+        auto* picker = new ChannelPickerMenu(engine, engine.rtaChannelID, header);
+        picker->letShrink();
+        header->row().addWidget(picker);
     }
+    header->row().addWidget(overlayMenu_);
     header->row().addStretch(1);
     averaging_->setFixedWidth(averagingWidth);
+    auto* averagingLabel = makeTextLabel(QStringLiteral("Averaging"), 11, Theme::axisText, header);
+    averagingLabel->setContentsMargins(0, 0, averagingGap, 0);
     auto* averagingRow = new QHBoxLayout;
-    averagingRow->setSpacing(averagingGap);
-    averagingRow->addWidget(
-        makeTextLabel(QStringLiteral("Averaging"), 11, Theme::axisText, header));
+    averagingRow->setSpacing(0);
+    averagingRow->addWidget(averagingLabel);
     averagingRow->addWidget(averaging_);
     header->row().addLayout(averagingRow);
     header->row().addWidget(unitPicker_);
+    header->row().addWidget(optionsButton_);
     if (arrangement != nullptr) {
         header->row().addWidget(
             new PanelMaximizeToggleButton(*arrangement, PanelLayout::rtaOnly, header));
     }
+    header->setExpendable({averagingLabel});
+    header->orderTabs(*graph_);
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, paddingBottom);
@@ -64,18 +86,20 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, const std::optional<UUID>& fixed
     column->addLayout(frame, 1);
 
     followAll(
-        this,
-        [this] {
-            graph_->setChannelID(channelID());
-            graph_->setOverlayIDs(engine_.rtaOverlayChannelIDs());
-            unitPicker_->setChannelID(channelID());
-        },
-        engine.rtaChannelID, engine.rtaOverlayChannelIDs, engine.extraChannels);
+        this, [this] { channelChanged(); }, engine.rtaChannelID, engine.rtaOverlayChannelIDs,
+        engine.extraChannels);
     follow(engine.rtaTimeWeighting, this, [this] { showAveraging(); });
 }
 
 UUID RTAPanelView::channelID() const {
     return engine_.resolvedChannelID(fixedChannelID_.value_or(engine_.rtaChannelID()));
+}
+
+void RTAPanelView::channelChanged() {
+    graph_->setChannelID(channelID());
+    graph_->setOverlayIDs(engine_.rtaOverlayChannelIDs());
+    unitPicker_->setChannelID(channelID());
+    overlayMenu_->setBaseChannelID(channelID());
 }
 
 void RTAPanelView::showAveraging() {

@@ -4,14 +4,17 @@
 #include <QWidget>
 #include <optional>
 
+#include "Controls/PopoverPresentationState.h"
 #include "Core/UUID.h"
 
 namespace TarvaneApp {
 
+class IconButton;
 class LiveSpectrumView;
 class MenuButton;
 class MeterEngine;
 class ModuleArrangementLink;
+class RTAOverlayMenu;
 class ReadoutUnitPicker;
 
 class RTAPanelView final : public QWidget {
@@ -25,6 +28,7 @@ class RTAPanelView final : public QWidget {
 
   private:
     void showAveraging();
+    void channelChanged();
     TarvaneKit::UUID channelID() const;
 
     MeterEngine& engine_;
@@ -32,6 +36,9 @@ class RTAPanelView final : public QWidget {
     LiveSpectrumView* graph_;
     MenuButton* averaging_;
     ReadoutUnitPicker* unitPicker_;
+    RTAOverlayMenu* overlayMenu_;
+    IconButton* optionsButton_;
+    PopoverPresentationState optionsPopover_;
 };
 
 }  // namespace TarvaneApp

@@ -105,7 +105,9 @@ void SpectrogramControls::add(QBoxLayout& layout, const QString& name, int value
     auto* row = new QHBoxLayout;
     row->setSpacing(labelGap);
     row->addWidget(makeTextLabel(name, textSize, Theme::axisText, this));
-    if (layout.direction() == QBoxLayout::TopToBottom) {
+    // Under each other the sliders stand in a column.
+    const bool isColumn = layout.direction() == QBoxLayout::TopToBottom;
+    if (isColumn) {
         row->addStretch(1);
     }
     auto* slider = new QSlider(Qt::Horizontal, this);
@@ -114,7 +116,7 @@ void SpectrogramControls::add(QBoxLayout& layout, const QString& name, int value
     connect(slider, &QSlider::valueChanged, this, std::move(write));
     row->addWidget(slider);
     auto* value = makeTextLabel({}, textSize, Theme::axisText, this);
-    value->setFixedWidth(valueWidth);
+    value->setFixedWidth(isColumn ? levelValueWidth : valueWidth);
     row->addWidget(value);
     layout.addLayout(row);
     controls_.push_back({slider, value, std::move(show)});

@@ -22,7 +22,6 @@ namespace {
 
 constexpr int paddingAcross = 16;
 constexpr int adjustIconSize = 14;
-constexpr int popoverPadding = 16;
 
 class FrequencyAxisStrip final : public QWidget {
   public:
@@ -48,15 +47,18 @@ SpectrogramPanelView::SpectrogramPanelView(MeterEngine& engine,
       picture_(new LiveSpectrogramView(engine, channelID(), this)),
       header_(new PanelHeader(QStringLiteral("Spectrogram"), this)),
       controls_(new SpectrogramControls(engine, fixedChannelID, Qt::Horizontal, header_)),
-      adjustButton_(new IconButton(adjustIconSize, header_)) {
+      adjustButton_(new IconButton(adjustIconSize, header_)),
+      adjustPopover_(*adjustButton_, [this](QWidget* popover) {
+          return new SpectrogramControls(engine_, fixedChannelID_, Qt::Vertical, popover);
+      }) {
     const QString adjustHelp = QStringLiteral("Adjust Floor, Ceiling, Speed, Slice Height");
     adjustButton_->setSymbol(QStringLiteral("slider.horizontal.3"), Theme::axisText);
     adjustButton_->setToolTip(adjustHelp);
     adjustButton_->setAccessibleName(adjustHelp);
-    connect(adjustButton_, &QAbstractButton::clicked, this, [this] { openControls(); });
     if (!fixedChannelID_) {
-        header_->row().addWidget(
-            new ChannelPickerMenu(engine, engine.spectrogramChannelID, header_));
+        auto* picker = new ChannelPickerMenu(engine, engine.spectrogramChannelID, header_);
+        picker->letShrink();
+        header_->row().addWidget(picker);
     }
     header_->row().addStretch(1);
     header_->row().addWidget(controls_);
@@ -66,6 +68,7 @@ SpectrogramPanelView::SpectrogramPanelView(MeterEngine& engine,
         header_->row().addWidget(
             new PanelMaximizeToggleButton(*arrangement, PanelLayout::spectrogramOnly, header_));
     }
+    header_->orderTabs(*picture_);
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -97,18 +100,6 @@ void SpectrogramPanelView::resizeEvent(QResizeEvent* event) {
     controls_->setVisible(fits);
     adjustButton_->setVisible(!fits);
     QWidget::resizeEvent(event);
-}
-
-void SpectrogramPanelView::openControls() {
-    auto* popover = new QWidget(this, Qt::Popup);
-    popover->setAttribute(Qt::WA_DeleteOnClose);
-    auto* layout = new QVBoxLayout(popover);
-    layout->setContentsMargins(popoverPadding, popoverPadding, popoverPadding, popoverPadding);
-    layout->addWidget(new SpectrogramControls(engine_, fixedChannelID_, Qt::Vertical, popover));
-    popover->adjustSize();
-    const QPoint corner = adjustButton_->mapToGlobal(adjustButton_->rect().bottomRight());
-    popover->move(corner - QPoint(popover->width(), 0));
-    popover->show();
 }
 
 }  // namespace TarvaneApp

@@ -5,6 +5,7 @@
 #include <QWidget>
 #include <optional>
 
+#include "Controls/PopoverPresentationState.h"
 #include "Core/UUID.h"
 
 namespace TarvaneApp {
@@ -29,7 +30,6 @@ class SpectrogramPanelView final : public QWidget {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
-    void openControls();
     TarvaneKit::UUID channelID() const;
 
     MeterEngine& engine_;
@@ -38,6 +38,7 @@ class SpectrogramPanelView final : public QWidget {
     PanelHeader* header_;
     SpectrogramControls* controls_;
     IconButton* adjustButton_;
+    PopoverPresentationState adjustPopover_;
 };
 
 }  // namespace TarvaneApp

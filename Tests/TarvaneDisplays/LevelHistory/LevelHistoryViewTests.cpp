@@ -405,6 +405,11 @@ TEST(LevelHistoryView, looksAsItsGoldenImages) {
     record(*pausedToo, 100.0, 150.0, constant(75.0));
     const auto steady = newSession();
     record(*steady, 0.0, 30.0, constant(94.0));
+    // Four hours from near silence to far beyond any sound.
+    const auto extreme = newSession();
+    record(
+        *extreme, 0.0, 14400.0, [](double elapsed) { return -190.0 + elapsed / 14400.0 * 390.0; },
+        1.0);
 
     LevelHistoryView overlays = historyOf(*show);
     overlays.secondaryMetricIndex = 1;
@@ -435,6 +440,7 @@ TEST(LevelHistoryView, looksAsItsGoldenImages) {
                                       {"dbfs", digital, ordinary},
                                       {"steady", historyOf(*steady), ordinary},
                                       {"page", page, ordinary},
+                                      {"extreme", historyOf(*extreme), ordinary},
                                       {"narrow", overlays, {240, 120}},
                                       {"huge", overlays, {1900, 600}}};
     for (const Golden& golden : goldens) {

@@ -1,0 +1,25 @@
+#include "FocusRing.h"
+
+#include <QPainter>
+
+#include "Theme.h"
+
+namespace TarvaneApp {
+
+namespace {
+
+constexpr double ringWidth = 2.0;
+
+}  // namespace
+
+void paintFocusRing(QPainter& painter, const QRectF& rect, double radius) {
+    constexpr double inset = ringWidth / 2.0;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(Theme::accent.lighter(130), ringWidth));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), radius, radius);
+    painter.restore();
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,22 @@
+// Which channel the level history shows: the meter's, or one of its own. The button names the
+// channel that is shown. Not there while there is only one.
+#pragma once
+
+#include "Controls/MenuButton.h"
+
+namespace TarvaneApp {
+
+class MeterEngine;
+
+class LevelHistoryChannelMenu final : public MenuButton {
+    Q_OBJECT
+  public:
+    explicit LevelHistoryChannelMenu(MeterEngine& engine, QWidget* parent = nullptr);
+
+  private:
+    void showChoices();
+
+    MeterEngine& engine_;
+};
+
+}  // namespace TarvaneApp

@@ -1,0 +1,24 @@
+#include "Panels/RTAOverlayMenu.h"
+
+#include <QMenu>
+
+#include "MeterEngine.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::UUID;
+
+RTAOverlayMenu::RTAOverlayMenu(MeterEngine& engine, const UUID& baseChannelID, QWidget* parent)
+    : ChannelOverlayMenu(engine, engine.rtaOverlayChannelIDs,
+                         QStringLiteral("Overlay other channels on this RTA"), baseChannelID,
+                         parent) {}
+
+void RTAOverlayMenu::fill(QMenu& menu) {
+    ChannelOverlayMenu::fill(menu);
+    menu.addSeparator();
+    QAction* clear = menu.addAction(QStringLiteral("Clear Overlays"));
+    clear->setEnabled(!overlays_().empty());
+    connect(clear, &QAction::triggered, this, [this] { overlays_.set({}); });
+}
+
+}  // namespace TarvaneApp

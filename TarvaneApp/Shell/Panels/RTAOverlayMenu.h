@@ -1,0 +1,18 @@
+// Which other channels lie over the analyzer's own.
+#pragma once
+
+#include "ChannelOverlayMenu.h"
+
+namespace TarvaneApp {
+
+class RTAOverlayMenu final : public ChannelOverlayMenu {
+    Q_OBJECT
+  public:
+    RTAOverlayMenu(MeterEngine& engine, const TarvaneKit::UUID& baseChannelID,
+                   QWidget* parent = nullptr);
+
+  private:
+    void fill(QMenu& menu) override;
+};
+
+}  // namespace TarvaneApp
