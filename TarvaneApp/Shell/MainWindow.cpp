@@ -24,7 +24,7 @@ constexpr QSize firstSize(1200, 920);
 
 }  // namespace
 
-MainWindow::MainWindow(MeterEngine& engine, const Actions& actions) : engine_(engine) {
+MainWindow::MainWindow(MeterEngine& engine, const AppCommands& commands) : engine_(engine) {
     setWindowTitle(QStringLiteral("Tarvane"));
     setWindowIcon(Icon::application());
     followAll(
@@ -38,22 +38,22 @@ MainWindow::MainWindow(MeterEngine& engine, const Actions& actions) : engine_(en
         },
         engine.rtaPlacement, engine.spectrogramPlacement, engine.levelHistoryPlacement);
     resize(firstSize);
-    setCentralWidget(new ContentView(engine, actions, this));
+    setCentralWidget(new ContentView(engine, commands, this));
     // No control is pressed or ringed until the user moves the focus there.
     centralWidget()->setFocusPolicy(Qt::ClickFocus);
     centralWidget()->setFocus();
-    makeMenus(actions);
+    makeMenus(commands);
     new MeteringKeys(engine, *this);
     new ErrorAlert(engine, this);
 }
 
-void MainWindow::makeMenus(const Actions& actions) {
+void MainWindow::makeMenus(const AppCommands& commands) {
     QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
-    QAction* settings = file->addAction(QStringLiteral("Settings…"), this, actions.showSettings);
+    QAction* settings = file->addAction(QStringLiteral("Settings…"), this, commands.showSettings);
     settings->setShortcut(QKeySequence(QStringLiteral("Ctrl+,")));
     settings->setMenuRole(QAction::PreferencesRole);
     file->addSeparator();
-    QAction* quit = file->addAction(QStringLiteral("Quit"), this, actions.quit);
+    QAction* quit = file->addAction(QStringLiteral("Quit"), this, commands.quit);
     quit->setShortcut(QKeySequence(QStringLiteral("Ctrl+Q")));
     quit->setMenuRole(QAction::QuitRole);
 
@@ -69,16 +69,16 @@ void MainWindow::makeMenus(const Actions& actions) {
         ->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+C")));
     addSwitch(QStringLiteral("Show Level Bar in SPL Meter"), engine_.splMeterShowsLevelBar);
 
-    makeWindowMenu(actions);
+    makeWindowMenu(commands);
 }
 
-void MainWindow::makeWindowMenu(const Actions& actions) {
+void MainWindow::makeWindowMenu(const AppCommands& commands) {
     QMenu* window = menuBar()->addMenu(QStringLiteral("&Window"));
     QAction* showMain = window->addAction(QStringLiteral("Show Main Window"), this,
                                           [this] { bringToFront(*this); });
     showMain->setShortcut(QKeySequence(QStringLiteral("Ctrl+0")));
     QMenu* channels = window->addMenu(QStringLiteral("Channel Windows"));
-    follow(engine_.extraChannels, channels, [this, channels, open = actions.openChannelWindow] {
+    follow(engine_.extraChannels, channels, [this, channels, open = commands.openChannelWindow] {
         const bool hasExtraChannels = !engine_.extraChannels().empty();
         channels->clear();
         channels->setEnabled(hasExtraChannels);

@@ -12,15 +12,14 @@ class MeterEngine;
 class MainWindow final : public QMainWindow {
     Q_OBJECT
   public:
-    using Actions = AppCommands;
-    MainWindow(MeterEngine& engine, const Actions& actions);
+    MainWindow(MeterEngine& engine, const AppCommands& commands);
 
     /// The items of the menus that have keys of their own, which are to work in every window.
     QList<QAction*> keyedActions() const;
 
   private:
-    void makeMenus(const Actions& actions);
-    void makeWindowMenu(const Actions& actions);
+    void makeMenus(const AppCommands& commands);
+    void makeWindowMenu(const AppCommands& commands);
 
     MeterEngine& engine_;
 };

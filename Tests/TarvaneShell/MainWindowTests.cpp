@@ -32,8 +32,8 @@ class MainWindowTests : public TarvaneTests::EngineFixture {
   protected:
     MainWindowTests() {
         window = std::make_unique<MainWindow>(
-            *engine, MainWindow::Actions{.showSettings = [this] { ++settingsShown; },
-                                         .quit = [this] { ++quits; }});
+            *engine,
+            AppCommands{.showSettings = [this] { ++settingsShown; }, .quit = [this] { ++quits; }});
         window->show();
         window->activateWindow();
         waitUntil([&] { return window->isActiveWindow(); });

@@ -59,8 +59,8 @@ class PanelTests : public TarvaneTests::EngineFixture {
     ~PanelTests() override { window.reset(); }
 
     void open() {
-        window = std::make_unique<MainWindow>(
-            *engine, MainWindow::Actions{.showSettings = [] {}, .quit = [] {}});
+        window = std::make_unique<MainWindow>(*engine,
+                                              AppCommands{.showSettings = [] {}, .quit = [] {}});
         window->resize(1400, 900);
         window->show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(window.get()));

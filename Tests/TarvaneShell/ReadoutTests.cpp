@@ -38,8 +38,8 @@ constexpr double noValue = -std::numeric_limits<double>::infinity();
 class ReadoutTests : public TarvaneTests::EngineFixture {
   protected:
     ReadoutTests() {
-        window = std::make_unique<MainWindow>(
-            *engine, MainWindow::Actions{.showSettings = [] {}, .quit = [] {}});
+        window = std::make_unique<MainWindow>(*engine,
+                                              AppCommands{.showSettings = [] {}, .quit = [] {}});
         window->show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(window.get()));
         settle();

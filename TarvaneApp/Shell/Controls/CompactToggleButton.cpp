@@ -6,7 +6,6 @@
 #include <QSignalBlocker>
 #include <algorithm>
 
-#include "Appearance.h"
 #include "Theme.h"
 
 namespace TarvaneApp {

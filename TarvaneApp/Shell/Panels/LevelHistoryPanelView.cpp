@@ -15,6 +15,7 @@
 #include "Panels/LevelHistoryExtremesSummary.h"
 #include "Panels/LevelHistoryOverlayMenu.h"
 #include "Panels/PanelHeader.h"
+#include "RawText.h"
 #include "Readouts/ReadoutText.h"
 #include "Theme.h"
 
@@ -29,11 +30,6 @@ constexpr int paddingBottom = 8;
 constexpr int stripHeight = 170;
 constexpr int resetIconSize = 12;
 constexpr double textSize = 11.0;
-
-QString zoomLabel(LevelHistoryZoom zoom) {
-    const auto label = TarvaneKit::rawValue(zoom);
-    return QString::fromUtf8(label.data(), static_cast<int>(label.size()));
-}
 
 }  // namespace
 
@@ -115,7 +111,7 @@ void LevelHistoryPanelView::channelChanged() {
 void LevelHistoryPanelView::showZoom() {
     std::vector<MenuButton::Item> items;
     for (const LevelHistoryZoom zoom : TarvaneKit::allCases<LevelHistoryZoom>()) {
-        items.push_back({.text = zoomLabel(zoom),
+        items.push_back({.text = rawText(zoom),
                          .isCurrent = zoom == engine_.levelHistoryZoom(),
                          .action =
                              [this, zoom] {
@@ -126,7 +122,7 @@ void LevelHistoryPanelView::showZoom() {
     }
     zoomMenu_->setItems(std::move(items));
     const QString help = QStringLiteral("Back to %1 (or double-click the graph)")
-                             .arg(zoomLabel(engine_.levelHistoryZoom()));
+                             .arg(rawText(engine_.levelHistoryZoom()));
     resetButton_->setToolTip(help);
     resetButton_->setAccessibleName(help);
 }

@@ -13,6 +13,7 @@
 #include "Panels/PanelMaximizeToggleButton.h"
 #include "Panels/RTAOverlayMenu.h"
 #include "RTAOptionsView.h"
+#include "RawText.h"
 #include "ReadoutUnitPicker.h"
 #include "Spectrum/LiveSpectrumView.h"
 #include "Theme.h"
@@ -105,8 +106,7 @@ void RTAPanelView::channelChanged() {
 void RTAPanelView::showAveraging() {
     std::vector<MenuButton::Item> items;
     for (const TimeWeighting weighting : TarvaneKit::allCases<TimeWeighting>()) {
-        const auto label = TarvaneKit::rawValue(weighting);
-        items.push_back({.text = QString::fromUtf8(label.data(), static_cast<int>(label.size())),
+        items.push_back({.text = rawText(weighting),
                          .isCurrent = weighting == engine_.rtaTimeWeighting(),
                          .action = [this, weighting] { engine_.rtaTimeWeighting.set(weighting); },
                          .dot = std::nullopt});

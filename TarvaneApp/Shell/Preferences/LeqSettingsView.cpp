@@ -10,6 +10,7 @@
 #include "LiveFollow.h"
 #include "MeterEngine.h"
 #include "Preferences/FormHelp.h"
+#include "RawText.h"
 
 namespace TarvaneApp {
 
@@ -24,9 +25,7 @@ QComboBox* makeWeightingPicker(MeterEngine& engine, QWidget* parent) {
     });
     std::vector<ComboEntry> entries;
     for (const Weighting weighting : TarvaneKit::allCases<Weighting>()) {
-        const std::string_view raw = TarvaneKit::rawValue(weighting);
-        entries.push_back({QString::fromUtf8(raw.data(), static_cast<qsizetype>(raw.size())),
-                           static_cast<int>(weighting)});
+        entries.push_back({rawText(weighting), static_cast<int>(weighting)});
     }
     follow(engine.leqWeighting, picker, [&engine, picker, entries] {
         setEntries(*picker, entries, static_cast<int>(engine.leqWeighting()));
