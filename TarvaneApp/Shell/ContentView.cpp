@@ -30,9 +30,14 @@ ContentView::ContentView(MeterEngine& engine, const AppCommands& commands, QWidg
 
 void ContentView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    if (event->spontaneous()) {
-        return;
+    if (!event->spontaneous()) {
+        // Not before the window itself is on its way to the screen: an alert or a module's window
+        // that comes first would lie behind it.
+        QMetaObject::invokeMethod(this, &ContentView::appeared, Qt::QueuedConnection);
     }
+}
+
+void ContentView::appeared() {
     engine_.refreshDevices();
     for (const StandaloneModule module : standaloneModules) {
         syncStandaloneWindow(module, placement(engine_, module)());

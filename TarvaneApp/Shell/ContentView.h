@@ -19,6 +19,7 @@ class ContentView final : public QWidget {
     void showEvent(QShowEvent* event) override;
 
   private:
+    void appeared();
     void syncStandaloneWindow(StandaloneModule module, ModulePlacement placement);
 
     MeterEngine& engine_;

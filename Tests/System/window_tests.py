@@ -396,11 +396,25 @@ def a_restart_of_the_server_is_told_once_and_metering_starts_again(desk):
 
 
 @test
+def an_alert_at_launch_lies_in_front_of_the_window(desk):
+    program = desk.launch()
+    program.wait_for_alert(20)
+    program.dismiss_alert()
+    time.sleep(1)
+    expect(not program.alerts(), f"the alerts are {program.alerts()}")
+
+
+an_alert_at_launch_lies_in_front_of_the_window.desk = {"serves_audio": False}
+
+
+@test
 def a_server_that_comes_after_the_program_is_found(desk):
     uses(desk, MIC)
     program = desk.launch()
+    program.wait_for_alert(20)  # there are no devices
+    program.dismiss_alert()
     program.key("space")
-    program.wait_for_alert(20)
+    program.wait_for_alert(20)  # nor a server
     program.dismiss_alert()
     program.wait_for("Start", "push button")
     desk.serve_audio()
