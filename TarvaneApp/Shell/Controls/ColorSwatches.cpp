@@ -1,7 +1,6 @@
 #include "Controls/ColorSwatches.h"
 
 #include <QAbstractButton>
-#include <QEvent>
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QSignalBlocker>
@@ -26,18 +25,12 @@ class SwatchButton final : public QAbstractButton {
     SwatchButton(const ColorSwatches::Swatch& swatch, QWidget* parent)
         : QAbstractButton(parent), color_(Theme::color(swatch.color)) {
         setAccessibleName(QString::fromLatin1(swatch.name));
+        setAttribute(Qt::WA_Hover);
         setCheckable(true);
         setFixedSize(swatchSize, swatchSize);
     }
 
   protected:
-    bool event(QEvent* event) override {
-        if (event->type() == QEvent::Enter || event->type() == QEvent::Leave) {
-            update();
-        }
-        return QAbstractButton::event(event);
-    }
-
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);

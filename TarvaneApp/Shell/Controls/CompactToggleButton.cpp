@@ -1,6 +1,5 @@
 #include "Controls/CompactToggleButton.h"
 
-#include <QEvent>
 #include <QFontMetrics>
 #include <QPainter>
 #include <QSignalBlocker>
@@ -28,6 +27,7 @@ CompactToggleButton::CompactToggleButton(const QString& label, std::function<voi
     : QAbstractButton(parent) {
     setText(label);
     setCheckable(true);
+    setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     // Not `clicked`: an assistive program toggles without a click. What is selected can't be
@@ -49,13 +49,6 @@ void CompactToggleButton::setSelected(bool selected) {
 QSize CompactToggleButton::sizeHint() const {
     const int width = QFontMetrics(labelFont()).horizontalAdvance(text()) + 2 * paddingAcross;
     return {std::max(width, smallestSize.width()), smallestSize.height()};
-}
-
-bool CompactToggleButton::event(QEvent* event) {
-    if (event->type() == QEvent::Enter || event->type() == QEvent::Leave) {
-        update();
-    }
-    return QAbstractButton::event(event);
 }
 
 void CompactToggleButton::paintEvent(QPaintEvent*) {

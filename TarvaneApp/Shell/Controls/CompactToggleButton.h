@@ -19,7 +19,6 @@ class CompactToggleButton final : public QAbstractButton {
     QSize sizeHint() const override;
 
   protected:
-    bool event(QEvent* event) override;
     void nextCheckState() override { setChecked(true); }
     void paintEvent(QPaintEvent* event) override;
 };

@@ -1,6 +1,5 @@
 #include "Controls/IconButton.h"
 
-#include <QEvent>
 #include <QPainter>
 
 #include "FocusRing.h"
@@ -10,6 +9,7 @@ namespace TarvaneApp {
 
 IconButton::IconButton(int iconSize, QWidget* parent)
     : QAbstractButton(parent), iconSize_(iconSize) {
+    setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
@@ -24,13 +24,6 @@ void IconButton::setSymbol(const QString& name, const QColor& color) {
 
 QSize IconButton::sizeHint() const {
     return {iconSize_ + 2 * margin, iconSize_ + 2 * margin};
-}
-
-bool IconButton::event(QEvent* event) {
-    if (event->type() == QEvent::Enter || event->type() == QEvent::Leave) {
-        update();
-    }
-    return QAbstractButton::event(event);
 }
 
 void IconButton::paintEvent(QPaintEvent*) {

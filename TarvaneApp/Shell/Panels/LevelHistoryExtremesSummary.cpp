@@ -1,7 +1,6 @@
 #include "Panels/LevelHistoryExtremesSummary.h"
 
 #include <QAbstractButton>
-#include <QEvent>
 #include <QFontMetricsF>
 #include <QHBoxLayout>
 #include <QPainter>
@@ -31,6 +30,7 @@ constexpr double dimmed = 0.5;
 class LevelHistoryExtremesSummary::Button final : public QAbstractButton {
   public:
     Button(const QString& title, QWidget* parent) : QAbstractButton(parent), title_(title) {
+        setAttribute(Qt::WA_Hover);
         setToolTip(QStringLiteral("Show this moment"));
         setFocusPolicy(Qt::TabFocus);
         setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -59,13 +59,6 @@ class LevelHistoryExtremesSummary::Button final : public QAbstractButton {
     }
 
   protected:
-    bool event(QEvent* event) override {
-        if (event->type() == QEvent::Enter || event->type() == QEvent::Leave) {
-            update();
-        }
-        return QAbstractButton::event(event);
-    }
-
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);

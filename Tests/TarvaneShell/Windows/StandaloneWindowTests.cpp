@@ -8,15 +8,12 @@
 #include <QTest>
 #include <algorithm>
 
-#include "MainWindow.h"
 #include "Panels/LevelHistoryPanelView.h"
 #include "Panels/PanelMaximizeToggleButton.h"
 #include "Panels/RTAPanelView.h"
 #include "Panels/SPLMeterPanelView.h"
 #include "Panels/SpectrogramPanelView.h"
-#include "Support/FakeAudioSystem.h"
-#include "Support/MemoryStore.h"
-#include "TarvaneApplication.h"
+#include "TarvaneShell/Windows/ApplicationFixture.h"
 #include "Windows/StandaloneModuleWindow.h"
 #include "Windows/StandaloneWindowGuard.h"
 #include "Windows/WindowFrame.h"
@@ -26,43 +23,13 @@ namespace {
 
 using enum ModulePlacement;
 
-class StandaloneWindowTests : public testing::Test {
+class StandaloneWindowTests : public TarvaneTests::ApplicationFixture {
   protected:
-    StandaloneWindowTests() {
-        audio.plugIn({.id = 40, .uid = "mic", .name = "Measurement Mic", .channelCount = 1});
-        audio.setDefaultInput(40);
-        launch();
-    }
+    StandaloneWindowTests()
+        : ApplicationFixture(
+              {.id = 40, .uid = "mic", .name = "Measurement Mic", .channelCount = 1}) {}
 
-    void launch() {
-        application = std::make_unique<TarvaneApplication>(audio, store);
-        application->showMainWindow();
-        settle();
-    }
-    // What the desktop and the Quit item send; then the process ends.
-    void quit() {
-        QEvent event(QEvent::Quit);
-        QCoreApplication::sendEvent(qApp, &event);
-        settle();
-        application.reset();
-    }
-    static void settle() {
-        for (int i = 0; i < 3; ++i) {
-            QCoreApplication::processEvents();
-            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        }
-    }
-
-    MeterEngine& engine() { return application->engine(); }
     static QWidget* window(StandaloneModule module) { return visibleStandaloneWindow(module); }
-    static MainWindow& theMainWindow() {
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (auto* found = qobject_cast<MainWindow*>(widget)) {
-                return *found;
-            }
-        }
-        throw std::logic_error("there is no main window");
-    }
     static auto windowCount(StandaloneModule module) {
         const auto all = QApplication::topLevelWidgets();
         return std::ranges::count_if(all, [&](const QWidget* widget) {
@@ -76,10 +43,6 @@ class StandaloneWindowTests : public testing::Test {
         settle();
         return another;
     }
-
-    TarvaneTests::FakeAudioSystem audio;
-    TarvaneTests::MemoryStore store;
-    std::unique_ptr<TarvaneApplication> application;
 };
 
 TEST_F(StandaloneWindowTests, eachModuleHasItsWindowWithItsPanelAndNoExpandButton) {

@@ -10,10 +10,7 @@
 #include <QTest>
 #include <algorithm>
 
-#include "MainWindow.h"
-#include "Support/FakeAudioSystem.h"
-#include "Support/MemoryStore.h"
-#include "TarvaneApplication.h"
+#include "TarvaneShell/Windows/ApplicationFixture.h"
 #include "Windows/ChannelWindowView.h"
 
 namespace TarvaneApp {
@@ -21,31 +18,11 @@ namespace {
 
 using TarvaneKit::UUID;
 
-class WindowSceneTests : public testing::Test {
+class WindowSceneTests : public TarvaneTests::ApplicationFixture {
   protected:
-    WindowSceneTests() {
-        audio.plugIn({.id = 41, .uid = "desk", .name = "Desk", .channelCount = 8});
-        audio.setDefaultInput(41);
-        launch();
-    }
+    WindowSceneTests()
+        : ApplicationFixture({.id = 41, .uid = "desk", .name = "Desk", .channelCount = 8}) {}
 
-    void launch() {
-        application = std::make_unique<TarvaneApplication>(audio, store);
-        application->showMainWindow();
-        settle();
-    }
-    void quit() {
-        QEvent event(QEvent::Quit);
-        QCoreApplication::sendEvent(qApp, &event);
-        settle();
-        application.reset();
-    }
-    static void settle() {
-        for (int i = 0; i < 3; ++i) {
-            QCoreApplication::processEvents();
-            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        }
-    }
     UUID addChannel(const std::string& name) {
         engine().addChannel();
         const UUID id = engine().extraChannels().back().id;
@@ -53,8 +30,6 @@ class WindowSceneTests : public testing::Test {
         return id;
     }
 
-    MeterEngine& engine() { return application->engine(); }
-    static MainWindow& mainWindow() { return *windows<MainWindow>().at(0); }
     template <class Window>
     static QList<Window*> windows() {
         QList<Window*> found;
@@ -66,7 +41,7 @@ class WindowSceneTests : public testing::Test {
         return found;
     }
     static QAction* item(const QString& text) {
-        for (QAction* action : mainWindow().findChildren<QAction*>()) {
+        for (QAction* action : theMainWindow().findChildren<QAction*>()) {
             if (action->text() == text) {
                 return action;
             }
@@ -81,10 +56,6 @@ class WindowSceneTests : public testing::Test {
         }
         settle();
     }
-
-    TarvaneTests::FakeAudioSystem audio;
-    TarvaneTests::MemoryStore store;
-    std::unique_ptr<TarvaneApplication> application;
 };
 
 TEST_F(WindowSceneTests, theMenuOfChannelWindowsIsEmptyWithoutExtraChannels) {
@@ -125,25 +96,25 @@ TEST_F(WindowSceneTests, meteringGoesOnWithoutTheMainWindowWhichComesBackAsItWas
     while (engine().isStarting()) {
         settle();
     }
-    mainWindow().close();
+    theMainWindow().close();
     settle();
     EXPECT_TRUE(engine().isRunning());
     EXPECT_TRUE(engine().isDemanded(ChannelDemand::rta, stage));
     item(QStringLiteral("Show Main Window"))->trigger();
     settle();
-    EXPECT_TRUE(mainWindow().isVisible());
+    EXPECT_TRUE(theMainWindow().isVisible());
     EXPECT_TRUE(engine().isRunning());
     engine().stop();
 }
 
 TEST_F(WindowSceneTests, showMainWindowBringsBackAMinimisedOneAndMakesNoSecond) {
-    mainWindow().setWindowState(Qt::WindowMinimized);
+    theMainWindow().setWindowState(Qt::WindowMinimized);
     settle();
     QAction* show = item(QStringLiteral("Show Main Window"));
     EXPECT_EQ(show->shortcut(), QKeySequence(QStringLiteral("Ctrl+0")));
     show->trigger();
-    EXPECT_FALSE(mainWindow().isMinimized());
-    EXPECT_TRUE(mainWindow().isVisible());
+    EXPECT_FALSE(theMainWindow().isMinimized());
+    EXPECT_TRUE(theMainWindow().isVisible());
     show->trigger();
     EXPECT_EQ(windows<MainWindow>().size(), 1);
 }
