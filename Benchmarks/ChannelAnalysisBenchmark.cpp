@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "ChannelProcessor.h"
 #include "DSP/Kernels/VectorTarget.h"
+#include "Metering/ChannelProcessor.h"
 #include "Support/ScalarSpectrum.h"
 #include "Support/Signals.h"
 #include "TickCost.h"

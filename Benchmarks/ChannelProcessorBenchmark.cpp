@@ -8,8 +8,8 @@
 #include <random>
 #include <vector>
 
-#include "ChannelProcessor.h"
 #include "FrameCost.h"
+#include "Metering/ChannelProcessor.h"
 #include "Support/ScalarSPLMeter.h"
 
 namespace TarvaneBenchmarks {

@@ -8,8 +8,8 @@
 #include <QPainter>
 #include <map>
 
+#include "Displays/LevelHistory/LevelHistoryRaster.h"
 #include "DrawingCost.h"
-#include "LevelHistory/LevelHistoryRaster.h"
 #include "Support/LevelHistoryScenes.h"
 
 namespace TarvaneBenchmarks {

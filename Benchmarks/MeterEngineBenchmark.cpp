@@ -12,14 +12,14 @@
 #include <memory>
 #include <vector>
 
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/UserDefaults.h"
 #include "Support/FakeAudioSystem.h"
 #include "Support/ManualTime.h"
 #include "Support/MemoryStore.h"
 #include "Support/Signals.h"
 #include "Support/TemporaryFolder.h"
 #include "TickCost.h"
-#include "UserDefaults.h"
 
 namespace TarvaneBenchmarks {
 namespace {

@@ -6,8 +6,8 @@
 #include <QImage>
 #include <QPainter>
 
-#include "Readouts/LevelBarView.h"
-#include "Readouts/SPLReadoutView.h"
+#include "Displays/Readouts/LevelBarView.h"
+#include "Displays/Readouts/SPLReadoutView.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 #include <QImage>
 #include <QPainter>
 
+#include "Displays/Spectrogram/SpectrogramRaster.h"
+#include "Displays/Theme.h"
 #include "DrawingCost.h"
-#include "Spectrogram/SpectrogramRaster.h"
 #include "Support/SpectrogramScenes.h"
-#include "Theme.h"
 
 namespace TarvaneBenchmarks {
 namespace {

@@ -7,8 +7,8 @@
 #include <QImage>
 #include <QPainter>
 
+#include "Displays/Spectrum/SpectrumRaster.h"
 #include "DrawingCost.h"
-#include "Spectrum/SpectrumRaster.h"
 #include "Support/SpectrumScenes.h"
 
 namespace TarvaneBenchmarks {

@@ -23,12 +23,6 @@ step() {
 build() {
     local preset=$1
     shift
-    local launcher=()
-    if command -v ccache >/dev/null; then
-        launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
-        # What ccache asks for to keep files that begin with a precompiled header.
-        export CCACHE_SLOPPINESS=pch_defines,time_macros
-    fi
-    cmake --preset "$preset" -Wno-dev --log-level=WARNING "${launcher[@]}" &&
+    cmake --preset "$preset" -Wno-dev --log-level=WARNING &&
         NINJA_STATUS='[%f/%t] ' cmake --build --preset "$preset" ${1:+--target "$@"}
 }

@@ -1,9 +1,9 @@
 # A box is one library of the program: a folder, a target, an include root.
-# Its headers are found only by the boxes that link it, so that an include
-# against the direction of the data does not compile. Each header is also
-# compiled alone (target all_verify_interface_header_sets).
+# Includes name the box ("Records/ChannelColors.h"), and its headers are found only by the
+# boxes that link it, so that an include against the direction of the data does not
+# compile. Each header also compiles alone (target headers-alone).
 
-set(CMAKE_VERIFY_INTERFACE_HEADER_SETS ON)
+add_custom_target(headers-alone)
 
 add_library(TarvaneFlags INTERFACE)
 target_compile_options(TarvaneFlags INTERFACE
@@ -20,10 +20,81 @@ if(TARVANE_SANITIZE)
   target_link_options(TarvaneFlags INTERFACE -fsanitize=${TARVANE_SANITIZE})
 endif()
 
-# tarvane_box(<name> ROOT <include root> HEADERS … SOURCES … [PUBLIC …] [PRIVATE …])
+# tarvane_glob(<variable> <patterns…>): the files that match below the present folder. A pattern
+# that matches none is a mistake.
+function(tarvane_glob variable)
+  set(found)
+  foreach(pattern IN LISTS ARGN)
+    file(GLOB_RECURSE files CONFIGURE_DEPENDS "${pattern}")
+    if(NOT files)
+      message(FATAL_ERROR "No file matches ${pattern} in ${CMAKE_CURRENT_SOURCE_DIR}.")
+    endif()
+    list(APPEND found ${files})
+  endforeach()
+  set(${variable} ${found} PARENT_SCOPE)
+endfunction()
+
+# tarvane_precompile(<target> <headers, as an include spells them…>)
+# A header that comes by its own name and not by a path keeps the tree's place out of what is
+# compiled, so that ccache finds it in another clone.
+function(tarvane_precompile target)
+  list(TRANSFORM ARGN REPLACE "^([^<].*)$" "\"\\1\"")
+  target_precompile_headers(${target} PRIVATE ${ARGN})
+  # What ccache asks for: the file in which the use of a precompiled header shows, and one that
+  # is the same whenever it is made.
+  target_compile_options(${target} PRIVATE
+    $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>
+    "$<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>")
+endfunction()
+
+# tarvane_box(<name> FOLDERS <folders…> [PUBLIC <boxes and libraries…>] [PRIVATE <the same…>]
+#             [EXCEPT <regex of paths in the folders that are no part of it>]
+#             [INTERNAL <regex of headers that only the box itself includes>]
+#             [SOURCES <made ones…>] [PRECOMPILE <headers…>])
+# All sources in the folders and below them. The include root has each folder under the name that
+# is given here, and nothing else.
 function(tarvane_box name)
-  cmake_parse_arguments(PARSE_ARGV 1 box "" "ROOT" "HEADERS;SOURCES;PUBLIC;PRIVATE")
+  cmake_parse_arguments(PARSE_ARGV 1 box "" "EXCEPT;INTERNAL"
+    "FOLDERS;PUBLIC;PRIVATE;SOURCES;PRECOMPILE")
+  set(root "${CMAKE_BINARY_DIR}/include/${name}")
   add_library(${name} STATIC ${box_SOURCES})
-  target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS ${box_ROOT} FILES ${box_HEADERS})
+  foreach(folder IN LISTS box_FOLDERS)
+    get_filename_component(parent "${root}/${folder}" DIRECTORY)
+    file(MAKE_DIRECTORY "${parent}")
+    file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}/${folder}" "${root}/${folder}" SYMBOLIC)
+
+    tarvane_glob(sources "${folder}/*.cpp")
+    tarvane_glob(headers "${folder}/*.h")
+    if(box_EXCEPT)
+      list(FILTER sources EXCLUDE REGEX "${box_EXCEPT}")
+      list(FILTER headers EXCLUDE REGEX "${box_EXCEPT}")
+    endif()
+    target_sources(${name} PRIVATE ${sources} ${headers})
+    list(APPEND all_headers ${headers})
+  endforeach()
   target_link_libraries(${name} PUBLIC ${box_PUBLIC} PRIVATE TarvaneFlags ${box_PRIVATE})
+  target_include_directories(${name} PUBLIC "${root}")
+  if(box_PRECOMPILE)
+    tarvane_precompile(${name} ${box_PRECOMPILE})
+  endif()
+  if(box_INTERNAL)
+    list(FILTER all_headers EXCLUDE REGEX "${box_INTERNAL}")
+  endif()
+  tarvane_headers_alone(${name} ${all_headers})
+endfunction()
+
+# tarvane_headers_alone(<box> <its headers, below the present folder…>): a source for each that
+# includes it and nothing else, compiled as a user of the box.
+function(tarvane_headers_alone box)
+  set(sources)
+  foreach(header IN LISTS ARGN)
+    file(RELATIVE_PATH spelling "${CMAKE_CURRENT_SOURCE_DIR}" "${header}")
+    set(source "${CMAKE_CURRENT_BINARY_DIR}/alone/${spelling}.cpp")
+    file(CONFIGURE OUTPUT "${source}" CONTENT "#include \"${spelling}\"\n")
+    list(APPEND sources "${source}")
+  endforeach()
+  add_library(${box}HeadersAlone OBJECT EXCLUDE_FROM_ALL ${sources})
+  set_target_properties(${box}HeadersAlone PROPERTIES AUTOMOC OFF)
+  target_link_libraries(${box}HeadersAlone PRIVATE TarvaneFlags ${box})
+  add_dependencies(headers-alone ${box}HeadersAlone)
 endfunction()

@@ -1,8 +1,8 @@
-#include "FocusRing.h"
+#include "Displays/FocusRing.h"
 
 #include <QPainter>
 
-#include "Theme.h"
+#include "Displays/Theme.h"
 
 namespace TarvaneApp {
 

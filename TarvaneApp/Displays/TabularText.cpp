@@ -1,4 +1,4 @@
-#include "TabularText.h"
+#include "Displays/TabularText.h"
 
 #include <QCache>
 #include <QFontMetricsF>

@@ -1,4 +1,4 @@
-#include "Theme.h"
+#include "Displays/Theme.h"
 
 #include <QFontDatabase>
 #include <QGuiApplication>

@@ -1,10 +1,10 @@
-#include "TraceColumns.h"
+#include "Displays/TraceColumns.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
-#include "PixelBlend.h"
+#include "Displays/PixelBlend.h"
 
 namespace TarvaneApp {
 

@@ -1,6 +1,6 @@
-#include "ChannelDemand.h"
+#include "Engine/ChannelDemand.h"
 
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
 
 namespace TarvaneApp {
 

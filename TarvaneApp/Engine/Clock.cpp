@@ -1,4 +1,4 @@
-#include "Clock.h"
+#include "Engine/Clock.h"
 
 namespace TarvaneApp {
 

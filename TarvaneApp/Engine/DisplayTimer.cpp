@@ -1,4 +1,4 @@
-#include "DisplayTimer.h"
+#include "Engine/DisplayTimer.h"
 
 #include <sys/timerfd.h>
 #include <unistd.h>

@@ -7,7 +7,7 @@
 #include <QObject>
 #include <memory>
 
-#include "TickTimer.h"
+#include "Engine/TickTimer.h"
 
 class QSocketNotifier;
 

@@ -1,4 +1,4 @@
-#include "MainThreadQueue.h"
+#include "Engine/MainThreadQueue.h"
 
 #include <sys/eventfd.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "MeterChannel.h"
+#include "Engine/MeterChannel.h"
 
 namespace TarvaneApp {
 

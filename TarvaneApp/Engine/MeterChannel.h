@@ -7,11 +7,11 @@
 #include <string>
 
 #include "Calibration/CalibrationProfile.h"
-#include "ChannelFrame.h"
-#include "ChannelProcessor.h"
 #include "Core/Date.h"
 #include "Core/UUID.h"
-#include "LiveMeterData.h"
+#include "Engine/LiveMeterData.h"
+#include "Metering/ChannelFrame.h"
+#include "Metering/ChannelProcessor.h"
 #include "Metrics/SPLHistoryRecorder.h"
 
 namespace TarvaneApp {

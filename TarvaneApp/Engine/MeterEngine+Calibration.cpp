@@ -7,7 +7,7 @@
 #include <cmath>
 #include <string_view>
 
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
 
 namespace TarvaneApp {
 

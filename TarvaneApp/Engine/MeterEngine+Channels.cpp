@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "ChannelColors.h"
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
+#include "Records/ChannelColors.h"
 
 namespace TarvaneApp {
 

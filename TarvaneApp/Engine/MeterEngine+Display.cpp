@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
 
 namespace TarvaneApp {
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <set>
 
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
 
 namespace TarvaneApp {
 

@@ -1,7 +1,7 @@
 // Where the modules are. The main window is never empty: when the last module leaves it, the SPL
 // meter comes back.
 
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
 
 namespace TarvaneApp {
 

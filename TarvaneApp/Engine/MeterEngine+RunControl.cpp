@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
 
 namespace TarvaneApp {
 

@@ -1,7 +1,7 @@
 // The types of the engine's settings: how each is stored, compiled once.
 
-#include "MeterEngine.h"
-#include "SettingStorage.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/SettingStorage.h"
 
 namespace TarvaneApp {
 

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
 
 namespace TarvaneApp {
 

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "Core/Coding.h"
-#include "LayoutEnums.h"
+#include "Records/LayoutEnums.h"
 
 namespace TarvaneApp {
 

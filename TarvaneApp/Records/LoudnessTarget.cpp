@@ -1,4 +1,4 @@
-#include "LoudnessTarget.h"
+#include "Records/LoudnessTarget.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "SpectrogramColorStop.h"
+#include "Records/SpectrogramColorStop.h"
 
 namespace TarvaneApp {
 

@@ -1,4 +1,4 @@
-#include "Persistence.h"
+#include "Settings/Persistence.h"
 
 namespace TarvaneApp {
 

@@ -7,7 +7,7 @@
 
 #include "Core/Coding.h"
 #include "Core/UUID.h"
-#include "KeyValueStore.h"
+#include "Settings/KeyValueStore.h"
 
 namespace TarvaneApp {
 

@@ -1,4 +1,4 @@
-#include "UserDefaults.h"
+#include "Settings/UserDefaults.h"
 
 #include <QSettings>
 

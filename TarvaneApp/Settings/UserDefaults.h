@@ -12,7 +12,7 @@
 #include <optional>
 
 #include "Core/SerialQueue.h"
-#include "KeyValueStore.h"
+#include "Settings/KeyValueStore.h"
 
 namespace TarvaneApp {
 

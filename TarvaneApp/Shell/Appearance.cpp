@@ -1,4 +1,4 @@
-#include "Appearance.h"
+#include "Shell/Appearance.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -10,9 +10,9 @@
 #include <QToolTip>
 #include <algorithm>
 
-#include "FocusRing.h"
-#include "Icon.h"
-#include "Theme.h"
+#include "Displays/FocusRing.h"
+#include "Displays/Theme.h"
+#include "Shell/Controls/Icon.h"
 
 namespace TarvaneApp {
 

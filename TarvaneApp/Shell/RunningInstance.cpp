@@ -1,4 +1,4 @@
-#include "RunningInstance.h"
+#include "Shell/RunningInstance.h"
 
 #include <QLocalSocket>
 #include <QStandardPaths>

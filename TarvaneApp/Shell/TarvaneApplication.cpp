@@ -1,14 +1,14 @@
-#include "TarvaneApplication.h"
+#include "Shell/TarvaneApplication.h"
 
 #include <QApplication>
 
-#include "Appearance.h"
-#include "Icon.h"
-#include "MainWindow.h"
-#include "Preferences/PreferencesWindow.h"
-#include "Windows/InFront.h"
-#include "Windows/WindowFrame.h"
-#include "Windows/WindowScenes.h"
+#include "Shell/Appearance.h"
+#include "Shell/Controls/Icon.h"
+#include "Shell/Preferences/PreferencesWindow.h"
+#include "Shell/Windows/InFront.h"
+#include "Shell/Windows/MainWindow.h"
+#include "Shell/Windows/WindowFrame.h"
+#include "Shell/Windows/WindowScenes.h"
 
 namespace TarvaneApp {
 

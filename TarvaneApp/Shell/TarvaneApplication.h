@@ -5,11 +5,11 @@
 #include <memory>
 
 #include "AudioIO/AudioSystem.h"
-#include "Clock.h"
-#include "DisplayTimer.h"
-#include "KeyValueStore.h"
-#include "MeterEngine.h"
-#include "Windows/AppTermination.h"
+#include "Engine/Clock.h"
+#include "Engine/DisplayTimer.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/KeyValueStore.h"
+#include "Shell/Windows/AppTermination.h"
 
 namespace TarvaneApp {
 

@@ -3,9 +3,9 @@
 #include <QApplication>
 
 #include "AudioIO/PipeWire/PipeWireAudioSystem.h"
-#include "RunningInstance.h"
-#include "TarvaneApplication.h"
-#include "UserDefaults.h"
+#include "Settings/UserDefaults.h"
+#include "Shell/RunningInstance.h"
+#include "Shell/TarvaneApplication.h"
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);

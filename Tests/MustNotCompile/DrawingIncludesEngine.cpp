@@ -1,5 +1,5 @@
 // What a display draws comes in a value record; it never asks the engine.
-#include "Readouts/SPLReadoutView.h"
+#include "Displays/Readouts/SPLReadoutView.h"
 #ifdef FORBIDDEN
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
 #endif

@@ -1,5 +1,5 @@
 // The engine runs on made-up sources as on real ones.
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
 #ifdef FORBIDDEN
 #include <pipewire/pipewire.h>
 #endif

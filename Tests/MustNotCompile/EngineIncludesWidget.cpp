@@ -1,5 +1,5 @@
 // The engine runs without a window.
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
 #ifdef FORBIDDEN
 #include <QWidget>
 #endif

@@ -1,5 +1,5 @@
 // The analysis library knows nothing of the application above it.
 #include "Calibration/CalibrationProfile.h"
 #ifdef FORBIDDEN
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
 #endif

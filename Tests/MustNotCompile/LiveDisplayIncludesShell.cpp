@@ -1,5 +1,5 @@
 // A display does not know the window that it stands in.
-#include "Readouts/LiveSPLReadoutView.h"
+#include "LiveDisplays/LiveSPLReadoutView.h"
 #ifdef FORBIDDEN
-#include "MainWindow.h"
+#include "Shell/Windows/MainWindow.h"
 #endif

@@ -1,5 +1,5 @@
 // The settings store lies under the engine.
-#include "Persistence.h"
+#include "Settings/Persistence.h"
 #ifdef FORBIDDEN
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
 #endif

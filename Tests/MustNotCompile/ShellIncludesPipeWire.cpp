@@ -1,5 +1,5 @@
 // The windows see audio through the engine alone.
-#include "MainWindow.h"
+#include "Shell/Windows/MainWindow.h"
 #ifdef FORBIDDEN
 #include <pipewire/pipewire.h>
 #endif

@@ -6,11 +6,11 @@
 #include <QPainter>
 #include <iostream>
 
-#include "LevelHistory/LevelHistoryRaster.h"
-#include "Spectrogram/SpectrogramFrequencyAxisView.h"
-#include "Spectrogram/SpectrogramRaster.h"
-#include "Spectrogram/SpectrogramStatusBadge.h"
-#include "Spectrum/SpectrumRaster.h"
+#include "Displays/LevelHistory/LevelHistoryRaster.h"
+#include "Displays/Spectrogram/SpectrogramFrequencyAxisView.h"
+#include "Displays/Spectrogram/SpectrogramRaster.h"
+#include "Displays/Spectrogram/SpectrogramStatusBadge.h"
+#include "Displays/Spectrum/SpectrumRaster.h"
 #include "Support/LevelHistoryScenes.h"
 #include "Support/SpectrogramScenes.h"
 #include "Support/SpectrumScenes.h"

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "Support/TestPaths.h"
+
 namespace TarvaneTests {
 
 class GoldenImage {
@@ -34,7 +36,8 @@ class GoldenImage {
     static constexpr int tolerance = 8;
 
     static testing::AssertionResult matches(const QString& name, const QImage& actual) {
-        const QString path = QDir(QStringLiteral(TARVANE_GOLDEN_FOLDER)).filePath(name + ".png");
+        const QString path =
+            QDir(QString::fromUtf8(TestPaths::goldenFolder())).filePath(name + ".png");
         if (updating) {
             return actual.save(path) ? testing::AssertionSuccess()
                                      : testing::AssertionFailure() << "can't write " << str(path);
@@ -45,7 +48,7 @@ class GoldenImage {
         if (differing <= tolerance) {
             return testing::AssertionSuccess();
         }
-        const QDir failures(QStringLiteral(TARVANE_GOLDEN_FAILURES));
+        const QDir failures(QString::fromUtf8(TestPaths::goldenFailuresFolder()));
         failures.mkpath(QStringLiteral("."));
         actual.save(failures.filePath(name + "-actual.png"));
         difference(golden, actual).save(failures.filePath(name + "-difference.png"));

@@ -7,7 +7,7 @@
 #include <memory>
 #include <numbers>
 
-#include "LevelHistory/LevelHistoryView.h"
+#include "Displays/LevelHistory/LevelHistoryView.h"
 #include "Support/SpectrumScenes.h"
 
 namespace TarvaneTests {

@@ -5,8 +5,8 @@
 #include <functional>
 #include <utility>
 
-#include "Clock.h"
-#include "TickTimer.h"
+#include "Engine/Clock.h"
+#include "Engine/TickTimer.h"
 
 namespace TarvaneTests {
 

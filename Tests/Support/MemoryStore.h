@@ -6,7 +6,7 @@
 #include <variant>
 #include <vector>
 
-#include "KeyValueStore.h"
+#include "Settings/KeyValueStore.h"
 
 namespace TarvaneTests {
 

@@ -1,7 +1,7 @@
 // One face for all machines, so that pictures are comparable.
 #pragma once
 
-#include "Theme.h"
+#include "Displays/Theme.h"
 
 namespace TarvaneTests {
 

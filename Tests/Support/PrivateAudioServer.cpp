@@ -1,4 +1,5 @@
 #include "Support/PrivateAudioServer.h"
+#include "Support/TestPaths.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -20,7 +21,8 @@ namespace {
 
 using TarvaneKit::JSONValue;
 
-const std::string script = TARVANE_SOURCE_DIR "/Scripts/private-audio/private-audio";
+const std::string script =
+    std::string(TarvaneTests::TestPaths::sourceFolder()) + "/Scripts/private-audio/private-audio";
 
 struct Started {
     pid_t pid;

@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "Displays/Theme.h"
 #include "Support/PinnedTypeface.h"
-#include "Theme.h"
 
 namespace TarvaneTests {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "DSP/SpectrogramRow.h"
-#include "Spectrogram/SpectrogramView.h"
+#include "Displays/Spectrogram/SpectrogramView.h"
 #include "Support/SpectrumScenes.h"
 
 namespace TarvaneTests {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "DSP/OctaveBands.h"
-#include "Spectrum/SpectrumView.h"
+#include "Displays/Spectrum/SpectrumView.h"
 #include "TargetCurves/BuiltInCurves.h"
 
 namespace TarvaneTests {

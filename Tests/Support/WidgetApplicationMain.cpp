@@ -3,7 +3,7 @@
 
 #include <QApplication>
 
-#include "TarvaneApplication.h"
+#include "Shell/TarvaneApplication.h"
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -1,10 +1,10 @@
-#include "LevelHistory/LevelHistoryRaster.h"
+#include "Displays/LevelHistory/LevelHistoryRaster.h"
 
 #include <QPainter>
 #include <algorithm>
 #include <iterator>
 
-#include "PixelBlend.h"
+#include "Displays/PixelBlend.h"
 
 namespace TarvaneApp {
 

@@ -11,9 +11,9 @@
 #include <tuple>
 #include <vector>
 
-#include "ColumnTiles.h"
-#include "LevelHistory/LevelHistoryView.h"
-#include "TraceColumns.h"
+#include "Displays/ColumnTiles.h"
+#include "Displays/LevelHistory/LevelHistoryView.h"
+#include "Displays/TraceColumns.h"
 
 namespace TarvaneApp {
 

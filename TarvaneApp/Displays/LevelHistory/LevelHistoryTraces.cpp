@@ -1,8 +1,8 @@
-#include "LevelHistory/LevelHistoryTraces.h"
+#include "Displays/LevelHistory/LevelHistoryTraces.h"
 
 #include <algorithm>
 
-#include "LevelHistory/LevelHistoryView.h"
+#include "Displays/LevelHistory/LevelHistoryView.h"
 
 namespace TarvaneApp {
 

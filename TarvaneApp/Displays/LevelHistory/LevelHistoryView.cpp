@@ -1,4 +1,4 @@
-#include "LevelHistory/LevelHistoryView.h"
+#include "Displays/LevelHistory/LevelHistoryView.h"
 
 #include <QDateTime>
 #include <QFontMetricsF>
@@ -10,8 +10,8 @@
 #include <cmath>
 #include <limits>
 
-#include "PixelGrid.h"
-#include "TabularText.h"
+#include "Displays/PixelGrid.h"
+#include "Displays/TabularText.h"
 
 namespace TarvaneApp {
 

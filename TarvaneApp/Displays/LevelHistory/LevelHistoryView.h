@@ -18,11 +18,11 @@
 
 #include "Core/RGBAColor.h"
 #include "Core/UUID.h"
-#include "LevelHistory/LevelHistoryTraces.h"
-#include "LevelHistory/LevelHistoryViewport.h"
+#include "Displays/LevelHistory/LevelHistoryTraces.h"
+#include "Displays/LevelHistory/LevelHistoryViewport.h"
+#include "Displays/Theme.h"
 #include "Metrics/SPLHistoryRecorder.h"
 #include "Metrics/TrafficLightConfig.h"
-#include "Theme.h"
 
 class QPainter;
 

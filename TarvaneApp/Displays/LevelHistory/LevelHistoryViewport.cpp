@@ -1,4 +1,4 @@
-#include "LevelHistory/LevelHistoryViewport.h"
+#include "Displays/LevelHistory/LevelHistoryViewport.h"
 
 #include <algorithm>
 #include <cmath>

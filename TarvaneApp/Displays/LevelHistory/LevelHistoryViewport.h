@@ -5,7 +5,7 @@
 
 #include <optional>
 
-#include "LevelHistoryZoom.h"
+#include "Records/LevelHistoryZoom.h"
 
 namespace TarvaneApp {
 

@@ -1,9 +1,9 @@
-#include "Readouts/ClipBadge.h"
+#include "Displays/Readouts/ClipBadge.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
 
-#include "PixelGrid.h"
+#include "Displays/PixelGrid.h"
 
 namespace TarvaneApp {
 

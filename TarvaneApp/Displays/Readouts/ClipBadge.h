@@ -5,8 +5,8 @@
 #include <QSizeF>
 #include <QString>
 
+#include "Displays/Theme.h"
 #include "Metrics/InputClipState.h"
-#include "Theme.h"
 
 class QPainter;
 

@@ -1,8 +1,8 @@
-#include "Readouts/ClockReadoutView.h"
+#include "Displays/Readouts/ClockReadoutView.h"
 
 #include <QPainter>
 
-#include "Readouts/ReadoutDrawing.h"
+#include "Displays/Readouts/ReadoutDrawing.h"
 
 namespace TarvaneApp {
 

@@ -10,8 +10,8 @@
 #include <QSizeF>
 #include <QString>
 
-#include "Readouts/ReadoutLayout.h"
-#include "Theme.h"
+#include "Displays/Readouts/ReadoutLayout.h"
+#include "Displays/Theme.h"
 
 class QPainter;
 

@@ -1,4 +1,4 @@
-#include "Readouts/LevelBarView.h"
+#include "Displays/Readouts/LevelBarView.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -7,8 +7,8 @@
 #include <cmath>
 #include <limits>
 
-#include "PixelGrid.h"
-#include "TabularText.h"
+#include "Displays/PixelGrid.h"
+#include "Displays/TabularText.h"
 
 namespace TarvaneApp {
 

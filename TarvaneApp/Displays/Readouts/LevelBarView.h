@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "Core/RGBAColor.h"
-#include "Theme.h"
+#include "Displays/Theme.h"
 
 class QPainter;
 

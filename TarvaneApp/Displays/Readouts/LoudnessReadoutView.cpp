@@ -1,15 +1,15 @@
-#include "Readouts/LoudnessReadoutView.h"
+#include "Displays/Readouts/LoudnessReadoutView.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
 
-#include "PixelGrid.h"
-#include "Readouts/ClipBadge.h"
-#include "Readouts/ReadoutDrawing.h"
-#include "Readouts/ReadoutText.h"
-#include "TabularText.h"
+#include "Displays/PixelGrid.h"
+#include "Displays/Readouts/ClipBadge.h"
+#include "Displays/Readouts/ReadoutDrawing.h"
+#include "Displays/Readouts/ReadoutText.h"
+#include "Displays/TabularText.h"
 
 namespace TarvaneApp {
 

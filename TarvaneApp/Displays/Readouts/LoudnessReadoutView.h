@@ -14,12 +14,12 @@
 #include <functional>
 
 #include "Core/RGBAColor.h"
-#include "LoudnessTarget.h"
+#include "Displays/Readouts/ReadoutLayout.h"
+#include "Displays/Readouts/SideLabel.h"
+#include "Displays/Theme.h"
 #include "Metrics/InputClipState.h"
 #include "Metrics/LoudnessReadings.h"
-#include "Readouts/ReadoutLayout.h"
-#include "Readouts/SideLabel.h"
-#include "Theme.h"
+#include "Records/LoudnessTarget.h"
 
 class QPainter;
 

@@ -1,7 +1,7 @@
-#include "Readouts/MinMaxLabel.h"
+#include "Displays/Readouts/MinMaxLabel.h"
 
-#include "Readouts/ReadoutText.h"
-#include "Readouts/SideLabel.h"
+#include "Displays/Readouts/ReadoutText.h"
+#include "Displays/Readouts/SideLabel.h"
 
 namespace TarvaneApp {
 

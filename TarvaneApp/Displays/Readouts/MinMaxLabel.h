@@ -5,7 +5,7 @@
 #include <QSizeF>
 #include <QString>
 
-#include "Theme.h"
+#include "Displays/Theme.h"
 
 class QPainter;
 

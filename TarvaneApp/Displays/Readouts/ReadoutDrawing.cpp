@@ -1,12 +1,12 @@
-#include "Readouts/ReadoutDrawing.h"
+#include "Displays/Readouts/ReadoutDrawing.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
 
-#include "Readouts/ReadoutText.h"
-#include "TabularText.h"
+#include "Displays/Readouts/ReadoutText.h"
+#include "Displays/TabularText.h"
 
 namespace TarvaneApp::ReadoutDrawing {
 

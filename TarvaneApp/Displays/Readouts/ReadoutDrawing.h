@@ -10,8 +10,8 @@
 #include <QString>
 
 #include "Core/RGBAColor.h"
-#include "Readouts/ReadoutLayout.h"
-#include "Theme.h"
+#include "Displays/Readouts/ReadoutLayout.h"
+#include "Displays/Theme.h"
 
 class QPainter;
 

@@ -1,10 +1,10 @@
-#include "Readouts/ReadoutLayout.h"
+#include "Displays/Readouts/ReadoutLayout.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
-#include "Theme.h"
+#include "Displays/Theme.h"
 
 namespace TarvaneApp {
 

@@ -1,9 +1,9 @@
-#include "Readouts/ReadoutPlate.h"
+#include "Displays/Readouts/ReadoutPlate.h"
 
 #include <QPainter>
 
-#include "PixelGrid.h"
-#include "Theme.h"
+#include "Displays/PixelGrid.h"
+#include "Displays/Theme.h"
 
 namespace TarvaneApp {
 

@@ -1,8 +1,8 @@
-#include "Readouts/ReadoutText.h"
+#include "Displays/Readouts/ReadoutText.h"
 
 #include <cmath>
 
-#include "RawText.h"
+#include "Displays/RawText.h"
 
 namespace TarvaneApp {
 

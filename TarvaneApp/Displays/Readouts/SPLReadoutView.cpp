@@ -1,16 +1,16 @@
-#include "Readouts/SPLReadoutView.h"
+#include "Displays/Readouts/SPLReadoutView.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
 
-#include "PixelGrid.h"
-#include "Readouts/ClipBadge.h"
-#include "Readouts/MinMaxLabel.h"
-#include "Readouts/ReadoutDrawing.h"
-#include "Readouts/ReadoutText.h"
-#include "TabularText.h"
+#include "Displays/PixelGrid.h"
+#include "Displays/Readouts/ClipBadge.h"
+#include "Displays/Readouts/MinMaxLabel.h"
+#include "Displays/Readouts/ReadoutDrawing.h"
+#include "Displays/Readouts/ReadoutText.h"
+#include "Displays/TabularText.h"
 
 namespace TarvaneApp {
 

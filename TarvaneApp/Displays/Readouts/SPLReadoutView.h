@@ -15,9 +15,9 @@
 #include <vector>
 
 #include "Core/RGBAColor.h"
+#include "Displays/Readouts/ReadoutLayout.h"
+#include "Displays/Theme.h"
 #include "Metrics/InputClipState.h"
-#include "Readouts/ReadoutLayout.h"
-#include "Theme.h"
 
 class QPainter;
 

@@ -1,10 +1,10 @@
-#include "Readouts/SideLabel.h"
+#include "Displays/Readouts/SideLabel.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
 #include <algorithm>
 
-#include "TabularText.h"
+#include "Displays/TabularText.h"
 
 namespace TarvaneApp {
 

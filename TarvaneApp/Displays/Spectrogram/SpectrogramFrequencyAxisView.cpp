@@ -1,11 +1,11 @@
-#include "Spectrogram/SpectrogramFrequencyAxisView.h"
+#include "Displays/Spectrogram/SpectrogramFrequencyAxisView.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
 #include <algorithm>
 
-#include "FrequencyAxis.h"
-#include "TabularText.h"
+#include "Displays/FrequencyAxis.h"
+#include "Displays/TabularText.h"
 
 namespace TarvaneApp {
 

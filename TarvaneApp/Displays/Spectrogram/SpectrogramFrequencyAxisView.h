@@ -6,7 +6,7 @@
 #include <QString>
 #include <vector>
 
-#include "Theme.h"
+#include "Displays/Theme.h"
 
 class QPainter;
 

@@ -1,4 +1,4 @@
-#include "Spectrogram/SpectrogramRaster.h"
+#include "Displays/Spectrogram/SpectrogramRaster.h"
 
 #include <QPainter>
 #include <algorithm>
@@ -7,8 +7,8 @@
 #include <cstring>
 #include <utility>
 
-#include "PixelBlend.h"
-#include "Theme.h"
+#include "Displays/PixelBlend.h"
+#include "Displays/Theme.h"
 
 namespace TarvaneApp {
 

@@ -12,8 +12,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "Spectrogram/SpectrogramRasterCache.h"
-#include "Spectrogram/SpectrogramView.h"
+#include "Displays/Spectrogram/SpectrogramRasterCache.h"
+#include "Displays/Spectrogram/SpectrogramView.h"
 
 namespace TarvaneApp {
 

@@ -1,10 +1,10 @@
-#include "Spectrogram/SpectrogramRasterCache.h"
+#include "Displays/Spectrogram/SpectrogramRasterCache.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 
-#include "Spectrogram/SpectrogramView.h"
+#include "Displays/Spectrogram/SpectrogramView.h"
 
 namespace TarvaneApp {
 

@@ -12,8 +12,8 @@
 #include <optional>
 #include <vector>
 
-#include "Spectrogram/SpectrogramRows.h"
-#include "SpectrogramColorStop.h"
+#include "Displays/Spectrogram/SpectrogramRows.h"
+#include "Records/SpectrogramColorStop.h"
 
 namespace TarvaneApp {
 

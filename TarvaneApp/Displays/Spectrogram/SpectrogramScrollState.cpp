@@ -1,4 +1,4 @@
-#include "Spectrogram/SpectrogramScrollState.h"
+#include "Displays/Spectrogram/SpectrogramScrollState.h"
 
 #include <algorithm>
 #include <cmath>

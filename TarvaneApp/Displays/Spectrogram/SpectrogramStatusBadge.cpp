@@ -1,4 +1,4 @@
-#include "Spectrogram/SpectrogramStatusBadge.h"
+#include "Displays/Spectrogram/SpectrogramStatusBadge.h"
 
 #include <QFontMetricsF>
 #include <QPainter>

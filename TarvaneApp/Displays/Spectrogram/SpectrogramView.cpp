@@ -1,11 +1,11 @@
-#include "Spectrogram/SpectrogramView.h"
+#include "Displays/Spectrogram/SpectrogramView.h"
 
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
 
-#include "PixelGrid.h"
-#include "Theme.h"
+#include "Displays/PixelGrid.h"
+#include "Displays/Theme.h"
 
 namespace TarvaneApp {
 

@@ -13,11 +13,11 @@
 #include <span>
 #include <vector>
 
-#include "FrequencyAxis.h"
-#include "Spectrogram/SpectrogramRasterCache.h"
-#include "Spectrogram/SpectrogramRows.h"
-#include "Spectrogram/SpectrogramScrollState.h"
-#include "SpectrogramColorStop.h"
+#include "Displays/FrequencyAxis.h"
+#include "Displays/Spectrogram/SpectrogramRasterCache.h"
+#include "Displays/Spectrogram/SpectrogramRows.h"
+#include "Displays/Spectrogram/SpectrogramScrollState.h"
+#include "Records/SpectrogramColorStop.h"
 
 class QPainter;
 

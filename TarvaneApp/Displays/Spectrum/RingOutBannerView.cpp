@@ -1,10 +1,10 @@
-#include "Spectrum/RingOutBannerView.h"
+#include "Displays/Spectrum/RingOutBannerView.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
 #include <cmath>
 
-#include "TabularText.h"
+#include "Displays/TabularText.h"
 
 namespace TarvaneApp {
 

@@ -8,7 +8,7 @@
 #include <optional>
 
 #include "DSP/RingAlert.h"
-#include "Theme.h"
+#include "Displays/Theme.h"
 
 class QPainter;
 

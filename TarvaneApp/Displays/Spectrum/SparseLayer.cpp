@@ -1,7 +1,7 @@
-#include "Spectrum/SparseLayer.h"
+#include "Displays/Spectrum/SparseLayer.h"
 
 #include "Core/Contract.h"
-#include "PixelBlend.h"
+#include "Displays/PixelBlend.h"
 
 namespace TarvaneApp {
 

@@ -1,4 +1,4 @@
-#include "Spectrum/SpectrumRaster.h"
+#include "Displays/Spectrum/SpectrumRaster.h"
 
 #include <QLinearGradient>
 #include <QPainter>
@@ -7,7 +7,7 @@
 #include <cmath>
 #include <map>
 
-#include "PixelBlend.h"
+#include "Displays/PixelBlend.h"
 
 namespace TarvaneApp {
 

@@ -15,10 +15,10 @@
 #include <span>
 #include <vector>
 
-#include "ColumnTiles.h"
-#include "Spectrum/SparseLayer.h"
-#include "Spectrum/SpectrumView.h"
-#include "TraceColumns.h"
+#include "Displays/ColumnTiles.h"
+#include "Displays/Spectrum/SparseLayer.h"
+#include "Displays/Spectrum/SpectrumView.h"
+#include "Displays/TraceColumns.h"
 
 namespace TarvaneApp {
 

@@ -1,4 +1,4 @@
-#include "Spectrum/SpectrumView.h"
+#include "Displays/Spectrum/SpectrumView.h"
 
 #include <QFontMetricsF>
 #include <QLinearGradient>
@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Readouts/ReadoutText.h"
-#include "TabularText.h"
+#include "Displays/Readouts/ReadoutText.h"
+#include "Displays/TabularText.h"
 
 namespace TarvaneApp {
 

@@ -20,12 +20,12 @@
 #include "Core/UUID.h"
 #include "DSP/OctaveBands.h"
 #include "DSP/RingAlert.h"
-#include "FrequencyAxis.h"
-#include "PixelGrid.h"
-#include "RTAScale.h"
-#include "SpectrumViewMode.h"
+#include "Displays/FrequencyAxis.h"
+#include "Displays/PixelGrid.h"
+#include "Displays/Theme.h"
+#include "Records/RTAScale.h"
+#include "Records/SpectrumViewMode.h"
 #include "TargetCurves/TargetCurve.h"
-#include "Theme.h"
 
 class QLinearGradient;
 class QPainter;

@@ -1,4 +1,4 @@
-#include "Controls/ChannelColorDot.h"
+#include "Shell/Controls/ChannelColorDot.h"
 
 #include <QPainter>
 

@@ -1,4 +1,4 @@
-#include "Controls/ColorSwatches.h"
+#include "Shell/Controls/ColorSwatches.h"
 
 #include <QAbstractButton>
 #include <QHBoxLayout>
@@ -6,9 +6,9 @@
 #include <QSignalBlocker>
 #include <algorithm>
 
-#include "Controls/PickedTabStop.h"
-#include "FocusRing.h"
-#include "Theme.h"
+#include "Displays/FocusRing.h"
+#include "Displays/Theme.h"
+#include "Shell/Controls/PickedTabStop.h"
 
 namespace TarvaneApp {
 

@@ -1,11 +1,11 @@
-#include "Controls/CompactToggleButton.h"
+#include "Shell/Controls/CompactToggleButton.h"
 
 #include <QFontMetrics>
 #include <QPainter>
 #include <QSignalBlocker>
 #include <algorithm>
 
-#include "Theme.h"
+#include "Displays/Theme.h"
 
 namespace TarvaneApp {
 

@@ -1,9 +1,9 @@
-#include "Controls/ControlRow.h"
+#include "Shell/Controls/ControlRow.h"
 
 #include <QHBoxLayout>
 #include <QWidget>
 
-#include "Theme.h"
+#include "Displays/Theme.h"
 
 namespace TarvaneApp {
 

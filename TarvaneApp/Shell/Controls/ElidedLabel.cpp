@@ -1,10 +1,10 @@
-#include "Controls/ElidedLabel.h"
+#include "Shell/Controls/ElidedLabel.h"
 
 #include <QHelpEvent>
 #include <QPainter>
 #include <QToolTip>
 
-#include "Controls/TextLabel.h"
+#include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
 

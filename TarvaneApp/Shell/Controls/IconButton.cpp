@@ -1,9 +1,9 @@
-#include "Controls/IconButton.h"
+#include "Shell/Controls/IconButton.h"
 
 #include <QPainter>
 
-#include "FocusRing.h"
-#include "Icon.h"
+#include "Displays/FocusRing.h"
+#include "Shell/Controls/Icon.h"
 
 namespace TarvaneApp {
 

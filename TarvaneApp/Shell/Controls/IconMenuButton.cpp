@@ -1,4 +1,4 @@
-#include "Controls/IconMenuButton.h"
+#include "Shell/Controls/IconMenuButton.h"
 
 #include <QMenu>
 

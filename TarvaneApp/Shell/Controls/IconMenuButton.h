@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "Controls/IconButton.h"
+#include "Shell/Controls/IconButton.h"
 
 class QMenu;
 

@@ -1,4 +1,4 @@
-#include "Controls/MenuButton.h"
+#include "Shell/Controls/MenuButton.h"
 
 #include <QActionGroup>
 #include <QFontMetrics>
@@ -6,10 +6,10 @@
 #include <QPainter>
 #include <algorithm>
 
-#include "Controls/MenuItems.h"
-#include "FocusRing.h"
-#include "Icon.h"
-#include "Theme.h"
+#include "Displays/FocusRing.h"
+#include "Displays/Theme.h"
+#include "Shell/Controls/Icon.h"
+#include "Shell/Controls/MenuItems.h"
 
 namespace TarvaneApp {
 

@@ -1,4 +1,4 @@
-#include "Controls/PopoverPresentationState.h"
+#include "Shell/Controls/PopoverPresentationState.h"
 
 #include <QAbstractButton>
 #include <QPainter>
@@ -6,7 +6,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "Theme.h"
+#include "Displays/Theme.h"
 
 namespace TarvaneApp {
 

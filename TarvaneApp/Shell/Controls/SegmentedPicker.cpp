@@ -1,11 +1,11 @@
-#include "Controls/SegmentedPicker.h"
+#include "Shell/Controls/SegmentedPicker.h"
 
 #include <QAbstractButton>
 #include <QHBoxLayout>
 #include <QPainter>
 
-#include "Controls/PickedTabStop.h"
-#include "Theme.h"
+#include "Displays/Theme.h"
+#include "Shell/Controls/PickedTabStop.h"
 
 namespace TarvaneApp {
 

@@ -1,9 +1,9 @@
-#include "Controls/Spinner.h"
+#include "Shell/Controls/Spinner.h"
 
 #include <QPainter>
 #include <chrono>
 
-#include "Theme.h"
+#include "Displays/Theme.h"
 
 namespace TarvaneApp {
 

@@ -1,8 +1,8 @@
-#include "Controls/TextLabel.h"
+#include "Shell/Controls/TextLabel.h"
 
 #include <QLabel>
 
-#include "Theme.h"
+#include "Displays/Theme.h"
 
 namespace TarvaneApp {
 

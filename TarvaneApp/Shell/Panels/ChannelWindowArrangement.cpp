@@ -1,7 +1,7 @@
-#include "Panels/ChannelWindowArrangement.h"
+#include "Shell/Panels/ChannelWindowArrangement.h"
 
-#include "LiveFollow.h"
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
 
 namespace TarvaneApp {
 

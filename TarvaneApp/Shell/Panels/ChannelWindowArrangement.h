@@ -3,7 +3,7 @@
 #pragma once
 
 #include "Core/UUID.h"
-#include "Panels/ModuleArrangementLink.h"
+#include "Shell/Panels/ModuleArrangementLink.h"
 
 namespace TarvaneApp {
 

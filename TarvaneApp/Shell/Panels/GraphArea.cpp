@@ -1,12 +1,12 @@
-#include "Panels/GraphArea.h"
+#include "Shell/Panels/GraphArea.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "Panels/ModuleArrangementLink.h"
-#include "Panels/PanelResizeHandle.h"
-#include "Panels/RTAPanelView.h"
-#include "Panels/SpectrogramPanelView.h"
+#include "Shell/Panels/ModuleArrangementLink.h"
+#include "Shell/Panels/PanelResizeHandle.h"
+#include "Shell/Panels/RTAPanelView.h"
+#include "Shell/Panels/SpectrogramPanelView.h"
 
 namespace TarvaneApp {
 

@@ -8,7 +8,7 @@
 #include <optional>
 
 #include "Core/UUID.h"
-#include "LayoutEnums.h"
+#include "Records/LayoutEnums.h"
 
 namespace TarvaneApp {
 

@@ -1,10 +1,10 @@
-#include "Panels/LevelHistoryChannelMenu.h"
+#include "Shell/Panels/LevelHistoryChannelMenu.h"
 
 #include <algorithm>
 
-#include "LiveFollow.h"
-#include "MeterEngine.h"
-#include "Theme.h"
+#include "Displays/Theme.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
 
 namespace TarvaneApp {
 

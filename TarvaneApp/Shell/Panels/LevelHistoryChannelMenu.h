@@ -2,7 +2,7 @@
 // channel that is shown. Not there while there is only one.
 #pragma once
 
-#include "Controls/MenuButton.h"
+#include "Shell/Controls/MenuButton.h"
 
 namespace TarvaneApp {
 

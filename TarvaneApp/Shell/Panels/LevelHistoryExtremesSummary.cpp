@@ -1,4 +1,4 @@
-#include "Panels/LevelHistoryExtremesSummary.h"
+#include "Shell/Panels/LevelHistoryExtremesSummary.h"
 
 #include <QAbstractButton>
 #include <QFontMetricsF>
@@ -6,10 +6,10 @@
 #include <QPainter>
 #include <cmath>
 
-#include "FocusRing.h"
-#include "LevelHistory/LiveLevelHistoryGraph.h"
-#include "TabularText.h"
-#include "Theme.h"
+#include "Displays/FocusRing.h"
+#include "Displays/TabularText.h"
+#include "Displays/Theme.h"
+#include "LiveDisplays/LiveLevelHistoryGraph.h"
 
 namespace TarvaneApp {
 

@@ -1,6 +1,6 @@
-#include "Panels/LevelHistoryOverlayMenu.h"
+#include "Shell/Panels/LevelHistoryOverlayMenu.h"
 
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
 
 namespace TarvaneApp {
 

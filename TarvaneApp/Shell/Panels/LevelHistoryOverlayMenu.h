@@ -1,7 +1,7 @@
 // Which other channels' histories lie over the one that is shown, as lines.
 #pragma once
 
-#include "ChannelOverlayMenu.h"
+#include "Shell/ChannelControls/ChannelOverlayMenu.h"
 
 namespace TarvaneApp {
 

@@ -1,23 +1,23 @@
-#include "Panels/LevelHistoryPanelView.h"
+#include "Shell/Panels/LevelHistoryPanelView.h"
 
 #include <QCheckBox>
 #include <QLabel>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
-#include "Controls/IconButton.h"
-#include "Controls/MenuButton.h"
-#include "Controls/TextLabel.h"
-#include "LevelHistory/LiveLevelHistoryGraph.h"
-#include "LiveFollow.h"
-#include "MeterEngine.h"
-#include "Panels/LevelHistoryChannelMenu.h"
-#include "Panels/LevelHistoryExtremesSummary.h"
-#include "Panels/LevelHistoryOverlayMenu.h"
-#include "Panels/PanelHeader.h"
-#include "RawText.h"
-#include "Readouts/ReadoutText.h"
-#include "Theme.h"
+#include "Displays/RawText.h"
+#include "Displays/Readouts/ReadoutText.h"
+#include "Displays/Theme.h"
+#include "Engine/MeterEngine.h"
+#include "LiveDisplays/LiveLevelHistoryGraph.h"
+#include "Settings/FollowAll.h"
+#include "Shell/Controls/IconButton.h"
+#include "Shell/Controls/MenuButton.h"
+#include "Shell/Controls/TextLabel.h"
+#include "Shell/Panels/LevelHistoryChannelMenu.h"
+#include "Shell/Panels/LevelHistoryExtremesSummary.h"
+#include "Shell/Panels/LevelHistoryOverlayMenu.h"
+#include "Shell/Panels/PanelHeader.h"
 
 namespace TarvaneApp {
 

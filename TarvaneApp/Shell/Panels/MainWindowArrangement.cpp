@@ -1,7 +1,7 @@
-#include "Panels/MainWindowArrangement.h"
+#include "Shell/Panels/MainWindowArrangement.h"
 
-#include "LiveFollow.h"
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
 
 namespace TarvaneApp {
 

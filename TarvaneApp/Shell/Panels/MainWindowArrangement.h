@@ -2,7 +2,7 @@
 // settings say.
 #pragma once
 
-#include "Panels/ModuleArrangementLink.h"
+#include "Shell/Panels/ModuleArrangementLink.h"
 
 namespace TarvaneApp {
 

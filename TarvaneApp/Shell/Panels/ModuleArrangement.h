@@ -1,7 +1,7 @@
 // How the modules of one window are arranged: which of them are there, and how they share the room.
 #pragma once
 
-#include "LayoutEnums.h"
+#include "Records/LayoutEnums.h"
 
 namespace TarvaneApp {
 

@@ -5,7 +5,7 @@
 
 #include <QObject>
 
-#include "Panels/ModuleArrangement.h"
+#include "Shell/Panels/ModuleArrangement.h"
 
 namespace TarvaneApp {
 

@@ -1,13 +1,13 @@
-#include "Panels/ModuleLayoutView.h"
+#include "Shell/Panels/ModuleLayoutView.h"
 
 #include <QVBoxLayout>
 #include <memory>
 
-#include "Divider.h"
-#include "Panels/GraphArea.h"
-#include "Panels/LevelHistoryPanelView.h"
-#include "Panels/ModuleArrangementLink.h"
-#include "Panels/SPLMeterPanelView.h"
+#include "Shell/Controls/Divider.h"
+#include "Shell/Panels/GraphArea.h"
+#include "Shell/Panels/LevelHistoryPanelView.h"
+#include "Shell/Panels/ModuleArrangementLink.h"
+#include "Shell/Panels/SPLMeterPanelView.h"
 
 namespace TarvaneApp {
 

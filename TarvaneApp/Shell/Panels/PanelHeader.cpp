@@ -1,10 +1,10 @@
-#include "Panels/PanelHeader.h"
+#include "Shell/Panels/PanelHeader.h"
 
 #include <QEvent>
 #include <QLabel>
 #include <utility>
 
-#include "Theme.h"
+#include "Displays/Theme.h"
 
 namespace TarvaneApp {
 

@@ -1,7 +1,7 @@
-#include "Panels/PanelMaximizeToggleButton.h"
+#include "Shell/Panels/PanelMaximizeToggleButton.h"
 
-#include "Panels/ModuleArrangementLink.h"
-#include "Theme.h"
+#include "Displays/Theme.h"
+#include "Shell/Panels/ModuleArrangementLink.h"
 
 namespace TarvaneApp {
 

@@ -1,8 +1,8 @@
 // Expands one of the two graphs over the area of both, and brings the split back.
 #pragma once
 
-#include "Controls/IconButton.h"
-#include "LayoutEnums.h"
+#include "Records/LayoutEnums.h"
+#include "Shell/Controls/IconButton.h"
 
 namespace TarvaneApp {
 

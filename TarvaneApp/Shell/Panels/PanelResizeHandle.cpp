@@ -1,11 +1,11 @@
-#include "Panels/PanelResizeHandle.h"
+#include "Shell/Panels/PanelResizeHandle.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
-#include "PixelGrid.h"
-#include "Theme.h"
+#include "Displays/PixelGrid.h"
+#include "Displays/Theme.h"
 
 namespace TarvaneApp {
 

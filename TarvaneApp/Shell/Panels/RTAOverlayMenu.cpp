@@ -1,8 +1,8 @@
-#include "Panels/RTAOverlayMenu.h"
+#include "Shell/Panels/RTAOverlayMenu.h"
 
 #include <QMenu>
 
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
 
 namespace TarvaneApp {
 

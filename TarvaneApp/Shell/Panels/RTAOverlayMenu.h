@@ -1,7 +1,7 @@
 // Which other channels lie over the analyzer's own.
 #pragma once
 
-#include "ChannelOverlayMenu.h"
+#include "Shell/ChannelControls/ChannelOverlayMenu.h"
 
 namespace TarvaneApp {
 

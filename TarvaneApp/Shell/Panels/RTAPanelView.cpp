@@ -1,22 +1,22 @@
-#include "Panels/RTAPanelView.h"
+#include "Shell/Panels/RTAPanelView.h"
 
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "ChannelPickerMenu.h"
-#include "Controls/IconButton.h"
-#include "Controls/MenuButton.h"
-#include "Controls/TextLabel.h"
-#include "LiveFollow.h"
-#include "MeterEngine.h"
-#include "Panels/PanelHeader.h"
-#include "Panels/PanelMaximizeToggleButton.h"
-#include "Panels/RTAOverlayMenu.h"
-#include "RTAOptionsView.h"
-#include "RawText.h"
-#include "ReadoutUnitPicker.h"
-#include "Spectrum/LiveSpectrumView.h"
-#include "Theme.h"
+#include "Displays/RawText.h"
+#include "Displays/Theme.h"
+#include "Engine/MeterEngine.h"
+#include "LiveDisplays/LiveSpectrumView.h"
+#include "Settings/FollowAll.h"
+#include "Shell/ChannelControls/ChannelPickerMenu.h"
+#include "Shell/ChannelControls/RTAOptionsView.h"
+#include "Shell/ChannelControls/ReadoutUnitPicker.h"
+#include "Shell/Controls/IconButton.h"
+#include "Shell/Controls/MenuButton.h"
+#include "Shell/Controls/TextLabel.h"
+#include "Shell/Panels/PanelHeader.h"
+#include "Shell/Panels/PanelMaximizeToggleButton.h"
+#include "Shell/Panels/RTAOverlayMenu.h"
 
 namespace TarvaneApp {
 

@@ -4,8 +4,8 @@
 #include <QWidget>
 #include <optional>
 
-#include "Controls/PopoverPresentationState.h"
 #include "Core/UUID.h"
+#include "Shell/Controls/PopoverPresentationState.h"
 
 namespace TarvaneApp {
 

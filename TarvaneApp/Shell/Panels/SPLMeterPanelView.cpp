@@ -1,11 +1,11 @@
-#include "Panels/SPLMeterPanelView.h"
+#include "Shell/Panels/SPLMeterPanelView.h"
 
 #include <QVBoxLayout>
 
-#include "MeterEngine.h"
-#include "MetricControlBar.h"
-#include "Readouts/LiveClockReadoutView.h"
-#include "Readouts/LiveSPLReadoutView.h"
+#include "Engine/MeterEngine.h"
+#include "LiveDisplays/LiveClockReadoutView.h"
+#include "LiveDisplays/LiveSPLReadoutView.h"
+#include "Shell/ChannelControls/MetricControlBar.h"
 
 namespace TarvaneApp {
 

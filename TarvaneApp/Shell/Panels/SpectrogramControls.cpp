@@ -1,4 +1,4 @@
-#include "Panels/SpectrogramControls.h"
+#include "Shell/Panels/SpectrogramControls.h"
 
 #include <QBoxLayout>
 #include <QLabel>
@@ -6,10 +6,10 @@
 #include <QSlider>
 #include <cmath>
 
-#include "Controls/TextLabel.h"
-#include "LiveFollow.h"
-#include "MeterEngine.h"
-#include "Theme.h"
+#include "Displays/Theme.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
+#include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
 

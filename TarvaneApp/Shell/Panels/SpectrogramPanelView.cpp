@@ -1,18 +1,18 @@
-#include "Panels/SpectrogramPanelView.h"
+#include "Shell/Panels/SpectrogramPanelView.h"
 
 #include <QPainter>
 #include <QVBoxLayout>
 
-#include "ChannelPickerMenu.h"
-#include "Controls/IconButton.h"
-#include "LiveFollow.h"
-#include "MeterEngine.h"
-#include "Panels/PanelHeader.h"
-#include "Panels/PanelMaximizeToggleButton.h"
-#include "Panels/SpectrogramControls.h"
-#include "Spectrogram/LiveSpectrogramView.h"
-#include "Spectrogram/SpectrogramFrequencyAxisView.h"
-#include "Theme.h"
+#include "Displays/Spectrogram/SpectrogramFrequencyAxisView.h"
+#include "Displays/Theme.h"
+#include "Engine/MeterEngine.h"
+#include "LiveDisplays/LiveSpectrogramView.h"
+#include "Settings/FollowAll.h"
+#include "Shell/ChannelControls/ChannelPickerMenu.h"
+#include "Shell/Controls/IconButton.h"
+#include "Shell/Panels/PanelHeader.h"
+#include "Shell/Panels/PanelMaximizeToggleButton.h"
+#include "Shell/Panels/SpectrogramControls.h"
 
 namespace TarvaneApp {
 

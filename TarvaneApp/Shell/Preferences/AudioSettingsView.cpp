@@ -1,4 +1,4 @@
-#include "Preferences/AudioSettingsView.h"
+#include "Shell/Preferences/AudioSettingsView.h"
 
 #include <QCheckBox>
 #include <QFormLayout>
@@ -6,11 +6,11 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "LiveFollow.h"
-#include "MeterEngine.h"
-#include "Preferences/DeviceSourcePicker.h"
-#include "Preferences/FormHelp.h"
-#include "Preferences/InputChannelPicker.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
+#include "Shell/Preferences/DeviceSourcePicker.h"
+#include "Shell/Preferences/FormHelp.h"
+#include "Shell/Preferences/InputChannelPicker.h"
 
 namespace TarvaneApp {
 

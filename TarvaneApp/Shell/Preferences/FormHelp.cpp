@@ -1,11 +1,11 @@
-#include "Preferences/FormHelp.h"
+#include "Shell/Preferences/FormHelp.h"
 
 #include <QBoxLayout>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <algorithm>
 
-#include "Theme.h"
+#include "Displays/Theme.h"
 
 namespace TarvaneApp {
 

@@ -1,10 +1,10 @@
-#include "Preferences/InputChannelPicker.h"
+#include "Shell/Preferences/InputChannelPicker.h"
 
 #include <algorithm>
 
-#include "LiveFollow.h"
-#include "MeterEngine.h"
-#include "Preferences/FormHelp.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
+#include "Shell/Preferences/FormHelp.h"
 
 namespace TarvaneApp {
 

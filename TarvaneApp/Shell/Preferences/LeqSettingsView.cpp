@@ -1,4 +1,4 @@
-#include "Preferences/LeqSettingsView.h"
+#include "Shell/Preferences/LeqSettingsView.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -6,11 +6,11 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "LeqPresets.h"
-#include "LiveFollow.h"
-#include "MeterEngine.h"
-#include "Preferences/FormHelp.h"
-#include "RawText.h"
+#include "Displays/RawText.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
+#include "Shell/ChannelControls/LeqPresets.h"
+#include "Shell/Preferences/FormHelp.h"
 
 namespace TarvaneApp {
 

@@ -1,14 +1,14 @@
-#include "Preferences/PreferencesWindow.h"
+#include "Shell/Preferences/PreferencesWindow.h"
 
 #include <QKeyEvent>
 #include <QScrollArea>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
-#include "Icon.h"
-#include "Preferences/AudioSettingsView.h"
-#include "Preferences/LeqSettingsView.h"
-#include "Theme.h"
+#include "Displays/Theme.h"
+#include "Shell/Controls/Icon.h"
+#include "Shell/Preferences/AudioSettingsView.h"
+#include "Shell/Preferences/LeqSettingsView.h"
 
 namespace TarvaneApp {
 

@@ -1,4 +1,4 @@
-#include "Windows/AppTermination.h"
+#include "Shell/Windows/AppTermination.h"
 
 #include <QCoreApplication>
 #include <QEvent>

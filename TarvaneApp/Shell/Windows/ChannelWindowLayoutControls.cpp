@@ -1,4 +1,4 @@
-#include "Windows/ChannelWindowLayoutControls.h"
+#include "Shell/Windows/ChannelWindowLayoutControls.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -7,12 +7,12 @@
 #include <QPushButton>
 #include <algorithm>
 
-#include "Controls/MenuItems.h"
-#include "Controls/TextLabel.h"
-#include "LiveFollow.h"
-#include "MeterEngine.h"
-#include "Theme.h"
-#include "Windows/StandaloneModule.h"
+#include "Displays/Theme.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
+#include "Shell/Controls/MenuItems.h"
+#include "Shell/Controls/TextLabel.h"
+#include "Shell/Windows/StandaloneModule.h"
 
 namespace TarvaneApp {
 

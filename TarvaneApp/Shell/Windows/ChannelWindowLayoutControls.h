@@ -6,8 +6,8 @@
 #include <functional>
 #include <vector>
 
-#include "ChannelWindowLayout.h"
 #include "Core/UUID.h"
+#include "Records/ChannelWindowLayout.h"
 
 class QFormLayout;
 class QVBoxLayout;

@@ -1,9 +1,9 @@
-#include "Windows/ChannelWindowLayoutMenu.h"
+#include "Shell/Windows/ChannelWindowLayoutMenu.h"
 
-#include "Controls/PopoverPresentationState.h"
-#include "MeterEngine.h"
-#include "Theme.h"
-#include "Windows/ChannelWindowLayoutControls.h"
+#include "Displays/Theme.h"
+#include "Engine/MeterEngine.h"
+#include "Shell/Controls/PopoverPresentationState.h"
+#include "Shell/Windows/ChannelWindowLayoutControls.h"
 
 namespace TarvaneApp {
 

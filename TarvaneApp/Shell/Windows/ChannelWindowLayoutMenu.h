@@ -1,8 +1,8 @@
 // The button of a channel's window that opens the controls of its layout.
 #pragma once
 
-#include "Controls/IconButton.h"
 #include "Core/UUID.h"
+#include "Shell/Controls/IconButton.h"
 
 namespace TarvaneApp {
 

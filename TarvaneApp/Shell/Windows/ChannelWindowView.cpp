@@ -1,21 +1,21 @@
-#include "Windows/ChannelWindowView.h"
+#include "Shell/Windows/ChannelWindowView.h"
 
 #include <QCloseEvent>
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "Controls/ChannelColorDot.h"
-#include "Controls/ElidedLabel.h"
-#include "Controls/TextLabel.h"
-#include "Divider.h"
-#include "Icon.h"
-#include "LiveFollow.h"
-#include "MeterEngine.h"
-#include "MeteringKeys.h"
-#include "Panels/ChannelWindowArrangement.h"
-#include "Panels/ModuleLayoutView.h"
-#include "Theme.h"
-#include "Windows/ChannelWindowLayoutMenu.h"
+#include "Displays/Theme.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
+#include "Shell/Controls/ChannelColorDot.h"
+#include "Shell/Controls/Divider.h"
+#include "Shell/Controls/ElidedLabel.h"
+#include "Shell/Controls/Icon.h"
+#include "Shell/Controls/TextLabel.h"
+#include "Shell/Panels/ChannelWindowArrangement.h"
+#include "Shell/Panels/ModuleLayoutView.h"
+#include "Shell/Windows/ChannelWindowLayoutMenu.h"
+#include "Shell/Windows/MeteringKeys.h"
 
 namespace TarvaneApp {
 

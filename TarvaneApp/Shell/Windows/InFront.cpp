@@ -1,4 +1,4 @@
-#include "Windows/InFront.h"
+#include "Shell/Windows/InFront.h"
 
 #include <QWidget>
 

@@ -1,6 +1,6 @@
-#include "Windows/StandaloneModule.h"
+#include "Shell/Windows/StandaloneModule.h"
 
-#include "MeterEngine.h"
+#include "Engine/MeterEngine.h"
 
 namespace TarvaneApp {
 

@@ -6,7 +6,7 @@
 #include <QString>
 #include <array>
 
-#include "LayoutEnums.h"
+#include "Records/LayoutEnums.h"
 
 namespace TarvaneApp {
 

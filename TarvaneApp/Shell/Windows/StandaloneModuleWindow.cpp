@@ -1,12 +1,12 @@
-#include "Windows/StandaloneModuleWindow.h"
+#include "Shell/Windows/StandaloneModuleWindow.h"
 
-#include "Icon.h"
-#include "MeteringKeys.h"
-#include "Panels/LevelHistoryPanelView.h"
-#include "Panels/RTAPanelView.h"
-#include "Panels/SPLMeterPanelView.h"
-#include "Panels/SpectrogramPanelView.h"
-#include "Windows/StandaloneWindowGuard.h"
+#include "Shell/Controls/Icon.h"
+#include "Shell/Panels/LevelHistoryPanelView.h"
+#include "Shell/Panels/RTAPanelView.h"
+#include "Shell/Panels/SPLMeterPanelView.h"
+#include "Shell/Panels/SpectrogramPanelView.h"
+#include "Shell/Windows/MeteringKeys.h"
+#include "Shell/Windows/StandaloneWindowGuard.h"
 
 namespace TarvaneApp {
 

@@ -4,7 +4,7 @@
 
 #include <QMainWindow>
 
-#include "Windows/StandaloneModule.h"
+#include "Shell/Windows/StandaloneModule.h"
 
 namespace TarvaneApp {
 

@@ -1,10 +1,10 @@
-#include "Windows/StandaloneWindowGuard.h"
+#include "Shell/Windows/StandaloneWindowGuard.h"
 
 #include <QApplication>
 #include <QEvent>
 
-#include "MeterEngine.h"
-#include "Windows/AppTermination.h"
+#include "Engine/MeterEngine.h"
+#include "Shell/Windows/AppTermination.h"
 
 namespace TarvaneApp {
 

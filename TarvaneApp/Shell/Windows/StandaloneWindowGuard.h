@@ -7,7 +7,7 @@
 #include <QPointer>
 #include <QWidget>
 
-#include "Windows/StandaloneModule.h"
+#include "Shell/Windows/StandaloneModule.h"
 
 namespace TarvaneApp {
 

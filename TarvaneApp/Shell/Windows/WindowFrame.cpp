@@ -1,9 +1,9 @@
-#include "Windows/WindowFrame.h"
+#include "Shell/Windows/WindowFrame.h"
 
 #include <QEvent>
 #include <QWidget>
 
-#include "KeyValueStore.h"
+#include "Settings/KeyValueStore.h"
 
 namespace TarvaneApp {
 

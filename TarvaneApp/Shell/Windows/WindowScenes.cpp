@@ -1,15 +1,15 @@
-#include "Windows/WindowScenes.h"
+#include "Shell/Windows/WindowScenes.h"
 
 #include <QShortcut>
 #include <vector>
 
 #include "Core/Coding.h"
-#include "MeterEngine.h"
-#include "Windows/AppTermination.h"
-#include "Windows/ChannelWindowView.h"
-#include "Windows/InFront.h"
-#include "Windows/StandaloneModuleWindow.h"
-#include "Windows/WindowFrame.h"
+#include "Engine/MeterEngine.h"
+#include "Shell/Windows/AppTermination.h"
+#include "Shell/Windows/ChannelWindowView.h"
+#include "Shell/Windows/InFront.h"
+#include "Shell/Windows/StandaloneModuleWindow.h"
+#include "Shell/Windows/WindowFrame.h"
 
 namespace TarvaneApp {
 

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "Core/UUID.h"
-#include "Windows/StandaloneModule.h"
+#include "Shell/Windows/StandaloneModule.h"
 
 namespace TarvaneApp {
 

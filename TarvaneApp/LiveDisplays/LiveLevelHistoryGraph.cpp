@@ -1,0 +1,270 @@
+#include "LiveDisplays/LiveLevelHistoryGraph.h"
+
+#include <QInputDevice>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QNativeGestureEvent>
+#include <QPainter>
+#include <QWheelEvent>
+#include <cmath>
+
+#include "Displays/FocusRing.h"
+#include "Displays/Theme.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::LoudnessMetric;
+using TarvaneKit::SPLHistoryRecorder;
+using TarvaneKit::SPLMetric;
+using TarvaneKit::UUID;
+
+namespace {
+
+// Less is a click that trembled.
+constexpr double shortestDrag = 3.0;
+
+constexpr double focusRadius = 3.0;
+
+// One notch of a wheel, in eighths of a degree.
+constexpr double wheelNotch = 120.0;
+
+// Program loudness has an axis of its own, whatever the level.
+constexpr LevelHistoryView::Span loudnessAxis{-60.0, 0.0};
+
+}  // namespace
+
+LiveLevelHistoryGraph::LiveLevelHistoryGraph(MeterEngine& engine, const UUID& channelID,
+                                             QWidget* parent)
+    : QWidget(parent),
+      engine_(engine),
+      requestedChannelID_(channelID),
+      channelID_(engine.resolvedChannelID(channelID)),
+      binding_(*this, [this] { refresh(); }),
+      raster_(Theme::background) {
+    installDisplayAccessibility();
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true);
+    setFocusPolicy(Qt::TabFocus);
+    setToolTip(QStringLiteral("Scroll or pinch to zoom, drag to pan, double-click to reset"));
+    followAll(
+        this, [this] { contextChanged(); }, engine.extraChannels, engine.calibration,
+        engine.mainInputIsDigital, engine.mainInputMeasuresLoudness, engine.splReadoutShowsDBFS,
+        engine.metricMode, engine.splWeighting, engine.splTimeWeighting, engine.peakWeighting,
+        engine.trafficLightConfig, engine.trafficLightConfigDBFS, engine.loudnessTarget,
+        engine.loudnessColors, engine.levelHistoryZoom, engine.levelHistoryShowsMomentary,
+        engine.currentInputGain, engine.deviceGains);
+    refresh();
+}
+
+void LiveLevelHistoryGraph::setChannelID(const UUID& channelID) {
+    requestedChannelID_ = channelID;
+    contextChanged();
+}
+
+void LiveLevelHistoryGraph::setOverlayIDs(std::vector<UUID> ids) {
+    requestedOverlayIDs_ = std::move(ids);
+    contextChanged();
+}
+
+void LiveLevelHistoryGraph::clearOwnRange() {
+    view_.viewport.custom.reset();
+    rangeMoved(true);
+}
+
+void LiveLevelHistoryGraph::showMoment(double elapsedSeconds) {
+    view_.viewport.showMoment(elapsedSeconds, view_.session());
+    rangeMoved(true);
+}
+
+void LiveLevelHistoryGraph::contextChanged() {
+    channelID_ = engine_.resolvedChannelID(requestedChannelID_);
+    const SPLHistoryRecorder& recorder = engine_.meterChannel(channelID_).levelHistory();
+    const auto channel = engine_.channelInfo(channelID_);
+    const bool isLoudness = channel && channel->measuresLoudness;
+    const auto light = engine_.activeTrafficLight(channelID_);
+    const auto metricIndex = [](const SPLHistoryRecorder& history, const SPLMetric& metric) {
+        return history.index(metric).value_or(-1);
+    };
+    view_.recorder = &recorder;
+    view_.metricIndex = metricIndex(recorder, engine_.historyMetric(channelID_));
+    view_.windowSeconds = windowSeconds(engine_.levelHistoryZoom());
+    view_.displayOffsetDB = engine_.splReadoutDisplayOffsetDB(channelID_);
+    view_.unitLabel = QString::fromStdString(engine_.levelUnitLabel(channelID_));
+    view_.trafficLight = light.config;
+    view_.trafficLightOffsetDB = light.offsetDB;
+    view_.secondaryMetricIndex =
+        isLoudness && engine_.levelHistoryShowsMomentary()
+            ? recorder.index(SPLMetric::loudness(LoudnessMetric::momentary))
+            : std::nullopt;
+    view_.fixedDBRange = isLoudness ? std::optional(loudnessAxis) : std::nullopt;
+    view_.overlays.clear();
+    std::vector<UUID> shown{channelID_};
+    for (const UUID& id : requestedOverlayIDs_) {
+        const auto overlaid = engine_.channelInfo(id);
+        if (id == channelID_ || !overlaid) {
+            continue;
+        }
+        shown.push_back(id);
+        const SPLHistoryRecorder& history = engine_.meterChannel(id).levelHistory();
+        view_.overlays.push_back({.id = id,
+                                  .recorder = &history,
+                                  .revision = 0,
+                                  .metricIndex = metricIndex(history, engine_.historyMetric(id)),
+                                  .color = overlaid->color,
+                                  .displayOffsetDB = engine_.splReadoutDisplayOffsetDB(id)});
+    }
+    binding_.bind(engine_, shown);
+    binding_.schedule();
+}
+
+void LiveLevelHistoryGraph::refresh() {
+    view_.revision = engine_.meterChannel(channelID_).live.levelHistoryRevision;
+    for (LevelHistoryOverlay& overlay : view_.overlays) {
+        overlay.revision = engine_.meterChannel(overlay.id).live.levelHistoryRevision;
+    }
+    // Most publications bring nothing new: the recorder takes ten points a second.
+    if (!(view_ == shown_)) {
+        shown_ = view_;
+        update();
+        Q_EMIT historyChanged();
+    }
+}
+
+void LiveLevelHistoryGraph::paintEvent(QPaintEvent*) {
+    LevelHistoryView still = view_;
+    still.hover = {};
+    QPainter painter(this);
+    painter.drawImage(QPointF(0.0, 0.0), raster_.image(still, size(), devicePixelRatioF()));
+    drawHover(painter, view_, raster_.geometry(), size());
+    if (hasFocus()) {
+        paintFocusRing(painter, rect(), focusRadius);
+    }
+}
+
+double LiveLevelHistoryGraph::plotFraction(double x) const {
+    const QRectF plot = view_.plot(size());
+    return std::clamp((x - plot.left()) / plot.width(), 0.0, 1.0);
+}
+
+// Zoomed out to the whole session, that is the preset too.
+void LiveLevelHistoryGraph::rangeMoved(bool staysZoomedIn) {
+    if (!staysZoomedIn) {
+        engine_.levelHistoryZoom.set(LevelHistoryZoom::session);
+    }
+    update();
+    Q_EMIT ownRangeChanged();
+}
+
+void LiveLevelHistoryGraph::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && !view_.recorder->isEmpty()) {
+        pressedAt_ = event->position();
+    }
+}
+
+void LiveLevelHistoryGraph::mouseMoveEvent(QMouseEvent* event) {
+    view_.hover.xPosition = event->position().x();
+    if (pressedAt_) {
+        const QPointF moved = event->position() - *pressedAt_;
+        if (view_.viewport.dragStartRange || std::hypot(moved.x(), moved.y()) >= shortestDrag) {
+            view_.viewport.pan(moved.x(), view_.plot(size()).width(), view_.session());
+            Q_EMIT ownRangeChanged();
+        }
+    }
+    update();
+}
+
+void LiveLevelHistoryGraph::mouseReleaseEvent(QMouseEvent*) {
+    pressedAt_.reset();
+    view_.viewport.endPan();
+}
+
+// Its second press may begin a drag as any other.
+void LiveLevelHistoryGraph::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        clearOwnRange();
+        mousePressEvent(event);
+    }
+}
+
+void LiveLevelHistoryGraph::leaveEvent(QEvent*) {
+    view_.hover = {};
+    update();
+}
+
+void LiveLevelHistoryGraph::wheelEvent(QWheelEvent* event) {
+    event->accept();
+    // A touchpad tells pixels; a wheel tells notches, and under X11 pixels of no meaning too.
+    const bool isTouchpad = event->phase() != Qt::NoScrollPhase ||
+                            event->device()->type() == QInputDevice::DeviceType::TouchPad;
+    const bool isPrecise = isTouchpad && !event->pixelDelta().isNull();
+    const QPointF delta =
+        isPrecise ? QPointF(event->pixelDelta()) : QPointF(event->angleDelta()) / wheelNotch;
+    scroll({.deltaX = delta.x(), .deltaY = delta.y(), .isPrecise = isPrecise},
+           event->position().x());
+}
+
+void LiveLevelHistoryGraph::scroll(const LevelHistoryViewport::Scroll& scroll, double atX) {
+    if (!view_.recorder->isEmpty()) {
+        rangeMoved(view_.viewport.scroll(scroll, plotFraction(atX), view_.plot(size()).width(),
+                                         view_.session()));
+    }
+}
+
+// As wheel and touchpad do, at the pointer or in the middle.
+void LiveLevelHistoryGraph::keyPressEvent(QKeyEvent* event) {
+    const QRectF plot = view_.plot(size());
+    const double x = view_.hover.xPosition.value_or(plot.center().x());
+    const double pan = plot.width() / 10.0;
+    switch (event->key()) {
+        case Qt::Key_Left:
+            scroll({.deltaX = pan, .deltaY = 0.0, .isPrecise = true}, x);
+            break;
+        case Qt::Key_Right:
+            scroll({.deltaX = -pan, .deltaY = 0.0, .isPrecise = true}, x);
+            break;
+        case Qt::Key_Up:
+        case Qt::Key_Plus:
+            scroll({.deltaX = 0.0, .deltaY = 1.0, .isPrecise = false}, x);
+            break;
+        case Qt::Key_Down:
+        case Qt::Key_Minus:
+            scroll({.deltaX = 0.0, .deltaY = -1.0, .isPrecise = false}, x);
+            break;
+        case Qt::Key_Escape:
+            clearOwnRange();
+            break;
+        default:
+            QWidget::keyPressEvent(event);
+    }
+}
+
+bool LiveLevelHistoryGraph::event(QEvent* event) {
+    if (event->type() == QEvent::NativeGesture) {
+        const auto* gesture = static_cast<QNativeGestureEvent*>(event);
+        if (gesture->gestureType() == Qt::ZoomNativeGesture && !view_.recorder->isEmpty()) {
+            rangeMoved(view_.viewport.magnify(
+                gesture->value(), plotFraction(gesture->position().x()), view_.session()));
+            return true;
+        }
+    }
+    return QWidget::event(event);
+}
+
+std::vector<SpokenPart> LiveLevelHistoryGraph::spokenParts() const {
+    const auto extremes = view_.recorder->extremes(view_.metricIndex);
+    const auto spoken = [&](const auto& extreme) {
+        return extreme ? view_.extremeLabel(*extreme) : QString();
+    };
+    return {
+        {QStringLiteral("Level History"), LevelHistoryView::timeLabel(view_.session().duration),
+         rect()},
+        {QStringLiteral("History maximum"), spoken(extremes.max), QRect()},
+        {QStringLiteral("History minimum"), spoken(extremes.min), QRect()},
+        {QStringLiteral("Under the pointer"), hoverText(view_, raster_.geometry()),
+         hoverPlate(view_, raster_.geometry(), size()).toAlignedRect()},
+    };
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,192 @@
+#include "LiveDisplays/LiveSpectrogramView.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <cmath>
+
+#include "DSP/SpectrogramRow.h"
+#include "Displays/FocusRing.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::UUID;
+
+namespace {
+
+// Less is a click that trembled.
+constexpr double shortestDrag = 2.0;
+
+constexpr double focusRadius = 3.0;
+
+}  // namespace
+
+LiveSpectrogramView::LiveSpectrogramView(MeterEngine& engine, const UUID& channelID,
+                                         QWidget* parent)
+    : QWidget(parent),
+      engine_(engine),
+      requestedChannelID_(channelID),
+      channelID_(engine.resolvedChannelID(channelID)),
+      binding_(*this, [this] { refresh(); }) {
+    installDisplayAccessibility();
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setFocusPolicy(Qt::TabFocus);
+    view_.frequencies = TarvaneKit::spectrogramFrequencies();
+    view_.rowsPerSecond = SpectrogramPace::rowsPerSecond;
+    channelResolved();
+    followAll(
+        this, [this] { contextChanged(); }, engine.extraChannels, engine.calibration,
+        engine.mainInputIsDigital, engine.splReadoutShowsDBFS, engine.spectrogramRanges,
+        engine.spectrogramColorStops, engine.spectrogramTimeSpanSeconds,
+        engine.spectrogramSliceHeightMultiplier);
+    refresh();
+}
+
+void LiveSpectrogramView::setChannelID(const UUID& channelID) {
+    requestedChannelID_ = channelID;
+    contextChanged();
+}
+
+void LiveSpectrogramView::contextChanged() {
+    const UUID resolved = engine_.resolvedChannelID(requestedChannelID_);
+    if (resolved != channelID_) {
+        channelID_ = resolved;
+        channelResolved();
+    }
+    const SpectrogramRange range = engine_.spectrogramColorMapRange(channelID_);
+    view_.floorDB = range.floorDB;
+    view_.ceilingDB = range.ceilingDB;
+    view_.colorStops = engine_.spectrogramColorStops();
+    view_.timeSpanSeconds = engine_.spectrogramTimeSpanSeconds();
+    view_.sliceHeightMultiplier = engine_.spectrogramSliceHeightMultiplier();
+    binding_.schedule();
+}
+
+void LiveSpectrogramView::channelResolved() {
+    binding_.bind(engine_, {channelID_});
+    registerDemand();
+}
+
+void LiveSpectrogramView::registerDemand() {
+    if (isVisible()) {
+        demand_.update(engine_, {channelID_}, ChannelDemand::spectrogram);
+    } else {
+        demand_.clear();
+    }
+}
+
+void LiveSpectrogramView::showEvent(QShowEvent*) {
+    registerDemand();
+}
+
+// Also when the window is minimised: nobody sees it then.
+void LiveSpectrogramView::hideEvent(QHideEvent*) {
+    demand_.clear();
+}
+
+void LiveSpectrogramView::refresh() {
+    const LiveMeterData& live = engine_.meterChannel(channelID_).live;
+    view_.rowsAdded = live.spectrogramRowsAdded;
+    if (live.spectrogramHistory.empty()) {
+        view_.scrollState.resume();
+    }
+    update();
+}
+
+void LiveSpectrogramView::paintEvent(QPaintEvent*) {
+    // The rows stay where the engine has them; nothing writes there while this paints.
+    view_.history = SpectrogramRows(engine_.meterChannel(channelID_).live.spectrogramHistory);
+    QPainter painter(this);
+    painter.drawImage(QPointF(0.0, 0.0), raster_.image(view_, size(), devicePixelRatioF()));
+    badge().paint(painter, size());
+    if (hasFocus()) {
+        paintFocusRing(painter, rect(), focusRadius);
+    }
+    view_.history = {};
+}
+
+void LiveSpectrogramView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) {
+        return;
+    }
+    if (badge().rect(size()).contains(event->position())) {
+        resumeLive();
+        return;
+    }
+    pressedAt_ = event->position();
+}
+
+void LiveSpectrogramView::mouseMoveEvent(QMouseEvent* event) {
+    if (!pressedAt_) {
+        return;
+    }
+    const QPointF translation = event->position() - *pressedAt_;
+    if (view_.scrollState.isDragging ||
+        std::hypot(translation.x(), translation.y()) >= shortestDrag) {
+        scrollBack(translation.y());
+    }
+}
+
+void LiveSpectrogramView::scrollBack(double pixels) {
+    const auto& history = engine_.meterChannel(channelID_).live.spectrogramHistory;
+    view_.scrollState.drag(pixels, height(), view_.rows(), static_cast<int>(history.size()));
+    update();
+}
+
+void LiveSpectrogramView::mouseReleaseEvent(QMouseEvent*) {
+    pressedAt_.reset();
+    view_.scrollState.endDrag();
+}
+
+void LiveSpectrogramView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        resumeLive();
+    }
+}
+
+void LiveSpectrogramView::resumeLive() {
+    pressedAt_.reset();
+    view_.scrollState.resume();
+    update();
+}
+
+// Each key is a drag of its own: a tenth of the picture, or all of it.
+void LiveSpectrogramView::keyPressEvent(QKeyEvent* event) {
+    const double page = height();
+    switch (event->key()) {
+        case Qt::Key_Up:
+            scrollBack(page / 10.0);
+            break;
+        case Qt::Key_Down:
+            scrollBack(-page / 10.0);
+            break;
+        case Qt::Key_PageUp:
+            scrollBack(page);
+            break;
+        case Qt::Key_PageDown:
+            scrollBack(-page);
+            break;
+        case Qt::Key_End:
+        case Qt::Key_Escape:
+            resumeLive();
+            break;
+        default:
+            QWidget::keyPressEvent(event);
+            return;
+    }
+    view_.scrollState.endDrag();
+}
+
+std::vector<SpokenPart> LiveSpectrogramView::spokenParts() const {
+    const QString range = QString::number(view_.floorDB, 'f', 0) + QStringLiteral(" to ") +
+                          QString::number(view_.ceilingDB, 'f', 0) + QStringLiteral(" dB");
+    return {
+        {QStringLiteral("Spectrogram"), range, rect()},
+        {QStringLiteral("Spectrogram position"), badge().text(),
+         badge().rect(size()).toAlignedRect()},
+    };
+}
+
+}  // namespace TarvaneApp

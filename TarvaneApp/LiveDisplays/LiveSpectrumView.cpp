@@ -1,0 +1,218 @@
+#include "LiveDisplays/LiveSpectrumView.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+
+#include "Displays/FocusRing.h"
+#include "Displays/Theme.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::UUID;
+
+namespace {
+
+// The read-out's way per arrow key, with and without Shift, in pixels.
+constexpr double fineStep = 1.0;
+constexpr double coarseStep = 8.0;
+
+constexpr double focusRadius = 3.0;
+
+}  // namespace
+
+LiveSpectrumView::LiveSpectrumView(MeterEngine& engine, const UUID& channelID, QWidget* parent)
+    : QWidget(parent),
+      engine_(engine),
+      requestedChannelID_(channelID),
+      channelID_(engine.resolvedChannelID(channelID)),
+      binding_(*this, [this] { refresh(); }),
+      bannerFade_([this] { update(); }),
+      raster_(Theme::background) {
+    installDisplayAccessibility();
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true);
+    setFocusPolicy(Qt::TabFocus);
+    followAll(
+        this, [this] { contextChanged(); }, engine.extraChannels, engine.calibration,
+        engine.mainInputIsDigital, engine.splReadoutShowsDBFS, engine.octaveFraction,
+        engine.viewMode, engine.rtaColor, engine.rtaPeakColor, engine.showPeakHold,
+        engine.selectedTargetCurveName, engine.targetCurveReferenceDB,
+        engine.targetCurveReferenceDBFS, engine.spectrogramRanges, engine.sampleRate,
+        engine.deviceGains);
+    refresh();
+}
+
+void LiveSpectrumView::setChannelID(const UUID& channelID) {
+    requestedChannelID_ = channelID;
+    contextChanged();
+}
+
+void LiveSpectrumView::setOverlayIDs(std::vector<UUID> ids) {
+    requestedOverlayIDs_ = std::move(ids);
+    contextChanged();
+}
+
+// Takes a channel that is displayed in dBFS from its calibrated scale back to full scale.
+double LiveSpectrumView::levelOffsetDB(const UUID& channelID) const {
+    const auto channel = engine_.channelInfo(channelID);
+    return view_.scale == RTAScale::dbfs && channel ? channel->calibration.broadbandOffsetDB()
+                                                    : 0.0;
+}
+
+void LiveSpectrumView::contextChanged() {
+    channelID_ = engine_.resolvedChannelID(requestedChannelID_);
+    const ChannelDisplaySettings display = engine_.display(channelID_);
+    const SpectrogramRange range = engine_.spectrogramRange(channelID_);
+    const auto channel = engine_.channelInfo(channelID_);
+    view_.bands = engine_.bands(channelID_);
+    view_.sampleRate = engine_.meterChannel(channelID_).sampleRate;
+    view_.fftSize = MeterEngine::fftSize;
+    view_.viewMode = display.viewMode;
+    view_.traceColor = Theme::color(channel ? channel->color : engine_.rtaColor());
+    view_.peakColor = Theme::color(display.peakHoldColor);
+    view_.showPeakHold = display.showsPeakHold;
+    view_.spectrogramFloorDB = range.floorDB;
+    view_.spectrogramCeilingDB = range.ceilingDB;
+    view_.scale = engine_.rtaScale(channelID_);
+    view_.levelOffsetDB = levelOffsetDB(channelID_);
+    view_.targetCurve = display.targetCurve();
+    view_.targetCurveReferenceDB = view_.scale == RTAScale::dbfs ? display.targetCurveReferenceDBFS
+                                                                 : display.targetCurveReferenceDB;
+    view_.overlays.clear();
+    std::vector<UUID> ids{channelID_};
+    for (const UUID& id : requestedOverlayIDs_) {
+        const auto overlaid = engine_.channelInfo(id);
+        if (id == channelID_ || !overlaid) {
+            continue;
+        }
+        ids.push_back(id);
+        view_.overlays.push_back({.id = id,
+                                  .color = Theme::color(overlaid->color),
+                                  .lineSpectrumDB = {},
+                                  .bandLevelsDB = {},
+                                  .bands = engine_.bands(id),
+                                  .sampleRate = engine_.meterChannel(id).sampleRate,
+                                  .levelOffsetDB = levelOffsetDB(id)});
+    }
+    if (ids != shownIDs_) {
+        shownIDs_ = std::move(ids);
+        binding_.bind(engine_, shownIDs_);
+        registerDemand();
+    }
+    binding_.schedule();
+}
+
+void LiveSpectrumView::registerDemand() {
+    if (isVisible()) {
+        demand_.update(engine_, shownIDs_, ChannelDemand::rta);
+    } else {
+        demand_.clear();
+    }
+}
+
+void LiveSpectrumView::showEvent(QShowEvent*) {
+    registerDemand();
+}
+
+// Also when the window is minimised: nobody sees it then.
+void LiveSpectrumView::hideEvent(QHideEvent*) {
+    demand_.clear();
+}
+
+void LiveSpectrumView::refresh() {
+    const LiveMeterData& live = engine_.meterChannel(channelID_).live;
+    view_.sampleRate = engine_.meterChannel(channelID_).sampleRate;
+    view_.bandLevelsDB = live.bandLevelsDB;
+    view_.bandPeakHoldDB = live.bandPeakHoldDB;
+    view_.lineSpectrumDB = live.lineSpectrumDB;
+    view_.linePeakHoldDB = live.linePeakHoldDB;
+    view_.activeRingAlert = live.currentRingAlert;
+    for (SpectrumOverlay& overlay : view_.overlays) {
+        const MeterChannel& channel = engine_.meterChannel(overlay.id);
+        overlay.sampleRate = channel.sampleRate;
+        overlay.lineSpectrumDB = channel.live.lineSpectrumDB;
+        overlay.bandLevelsDB = channel.live.bandLevelsDB;
+    }
+    banner_.alert = live.currentRingAlert ? live.currentRingAlert : live.heldRingAlert;
+    banner_.isLive = live.currentRingAlert.has_value();
+    bannerFade_.follow(banner_);
+    update();
+}
+
+void LiveSpectrumView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.drawImage(QPointF(0.0, 0.0), raster_.image(view_, size(), devicePixelRatioF()));
+    paintHover(painter, view_, size());
+    bannerFade_.shown().paint(painter, size());
+    if (hasFocus()) {
+        paintFocusRing(painter, rect(), focusRadius);
+    }
+}
+
+void LiveSpectrumView::mouseMoveEvent(QMouseEvent* event) {
+    hoverAt(event->position().x());
+}
+
+void LiveSpectrumView::leaveEvent(QEvent*) {
+    leaveHover();
+}
+
+void LiveSpectrumView::hoverAt(double x) {
+    view_.hover = SpectrumHoverState::at(x, width(), view_.frequencyAxis());
+    update();
+}
+
+void LiveSpectrumView::leaveHover() {
+    view_.hover = {};
+    update();
+}
+
+// The read-out without a pointer: it begins in the middle.
+void LiveSpectrumView::keyPressEvent(QKeyEvent* event) {
+    const double step = (event->modifiers() & Qt::ShiftModifier) != 0 ? fineStep : coarseStep;
+    const double x = view_.hover.xPosition.value_or(width() / 2.0);
+    switch (event->key()) {
+        case Qt::Key_Left:
+            hoverAt(std::max(x - step, 0.0));
+            break;
+        case Qt::Key_Right:
+            hoverAt(std::min(x + step, static_cast<double>(width())));
+            break;
+        case Qt::Key_Escape:
+            leaveHover();
+            break;
+        default:
+            QWidget::keyPressEvent(event);
+    }
+}
+
+void LiveSpectrumView::focusOutEvent(QFocusEvent* event) {
+    leaveHover();
+    QWidget::focusOutEvent(event);
+}
+
+std::vector<SpokenPart> LiveSpectrumView::spokenParts() const {
+    QString loudest;
+    if (!view_.bandLevelsDB.empty() && view_.bandLevelsDB.size() == view_.bands.size()) {
+        const auto band = std::ranges::max_element(view_.bandLevelsDB) - view_.bandLevelsDB.begin();
+        loudest =
+            QString::fromStdString(view_.bands[static_cast<std::size_t>(band)].label) +
+            QStringLiteral(": ") +
+            QString::number(
+                view_.bandLevelsDB[static_cast<std::size_t>(band)] - view_.levelOffsetDB, 'f', 1) +
+            (view_.scale == RTAScale::dbfs ? QStringLiteral(" dBFS") : QStringLiteral(" dB"));
+    }
+    const QString hover =
+        view_.hover.frequencyHz ? view_.hoverLabel(*view_.hover.frequencyHz) : QString();
+    return {
+        {QStringLiteral("Real-Time Analyzer"), loudest, rect()},
+        {QStringLiteral("Under the pointer"), hover, hoverPlate(view_, size()).toAlignedRect()},
+        {QStringLiteral("Ring-out"), banner_.spokenText(), banner_.rect(size()).toAlignedRect()},
+    };
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,310 @@
+#include "Metering/ChannelProcessor.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+#include "Core/AlignedVector.h"
+#include "Core/FlushDenormals.h"
+#include "DSP/Kernels/SanitizeKernel.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::CalibrationProfile;
+using TarvaneKit::LoudnessMeter;
+using TarvaneKit::LoudnessReadings;
+using TarvaneKit::SPLMetric;
+using TarvaneKit::UUID;
+using TarvaneKit::Weighting;
+
+namespace {
+
+constexpr double noValue = -std::numeric_limits<double>::infinity();
+
+// The largest block that PipeWire's stock configuration allows.
+constexpr std::size_t expectedLargestBlock = 8192;
+
+void makeRoom(std::vector<float>& block, std::size_t frames) {
+    if (block.size() < frames) {
+        block.resize(frames);
+    }
+}
+
+}  // namespace
+
+ChannelProcessor::ChannelProcessor(const UUID& channelID, bool stereo)
+    : id(channelID),
+      isStereo(stereo),
+      leftBlock_(expectedLargestBlock),
+      rightBlock_(stereo ? expectedLargestBlock : 0) {}
+
+void ChannelProcessor::configure(const Configuration& configuration) {
+    const auto makeEngine = [&] {
+        auto engine = std::make_unique<Engine>(configuration.sampleRate, configuration.calibration);
+        engine->configureLeq(userLeqID, configuration.leqWeighting,
+                             configuration.leqIntegrationSeconds);
+        return engine;
+    };
+    auto analysis = std::make_unique<ChannelAnalysis>(
+        ChannelAnalysis::Configuration{.sampleRate = configuration.sampleRate,
+                                       .calibration = configuration.calibration,
+                                       .ringOutSensitivity = configuration.ringOutSensitivity});
+    auto left = makeEngine();
+    auto right = isStereo ? makeEngine() : nullptr;
+    RollingBuffer accumulated;
+    RollingBuffer accumulatedRight;
+    accumulated.allocate();
+    if (isStereo) {
+        accumulatedRight.allocate();
+    }
+
+    const std::lock_guard hold(bufferLock_);
+    sampleRate_ = configuration.sampleRate;
+    accumulated_ = std::move(accumulated);
+    accumulatedRight_ = std::move(accumulatedRight);
+    leftEngine_ = std::move(left);
+    rightEngine_ = std::move(right);
+    analysis_ = std::move(analysis);
+    isConfigured_ = true;
+}
+
+void ChannelProcessor::ingest(const float* left, const float* right, int frameCount) {
+    if (frameCount <= 0) {
+        return;
+    }
+    const TarvaneKit::FlushDenormals flush;
+    const auto frames = static_cast<std::size_t>(frameCount);
+    const bool hasRight = isStereo && right != nullptr;
+    makeRoom(leftBlock_, frames);
+    float peak = TarvaneKit::copySanitized(left, leftBlock_.data(), frameCount);
+    if (hasRight) {
+        makeRoom(rightBlock_, frames);
+        peak = std::max(peak, TarvaneKit::copySanitized(right, rightBlock_.data(), frameCount));
+    }
+    const std::span<const float> leftBlock(leftBlock_.data(), frames);
+    if (isStereo && !hasRight) {
+        makeRoom(rightBlock_, frames);
+        std::fill_n(rightBlock_.begin(), frames, 0.0F);
+    }
+    const std::span<const float> rightBlock(rightBlock_.data(), isStereo ? frames : 0);
+
+    Engines meters;
+    std::shared_ptr<LoudnessMeter> loudness;
+    {
+        const std::lock_guard hold(bufferLock_);
+        if (dropsIncomingAudio_ || !isConfigured_) {
+            return;
+        }
+        meters = {leftEngine_.get(), rightEngine_.get()};
+        loudness = loudnessMeter_;
+        accumulated_.append(leftBlock);
+        if (isStereo) {
+            accumulatedRight_.append(rightBlock);
+        }
+        peakSinceLastTick_ = std::max(peakSinceLastTick_, peak);
+    }
+    meters.left->processBlock(leftBlock);
+    if (hasRight && meters.right != nullptr) {
+        meters.right->processBlock(rightBlock);
+    }
+    if (loudness) {
+        const std::array channels{leftBlock, rightBlock};
+        loudness->process(std::span(channels).first(isStereo ? 2 : 1));
+    }
+}
+
+ChannelProcessor::Engines ChannelProcessor::engines() const {
+    const std::lock_guard hold(bufferLock_);
+    return {leftEngine_.get(), rightEngine_.get()};
+}
+
+std::shared_ptr<LoudnessMeter> ChannelProcessor::loudnessMeter() const {
+    const std::lock_guard hold(bufferLock_);
+    return loudnessMeter_;
+}
+
+bool ChannelProcessor::isConfigured() const {
+    const std::lock_guard hold(bufferLock_);
+    return isConfigured_;
+}
+
+double ChannelProcessor::combine(const SPLMetric& metric, double left, double right) {
+    if (std::holds_alternative<SPLMetric::Peak>(metric.reading)) {
+        return std::max(left, right);
+    }
+    if (!std::isfinite(left) && !std::isfinite(right)) {
+        return std::max(left, right);
+    }
+    const auto power = [](double levelDB) {
+        return std::isfinite(levelDB) ? std::pow(10.0, levelDB / 10.0) : 0.0;
+    };
+    return 10.0 * std::log10((power(left) + power(right)) / 2.0);
+}
+
+double ChannelProcessor::value(const SPLMetric& metric) const {
+    if (const auto* loudness = std::get_if<SPLMetric::Loudness>(&metric.reading)) {
+        const auto meter = loudnessMeter();
+        return meter ? meter->value(loudness->metric) : noValue;
+    }
+    const Engines meters = engines();
+    if (meters.left == nullptr) {
+        return noValue;
+    }
+    const double left = meters.left->value(metric);
+    return meters.right == nullptr ? left : combine(metric, left, meters.right->value(metric));
+}
+
+std::vector<double> ChannelProcessor::values(std::span<const SPLMetric> metrics) const {
+    const Engines meters = engines();
+    if (meters.left == nullptr) {
+        return std::vector<double>(metrics.size(), noValue);
+    }
+    std::vector<double> result = meters.left->values(metrics);
+    if (meters.right != nullptr) {
+        const std::vector<double> right = meters.right->values(metrics);
+        for (std::size_t i = 0; i < result.size(); ++i) {
+            result[i] = combine(metrics[i], result[i], right[i]);
+        }
+    }
+    std::optional<LoudnessReadings> readings;  // read at most once, so that all are of one instant
+    for (std::size_t i = 0; i < result.size(); ++i) {
+        if (const auto* loudness = std::get_if<SPLMetric::Loudness>(&metrics[i].reading)) {
+            if (!readings) {
+                readings = loudnessReadings().value_or(LoudnessReadings{});
+            }
+            result[i] = (*readings)[loudness->metric];
+        }
+    }
+    return result;
+}
+
+std::optional<std::vector<double>> ChannelProcessor::sideValues(const SPLMetric& metric) const {
+    const Engines meters = engines();
+    if (meters.left == nullptr || meters.right == nullptr ||
+        std::holds_alternative<SPLMetric::Loudness>(metric.reading)) {
+        return std::nullopt;
+    }
+    return std::vector{meters.left->value(metric), meters.right->value(metric)};
+}
+
+double ChannelProcessor::leqElapsedFraction() const {
+    const Engines meters = engines();
+    const auto progress =
+        meters.left != nullptr ? meters.left->leqProgress(userLeqID) : std::nullopt;
+    return progress ? progress->elapsedFraction : 0.0;
+}
+
+bool ChannelProcessor::setMeasuresLoudness(bool measures) {
+    if (!isConfigured() || measures == (loudnessMeter() != nullptr)) {
+        return false;
+    }
+    auto meter = measures ? std::make_shared<LoudnessMeter>(
+                                sampleRate_, std::vector<double>(isStereo ? 2 : 1, 1.0))
+                          : nullptr;
+    {
+        const std::lock_guard hold(bufferLock_);
+        loudnessMeter_.swap(meter);
+    }
+    if (meter) {
+        droppedLoudnessMeter_ = std::move(meter);
+    }
+    return true;
+}
+
+std::optional<LoudnessReadings> ChannelProcessor::loudnessReadings() const {
+    const auto meter = loudnessMeter();
+    return meter ? std::optional(meter->readings()) : std::nullopt;
+}
+
+void ChannelProcessor::resetLoudness() {
+    if (const auto meter = loudnessMeter()) {
+        meter->reset();
+    }
+}
+
+void ChannelProcessor::setDropsIncomingAudio(bool drops) {
+    const std::lock_guard hold(bufferLock_);
+    dropsIncomingAudio_ = drops;
+}
+
+void ChannelProcessor::resumeAfterPause() {
+    const std::lock_guard hold(bufferLock_);
+    dropsIncomingAudio_ = false;
+    accumulated_.clear();
+    accumulatedRight_.clear();
+    peakSinceLastTick_ = 0.0F;
+}
+
+void ChannelProcessor::setCalibration(const CalibrationProfile& calibration) {
+    const Engines meters = engines();
+    for (Engine* engine : {meters.left, meters.right}) {
+        if (engine != nullptr) {
+            engine->setCalibration(calibration);
+        }
+    }
+}
+
+void ChannelProcessor::configureLeq(Weighting weighting, double integrationSeconds) {
+    const Engines meters = engines();
+    for (Engine* engine : {meters.left, meters.right}) {
+        if (engine != nullptr) {
+            engine->configureLeq(userLeqID, weighting, integrationSeconds);
+        }
+    }
+}
+
+void ChannelProcessor::resetPeakDetectors() {
+    const Engines meters = engines();
+    for (Engine* engine : {meters.left, meters.right}) {
+        if (engine != nullptr) {
+            engine->resetPeakDetectors();
+        }
+    }
+}
+
+ChannelFrame ChannelProcessor::analyze(const AnalysisSettings& settings,
+                                       const ChannelAnalysisRequest& request,
+                                       ChannelFrame recycled) {
+    constexpr int length = ChannelAnalysis::windowLength;
+    thread_local TarvaneKit::AlignedVector<float> left(length);
+    thread_local TarvaneKit::AlignedVector<float> right(length);
+    const bool isWanted = request.wantsRTA || request.wantsSpectrogram;
+
+    ChannelFrame frame = std::move(recycled);
+    std::optional<ChannelAnalysis::Window> window;
+    {
+        const std::lock_guard hold(bufferLock_);
+        frame.peak = std::exchange(peakSinceLastTick_, 0.0F);
+        if (accumulated_.count() >= length) {
+            window.emplace(ChannelAnalysis::Window{.left = left, .right = {}});
+            if (isWanted) {
+                accumulated_.copyNewest(left);
+            }
+            if (accumulatedRight_.count() >= length) {
+                window->right = right;
+                if (isWanted) {
+                    accumulatedRight_.copyNewest(right);
+                }
+                accumulatedRight_.keepNewest(length);
+            }
+            accumulated_.keepNewest(length);
+        }
+    }
+    if (analysis_) {
+        analysis_->analyze(settings, request, window, frame);
+    }
+    return frame;
+}
+
+int ChannelProcessor::accumulatedCount() const {
+    const std::lock_guard hold(bufferLock_);
+    return accumulated_.count();
+}
+
+int ChannelProcessor::accumulatedRightCount() const {
+    const std::lock_guard hold(bufferLock_);
+    return accumulatedRight_.count();
+}
+
+}  // namespace TarvaneApp

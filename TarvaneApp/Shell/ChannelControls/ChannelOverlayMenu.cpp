@@ -1,0 +1,83 @@
+#include "Shell/ChannelControls/ChannelOverlayMenu.h"
+
+#include <QMenu>
+#include <algorithm>
+
+#include "Displays/Theme.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
+#include "Shell/Controls/MenuItems.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::UUID;
+
+namespace {
+
+constexpr int symbolSize = 12;
+
+}  // namespace
+
+struct ChannelOverlayMenu::Choice {
+    UUID id;
+    std::string name;
+    bool isOverlaid = false;
+};
+
+ChannelOverlayMenu::ChannelOverlayMenu(MeterEngine& engine, Setting<IDs>& overlays,
+                                       const QString& help, const UUID& baseChannelID,
+                                       QWidget* parent)
+    : IconMenuButton(
+          symbolSize, [this](QMenu& menu) { fill(menu); }, parent),
+      engine_(engine),
+      overlays_(overlays),
+      baseChannelID_(baseChannelID) {
+    setToolTip(help);
+    setAccessibleName(help);
+    followAll(
+        this, [this] { showState(); }, overlays, engine.extraChannels);
+}
+
+void ChannelOverlayMenu::setBaseChannelID(const UUID& id) {
+    baseChannelID_ = id;
+    showState();
+}
+
+// A channel that was switched off while it lay over the base can still be taken away.
+std::vector<ChannelOverlayMenu::Choice> ChannelOverlayMenu::choices() const {
+    const UUID base = engine_.resolvedChannelID(baseChannelID_);
+    std::vector<Choice> choices;
+    for (const ChannelInfo& channel : engine_.channelInfos()) {
+        const bool isOverlaid = std::ranges::find(overlays_(), channel.id) != overlays_().end();
+        if (channel.id != base && (channel.isEnabled || isOverlaid)) {
+            choices.push_back({channel.id, channel.name, isOverlaid});
+        }
+    }
+    return choices;
+}
+
+void ChannelOverlayMenu::fill(QMenu& menu) {
+    for (const Choice& choice : choices()) {
+        QAction* item = menu.addAction(menuText(choice.name));
+        item->setCheckable(true);
+        item->setChecked(choice.isOverlaid);
+        connect(item, &QAction::triggered, this, [this, id = choice.id] { toggle(id); });
+    }
+}
+
+void ChannelOverlayMenu::toggle(const UUID& id) {
+    IDs ids = overlays_();
+    if (std::erase(ids, id) == 0) {
+        ids.push_back(id);
+    }
+    overlays_.set(std::move(ids));
+}
+
+void ChannelOverlayMenu::showState() {
+    const std::vector<Choice> offered = choices();
+    setSymbol(QStringLiteral("square.3.layers.3d"),
+              std::ranges::any_of(offered, &Choice::isOverlaid) ? Theme::accent : Theme::axisText);
+    setVisible(!offered.empty());
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,209 @@
+#include "Shell/ChannelControls/RTAOptionsView.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <array>
+
+#include "Displays/Theme.h"
+#include "Engine/MeterEngine.h"
+#include "Records/ChannelColors.h"
+#include "Settings/FollowAll.h"
+#include "Shell/ChannelControls/TargetCurveControls.h"
+#include "Shell/Controls/ColorSwatches.h"
+#include "Shell/Controls/MenuButton.h"
+#include "Shell/Controls/SegmentedPicker.h"
+#include "Shell/Controls/TextLabel.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::allCases;
+using TarvaneKit::OctaveFraction;
+using TarvaneKit::RGBAColor;
+using TarvaneKit::RingOutSensitivity;
+
+namespace {
+
+constexpr int popoverWidth = 300;
+constexpr int popoverPadding = 16;
+constexpr int rowSpacing = 12;
+constexpr int labelGap = 12;
+constexpr int viewPickerWidth = 180;
+constexpr double textSize = 11.0;
+constexpr double footnoteSize = 10.0;
+
+constexpr std::array traceColors{
+    ColorSwatches::Swatch{"Green", mainChannelColor},
+    ColorSwatches::Swatch{"Blue", channelColors[0]},
+    ColorSwatches::Swatch{"Pink", channelColors[1]},
+    ColorSwatches::Swatch{"Yellow", channelColors[2]},
+    ColorSwatches::Swatch{"Violet", channelColors[3]},
+    ColorSwatches::Swatch{"Cyan", channelColors[4]},
+    ColorSwatches::Swatch{"Orange", channelColors[5]},
+    ColorSwatches::Swatch{"White", {0.95, 0.95, 0.95, 1.0}},
+};
+
+// Holds stand over traces of the colours above, so they are rather warm and bright.
+constexpr std::array peakColors{
+    ColorSwatches::Swatch{"Orange", {1.0, 0.6, 0.2, 1.0}},
+    ColorSwatches::Swatch{"Red", {1.0, 0.3, 0.25, 1.0}},
+    ColorSwatches::Swatch{"Yellow", channelColors[2]},
+    ColorSwatches::Swatch{"White", {0.95, 0.95, 0.95, 1.0}},
+    ColorSwatches::Swatch{"Cyan", channelColors[4]},
+    ColorSwatches::Swatch{"Pink", channelColors[1]},
+};
+
+QString text(std::string_view label) {
+    return QString::fromUtf8(label.data(), static_cast<qsizetype>(label.size()));
+}
+
+/// An item for each case of an enum.
+template <class E, class Label, class Pick>
+std::vector<MenuButton::Item> itemsOf(E current, Label label, Pick pick) {
+    std::vector<MenuButton::Item> items;
+    for (const E value : allCases<E>()) {
+        items.push_back({.text = text(label(value)),
+                         .isCurrent = value == current,
+                         .action = [pick, value] { pick(value); },
+                         .dot = std::nullopt});
+    }
+    return items;
+}
+
+}  // namespace
+
+RTAOptionsView::RTAOptionsView(MeterEngine& engine, const TarvaneKit::UUID& channelID,
+                               QWidget* parent)
+    : QWidget(parent), engine_(engine), requestedChannelID_(channelID) {
+    setFixedWidth(popoverWidth - 2 * popoverPadding);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(rowSpacing);
+    const auto addRow = [&](QWidget* left, QWidget* control) {
+        auto* row = new QHBoxLayout;
+        row->setSpacing(labelGap);
+        row->addWidget(left);
+        row->addStretch(1);
+        row->addWidget(control);
+        column->addLayout(row);
+    };
+    const auto label = [this](const QString& name) {
+        return makeTextLabel(name, textSize, Theme::axisText, this);
+    };
+    const auto toggle = [this](const QString& name, std::function<void(bool)> change) {
+        auto* box = new QCheckBox(name, this);
+        box->setFont(Typeface::installed().systemFont(textSize));
+        connect(box, &QCheckBox::toggled, this, std::move(change));
+        return box;
+    };
+    const auto menu = [this](const QString& name) { return new MenuButton(name, this); };
+
+    color_ = new ColorSwatches(
+        traceColors,
+        [this](const RGBAColor& color) { engine_.setChannelColor(color, this->channelID()); },
+        this);
+    color_->setToolTip(
+        QStringLiteral("Trace color for this channel — any color in Preferences > Audio"));
+    color_->setAccessibleName(QStringLiteral("Color"));
+    addRow(label(QStringLiteral("Color")), color_);
+
+    viewMode_ = new SegmentedPicker(
+        {QStringLiteral("Bands"), QStringLiteral("Line"), QStringLiteral("Both")}, viewPickerWidth,
+        [this](int index) {
+            write([index](ChannelDisplaySettings& display) {
+                display.viewMode = allCases<SpectrumViewMode>()[static_cast<std::size_t>(index)];
+            });
+        },
+        this);
+    viewMode_->setAccessibleName(QStringLiteral("View"));
+    addRow(label(QStringLiteral("View")), viewMode_);
+
+    bands_ = menu(QStringLiteral("Bands"));
+    addRow(label(QStringLiteral("Bands")), bands_);
+
+    peakHold_ = toggle(QStringLiteral("Peak hold"), [this](bool on) {
+        write([on](ChannelDisplaySettings& display) { display.showsPeakHold = on; });
+    });
+    peakColor_ = new ColorSwatches(
+        peakColors,
+        [this](const RGBAColor& color) {
+            write([&](ChannelDisplaySettings& display) { display.peakHoldColor = color; });
+        },
+        this);
+    peakColor_->setToolTip(QStringLiteral("Peak hold color — any color in Preferences > Audio"));
+    peakColor_->setAccessibleName(QStringLiteral("Peak hold color"));
+    addRow(peakHold_, peakColor_);
+
+    octaveNormalized_ = toggle(QStringLiteral("Octave-normalized display"), [this](bool on) {
+        write([on](ChannelDisplaySettings& display) { display.octaveNormalized = on; });
+    });
+    column->addWidget(octaveNormalized_);
+
+    targetCurve_ = new TargetCurveControls(engine, channelID, QStringLiteral("Curve level"), this);
+    column->addWidget(targetCurve_);
+
+    ringOut_ = toggle(QStringLiteral("Ring-Out"),
+                      [this](bool on) { engine_.setRingOutEnabled(on, this->channelID()); });
+    ringOut_->setToolTip(QStringLiteral("Feedback detection for this channel"));
+    column->addWidget(ringOut_);
+    sensitivity_ = menu(QStringLiteral("Ring-Out sensitivity"));
+    addRow(label(QStringLiteral("Ring-Out sensitivity")), sensitivity_);
+
+    auto* footnote = makeTextLabel(
+        QStringLiteral("Also in this channel's Display section in Preferences > Audio."),
+        footnoteSize, Theme::axisText, this);
+    footnote->setWordWrap(true);
+    column->addWidget(footnote);
+
+    followAll(
+        this, [this] { showChannel(); }, engine.extraChannels, engine.rtaColor, engine.viewMode,
+        engine.octaveFraction, engine.showPeakHold, engine.rtaPeakColor,
+        engine.octaveNormalizedSpectrumDisplay, engine.ringOutEnabled, engine.ringOutSensitivity);
+}
+
+TarvaneKit::UUID RTAOptionsView::channelID() const {
+    return engine_.resolvedChannelID(requestedChannelID_);
+}
+
+void RTAOptionsView::write(const std::function<void(ChannelDisplaySettings&)>& edit) {
+    engine_.updateDisplay(channelID(), edit);
+}
+
+void RTAOptionsView::showChannel() {
+    const ChannelDisplaySettings display = engine_.display(channelID());
+    const ChannelInfo channel =
+        engine_.channelInfo(channelID()).value_or(engine_.mainChannelInfo());
+    const auto show = [](QCheckBox* box, bool on) {
+        const QSignalBlocker quiet(box);
+        box->setChecked(on);
+    };
+    color_->setSelected(channel.color);
+    constexpr auto modes = allCases<SpectrumViewMode>();
+    viewMode_->setSelectedIndex(
+        static_cast<int>(std::ranges::find(modes, display.viewMode) - modes.begin()));
+    bands_->setItems(itemsOf(
+        display.octaveFraction, [](OctaveFraction fraction) { return TarvaneKit::label(fraction); },
+        [this](OctaveFraction fraction) {
+            write([fraction](ChannelDisplaySettings& settings) {
+                settings.octaveFraction = fraction;
+            });
+        }));
+    show(peakHold_, display.showsPeakHold);
+    peakColor_->setSelected(display.peakHoldColor);
+    peakColor_->setEnabled(display.showsPeakHold);
+    show(octaveNormalized_, display.octaveNormalized);
+    targetCurve_->setChannelID(channelID());
+    show(ringOut_, channel.ringOutEnabled);
+    sensitivity_->setItems(itemsOf(
+        display.ringOutSensitivity,
+        [](RingOutSensitivity sensitivity) { return TarvaneKit::label(sensitivity); },
+        [this](RingOutSensitivity sensitivity) {
+            write([sensitivity](ChannelDisplaySettings& settings) {
+                settings.ringOutSensitivity = sensitivity;
+            });
+        }));
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,49 @@
+#include "Shell/ChannelControls/ReadoutUnitPicker.h"
+
+#include "Displays/RawText.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
+
+namespace TarvaneApp {
+
+ReadoutUnitPicker::ReadoutUnitPicker(MeterEngine& engine, const TarvaneKit::UUID& channelID,
+                                     QWidget* parent)
+    : MenuButton(QStringLiteral("Readout unit"), parent), engine_(engine), channelID_(channelID) {
+    setToolTip(QStringLiteral(
+        "Read this channel in dB SPL, dBFS, or as program loudness (LUFS, EBU R128)"));
+    followAll(
+        this, [this] { showChoices(); }, engine.calibration, engine.mainInputIsDigital,
+        engine.mainInputMeasuresLoudness, engine.extraChannels, engine.splReadoutShowsDBFS);
+}
+
+void ReadoutUnitPicker::setChannelID(const TarvaneKit::UUID& channelID) {
+    channelID_ = channelID;
+    showChoices();
+}
+
+void ReadoutUnitPicker::choose(ReadoutUnit unit) {
+    const TarvaneKit::UUID id = channelID_;
+    engine_.setMeasuresLoudness(unit == ReadoutUnit::lufs, id);
+    if (unit != ReadoutUnit::lufs) {
+        engine_.updateDisplay(id, [unit](ChannelDisplaySettings& display) {
+            display.showsDBFS = unit == ReadoutUnit::dbfs;
+        });
+    }
+}
+
+void ReadoutUnitPicker::showChoices() {
+    const ReadoutUnit current = engine_.readoutUnit(channelID_);
+    std::vector<Item> items;
+    for (const ReadoutUnit unit : TarvaneKit::allCases<ReadoutUnit>()) {
+        if (unit == ReadoutUnit::spl && !engine_.isCalibrated(channelID_)) {
+            continue;
+        }
+        items.push_back({.text = rawText(unit),
+                         .isCurrent = unit == current,
+                         .action = [this, unit] { choose(unit); },
+                         .dot = std::nullopt});
+    }
+    setItems(std::move(items));
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,76 @@
+#include "Shell/ChannelControls/SPLControlMenus.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+
+#include "Displays/RawText.h"
+#include "Displays/Theme.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
+#include "Shell/ChannelControls/LeqPresets.h"
+#include "Shell/Controls/ControlRow.h"
+#include "Shell/Controls/MenuButton.h"
+#include "Shell/Controls/TextLabel.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::UUID;
+
+SPLControlMenus::SPLControlMenus(MeterEngine& engine, const UUID& channelID, QWidget* parent)
+    : QWidget(parent),
+      engine_(engine),
+      channelID_(channelID),
+      mode_(new MenuButton(QStringLiteral("Metric"), this)),
+      weighting_(new MenuButton(QStringLiteral("Weighting"), this)),
+      timeWeighting_(new MenuButton(QStringLiteral("Time weighting"), this)),
+      leqNote_(makeTextLabel({}, 11, Theme::axisText, this)) {
+    auto* row = ControlRow::make(this, ControlRow::narrowSpacing);
+    for (MenuButton* menu : {mode_, weighting_, timeWeighting_}) {
+        menu->letShrink();
+        row->addWidget(menu);
+    }
+    leqNote_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    row->addWidget(leqNote_, 1);
+    followAll(
+        this, [this] { showDisplay(); }, engine.metricMode, engine.splWeighting,
+        engine.splTimeWeighting, engine.peakWeighting, engine.leqWeighting,
+        engine.leqIntegrationSeconds, engine.extraChannels);
+}
+
+void SPLControlMenus::setChannelID(const UUID& channelID) {
+    channelID_ = channelID;
+    showDisplay();
+}
+
+template <class E>
+void SPLControlMenus::offer(MenuButton& menu, E ChannelDisplaySettings::*field) {
+    const E current = engine_.display(channelID_).*field;
+    std::vector<MenuButton::Item> items;
+    for (const E value : TarvaneKit::allCases<E>()) {
+        items.push_back({.text = rawText(value),
+                         .isCurrent = value == current,
+                         .action =
+                             [this, field, value] {
+                                 engine_.updateDisplay(
+                                     channelID_, [field, value](ChannelDisplaySettings& display) {
+                                         display.*field = value;
+                                     });
+                             },
+                         .dot = std::nullopt});
+    }
+    menu.setItems(std::move(items));
+}
+
+void SPLControlMenus::showDisplay() {
+    const MetricMode mode = engine_.display(channelID_).metricMode;
+    offer(*mode_, &ChannelDisplaySettings::metricMode);
+    offer(*weighting_, mode == MetricMode::peak ? &ChannelDisplaySettings::peakWeighting
+                                                : &ChannelDisplaySettings::splWeighting);
+    offer(*timeWeighting_, &ChannelDisplaySettings::splTimeWeighting);
+    weighting_->setVisible(mode != MetricMode::leq);
+    timeWeighting_->setVisible(mode == MetricMode::spl);
+    leqNote_->setVisible(mode == MetricMode::leq);
+    leqNote_->setText(leqDescription(engine_.leqWeighting(), engine_.leqIntegrationSeconds()));
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,126 @@
+#include "Shell/ChannelControls/SPLControls.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <algorithm>
+
+#include "Displays/RawText.h"
+#include "Displays/Theme.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
+#include "Shell/ChannelControls/LeqPresets.h"
+#include "Shell/Controls/CompactToggleButton.h"
+#include "Shell/Controls/ControlRow.h"
+#include "Shell/Controls/SegmentedPicker.h"
+#include "Shell/Controls/TextLabel.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::allCases;
+using TarvaneKit::UUID;
+
+namespace {
+
+constexpr int buttonSpacing = 6;
+constexpr int modePickerWidth = 150;
+
+QStringList modeLabels() {
+    QStringList labels;
+    for (const MetricMode mode : allCases<MetricMode>()) {
+        labels.append(rawText(mode));
+    }
+    return labels;
+}
+
+int modeIndex(MetricMode mode) {
+    constexpr auto modes = allCases<MetricMode>();
+    return static_cast<int>(std::ranges::find(modes, mode) - modes.begin());
+}
+
+}  // namespace
+
+template <class E>
+SPLControls::ToggleRow<E> SPLControls::makeRow(QWidget* group, const char* what,
+                                               E ChannelDisplaySettings::*field) {
+    auto* holder = new QWidget(group);
+    auto* layout = ControlRow::make(holder, buttonSpacing);
+    ToggleRow<E> row;
+    for (const E value : allCases<E>()) {
+        const QString label = rawText(value);
+        auto* button = new CompactToggleButton(
+            label,
+            [this, field, value] {
+                engine_.updateDisplay(channelID_, [field, value](ChannelDisplaySettings& display) {
+                    display.*field = value;
+                });
+            },
+            holder);
+        button->setAccessibleName(label + QLatin1Char(' ') + QLatin1String(what));
+        layout->addWidget(button);
+        row.push_back({value, button});
+    }
+    group->layout()->addWidget(holder);
+    return row;
+}
+
+SPLControls::SPLControls(MeterEngine& engine, const UUID& channelID, QWidget* parent)
+    : QWidget(parent), engine_(engine), channelID_(channelID) {
+    auto* row = ControlRow::make(this, ControlRow::groupSpacing);
+    modePicker_ = new SegmentedPicker(
+        modeLabels(), modePickerWidth,
+        [this](int index) {
+            engine_.updateDisplay(channelID_, [index](ChannelDisplaySettings& display) {
+                display.metricMode = allCases<MetricMode>()[static_cast<std::size_t>(index)];
+            });
+        },
+        this);
+    modePicker_->setAccessibleName(QStringLiteral("Metric"));
+    row->addWidget(modePicker_);
+    row->addWidget(ControlRow::makeDivider(this));
+
+    splGroup_ = new QWidget(this);
+    ControlRow::make(splGroup_, ControlRow::groupSpacing);
+    splWeightings_ = makeRow(splGroup_, "weighting", &ChannelDisplaySettings::splWeighting);
+    splGroup_->layout()->addWidget(ControlRow::makeDivider(splGroup_));
+    splTimeWeightings_ =
+        makeRow(splGroup_, "time weighting", &ChannelDisplaySettings::splTimeWeighting);
+    row->addWidget(splGroup_);
+
+    peakGroup_ = new QWidget(this);
+    ControlRow::make(peakGroup_, ControlRow::groupSpacing);
+    peakWeightings_ = makeRow(peakGroup_, "peak weighting", &ChannelDisplaySettings::peakWeighting);
+    row->addWidget(peakGroup_);
+
+    leqNote_ = makeTextLabel({}, 12, Theme::axisText, this);
+    row->addWidget(leqNote_);
+
+    followAll(
+        this, [this] { showDisplay(); }, engine.metricMode, engine.splWeighting,
+        engine.splTimeWeighting, engine.peakWeighting, engine.leqWeighting,
+        engine.leqIntegrationSeconds, engine.extraChannels);
+}
+
+void SPLControls::setChannelID(const UUID& channelID) {
+    channelID_ = channelID;
+    showDisplay();
+}
+
+void SPLControls::showDisplay() {
+    const ChannelDisplaySettings display = engine_.display(channelID_);
+    modePicker_->setSelectedIndex(modeIndex(display.metricMode));
+    splGroup_->setVisible(display.metricMode == MetricMode::spl);
+    peakGroup_->setVisible(display.metricMode == MetricMode::peak);
+    leqNote_->setVisible(display.metricMode == MetricMode::leq);
+    const auto select = [](const auto& row, auto value) {
+        for (const auto& toggle : row) {
+            toggle.button->setSelected(toggle.value == value);
+        }
+    };
+    select(splWeightings_, display.splWeighting);
+    select(splTimeWeightings_, display.splTimeWeighting);
+    select(peakWeightings_, display.peakWeighting);
+    leqNote_->setText(leqDescription(engine_.leqWeighting(), engine_.leqIntegrationSeconds()) +
+                      QStringLiteral(" · configured in Settings"));
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,84 @@
+#include "Shell/ChannelControls/TargetCurveReferenceControl.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <cmath>
+
+#include "Displays/Theme.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
+#include "Shell/Controls/TextLabel.h"
+
+namespace TarvaneApp {
+
+namespace {
+
+constexpr double textSize = 11.0;
+constexpr int valueWidth = 70;
+constexpr int gap = 6;
+
+// A channel's level in one unit, and how far it can be moved.
+struct Reference {
+    double ChannelDisplaySettings::*level;
+    int lowest;
+    int highest;
+    const char* unit;
+};
+constexpr Reference inSPL{&ChannelDisplaySettings::targetCurveReferenceDB, 40, 120, "dB SPL"};
+constexpr Reference inDBFS{&ChannelDisplaySettings::targetCurveReferenceDBFS, -80, 0, "dBFS"};
+
+const Reference& reference(RTAScale scale) {
+    return scale == RTAScale::dbfs ? inDBFS : inSPL;
+}
+
+}  // namespace
+
+TargetCurveReferenceControl::TargetCurveReferenceControl(MeterEngine& engine,
+                                                         const TarvaneKit::UUID& channelID,
+                                                         QWidget* parent)
+    : QWidget(parent),
+      engine_(engine),
+      channelID_(channelID),
+      slider_(new QSlider(Qt::Horizontal, this)),
+      value_(makeTextLabel({}, textSize, Theme::axisText, this)) {
+    setToolTip(
+        QStringLiteral("Where the target curve's 0 dB sits — set separately for the SPL and dBFS "
+                       "readouts"));
+    slider_->setAccessibleName(QStringLiteral("Target curve level"));
+    value_->setFixedWidth(valueWidth);
+    value_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(gap);
+    row->addWidget(slider_, 1);
+    row->addWidget(value_);
+    connect(slider_, &QSlider::valueChanged, this, &TargetCurveReferenceControl::setLevel);
+    followAll(
+        this, [this] { showLevel(); }, engine.extraChannels, engine.targetCurveReferenceDB,
+        engine.targetCurveReferenceDBFS, engine.splReadoutShowsDBFS, engine.calibration,
+        engine.mainInputIsDigital);
+}
+
+void TargetCurveReferenceControl::setChannelID(const TarvaneKit::UUID& channelID) {
+    channelID_ = channelID;
+    showLevel();
+}
+
+void TargetCurveReferenceControl::showLevel() {
+    const Reference& shown = reference(engine_.rtaScale(channelID_));
+    const long level = std::lround(engine_.display(channelID_).*shown.level);
+    const QSignalBlocker quiet(slider_);
+    slider_->setRange(shown.lowest, shown.highest);
+    slider_->setValue(static_cast<int>(level));
+    value_->setText(QString::number(level) + u' ' + QLatin1String(shown.unit));
+}
+
+void TargetCurveReferenceControl::setLevel(int level) {
+    const Reference& shown = reference(engine_.rtaScale(channelID_));
+    engine_.updateDisplay(channelID_,
+                          [&](ChannelDisplaySettings& display) { display.*shown.level = level; });
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,56 @@
+#include "Shell/Windows/ContentView.h"
+
+#include <QShowEvent>
+#include <QVBoxLayout>
+
+#include "Engine/MeterEngine.h"
+#include "Shell/Controls/Divider.h"
+#include "Shell/Panels/MainWindowArrangement.h"
+#include "Shell/Panels/ModuleLayoutView.h"
+#include "Shell/Windows/MainToolbar.h"
+#include "Shell/Windows/StandaloneWindowGuard.h"
+
+namespace TarvaneApp {
+
+ContentView::ContentView(MeterEngine& engine, const AppCommands& commands, QWidget* parent)
+    : QWidget(parent), engine_(engine), commands_(commands) {
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(new MainToolbar(engine, commands, this));
+    column->addWidget(makeDivider(this));
+    auto* arrangement = new MainWindowArrangement(engine, this);
+    column->addWidget(new ModuleLayoutView(engine, *arrangement, std::nullopt, this), 1);
+    for (const StandaloneModule module : standaloneModules) {
+        const Setting<ModulePlacement>& where = placement(engine, module);
+        connect(&where.notifier(), &ChangeNotifier::changed, this,
+                [this, module, &where] { syncStandaloneWindow(module, where()); });
+    }
+}
+
+void ContentView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (!event->spontaneous()) {
+        // Not before the window itself is on its way to the screen: an alert or a module's window
+        // that comes first would lie behind it.
+        QMetaObject::invokeMethod(this, &ContentView::appeared, Qt::QueuedConnection);
+    }
+}
+
+void ContentView::appeared() {
+    engine_.refreshDevices();
+    for (const StandaloneModule module : standaloneModules) {
+        syncStandaloneWindow(module, placement(engine_, module)());
+    }
+}
+
+void ContentView::syncStandaloneWindow(StandaloneModule module, ModulePlacement placement) {
+    QWidget* window = visibleStandaloneWindow(module);
+    if (placement == ModulePlacement::separateWindow && window == nullptr) {
+        commands_.openStandaloneWindow(module);
+    } else if (placement != ModulePlacement::separateWindow && window != nullptr) {
+        window->close();
+    }
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,29 @@
+// What the main window holds: the toolbar, a divider, the modules. It sees that the modules whose
+// placement is elsewhere have their windows.
+#pragma once
+
+#include <QWidget>
+
+#include "Shell/Windows/AppCommands.h"
+
+namespace TarvaneApp {
+
+class MeterEngine;
+
+class ContentView final : public QWidget {
+    Q_OBJECT
+  public:
+    ContentView(MeterEngine& engine, const AppCommands& commands, QWidget* parent = nullptr);
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+
+  private:
+    void appeared();
+    void syncStandaloneWindow(StandaloneModule module, ModulePlacement placement);
+
+    MeterEngine& engine_;
+    const AppCommands commands_;
+};
+
+}  // namespace TarvaneApp

@@ -1,0 +1,37 @@
+#include "Shell/Windows/ExtraChannelsMenu.h"
+
+#include "Displays/Theme.h"
+#include "Engine/MeterEngine.h"
+#include "Shell/Controls/MenuItems.h"
+
+namespace TarvaneApp {
+
+namespace {
+
+constexpr int symbolSize = 16;
+
+}  // namespace
+
+ExtraChannelsMenu::ExtraChannelsMenu(MeterEngine& engine, const AppCommands& commands,
+                                     QWidget* parent)
+    : IconMenuButton(
+          symbolSize, [this](QMenu& menu) { fill(menu); }, parent),
+      engine_(engine),
+      commands_(commands) {
+    setSymbol(QStringLiteral("square.stack.3d.up"), Theme::axisText);
+    setAccessibleName(QStringLiteral("Extra channels"));
+    setToolTip(QStringLiteral("Extra channels — open one in its own window"));
+    follow(engine.extraChannels, this, [this] { setVisible(!engine_.extraChannels().empty()); });
+}
+
+void ExtraChannelsMenu::fill(QMenu& menu) {
+    menu.addSection(QStringLiteral("Open in Window"));
+    for (const ChannelInfo& channel : engine_.activeChannelInfos()) {
+        menu.addAction(menuText(channel.name),
+                       [this, id = channel.id] { commands_.openChannelWindow(id); });
+    }
+    menu.addSeparator();
+    menu.addAction(QStringLiteral("Channel Settings…"), [this] { commands_.showSettings(); });
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,158 @@
+#include "Shell/Windows/MainToolbar.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+
+#include "Displays/Theme.h"
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
+#include "Shell/Controls/ElidedLabel.h"
+#include "Shell/Controls/IconMenuButton.h"
+#include "Shell/Controls/Spinner.h"
+#include "Shell/Controls/TextLabel.h"
+#include "Shell/Windows/AppCommands.h"
+#include "Shell/Windows/ExtraChannelsMenu.h"
+#include "Shell/Windows/MainWindowLayoutMenu.h"
+#include "Shell/Windows/MeteringKeys.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::UUID;
+
+namespace {
+
+constexpr int symbolSize = 22;
+constexpr int ellipsisSize = 14;
+constexpr int paddingAcross = 16;
+constexpr int paddingUpDown = 10;
+constexpr int spacing = 14;
+constexpr int spinnerInset = 2;
+
+constexpr QLatin1String resetPeakHold("Reset Peak Hold");
+
+void name(IconButton& button, const QString& name, const QString& toolTip) {
+    button.setAccessibleName(name);
+    button.setToolTip(toolTip);
+}
+
+}  // namespace
+
+MainToolbar::MainToolbar(MeterEngine& engine, const AppCommands& commands, QWidget* parent)
+    : QWidget(parent),
+      engine_(engine),
+      row_(new QHBoxLayout(this)),
+      startButton_(new IconButton(symbolSize, this)),
+      spinner_(new Spinner(startButton_)),
+      pauseButton_(new IconButton(symbolSize, this)),
+      pausedNote_(makeTextLabel({}, 11, Theme::peakHold, this)),
+      deviceName_(new ElidedLabel(12, Theme::axisText, this)),
+      resetPeakHoldButton_(new QPushButton(resetPeakHold, this)),
+      resetPeakHoldMenu_(new IconMenuButton(
+          ellipsisSize,
+          [&engine](QMenu& menu) {
+              menu.addAction(resetPeakHold, [&engine] { engine.resetPeakHold(); });
+          },
+          this)) {
+    constexpr int ring = IconButton::margin;
+    row_->setContentsMargins(paddingAcross - ring, paddingUpDown - ring, paddingAcross - ring,
+                             paddingUpDown - ring);
+    row_->setSpacing(spacing - ring);
+    row_->addWidget(startButton_);
+    row_->addWidget(pauseButton_);
+    row_->addWidget(pausedNote_);
+    row_->addWidget(deviceName_);
+    row_->addWidget(new ExtraChannelsMenu(engine, commands, this));
+    row_->addWidget(new MainWindowLayoutMenu(engine, this));
+    row_->addStretch(1);
+    row_->addWidget(resetPeakHoldButton_);
+    row_->addWidget(resetPeakHoldMenu_);
+
+    spinner_->setGeometry(ring + spinnerInset, ring + spinnerInset, symbolSize - 2 * spinnerInset,
+                          symbolSize - 2 * spinnerInset);
+    pausedNote_->setText(QStringLiteral("PAUSED"));
+    resetPeakHoldButton_->setFlat(true);
+    resetPeakHoldButton_->setFocusPolicy(Qt::TabFocus);
+    resetPeakHoldButton_->setFont(Typeface::installed().systemFont(12));
+    QPalette palette = resetPeakHoldButton_->palette();
+    palette.setColor(QPalette::ButtonText, Theme::axisText);
+    resetPeakHoldButton_->setPalette(palette);
+    resetPeakHoldMenu_->setSymbol(QStringLiteral("ellipsis"), Theme::axisText);
+    name(*resetPeakHoldMenu_, QStringLiteral("More"), resetPeakHold);
+
+    connect(startButton_, &QAbstractButton::clicked, this, [this] { toggleRunning(engine_); });
+    connect(pauseButton_, &QAbstractButton::clicked, this, [this] { togglePause(engine_); });
+    connect(resetPeakHoldButton_, &QAbstractButton::clicked, this,
+            [this] { engine_.resetPeakHold(); });
+    followAll(
+        this, [this] { showRunState(); }, engine.isRunning, engine.isStarting, engine.isPaused);
+    followAll(
+        this, [this] { showDeviceName(); }, engine.selectedDeviceUID, engine.availableDevices);
+    followAll(
+        this, [this] { showPeakHoldReset(); }, engine.rtaChannelID, engine.showPeakHold,
+        engine.extraChannels);
+}
+
+bool MainToolbar::event(QEvent* event) {
+    if (event->type() == QEvent::LayoutRequest) {
+        showPeakHoldReset();
+    }
+    return QWidget::event(event);
+}
+
+void MainToolbar::resizeEvent(QResizeEvent* event) {
+    showPeakHoldReset();
+    QWidget::resizeEvent(event);
+}
+
+// The text where the row has room for it beside all that it shows, else the menu.
+void MainToolbar::showPeakHoldReset() {
+    const UUID shown = engine_.resolvedChannelID(engine_.rtaChannelID());
+    const bool isOffered = engine_.display(shown).showsPeakHold;
+    const auto widthOf = [this](const QWidget& widget) {
+        return widget.isHidden() ? 0 : widget.sizeHint().width() + row_->spacing();
+    };
+    const int others =
+        row_->sizeHint().width() - widthOf(*resetPeakHoldButton_) - widthOf(*resetPeakHoldMenu_);
+    const bool fits =
+        others + row_->spacing() + resetPeakHoldButton_->sizeHint().width() <= width();
+    resetPeakHoldButton_->setVisible(isOffered && fits);
+    resetPeakHoldMenu_->setVisible(isOffered && !fits);
+}
+
+void MainToolbar::showRunState() {
+    const bool isRunning = engine_.isRunning();
+    const bool isStarting = engine_.isStarting();
+    const bool isPaused = engine_.isPaused();
+    spinner_->setVisible(isStarting);
+    if (isStarting) {
+        startButton_->setSymbol(QString(), QColor());
+        name(*startButton_, QStringLiteral("Starting"), QStringLiteral("Cancel start (Space)"));
+    } else if (isRunning) {
+        startButton_->setSymbol(QStringLiteral("stop.circle.fill"),
+                                Theme::color(TarvaneKit::SignalColors::red));
+        name(*startButton_, QStringLiteral("Stop"), QStringLiteral("Stop metering (Space)"));
+    } else {
+        startButton_->setSymbol(QStringLiteral("play.circle.fill"), Theme::accent);
+        name(*startButton_, QStringLiteral("Start"), QStringLiteral("Start metering (Space)"));
+    }
+    pauseButton_->setVisible(isRunning);
+    pausedNote_->setVisible(isRunning && isPaused);
+    if (isPaused) {
+        pauseButton_->setSymbol(QStringLiteral("play.circle"), Theme::primaryText);
+        name(*pauseButton_, QStringLiteral("Resume"), QStringLiteral("Resume metering (P)"));
+    } else {
+        pauseButton_->setSymbol(QStringLiteral("pause.circle"), Theme::primaryText);
+        name(*pauseButton_, QStringLiteral("Pause"),
+             QStringLiteral("Pause metering without clearing (P)"));
+    }
+}
+
+void MainToolbar::showDeviceName() {
+    deviceName_->setText(
+        QString::fromStdString(engine_.deviceDisplayName(engine_.selectedDeviceUID())));
+}
+
+}  // namespace TarvaneApp

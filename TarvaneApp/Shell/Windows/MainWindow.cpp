@@ -1,0 +1,105 @@
+#include "Shell/Windows/MainWindow.h"
+
+#include <QAction>
+#include <QMenuBar>
+
+#include "Engine/MeterEngine.h"
+#include "Settings/FollowAll.h"
+#include "Shell/Controls/Icon.h"
+#include "Shell/Controls/MenuItems.h"
+#include "Shell/Windows/ContentView.h"
+#include "Shell/Windows/ErrorAlert.h"
+#include "Shell/Windows/InFront.h"
+#include "Shell/Windows/MeteringKeys.h"
+
+namespace TarvaneApp {
+
+namespace {
+
+constexpr int smallestWidth = 900;
+constexpr int smallestHeight = 260;
+constexpr int smallestHeightWithGraphs = 600;
+constexpr int historyHeight = 170;
+constexpr QSize firstSize(1200, 920);
+
+}  // namespace
+
+MainWindow::MainWindow(MeterEngine& engine, const AppCommands& commands) : engine_(engine) {
+    setWindowTitle(QStringLiteral("Tarvane"));
+    setWindowIcon(Icon::application());
+    followAll(
+        this,
+        [this] {
+            const int graphs =
+                engine_.mainWindowShowsGraphArea() ? smallestHeightWithGraphs : smallestHeight;
+            const int history =
+                engine_.levelHistoryPlacement() == ModulePlacement::mainWindow ? historyHeight : 0;
+            setMinimumSize(smallestWidth, graphs + history);
+        },
+        engine.rtaPlacement, engine.spectrogramPlacement, engine.levelHistoryPlacement);
+    resize(firstSize);
+    setCentralWidget(new ContentView(engine, commands, this));
+    // No control is pressed or ringed until the user moves the focus there.
+    centralWidget()->setFocusPolicy(Qt::ClickFocus);
+    centralWidget()->setFocus();
+    makeMenus(commands);
+    new MeteringKeys(engine, *this);
+    new ErrorAlert(engine, this);
+}
+
+void MainWindow::makeMenus(const AppCommands& commands) {
+    QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
+    QAction* settings = file->addAction(QStringLiteral("Settings…"), this, commands.showSettings);
+    settings->setShortcut(QKeySequence(QStringLiteral("Ctrl+,")));
+    settings->setMenuRole(QAction::PreferencesRole);
+    file->addSeparator();
+    QAction* quit = file->addAction(QStringLiteral("Quit"), this, commands.quit);
+    quit->setShortcut(QKeySequence(QStringLiteral("Ctrl+Q")));
+    quit->setMenuRole(QAction::QuitRole);
+
+    QMenu* view = menuBar()->addMenu(QStringLiteral("&View"));
+    const auto addSwitch = [this, view](const QString& text, Setting<bool>& setting) {
+        QAction* item = view->addAction(text);
+        item->setCheckable(true);
+        connect(item, &QAction::triggered, this, [&setting](bool on) { setting.set(on); });
+        follow(setting, this, [&setting, item] { item->setChecked(setting()); });
+        return item;
+    };
+    addSwitch(QStringLiteral("Show Clock Instead of SPL Meter"), engine_.splReadoutShowsClock)
+        ->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+C")));
+    addSwitch(QStringLiteral("Show Level Bar in SPL Meter"), engine_.splMeterShowsLevelBar);
+
+    makeWindowMenu(commands);
+}
+
+void MainWindow::makeWindowMenu(const AppCommands& commands) {
+    QMenu* window = menuBar()->addMenu(QStringLiteral("&Window"));
+    QAction* showMain = window->addAction(QStringLiteral("Show Main Window"), this,
+                                          [this] { bringToFront(*this); });
+    showMain->setShortcut(QKeySequence(QStringLiteral("Ctrl+0")));
+    QMenu* channels = window->addMenu(QStringLiteral("Channel Windows"));
+    follow(engine_.extraChannels, channels, [this, channels, open = commands.openChannelWindow] {
+        const bool hasExtraChannels = !engine_.extraChannels().empty();
+        channels->clear();
+        channels->setEnabled(hasExtraChannels);
+        if (hasExtraChannels) {
+            for (const ChannelInfo& channel : engine_.channelInfos()) {
+                channels->addAction(menuText(channel.name), [open, id = channel.id] { open(id); });
+            }
+        }
+    });
+}
+
+QList<QAction*> MainWindow::keyedActions() const {
+    QList<QAction*> keyed;
+    for (const QAction* title : menuBar()->actions()) {
+        for (QAction* item : title->menu()->actions()) {
+            if (!item->shortcut().isEmpty()) {
+                keyed.append(item);
+            }
+        }
+    }
+    return keyed;
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,27 @@
+// The main window: menus, content, the error alert.
+#pragma once
+
+#include <QMainWindow>
+
+#include "Shell/Windows/AppCommands.h"
+
+namespace TarvaneApp {
+
+class MeterEngine;
+
+class MainWindow final : public QMainWindow {
+    Q_OBJECT
+  public:
+    MainWindow(MeterEngine& engine, const AppCommands& commands);
+
+    /// The items of the menus that have keys of their own, which are to work in every window.
+    QList<QAction*> keyedActions() const;
+
+  private:
+    void makeMenus(const AppCommands& commands);
+    void makeWindowMenu(const AppCommands& commands);
+
+    MeterEngine& engine_;
+};
+
+}  // namespace TarvaneApp

@@ -1,0 +1,4 @@
+#include "Engine/MeterEngine.h"
+#ifdef FORBIDDEN
+#include "LiveDisplays/LiveBinding.h"
+#endif

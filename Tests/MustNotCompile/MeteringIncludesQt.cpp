@@ -1,0 +1,4 @@
+#include "Metering/ChannelProcessor.h"
+#ifdef FORBIDDEN
+#include <QObject>
+#endif

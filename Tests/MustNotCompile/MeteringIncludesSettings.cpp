@@ -1,0 +1,4 @@
+#include "Metering/ChannelProcessor.h"
+#ifdef FORBIDDEN
+#include "Settings/Published.h"
+#endif

@@ -1,0 +1,4 @@
+#include "Records/ChannelConfig.h"
+#ifdef FORBIDDEN
+#include "Metering/ChannelProcessor.h"
+#endif

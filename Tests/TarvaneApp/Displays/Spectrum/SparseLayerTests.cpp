@@ -1,0 +1,46 @@
+#include "Displays/Spectrum/SparseLayer.h"
+
+#include <gtest/gtest.h>
+
+#include <QPainter>
+
+#include "Support/ImageSimilarity.h"
+
+namespace TarvaneApp {
+namespace {
+
+QImage layerPicture() {
+    QImage picture(60, 40, QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QColor(255, 100, 50, 180), 2.5));
+    painter.drawLine(QPointF(0.0, 3.0), QPointF(60.0, 35.0));
+    painter.fillRect(QRect(50, 0, 10, 10), QColor(20, 200, 90, 120));  // at the right edge
+    return picture;
+}
+
+TEST(SparseLayer, blendedItLooksAsThePictureDrawn) {
+    QImage drawn(60, 40, QImage::Format_RGB32);
+    drawn.fill(QColor(30, 60, 90));
+    QImage blended = drawn;
+    SparseLayer(layerPicture()).blendInto(blended);
+    QPainter painter(&drawn);
+    painter.drawImage(0, 0, layerPicture());
+    painter.end();
+    EXPECT_LE(TarvaneTests::largestDifference(drawn, blended), 1);
+}
+
+TEST(SparseLayer, anEmptyLayerChangesNothing) {
+    QImage empty(60, 40, QImage::Format_ARGB32_Premultiplied);
+    empty.fill(Qt::transparent);
+    QImage picture(60, 40, QImage::Format_RGB32);
+    picture.fill(QColor(30, 60, 90));
+    const QImage before = picture;
+    SparseLayer(empty).blendInto(picture);
+    SparseLayer().blendInto(picture);
+    EXPECT_EQ(picture, before);
+}
+
+}  // namespace
+}  // namespace TarvaneApp

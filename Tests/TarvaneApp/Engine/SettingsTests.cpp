@@ -1,0 +1,341 @@
+// What survives a restart, and what a damaged store costs.
+
+#include <rapidcheck.h>
+
+#include <set>
+
+#include "Support/RecordGenerators.h"
+#include "TarvaneApp/Engine/EngineFixture.h"
+#include "TarvaneApp/Engine/EverySetting.h"
+
+namespace TarvaneApp {
+namespace {
+
+using Key = Persistence::Key;
+using TarvaneKit::TimeWeighting;
+using TarvaneKit::UUID;
+using TarvaneTests::forEachSetting;
+using TarvaneTests::valuesOfSettings;
+
+constexpr const char* mainID = "6A1D0000-0000-4000-8000-000000000001";
+constexpr const char* xCurveName = "X-Curve (SMPTE ST202 / ISO 2969)";
+
+enum class Form { text, number, json };
+
+struct StoredDefault {
+    Form form;
+    /// Empty where the default is absent.
+    std::string value;
+};
+
+// What a first launch would store, written out by hand.
+const std::map<Key, StoredDefault>& storedDefaults() {
+    static const std::string green = R"({"red":0.2,"green":0.8,"blue":0.3,"alpha":1.0})";
+    static const std::string yellow = R"({"red":0.95,"green":0.8,"blue":0.15,"alpha":1.0})";
+    static const std::string red = R"({"red":0.9,"green":0.2,"blue":0.2,"alpha":1.0})";
+    const auto trafficLight = [&](const std::string& name, const std::string& first,
+                                  const std::string& second) {
+        return R"({"name":")" + name + R"(","bands":[{"thresholdDB":)" + first + R"(,"color":)" +
+               red + R"(},{"thresholdDB":)" + second + R"(,"color":)" + yellow +
+               R"(}],"belowAllColor":)" + green + "}";
+    };
+    static const std::map<Key, StoredDefault> defaults{
+        {Key::deviceUID, {Form::text, ""}},
+        {Key::channelIndex, {Form::json, "0"}},
+        {Key::octaveFraction, {Form::json, "3"}},
+        {Key::viewMode, {Form::json, R"("Both")"}},
+        {Key::rtaColor, {Form::json, R"({"red":0.55,"green":1.0,"blue":0.35,"alpha":0.95})"}},
+        {Key::rtaPeakColor, {Form::json, R"({"red":1.0,"green":0.6,"blue":0.2,"alpha":1.0})"}},
+        {Key::showPeakHold, {Form::json, "true"}},
+        {Key::rtaTimeWeighting, {Form::json, R"("None")"}},
+        {Key::targetCurveName, {Form::text, xCurveName}},
+        {Key::targetCurveReferenceDB, {Form::number, "85"}},
+        {Key::targetCurveReferenceDBFS, {Form::number, "-20"}},
+        {Key::octaveNormalizedSpectrumDisplay, {Form::json, "true"}},
+        {Key::metricMode, {Form::json, R"("SPL")"}},
+        {Key::splWeighting, {Form::json, R"("A")"}},
+        {Key::splTimeWeighting, {Form::json, R"("Fast")"}},
+        {Key::peakWeighting, {Form::json, R"("C")"}},
+        {Key::leqWeighting, {Form::json, R"("A")"}},
+        {Key::leqIntegrationSeconds, {Form::number, "60"}},
+        {Key::trafficLightConfig, {Form::json, trafficLight("Default", "100.0", "85.0")}},
+        {Key::trafficLightConfigDBFS, {Form::json, trafficLight("Default dBFS", "-3.0", "-12.0")}},
+        {Key::calibration, {Form::json, R"({"name":"Default","micCalFileReferenceSPL":94.0})"}},
+        {Key::spectrogramRanges,
+         {Form::json, R"({"spl":{"floorDB":30.0,"ceilingDB":110.0},)"
+                      R"("dbfs":{"floorDB":-100.0,"ceilingDB":-20.0}})"}},
+        {Key::spectrogramTimeSpanSeconds, {Form::number, "2"}},
+        {Key::spectrogramSliceHeightMultiplier, {Form::number, "1"}},
+        {Key::spectrogramColorPresets, {Form::json, "[]"}},
+        {Key::panelLayout, {Form::json, R"("Both")"}},
+        {Key::panelSplitFraction, {Form::number, "0.5"}},
+        {Key::ringOutEnabled, {Form::json, "true"}},
+        {Key::ringOutSensitivity, {Form::json, R"("normal")"}},
+        {Key::splMeterPlacement, {Form::json, R"("Main Window")"}},
+        {Key::rtaPlacement, {Form::json, R"("Main Window")"}},
+        {Key::spectrogramPlacement, {Form::json, R"("Main Window")"}},
+        {Key::graphOrientation, {Form::json, R"("Stacked")"}},
+        {Key::splReadoutShowsClock, {Form::json, "false"}},
+        {Key::splReadoutShowsDBFS, {Form::json, "false"}},
+        {Key::levelHistoryPlacement, {Form::json, R"("Main Window")"}},
+        {Key::levelHistoryZoom, {Form::json, R"("Session")"}},
+        {Key::graphOrder, {Form::json, R"("RTA First")"}},
+        {Key::levelHistoryPosition, {Form::json, R"("Above Graphs")"}},
+        {Key::levelHistoryShowsMomentary, {Form::json, "false"}},
+        {Key::splMeterShowsLevelBar, {Form::json, "true"}},
+        {Key::mainInputIsDigital, {Form::json, "false"}},
+        {Key::extraChannels, {Form::json, "[]"}},
+        {Key::splMeterChannelID, {Form::text, mainID}},
+        {Key::rtaChannelID, {Form::text, mainID}},
+        {Key::spectrogramChannelID, {Form::text, mainID}},
+        {Key::rtaOverlayChannelIDs, {Form::json, "[]"}},
+        {Key::mainInputIsStereo, {Form::json, "false"}},
+        {Key::mainInputRightChannelIndex, {Form::json, "1"}},
+        {Key::levelHistoryChannelID, {Form::text, ""}},
+        {Key::levelHistoryOverlayChannelIDs, {Form::json, "[]"}},
+        {Key::channelWindowLayouts, {Form::json, "{}"}},
+        {Key::mainInputMeasuresLoudness, {Form::json, "false"}},
+        {Key::loudnessReadout, {Form::json, R"("shortTerm")"}},
+        {Key::loudnessTarget,
+         {Form::json, R"json({"name":"EBU R128 (−23 LUFS)","targetLUFS":-23.0,)json"
+                      R"json("toleranceLU":1.0,"truePeakCeilingDBTP":-1.0})json"}},
+        {Key::loudnessColors,
+         {Form::json, R"({"aboveTarget":)" + red + R"(,"onTarget":)" + green +
+                          R"(,"belowTarget":)" + yellow + R"(,"truePeakOver":)" + red +
+                          R"(,"truePeakWithin":)" + green + "}"}},
+    };
+    return defaults;
+}
+
+// Keys that are no setting of the engine: two that are only read, two of the profiles.
+const std::set<Key> keysOfOthers{Key::spectrogramFloorDB, Key::spectrogramCeilingDB,
+                                 Key::activeProfileName, Key::profilesIncludeAudioAndCalibration};
+
+class SettingsTests : public TarvaneTests::EngineFixture {
+  protected:
+    /// Gives every setting a value of any kind that it may hold.
+    void setEverything() {
+        using TarvaneKit::Testing::anyValue;
+        forEachSetting(*engine, [](Key, auto& setting) {
+            setting.set(*anyValue<std::remove_cvref_t<decltype(setting())>>());
+        });
+        // What an impossible calibration and no curve become at a restart is told on its own.
+        TarvaneKit::CalibrationProfile calibration;
+        calibration.name = *anyValue<std::string>();
+        calibration.reference = *anyValue<std::optional<TarvaneKit::ReferenceCalibration>>();
+        if (calibration.reference) {
+            calibration.reference->offsetDB = *rc::gen::inRange(-300, 301);
+        }
+        engine->calibration.set(calibration);
+        engine->selectedTargetCurveName.set(*anyValue<std::string>());
+    }
+    void putGarbage(Key key) {
+        const std::string name = Persistence::storedName(key);
+        const auto default_ = storedDefaults().find(key);
+        const bool isText =
+            default_ != storedDefaults().end() && default_->second.form == Form::text;
+        switch (*rc::gen::inRange(0, 3)) {
+            case 0:  // another form than its own
+                if (isText) {
+                    store.setNumber(name, 1.0);
+                } else {
+                    store.setText(name, "garbage");
+                }
+                break;
+            case 1:  // cut short
+                store.setData(name, "[{\"id\":");
+                break;
+            default:  // of another type
+                store.setData(name, "[[\"another\"]]");
+        }
+    }
+};
+
+TEST_F(SettingsTests, everyKeyButThoseOfOthersIsASettingOfTheEngine) {
+    std::set<Key> seen;
+    forEachSetting(*engine, [&](Key key, auto&) { EXPECT_TRUE(seen.insert(key).second); });
+    for (const Key key : TarvaneKit::allCases<Key>()) {
+        EXPECT_NE(seen.contains(key), keysOfOthers.contains(key)) << TarvaneKit::rawValue(key);
+    }
+}
+
+TEST_F(SettingsTests, aFirstLaunchGivesTheDefaultsAndEachIsStoredInItsForm) {
+    forEachSetting(*engine, [&](Key key, auto& setting) {
+        if (key == Key::spectrogramColorStops) {
+            return;  // its stops have identifiers of their own
+        }
+        store.clear();
+        setting.set(setting());
+        const std::string name = Persistence::storedName(key);
+        SCOPED_TRACE(name);
+        EXPECT_TRUE(store.isFlushed());
+        const auto& [form, value] = storedDefaults().at(key);
+        if (value.empty()) {
+            EXPECT_TRUE(store.keys().empty());
+            return;
+        }
+        EXPECT_EQ(store.keys(), std::vector{name});
+        switch (form) {
+            case Form::text:
+                EXPECT_EQ(store.text(name), value);
+                break;
+            case Form::number:
+                EXPECT_EQ(store.number(name), std::stod(value));
+                break;
+            case Form::json:
+                EXPECT_EQ(store.data(name), value);
+        }
+    });
+}
+
+TEST_F(SettingsTests, theDefaultRampRunsFromNearBlackToWhite) {
+    const auto& stops = engine->spectrogramColorStops();
+    ASSERT_EQ(stops.size(), 9U);
+    EXPECT_EQ(stops.front().position, 0.0);
+    EXPECT_EQ(stops.front().color, (TarvaneKit::RGBAColor{5 / 255.0, 5 / 255.0, 12 / 255.0, 1.0}));
+    EXPECT_EQ(stops[1].position, 0.378);
+    EXPECT_EQ(stops[4].color, (TarvaneKit::RGBAColor{0.0, 183 / 255.0, 148 / 255.0, 1.0}));
+    EXPECT_EQ(stops.back().position, 1.0);
+    EXPECT_EQ(stops.back().color, (TarvaneKit::RGBAColor{1.0, 1.0, 1.0, 1.0}));
+    engine->spectrogramColorStops.set(stops);
+    makeEngine();
+    EXPECT_EQ(engine->spectrogramColorStops(), defaultSpectrogramColorStops());
+}
+
+TEST_F(SettingsTests, everySettingSurvivesARestart) {
+    EXPECT_TRUE(rc::check([this] {
+        store.clear();
+        makeEngine();
+        setEverything();
+        const auto before = valuesOfSettings(*engine);
+        makeEngine();
+        RC_ASSERT(valuesOfSettings(*engine) == before);
+    }));
+}
+
+TEST_F(SettingsTests, aBrokenValueCostsThatValueAlone) {
+    store.clear();
+    makeEngine();
+    const auto defaults = valuesOfSettings(*engine);
+    EXPECT_TRUE(rc::check([this, &defaults] {
+        store.clear();
+        makeEngine();
+        setEverything();
+        auto expected = valuesOfSettings(*engine);
+        const Key key = *rc::gen::elementOf(TarvaneKit::allCases<Key>());
+        putGarbage(key);
+        makeEngine();
+        if (!keysOfOthers.contains(key)) {
+            expected[key] = defaults.at(key);
+        }
+        RC_ASSERT(valuesOfSettings(*engine) == expected);
+    }));
+}
+
+TEST_F(SettingsTests, aBrokenValueStaysStoredUntilItsNextWrite) {
+    store.setData("Tarvane.rtaTimeWeighting", R"("Forever")");
+    makeEngine();
+    EXPECT_EQ(engine->rtaTimeWeighting(), TimeWeighting::none);
+    EXPECT_EQ(store.data("Tarvane.rtaTimeWeighting"), R"("Forever")");
+    engine->rtaTimeWeighting.set(TimeWeighting::slow);
+    EXPECT_EQ(store.data("Tarvane.rtaTimeWeighting"), R"("Slow")");
+}
+
+TEST_F(SettingsTests, aBooleanThatIsNoJSONCountsAsAbsent) {
+    store.setData("Tarvane.ringOutEnabled", "yes");
+    store.setData("Tarvane.splReadoutShowsDBFS", "yes");
+    makeEngine();
+    EXPECT_TRUE(engine->ringOutEnabled());
+    EXPECT_FALSE(engine->splReadoutShowsDBFS());
+}
+
+TEST_F(SettingsTests, aStoredZeroIsNoAbsence) {
+    store.setNumber("Tarvane.targetCurveReferenceDB", 0.0);
+    makeEngine();
+    EXPECT_EQ(engine->targetCurveReferenceDB(), 0.0);
+}
+
+TEST_F(SettingsTests, noTargetCurveIsNotStoredSoThatARestartShowsTheXCurve) {
+    engine->selectedTargetCurveName.set("Flat");
+    engine->selectedTargetCurveName.set(std::nullopt);
+    EXPECT_FALSE(store.contains("Tarvane.targetCurveName"));
+    makeEngine();
+    EXPECT_EQ(engine->selectedTargetCurveName(), xCurveName);
+}
+
+TEST_F(SettingsTests, anIdentifierThatDoesNotParseGivesWayToTheMainInputs) {
+    for (const char* key :
+         {"splMeterChannelID", "rtaChannelID", "spectrogramChannelID", "levelHistoryChannelID"}) {
+        store.setText(std::string("Tarvane.") + key, "6A1D0000-0000-4000-8000-00000000000");
+    }
+    makeEngine();
+    EXPECT_EQ(engine->splMeterChannelID(), UUID::main());
+    EXPECT_EQ(engine->rtaChannelID(), UUID::main());
+    EXPECT_EQ(engine->spectrogramChannelID(), UUID::main());
+    EXPECT_FALSE(engine->levelHistoryChannelID());
+}
+
+TEST_F(SettingsTests, theOldSpectrogramRangeIsTakenOver) {
+    const auto migrated = [&](double floorDB, double ceilingDB) {
+        store.setNumber("Tarvane.spectrogramFloorDB", floorDB);
+        store.setNumber("Tarvane.spectrogramCeilingDB", ceilingDB);
+        makeEngine();
+        return engine->spectrogramRanges();
+    };
+    const SpectrogramRanges defaults;
+    EXPECT_EQ(migrated(-80, -10), (SpectrogramRanges{.spl = {30, 110}, .dbfs = {-80, -10}}));
+    EXPECT_EQ(migrated(40, 100), (SpectrogramRanges{.spl = {40, 100}, .dbfs = {-100, -20}}));
+    EXPECT_EQ(migrated(-10, -9), defaults);
+    EXPECT_EQ(migrated(0, 20), (SpectrogramRanges{.spl = {30, 110}, .dbfs = {0, 20}}));
+    EXPECT_EQ(migrated(std::nan(""), 100), defaults);
+    store.remove("Tarvane.spectrogramFloorDB");
+    makeEngine();
+    EXPECT_EQ(engine->spectrogramRanges(), defaults);
+}
+
+TEST_F(SettingsTests, theOldSpectrogramRangeStaysAndAStoredPairWins) {
+    store.setNumber("Tarvane.spectrogramFloorDB", 40);
+    store.setNumber("Tarvane.spectrogramCeilingDB", 100);
+    makeEngine();
+    engine->spectrogramRanges.set({.spl = {20, 90}, .dbfs = {-60, 0}});
+    makeEngine();
+    EXPECT_EQ(engine->spectrogramRanges(), (SpectrogramRanges{.spl = {20, 90}, .dbfs = {-60, 0}}));
+    EXPECT_EQ(store.number("Tarvane.spectrogramFloorDB"), 40.0);
+    EXPECT_EQ(store.number("Tarvane.spectrogramCeilingDB"), 100.0);
+}
+
+TEST_F(SettingsTests, calibrationsOfExtraChannelsAreTakenAsStored) {
+    auto channel = addChannel("B", "desk", 0);
+    channel.calibration.emplace();
+    channel.calibration->micCalFileReferenceSPL = 250.0;
+    engine->extraChannels.set({channel});
+    makeEngine();
+    EXPECT_EQ(engine->extraChannels()[0].calibration->micCalFileReferenceSPL, 250.0);
+}
+
+// Numbers are taken as stored, whatever hand wrote them.
+TEST_F(SettingsTests, absurdStoredNumbersStopNothing) {
+    store.setNumber("Tarvane.leqIntegrationSeconds", std::nan(""));
+    store.setData("Tarvane.channelIndex", "-5");
+    store.setData("Tarvane.mainInputIsStereo", "true");
+    store.setData("Tarvane.mainInputRightChannelIndex", "2147483647");
+    store.setNumber("Tarvane.panelSplitFraction", -1e300);
+    makeEngine();
+    start();
+    ASSERT_TRUE(audio.feed("", {TarvaneTests::sine(1000.0, 0.5, 48000)}));
+    tick();
+    EXPECT_TRUE(std::isfinite(live().currentSPLValueDB));
+    EXPECT_EQ(live().leqElapsedFraction, 0.0);
+}
+
+TEST_F(SettingsTests, loadingRunsNoEffect) {
+    store.setText("Tarvane.deviceUID", TarvaneKit::systemOutputUID);
+    store.setData("Tarvane.channelIndex", "7");
+    makeEngine();
+    EXPECT_EQ(engine->selectedChannelIndex(), 7);
+    EXPECT_FALSE(engine->mainInputIsStereo());
+    EXPECT_FALSE(store.contains("Tarvane.mainInputIsDigital"));
+}
+
+}  // namespace
+}  // namespace TarvaneApp

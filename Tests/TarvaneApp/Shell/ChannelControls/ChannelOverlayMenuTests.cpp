@@ -1,0 +1,122 @@
+#include "Shell/ChannelControls/ChannelOverlayMenu.h"
+
+#include <gtest/gtest.h>
+
+#include <QMenu>
+
+#include "Displays/Theme.h"
+#include "Shell/Controls/MenuButton.h"
+#include "Shell/Panels/LevelHistoryOverlayMenu.h"
+#include "Shell/Panels/RTAOverlayMenu.h"
+#include "TarvaneApp/Engine/EngineFixture.h"
+
+namespace TarvaneApp {
+namespace {
+
+using TarvaneKit::UUID;
+using IDs = std::vector<UUID>;
+
+class ChannelOverlayMenuTests : public TarvaneTests::EngineFixture {
+  protected:
+    ChannelOverlayMenuTests() {
+        rta = new RTAOverlayMenu(*engine, UUID::main(), &panel);
+        history = new LevelHistoryOverlayMenu(*engine, UUID::main(), &panel);
+        panel.show();
+    }
+
+    // What the menu offers when it is opened now.
+    static QList<QAction*> items(IconMenuButton& button) {
+        Q_EMIT button.menu().aboutToShow();
+        return button.menu().actions();
+    }
+    static QStringList texts(IconMenuButton& button) {
+        QStringList texts;
+        for (const QAction* item : items(button)) {
+            texts.append(item->isSeparator() ? QStringLiteral("-") : item->text());
+        }
+        return texts;
+    }
+
+    QWidget panel;
+    RTAOverlayMenu* rta;
+    LevelHistoryOverlayMenu* history;
+};
+
+TEST_F(ChannelOverlayMenuTests, withoutOtherChannelsItIsNotThere) {
+    EXPECT_FALSE(rta->isVisible());
+    EXPECT_FALSE(history->isVisible());
+    addChannel("Stage", "desk", 2);
+    EXPECT_TRUE(rta->isVisible());
+    EXPECT_TRUE(history->isVisible());
+    engine->extraChannels.set({});
+    EXPECT_FALSE(rta->isVisible());
+}
+
+TEST_F(ChannelOverlayMenuTests, theButtonsSayWhatTheyOverlay) {
+    EXPECT_EQ(rta->toolTip(), QStringLiteral("Overlay other channels on this RTA"));
+    EXPECT_EQ(history->toolTip(), QStringLiteral("Overlay other channels' history"));
+    EXPECT_EQ(rta->accessibleName(), rta->toolTip());
+    EXPECT_EQ(rta->symbol(), QStringLiteral("square.3.layers.3d"));
+}
+
+TEST_F(ChannelOverlayMenuTests, everyChannelButTheBaseIsOfferedAndTheAnalyzersCanBeCleared) {
+    const auto stage = addChannel("Stage", "desk", 2);
+    addChannel("Balcony", "desk", 3);
+    EXPECT_EQ(texts(*rta), (QStringList{"Stage", "Balcony", "-", "Clear Overlays"}));
+    EXPECT_EQ(texts(*history), (QStringList{"Stage", "Balcony"}));
+    rta->setBaseChannelID(stage.id);
+    EXPECT_EQ(texts(*rta), (QStringList{"Main Input", "Balcony", "-", "Clear Overlays"}));
+}
+
+TEST_F(ChannelOverlayMenuTests, anItemAddsItsChannelAndTakesItAwayAgainAndBothAreSaved) {
+    const auto stage = addChannel("Stage", "desk", 2);
+    const auto balcony = addChannel("Balcony", "desk", 3);
+    items(*rta)[1]->trigger();
+    items(*rta)[0]->trigger();
+    EXPECT_EQ(engine->rtaOverlayChannelIDs(), (IDs{balcony.id, stage.id}));
+    EXPECT_TRUE(engine->levelHistoryOverlayChannelIDs().empty());
+    EXPECT_TRUE(items(*rta)[0]->isChecked());
+    items(*rta)[1]->trigger();
+    items(*history)[0]->trigger();
+    EXPECT_EQ(engine->rtaOverlayChannelIDs(), IDs{stage.id});
+    panel.hide();
+    delete rta;
+    delete history;
+    makeEngine();
+    EXPECT_EQ(engine->rtaOverlayChannelIDs(), IDs{stage.id});
+    EXPECT_EQ(engine->levelHistoryOverlayChannelIDs(), IDs{stage.id});
+}
+
+TEST_F(ChannelOverlayMenuTests, clearTakesAllOverlaysAway) {
+    const auto stage = addChannel("Stage", "desk", 2);
+    QAction* clear = items(*rta).last();
+    EXPECT_FALSE(clear->isEnabled());
+    engine->rtaOverlayChannelIDs.set({stage.id, UUID::main()});
+    clear = items(*rta).last();
+    EXPECT_TRUE(clear->isEnabled());
+    clear->trigger();
+    EXPECT_TRUE(engine->rtaOverlayChannelIDs().empty());
+}
+
+// In a menu's text one ampersand underlines a letter, and two show one.
+TEST_F(ChannelOverlayMenuTests, anAmpersandInANameIsShown) {
+    addChannel("Pit & Stage", "desk", 2);
+    EXPECT_EQ(texts(*history), QStringList{"Pit && Stage"});
+    MenuButton button(QStringLiteral("Channel"));
+    button.setItems({{.text = QStringLiteral("Pit & Stage"), .isCurrent = true, .action = [] {}}});
+    EXPECT_EQ(button.menu()->actions()[0]->text(), QStringLiteral("Pit && Stage"));
+    EXPECT_EQ(button.text(), QStringLiteral("Pit & Stage"));
+}
+
+TEST_F(ChannelOverlayMenuTests, aChannelThatWasSwitchedOffCanStillBeTakenAway) {
+    const auto stage = addChannel("Stage", "desk", 2);
+    engine->levelHistoryOverlayChannelIDs.set({stage.id});
+    engine->updateChannel(stage.id, [](ChannelConfig& channel) { channel.isEnabled = false; });
+    ASSERT_EQ(texts(*history), QStringList{"Stage"});
+    items(*history)[0]->trigger();
+    EXPECT_TRUE(engine->levelHistoryOverlayChannelIDs().empty());
+    EXPECT_FALSE(history->isVisible());
+}
+
+}  // namespace
+}  // namespace TarvaneApp

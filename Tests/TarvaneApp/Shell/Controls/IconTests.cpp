@@ -1,0 +1,64 @@
+#include "Shell/Controls/Icon.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QPainter>
+
+namespace TarvaneApp {
+namespace {
+
+// Every symbol of the program, drawn at that scale in one colour on nothing.
+QImage drawn(const QString& name, double scale) {
+    QImage image(QSize(24, 24) * scale, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(scale);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    Icon::paint(painter, name, QRectF(0, 0, 24, 24), QColor(10, 200, 30));
+    return image;
+}
+
+const char* const names[] = {
+    "play.circle",        "play.circle.fill",  "stop.circle.fill", "pause.circle",
+    "waveform.circle",    "waveform",          "chevron.down",     "square.3.layers.3d",
+    "square.stack.3d.up", "rectangle.3.group", "ellipsis"};
+
+TEST(Icon, everySymbolIsDrawnInTheOneColourAskedFor) {
+    for (const char* name : names) {
+        const QImage image = drawn(QLatin1String(name), 1.0);
+        int full = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (qAlpha(image.pixel(x, y)) == 255) {
+                    ++full;
+                    EXPECT_EQ(image.pixel(x, y), qRgb(10, 200, 30)) << name;
+                }
+            }
+        }
+        EXPECT_GT(full, 0) << name;
+    }
+}
+
+// An image enlarged from scale 1 has hardly a hard edge left.
+TEST(Icon, symbolsAreSharpAtEveryScale) {
+    for (const char* name : names) {
+        for (const double scale : {1.0, 1.5, 2.0, 3.0}) {
+            const QImage image = drawn(QLatin1String(name), scale);
+            int hardEdges = 0;
+            for (int y = 0; y < image.height(); ++y) {
+                for (int x = 2; x < image.width(); ++x) {
+                    const int step = qAlpha(image.pixel(x, y)) - qAlpha(image.pixel(x - 2, y));
+                    hardEdges += std::abs(step) > 200 ? 1 : 0;
+                }
+            }
+            EXPECT_GE(hardEdges, static_cast<int>(8 * scale)) << name << " at " << scale;
+        }
+    }
+}
+
+TEST(IconDeathTest, anUnknownSymbolStopsTheProgram) {
+    EXPECT_DEATH(drawn(QStringLiteral("no.such.symbol"), 1.0), "exists");
+}
+
+}  // namespace
+}  // namespace TarvaneApp

@@ -1,0 +1,488 @@
+#include "Shell/Windows/MainWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSet>
+#include <QTest>
+
+#include "LiveDisplays/LiveSPLReadoutView.h"
+#include "Shell/ChannelControls/ChannelPickerMenu.h"
+#include "Shell/ChannelControls/ReadoutUnitPicker.h"
+#include "Shell/Controls/CompactToggleButton.h"
+#include "Shell/Controls/IconButton.h"
+#include "Shell/Controls/SegmentedPicker.h"
+#include "Shell/Controls/Spinner.h"
+#include "TarvaneApp/Engine/EngineFixture.h"
+
+namespace TarvaneApp {
+namespace {
+
+using TarvaneKit::SignalColors::green;
+using TarvaneKit::SignalColors::red;
+using TarvaneKit::SignalColors::yellow;
+
+class MainWindowTests : public TarvaneTests::EngineFixture {
+  protected:
+    MainWindowTests() {
+        window = std::make_unique<MainWindow>(
+            *engine,
+            AppCommands{.showSettings = [this] { ++settingsShown; }, .quit = [this] { ++quits; }});
+        window->show();
+        window->activateWindow();
+        waitUntil([&] { return window->isActiveWindow(); });
+        settle();
+    }
+    ~MainWindowTests() override { window.reset(); }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QWidget* focused = window->focusWidget();
+        QTest::keyClick(focused != nullptr ? focused : window.get(), key, modifiers);
+    }
+
+    template <class Widget>
+    Widget* named(const char* accessibleName) {
+        for (Widget* widget : window->findChildren<Widget*>()) {
+            if (widget->accessibleName() == QLatin1String(accessibleName)) {
+                return widget;
+            }
+        }
+        return nullptr;
+    }
+
+    void runWithSine(double amplitude) {
+        if (!engine->isRunning()) {
+            start();
+        }
+        for (int i = 0; i < 30; ++i) {
+            audio.feed("", {TarvaneTests::sine(1000.0, amplitude, 4800, i * 4800)});
+            clock.advance(0.1);
+        }
+        tick();
+        settle();
+    }
+
+    LiveSPLReadoutView& readout() { return *window->findChild<LiveSPLReadoutView*>(); }
+
+    std::unique_ptr<MainWindow> window;
+    int settingsShown = 0;
+    int quits = 0;
+};
+
+TEST_F(MainWindowTests, isCalledTarvaneAndIsNeverSmallerThanItsContentNeeds) {
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("Tarvane"));
+    EXPECT_EQ(window->minimumSize(), QSize(900, 770));
+    EXPECT_LE(window->minimumSizeHint().width(), 900);
+    EXPECT_LE(window->minimumSizeHint().height(), 770);
+    engine->applyLayoutPreset(LayoutPreset::splMeterOnly);
+    settle();
+    EXPECT_EQ(window->minimumSize(), QSize(900, 260));
+    EXPECT_LE(window->minimumSizeHint().height(), 260);
+}
+
+TEST_F(MainWindowTests, spaceStartsAndStops) {
+    press(Qt::Key_Space);
+    EXPECT_TRUE(engine->isStarting());
+    waitUntil([&] { return engine->isRunning(); });
+    press(Qt::Key_Space);
+    EXPECT_FALSE(engine->isRunning());
+}
+
+TEST_F(MainWindowTests, spaceStartsWhicheverButtonHasTheFocus) {
+    auto* button = named<CompactToggleButton>("C weighting");
+    button->setFocus();
+    press(Qt::Key_Space);
+    EXPECT_TRUE(engine->isStarting());
+    EXPECT_EQ(engine->splWeighting(), TarvaneKit::Weighting::a);
+    waitUntil([&] { return engine->isRunning(); });
+}
+
+TEST_F(MainWindowTests, spaceWhileStartingCancels) {
+    audio.behaviour("").opensSlowly = true;
+    press(Qt::Key_Space);
+    EXPECT_TRUE(engine->isStarting());
+    press(Qt::Key_Space);
+    EXPECT_FALSE(engine->isStarting());
+    audio.open("");
+    waitUntil([&] { return audio.madeCount() == 1 && audio.runningCount() == 0; });
+    EXPECT_FALSE(engine->isRunning());
+}
+
+TEST_F(MainWindowTests, pDoesNothingWhileStopped) {
+    press(Qt::Key_P);
+    EXPECT_FALSE(engine->isPaused());
+    EXPECT_FALSE(named<IconButton>("Pause")->isVisible());
+}
+
+TEST_F(MainWindowTests, pPausesAndResumes) {
+    start();
+    EXPECT_TRUE(named<IconButton>("Pause")->isVisible());
+    EXPECT_EQ(named<IconButton>("Pause")->toolTip(),
+              QStringLiteral("Pause metering without clearing (P)"));
+    press(Qt::Key_P);
+    EXPECT_TRUE(engine->isPaused());
+    EXPECT_EQ(named<IconButton>("Resume")->toolTip(), QStringLiteral("Resume metering (P)"));
+    press(Qt::Key_P);
+    EXPECT_FALSE(engine->isPaused());
+    EXPECT_TRUE(engine->isRunning());
+}
+
+TEST_F(MainWindowTests, theNoteIsThereWhilePaused) {
+    const auto visible = [&] {
+        for (const QLabel* label : window->findChildren<QLabel*>()) {
+            if (label->text() == QStringLiteral("PAUSED")) {
+                return label->isVisible();
+            }
+        }
+        return false;
+    };
+    start();
+    EXPECT_FALSE(visible());
+    engine->pause();
+    EXPECT_TRUE(visible());
+    engine->stop();
+    EXPECT_FALSE(visible());
+}
+
+TEST_F(MainWindowTests, aTextFieldTakesSpaceAndPAsText) {
+    QLineEdit field(window->centralWidget());
+    field.show();
+    field.setFocus();
+    start();
+    press(Qt::Key_Space);
+    press(Qt::Key_P);
+    EXPECT_EQ(field.text(), QStringLiteral(" p"));
+    EXPECT_TRUE(engine->isRunning());
+    EXPECT_FALSE(engine->isPaused());
+}
+
+TEST_F(MainWindowTests, theSpinnerTurnsOnlyWhileStarting) {
+    auto* spinner = window->findChild<Spinner*>();
+    EXPECT_FALSE(spinner->isVisible());
+    EXPECT_FALSE(spinner->findChild<QTimer*>() != nullptr &&
+                 spinner->findChild<QTimer*>()->isActive());
+    audio.behaviour("").opensSlowly = true;
+    press(Qt::Key_Space);
+    EXPECT_TRUE(spinner->isVisible());
+    audio.open("");
+    waitUntil([&] { return engine->isRunning(); });
+    EXPECT_FALSE(spinner->isVisible());
+}
+
+TEST_F(MainWindowTests, theToolbarNamesTheInputDevice) {
+    const auto shows = [&](const char* text) {
+        for (const QLabel* label : window->findChildren<QLabel*>()) {
+            if (label->text() == QLatin1String(text)) {
+                return true;
+            }
+        }
+        return false;
+    };
+    EXPECT_TRUE(shows("Default Input"));
+    engine->selectedDeviceUID.set("desk");
+    EXPECT_TRUE(shows("Desk"));
+    engine->selectedDeviceUID.set("gone");
+    EXPECT_TRUE(shows("Unavailable Device"));
+}
+
+TEST_F(MainWindowTests, theControlBarWritesTheSettings) {
+    named<CompactToggleButton>("C weighting")->click();
+    EXPECT_EQ(engine->splWeighting(), TarvaneKit::Weighting::c);
+    named<CompactToggleButton>("Slow time weighting")->click();
+    EXPECT_EQ(engine->splTimeWeighting(), TarvaneKit::TimeWeighting::slow);
+    EXPECT_TRUE(named<CompactToggleButton>("Slow time weighting")->isSelected());
+    EXPECT_FALSE(named<CompactToggleButton>("Fast time weighting")->isSelected());
+
+    auto* mode = window->findChild<SegmentedPicker*>();
+    for (auto* segment : mode->findChildren<QAbstractButton*>()) {
+        if (segment->text() == QStringLiteral("Peak")) {
+            segment->click();
+        }
+    }
+    EXPECT_EQ(engine->metricMode(), MetricMode::peak);
+    EXPECT_FALSE(named<CompactToggleButton>("C weighting")->isVisible());
+    EXPECT_TRUE(named<CompactToggleButton>("C peak weighting")->isSelected());
+    named<CompactToggleButton>("Z peak weighting")->click();
+    EXPECT_EQ(engine->peakWeighting(), TarvaneKit::Weighting::z);
+}
+
+TEST_F(MainWindowTests, anAssistiveProgramSelectsAndCantSwitchOff) {
+    const auto toggle = [&](const char* name) {
+        QAccessible::queryAccessibleInterface(named<CompactToggleButton>(name))
+            ->actionInterface()
+            ->doAction(QAccessibleActionInterface::toggleAction());
+    };
+    toggle("C weighting");
+    EXPECT_EQ(engine->splWeighting(), TarvaneKit::Weighting::c);
+    toggle("C weighting");
+    EXPECT_EQ(engine->splWeighting(), TarvaneKit::Weighting::c);
+    EXPECT_TRUE(named<CompactToggleButton>("C weighting")->isSelected());
+}
+
+TEST_F(MainWindowTests, theControlBarFollowsTheSettings) {
+    engine->metricMode.set(MetricMode::leq);
+    engine->leqIntegrationSeconds.set(900.0);
+    EXPECT_EQ(window->findChild<SegmentedPicker*>()->selectedIndex(), 2);
+    bool shown = false;
+    for (const QLabel* label : window->findChildren<QLabel*>()) {
+        shown = shown ||
+                (label->isVisible() &&
+                 label->text() == QStringLiteral("A-weighted, 15 min · configured in Settings"));
+    }
+    EXPECT_TRUE(shown);
+}
+
+TEST_F(MainWindowTests, splIsOfferedOnlyToACalibratedChannel) {
+    auto* picker = window->findChild<ReadoutUnitPicker*>();
+    ASSERT_EQ(picker->menu()->actions().size(), 2);
+    EXPECT_EQ(picker->text(), QStringLiteral("dBFS"));
+    TarvaneKit::CalibrationProfile profile;
+    profile.reference = TarvaneKit::ReferenceCalibration{};
+    profile.reference->offsetDB = 120.0;
+    engine->calibration.set(profile);
+    ASSERT_EQ(picker->menu()->actions().size(), 3);
+    EXPECT_EQ(picker->text(), QStringLiteral("SPL"));
+    picker->menu()->actions()[1]->trigger();
+    EXPECT_TRUE(engine->splReadoutShowsDBFS());
+    EXPECT_EQ(picker->text(), QStringLiteral("dBFS"));
+    picker->menu()->actions()[0]->trigger();
+    EXPECT_FALSE(engine->splReadoutShowsDBFS());
+}
+
+TEST_F(MainWindowTests, theChannelPickerIsThereOnlyWithSeveralChannels) {
+    auto* picker = window->findChild<ChannelPickerMenu*>();
+    EXPECT_FALSE(picker->isVisible());
+    const ChannelConfig extra = addChannel("Stage", "desk", 2);
+    EXPECT_TRUE(picker->isVisible());
+    picker->menu()->actions()[1]->trigger();
+    EXPECT_EQ(engine->splMeterChannelID(), extra.id);
+    EXPECT_EQ(picker->text(), QStringLiteral("Stage"));
+}
+
+TEST_F(MainWindowTests, aChannelRemovedWhileShownGivesWayToTheMainInput) {
+    const ChannelConfig extra = addChannel("Stage", "desk", 2);
+    engine->splMeterChannelID.set(extra.id);
+    engine->updateDisplay(extra.id, [](auto& display) { display.metricMode = MetricMode::peak; });
+    settle();
+    EXPECT_EQ(readout().readout().metricLabel, QStringLiteral("Peak C"));
+    engine->extraChannels.set({});
+    settle();
+    EXPECT_EQ(readout().readout().metricLabel, QStringLiteral("SPL A Fast"));
+}
+
+TEST_F(MainWindowTests, theErrorAlertShowsTheMessageAndClearsIt) {
+    engine->errorMessage.set("Something went wrong.");
+    auto boxes = window->findChildren<QMessageBox*>();
+    ASSERT_EQ(boxes.size(), 1);
+    EXPECT_TRUE(boxes[0]->isVisible());
+    EXPECT_EQ(boxes[0]->windowTitle(), QStringLiteral("Error"));
+    EXPECT_EQ(boxes[0]->text(), QStringLiteral("Something went wrong."));
+    boxes[0]->accept();
+    EXPECT_FALSE(engine->errorMessage().has_value());
+}
+
+TEST_F(MainWindowTests, aSecondErrorTakesTheAlertOver) {
+    engine->errorMessage.set("One.");
+    engine->errorMessage.set("Two.");
+    const auto boxes = window->findChildren<QMessageBox*>();
+    ASSERT_EQ(boxes.size(), 1);
+    EXPECT_EQ(boxes[0]->text(), QStringLiteral("Two."));
+    boxes[0]->reject();
+    EXPECT_FALSE(engine->errorMessage().has_value());
+    settle();
+    engine->errorMessage.set("Three.");
+    EXPECT_TRUE(window->findChild<QMessageBox*>()->isVisible());
+}
+
+TEST_F(MainWindowTests, meteringGoesOnUnderTheAlert) {
+    start();
+    engine->errorMessage.set("Something went wrong.");
+    runWithSine(0.1);
+    EXPECT_EQ(readout().readout().spokenValue(), QStringLiteral("-23.0 dBFS"));
+}
+
+TEST_F(MainWindowTests, aFailedStartLeavesTheMeterStoppedWithTheAlert) {
+    audio.behaviour("").startError = TarvaneKit::AudioIOError::noInputAvailable();
+    press(Qt::Key_Space);
+    waitUntil([&] { return !engine->isStarting(); });
+    EXPECT_FALSE(engine->isRunning());
+    EXPECT_EQ(window->findChild<QMessageBox*>()->text().toStdString(),
+              TarvaneKit::AudioIOError::noInputAvailable().what());
+    EXPECT_NE(named<IconButton>("Start"), nullptr);
+}
+
+TEST_F(MainWindowTests, tabReachesEveryControlAndReturnPressesIt) {
+    start();
+    QSet<QWidget*> wanted;
+    for (QWidget* widget : window->findChildren<QWidget*>()) {
+        if (widget->isVisible() && widget->isEnabled() &&
+            (widget->focusPolicy() & Qt::TabFocus) != 0) {
+            wanted.insert(widget);
+        }
+    }
+    EXPECT_GE(wanted.size(), 12);
+    QSet<QWidget*> reached;
+    for (int i = 0; i < 60; ++i) {
+        press(Qt::Key_Tab);
+        reached.insert(window->focusWidget());
+    }
+    // Of a row of which one is picked Tab stops at the picked one, and arrows move within.
+    for (QWidget* widget : wanted) {
+        const bool isOtherSegment = qobject_cast<SegmentedPicker*>(widget->parentWidget()) &&
+                                    !qobject_cast<QAbstractButton*>(widget)->isChecked();
+        EXPECT_TRUE(reached.contains(widget) || isOtherSegment)
+            << widget->metaObject()->className() << ' ' << widget->accessibleName().toStdString();
+    }
+    named<CompactToggleButton>("Z weighting")->setFocus();
+    press(Qt::Key_Return);
+    EXPECT_EQ(engine->splWeighting(), TarvaneKit::Weighting::z);
+}
+
+TEST_F(MainWindowTests, everyControlHasANameForAScreenReader) {
+    start();
+    for (QWidget* widget : window->findChildren<QWidget*>()) {
+        if (!widget->isVisible() || (widget->focusPolicy() & Qt::TabFocus) == 0) {
+            continue;
+        }
+        const QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
+        ASSERT_NE(accessible, nullptr);
+        EXPECT_FALSE(accessible->text(QAccessible::Name).isEmpty())
+            << widget->metaObject()->className();
+    }
+}
+
+TEST_F(MainWindowTests, aScreenReaderReadsTheLevels) {
+    runWithSine(0.1);  // -20 dBFS peak is -23.01 dBFS RMS; A is 0 dB at 1 kHz (IEC 61672-1)
+    QAccessibleInterface* meter = QAccessible::queryAccessibleInterface(&readout());
+    EXPECT_EQ(meter->text(QAccessible::Name), QStringLiteral("SPL A Fast"));
+    EXPECT_EQ(meter->text(QAccessible::Value), QStringLiteral("-23.0 dBFS"));
+    ASSERT_NE(meter->textInterface(), nullptr);
+    EXPECT_EQ(meter->textInterface()->text(0, -1), QStringLiteral("-23.0 dBFS"));
+    EXPECT_EQ(meter->textInterface()->text(0, meter->textInterface()->characterCount()),
+              QStringLiteral("-23.0 dBFS"));
+    QMap<QString, QString> parts;
+    for (int i = 0; i < meter->childCount(); ++i) {
+        QAccessibleInterface* child = meter->child(i);
+        EXPECT_EQ(meter->indexOfChild(child), i);
+        parts[child->text(QAccessible::Name)] = child->text(QAccessible::Value);
+    }
+    EXPECT_EQ(parts[QStringLiteral("MAX")], QStringLiteral("-23.0 dBFS"));
+    EXPECT_EQ(parts[QStringLiteral("Reading")], QStringLiteral("SPL A Fast  (dBFS, uncalibrated)"));
+    EXPECT_EQ(parts[QStringLiteral("PEAK dBFS")], QStringLiteral("-20.0 dBFS"));
+    EXPECT_TRUE(parts.contains(QStringLiteral("Reset Min/Max")));
+}
+
+TEST_F(MainWindowTests, menusShowSettingsAndQuitAndSwitchTheLevelBar) {
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_EQ(settingsShown, 1);
+    press(Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(quits, 1);
+    EXPECT_TRUE(readout().levelBar().has_value());
+    for (QAction* action : window->findChildren<QAction*>()) {
+        if (action->text() == QStringLiteral("Show Level Bar in SPL Meter")) {
+            EXPECT_TRUE(action->isChecked());
+            action->trigger();
+        }
+    }
+    EXPECT_FALSE(engine->splMeterShowsLevelBar());
+    settle();
+    EXPECT_FALSE(readout().levelBar().has_value());
+}
+
+// --- the live readout
+
+TEST_F(MainWindowTests, theReadoutIsDrawnAnewOncePerPublicationAndOnlyWhenItChanged) {
+    runWithSine(0.1);
+    const int before = readout().repaintsOrdered();
+    audio.feed("", {TarvaneTests::sine(1000.0, 0.01, 480)});
+    tick();
+    EXPECT_EQ(readout().repaintsOrdered(), before + 1);
+    // Nothing was heard and no time went by: all reads the same.
+    tick();
+    tick();
+    const int settled = readout().repaintsOrdered();
+    tick();
+    EXPECT_EQ(readout().repaintsOrdered(), settled);
+}
+
+TEST_F(MainWindowTests, theResetButtonClearsMinAndMax) {
+    runWithSine(0.1);
+    runWithSine(0.01);
+    EXPECT_GT(readout().readout().maxValueDB, readout().readout().minValueDB + 10.0);
+    engine->pause();
+    readout().findChild<QPushButton*>()->click();
+    settle();
+    EXPECT_FALSE(std::isfinite(readout().readout().minValueDB));
+    EXPECT_FALSE(std::isfinite(readout().readout().maxValueDB));
+}
+
+TEST_F(MainWindowTests, theLevelBarIsColouredByTheDigitalPeak) {
+    runWithSine(0.2);  // -14.0 dBFS
+    EXPECT_EQ(readout().levelBar()->color, green);
+    runWithSine(0.3);  // -10.5 dBFS
+    EXPECT_EQ(readout().levelBar()->color, yellow);
+    runWithSine(0.75);  // -2.5 dBFS
+    EXPECT_EQ(readout().levelBar()->color, red);
+}
+
+TEST_F(MainWindowTests, theLevelBarFollowsTheCalibration) {
+    TarvaneKit::CalibrationProfile profile;
+    profile.reference = TarvaneKit::ReferenceCalibration{};
+    profile.reference->offsetDB = 120.0;
+    engine->calibration.set(profile);
+    runWithSine(0.1);
+    EXPECT_EQ(readout().levelBar()->unitLabel, QStringLiteral("PEAK dB SPL"));
+    EXPECT_EQ(readout().levelBar()->range, (LevelBarView::Range{60.0, 120.0}));
+    EXPECT_NEAR(readout().levelBar()->valueDB, 100.0, 0.1);
+    EXPECT_NEAR(readout().readout().valueDB, 97.0, 0.1);  // 120 - 20 - 10 log10(2)
+
+    engine->splReadoutShowsDBFS.set(true);
+    settle();
+    EXPECT_EQ(readout().levelBar()->unitLabel, QStringLiteral("PEAK dBFS"));
+    EXPECT_EQ(readout().levelBar()->range, (LevelBarView::Range{-60.0, 0.0}));
+    EXPECT_NEAR(readout().readout().valueDB, -23.0, 0.1);
+    EXPECT_NEAR(readout().readout().maxValueDB, -23.0, 0.1);
+}
+
+TEST_F(MainWindowTests, theLevelBarIsEmptyWhileStopped) {
+    runWithSine(0.1);
+    engine->stop();
+    settle();
+    EXPECT_EQ(readout().levelBar()->valueDB, -std::numeric_limits<double>::infinity());
+    EXPECT_EQ(readout().levelBar()->markerDB, -std::numeric_limits<double>::infinity());
+    EXPECT_EQ(readout().readout().spokenValue(), QStringLiteral("-23.0 dBFS"));
+}
+
+TEST_F(MainWindowTests, theLeqProgressIsShownOnlyForARunningLeq) {
+    EXPECT_FALSE(readout().readout().leqElapsedFraction.has_value());
+    engine->metricMode.set(MetricMode::leq);
+    settle();
+    EXPECT_FALSE(readout().readout().leqElapsedFraction.has_value());
+    runWithSine(0.1);
+    // 3 of 60 seconds
+    EXPECT_NEAR(readout().readout().leqElapsedFraction.value_or(-1.0), 0.05, 1e-9);
+}
+
+TEST_F(MainWindowTests, aSilentSideShowsNoNumber) {
+    audio.behaviour("").channelCount = 2;
+    engine->mainInputIsStereo.set(true);
+    start();
+    for (int i = 0; i < 30; ++i) {
+        audio.feed(
+            "", {TarvaneTests::sine(1000.0, 0.1, 4800, i * 4800), std::vector<float>(4800, 0.0F)});
+    }
+    tick();
+    settle();
+    ASSERT_EQ(readout().readout().sideValuesDB.size(), 2U);
+    EXPECT_NEAR(readout().readout().sideValuesDB[0], -23.0, 0.1);
+    EXPECT_EQ(readout().readout().sideValuesDB[1], -std::numeric_limits<double>::infinity());
+}
+
+}  // namespace
+}  // namespace TarvaneApp

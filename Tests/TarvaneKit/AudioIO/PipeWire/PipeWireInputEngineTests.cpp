@@ -1,0 +1,536 @@
+#include "AudioIO/PipeWire/PipeWireInputEngine.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <thread>
+
+#include "Support/RealtimeGuard.h"
+#include "TarvaneKit/AudioIO/PipeWire/Capture.h"
+
+namespace TarvaneTests {
+namespace {
+
+using namespace TarvaneKit;
+using Kind = AudioIOError::Kind;
+
+constexpr const char* toneName = "tarvane.tone";
+constexpr const char* streamName = "tarvane";
+
+/// An engine on a device of the server's.
+std::unique_ptr<PipeWireInputEngine> engineOn(PipeWireAudioSystem& system, const std::string& uid) {
+    auto engine = std::make_unique<PipeWireInputEngine>(system.connection());
+    engine->selectDevice(deviceNamed(system, uid));
+    return engine;
+}
+
+std::optional<Kind> startError(MultiChannelAudioSource& source) {
+    try {
+        source.start();
+        return std::nullopt;
+    } catch (const AudioIOError& error) {
+        return error.kind();
+    }
+}
+
+// The counter signal: frame n of channel c is ((n mod 65536) * 128 + c) / 2^23, exactly.
+struct Count {
+    int frame;
+    int channel;
+};
+
+Count decoded(float sample) {
+    const auto code = static_cast<int>(sample * 8388608.0f);
+    return {code / 128, code % 128};
+}
+
+// Frames that are missing between neighbours of one channel, from the first that isn't silent on.
+// Only what a wrong order or a wrong sample would look like fails.
+std::int64_t missingFrames(const std::vector<float>& samples, int channel) {
+    std::int64_t missing = 0;
+    int expected = -1;
+    for (const float sample : samples) {
+        const Count count = decoded(sample);
+        if (expected < 0 && sample == 0.0f) {
+            continue;
+        }
+        if (sample == 0.0f && channel > 0) {
+            ++missing;  // a block that the feeding side didn't deliver in time is silence
+            continue;
+        }
+        EXPECT_EQ(count.channel, channel);
+        if (expected >= 0) {
+            missing += (count.frame - expected + 65536) % 65536;
+        }
+        expected = (count.frame + 1) % 65536;
+        if (testing::Test::HasFailure()) {
+            break;
+        }
+    }
+    EXPECT_GE(expected, 0) << "The channel stayed silent.";
+    return missing;
+}
+
+class CaptureOfChannels : public testing::TestWithParam<int> {};
+
+TEST_P(CaptureOfChannels, isExactInTheDevicesOrder) {
+    const int channelCount = GetParam();
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    ToneDevice tone({"--channels", std::to_string(channelCount), "--counter"});
+    const auto engine = engineOn(system, toneName);
+    Recorder recorder(*engine);
+
+    engine->start();
+    EXPECT_EQ(engine->sampleRate(), 48000.0);
+    // What a busy machine loses ahead of us is whole turns of the graph, and not for long: one of a
+    // few recordings is nearly whole, and none holds a wrong sample.
+    constexpr std::int64_t length = 96000;
+    std::int64_t mostMissing = length;
+    for (int attempt = 0; attempt < 5 && mostMissing >= length / 10; ++attempt) {
+        const auto samples = recorder.record(length);
+        ASSERT_EQ(samples.size(), static_cast<std::size_t>(channelCount));
+        mostMissing = 0;
+        for (int channel = 0; channel < channelCount; ++channel) {
+            mostMissing = std::max(
+                mostMissing, missingFrames(samples[static_cast<std::size_t>(channel)], channel));
+        }
+    }
+    engine->stop();
+    EXPECT_LT(mostMissing, length / 10);
+    EXPECT_EQ(engine->statistics().droppedBlocks, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(counts, CaptureOfChannels, testing::Values(1, 2, 8, 64),
+                         testing::PrintToStringParamName());
+
+class CaptureAtGraphRate : public testing::TestWithParam<int> {};
+
+TEST_P(CaptureAtGraphRate, takesTheGraphsRateAndNoneBelowTheLowest) {
+    const int graphRate = GetParam();
+    PrivateAudioServer server({.rate = graphRate});
+    PipeWireAudioSystem system;
+    ToneDevice tone(
+        {"--graph-rate", "--channels", "2", "--tone", "1=1000:-20", "--tone", "2=500:-26"});
+    const auto engine = engineOn(system, toneName);
+    Recorder recorder(*engine);
+
+    engine->start();
+    const double rate = graphRate < 44100 ? 48000.0 : graphRate;
+    EXPECT_EQ(engine->sampleRate(), rate);
+    recorder.record(static_cast<std::int64_t>(rate / 2));
+    const auto samples = recorder.record(static_cast<std::int64_t>(rate));
+    engine->stop();
+
+    EXPECT_NEAR(frequencyHz(samples[0], rate), 1000.0, 1.0);
+    EXPECT_NEAR(levelDB(samples[0]), sineLevelDB(-20), 0.1);
+    EXPECT_NEAR(frequencyHz(samples[1], rate), 500.0, 1.0);
+    EXPECT_NEAR(levelDB(samples[1]), sineLevelDB(-26), 0.1);
+}
+
+INSTANTIATE_TEST_SUITE_P(rates, CaptureAtGraphRate, testing::Values(8000, 44100, 48000, 96000),
+                         testing::PrintToStringParamName());
+
+TEST(PipeWireInputEngine, sampleRateIs48kBeforeTheFirstStart) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    EXPECT_EQ(PipeWireInputEngine(system.connection()).sampleRate(), 48000.0);
+}
+
+TEST(PipeWireInputEngine, silenceComesAsZeros) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    const auto engine = engineOn(system, PrivateAudioServer::interfaceName);
+    Recorder recorder(*engine);
+    engine->start();
+    const auto samples = recorder.record(4800);
+    ASSERT_EQ(samples.size(), 8u);
+    for (const auto& channel : samples) {
+        EXPECT_TRUE(std::all_of(channel.begin(), channel.end(), [](float s) { return s == 0; }));
+    }
+}
+
+TEST(PipeWireInputEngine, oneChannelDeliveryClampsTheChannelIntoTheDevice) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    ToneDevice tone({"--channels", "2", "--tone", "2=1000:-20"});
+    const auto engine = engineOn(system, toneName);
+    std::mutex mutex;
+    std::vector<float> samples;
+    engine->selectedChannelIndex = 7;
+    engine->onAudioBlock = [&](const float* block, int frames) {
+        const std::scoped_lock lock(mutex);
+        samples.insert(samples.end(), block, block + frames);
+    };
+    engine->start();
+    EXPECT_TRUE(eventually([&] {
+        const std::scoped_lock lock(mutex);
+        return samples.size() > 48000;
+    }));
+    engine->stop();
+    samples.erase(samples.begin(), samples.begin() + 24000);
+    EXPECT_NEAR(levelDB(samples), sineLevelDB(-20), 0.1);
+}
+
+TEST(PipeWireInputEngine, allChannelsTakePrecedenceOverOne) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    PipeWireInputEngine engine(system.connection());
+    std::atomic<int> single = 0;
+    engine.onAudioBlock = [&](const float*, int) { ++single; };
+    Recorder recorder(engine);
+    engine.start();
+    recorder.record(4800);
+    engine.stop();
+    EXPECT_EQ(single, 0);
+}
+
+TEST(PipeWireInputEngine, withoutASelectionCapturesTheDefaultAndFollowsIt) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    ToneDevice first({"--name", "first", "--priority", "3000", "--tone", "1000:-20"});
+    ToneDevice second(
+        {"--name", "second", "--channels", "8", "--tone", "8=500:-26", "--rate", "44100"});
+    const auto isDefault = [&](const char* uid) {
+        return system.defaultInputDeviceID() == deviceNamed(system, uid).id;
+    };
+    ASSERT_TRUE(eventually([&] { return isDefault("first"); }));
+    PipeWireInputEngine engine(system.connection());
+    Recorder recorder(engine);
+    engine.start();
+    EXPECT_EQ(recorder.lastChannelCount(), 1);
+    recorder.record(24000);
+    EXPECT_NEAR(levelDB(recorder.record(48000)[0]), sineLevelDB(-20), 0.1);
+
+    server.setDefaultSource("second");
+    ASSERT_TRUE(eventually([&] { return recorder.lastChannelCount() == 8; }));
+    recorder.record(24000);
+    const auto samples = recorder.record(48000);
+    ASSERT_EQ(samples.size(), 8u);
+    EXPECT_NEAR(levelDB(samples[7]), sineLevelDB(-26), 0.1);
+    EXPECT_NEAR(frequencyHz(samples[7], engine.sampleRate()), 500.0, 1.0);
+    EXPECT_EQ(server.nodeCount(streamName), 1);
+
+    // The default is unplugged: another takes its place and the source goes on.
+    second.kill();
+    ASSERT_TRUE(eventually([&] { return recorder.lastChannelCount() == 1; }));
+    recorder.record(4800);
+    EXPECT_TRUE(recorder.losses().empty());
+}
+
+TEST(PipeWireInputEngine, theRateOfTheStartHoldsWhenTheGraphsRateChanges) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    ToneDevice tone({"--graph-rate", "--tone", "1000:-20"});
+    const auto engine = engineOn(system, toneName);
+    Recorder recorder(*engine);
+    engine->start();
+    ASSERT_EQ(engine->sampleRate(), 48000.0);
+
+    server.forceRate(96000);
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    recorder.record(48000);
+    const auto begin = std::chrono::steady_clock::now();
+    const auto samples = recorder.record(96000);
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - begin;
+
+    EXPECT_EQ(engine->sampleRate(), 48000.0);
+    EXPECT_NEAR(frequencyHz(samples[0], 48000), 1000.0, 1.0);
+    EXPECT_NEAR(levelDB(samples[0]), sineLevelDB(-20), 0.1);
+    // 96000 frames at 48 kHz are two seconds; at the graph's 96 kHz they would be one.
+    EXPECT_GT(elapsed.count(), 1.5);
+    EXPECT_TRUE(recorder.losses().empty());
+}
+
+TEST(PipeWireInputEngine, aPulledOutDeviceIsReportedOnceAndNothingStaysOpen) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    auto tone = std::make_unique<ToneDevice>(std::vector<std::string>{"--tone", "1000:-20"});
+    const auto engine = engineOn(system, toneName);
+    Recorder recorder(*engine);
+    engine->start();
+    recorder.record(4800);
+
+    tone->kill();
+    EXPECT_TRUE(eventually([&] { return !recorder.losses().empty(); }));
+    EXPECT_TRUE(eventually([&] { return server.nodeCount(streamName) == 0; }));
+    // Long enough for a second report, as of a stall, to come.
+    std::this_thread::sleep_for(std::chrono::seconds(4));
+    EXPECT_EQ(recorder.losses(), std::vector{AudioSourceLoss::deviceRemoved});
+    engine->stop();
+
+    EXPECT_EQ(startError(*engine), Kind::failedToSetDevice);
+    EXPECT_EQ(server.nodeCount(streamName), 0);
+
+    // The device is back as another object of the same name.
+    tone = std::make_unique<ToneDevice>(std::vector<std::string>{"--tone", "1000:-20"});
+    deviceNamed(system, toneName);
+    engine->start();
+    recorder.record(24000);
+    EXPECT_NEAR(levelDB(recorder.record(48000)[0]), sineLevelDB(-20), 0.1);
+}
+
+TEST(PipeWireInputEngine, theServersDeathIsReportedOnceAndALaterStartWorks) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    PipeWireInputEngine engine(system.connection());
+    Recorder recorder(engine);
+    engine.start();
+    recorder.record(4800);
+
+    server.kill();
+    EXPECT_TRUE(eventually([&] { return !recorder.losses().empty(); }));
+    EXPECT_EQ(startError(engine), Kind::noInputAvailable);
+    EXPECT_THROW(system.availableInputDevices(), AudioIOError);
+
+    server.resume();
+    ASSERT_TRUE(eventually([&] { return !startError(engine); }));
+    recorder.record(4800);
+    engine.stop();
+    EXPECT_EQ(recorder.losses(), std::vector{AudioSourceLoss::serverLost});
+}
+
+TEST(PipeWireInputEngine, withoutAServerStartFailsAtOnceAndWorksWhenItIsThere) {
+    PrivateAudioServer server({.isRunning = false});
+    PipeWireAudioSystem system;
+    PipeWireInputEngine engine(system.connection());
+    Recorder recorder(engine);
+    EXPECT_EQ(startError(engine), Kind::noInputAvailable);
+    server.resume();
+    ASSERT_TRUE(eventually([&] { return !startError(engine); }));
+    recorder.record(4800);
+}
+
+TEST(PipeWireInputEngine, aServerThatDoesNotAnswerFailsTheStartWithinItsLimit) {
+    PrivateAudioServer server;
+    server.freeze();
+    {
+        PipeWireAudioSystem system;
+        PipeWireInputEngine engine(system.connection());
+        EXPECT_EQ(startError(engine), Kind::engineStartFailed);
+    }
+    server.thaw();
+}
+
+TEST(PipeWireInputEngine, aServerThatHangsWhileCapturingIsAStall) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    PipeWireInputEngine engine(system.connection());
+    Recorder recorder(engine);
+    engine.start();
+    server.freeze();
+    EXPECT_TRUE(eventually([&] { return !recorder.losses().empty(); }));
+    engine.stop();
+    server.thaw();
+    EXPECT_EQ(recorder.losses(), std::vector{AudioSourceLoss::stalled});
+}
+
+// The whole name of the first port that `pw-link` lists for a node.
+std::string portOf(const PrivateAudioServer& server, const std::string& node,
+                   const std::string& direction) {
+    const std::string list = "\n" + server.run({"pw-link", direction});
+    const auto begin = list.find("\n" + node + ":");
+    EXPECT_NE(begin, std::string::npos) << list;
+    return begin == std::string::npos
+               ? std::string()
+               : list.substr(begin + 1, list.find('\n', begin + 1) - begin - 1);
+}
+
+TEST(PipeWireInputEngine, anotherDevicesSamplesAreALossAndNotAReading) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    ToneDevice tone({"--tone", "1000:-20"});
+    const auto engine = engineOn(system, toneName);
+    Recorder recorder(*engine);
+    engine->start();
+    server.run({"pw-link", portOf(server, PrivateAudioServer::micName, "-o"),
+                portOf(server, streamName, "-i")});
+    EXPECT_TRUE(eventually([&] { return !recorder.losses().empty(); }));
+    EXPECT_EQ(recorder.losses(), std::vector{AudioSourceLoss::deviceRemoved});
+}
+
+TEST(PipeWireInputEngine, withoutAnyDeviceThereIsNoInput) {
+    PrivateAudioServer server({.devices = PrivateAudioServer::Devices::none});
+    PipeWireAudioSystem system;
+    PipeWireInputEngine engine(system.connection());
+    EXPECT_EQ(startError(engine), Kind::noInputAvailable);
+}
+
+TEST(PipeWireInputEngine, aDeviceThatIsNotThereCantBeSelected) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    PipeWireInputEngine engine(system.connection());
+    try {
+        engine.selectDevice({.id = 4711, .uid = "nothing", .name = "Nothing"});
+        FAIL() << "A device that isn't there was selected.";
+    } catch (const AudioIOError& error) {
+        EXPECT_EQ(error.kind(), Kind::failedToSetDevice);
+        EXPECT_EQ(error.status(), -ENODEV);
+    }
+    EXPECT_EQ(engine.selectedDevice(), std::nullopt);
+}
+
+TEST(PipeWireInputEngine, aDeviceThatNeverDeliversFailsWithinTheTimeLimit) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    ToneDevice tone({"--stall-after", "0"});
+    const auto engine = engineOn(system, toneName);
+    try {
+        engine->start();
+        FAIL() << "A device without audio was opened.";
+    } catch (const AudioIOError& error) {
+        EXPECT_EQ(error.kind(), Kind::engineStartFailed);
+        EXPECT_STREQ(error.what(),
+                     "Failed to start the audio engine: The device delivered no audio within 5 "
+                     "seconds.");
+    }
+    EXPECT_TRUE(eventually([&] { return server.nodeCount(streamName) == 0; }));
+}
+
+TEST(PipeWireInputEngine, aDeviceThatStopsDeliveringIsReportedOnce) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    ToneDevice tone({"--stall-after", "1", "--tone", "1000:-20"});
+    const auto engine = engineOn(system, toneName);
+    Recorder recorder(*engine);
+    engine->start();
+    EXPECT_TRUE(eventually([&] { return !recorder.losses().empty(); }));
+    EXPECT_EQ(recorder.losses(), std::vector{AudioSourceLoss::stalled});
+    EXPECT_GT(recorder.frames(), 24000);
+    EXPECT_TRUE(eventually([&] { return server.nodeCount(streamName) == 0; }));
+}
+
+TEST(PipeWireInputEngine, stopEndsAStartThatIsUnderWay) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    ToneDevice tone({"--stall-after", "0"});
+    const auto engine = engineOn(system, toneName);
+    std::optional<Kind> error;
+    std::thread starting([&] { error = startError(*engine); });
+    EXPECT_TRUE(eventually([&] { return server.nodeCount(streamName) == 1; }));
+
+    const auto begin = std::chrono::steady_clock::now();
+    engine->stop();
+    starting.join();
+
+    EXPECT_EQ(error, Kind::engineStartFailed);
+    // The start's own limit is five seconds; it was under way for a moment.
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3));
+    EXPECT_TRUE(eventually([&] { return server.nodeCount(streamName) == 0; }));
+}
+
+TEST(PipeWireInputEngine, quickStartsAndStopsLeaveNothingOpen) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    PipeWireInputEngine engine(system.connection());
+    std::atomic<bool> isOpen = false;
+    engine.onAudioBuffer = [&](const float* const*, int, int) { EXPECT_TRUE(isOpen); };
+    for (int i = 0; i < 20; ++i) {
+        isOpen = true;
+        engine.start();
+        engine.stop();
+        isOpen = false;
+        engine.stop();
+    }
+    EXPECT_TRUE(eventually([&] { return server.nodeCount(streamName) == 0; }));
+}
+
+TEST(PipeWireInputEngine, startingTwiceLeavesOneStreamAndDestructionNone) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    {
+        PipeWireInputEngine engine(system.connection());
+        engine.start();
+        engine.start();
+        EXPECT_TRUE(eventually([&] { return server.nodeCount(streamName) == 1; }));
+    }
+    EXPECT_TRUE(eventually([&] { return server.nodeCount(streamName) == 0; }));
+}
+
+TEST(PipeWireInputEngine, severalDevicesAreOpenSideBySide) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    std::vector<std::unique_ptr<ToneDevice>> tones;
+    std::vector<std::unique_ptr<PipeWireInputEngine>> engines;
+    std::vector<std::unique_ptr<Recorder>> recorders;
+    for (int i = 0; i < 4; ++i) {
+        const std::string name = "tone" + std::to_string(i);
+        tones.push_back(std::make_unique<ToneDevice>(
+            std::vector<std::string>{"--name", name, "--tone", "1000:" + std::to_string(-20 - i)}));
+        engines.push_back(engineOn(system, name));
+        recorders.push_back(std::make_unique<Recorder>(*engines.back()));
+    }
+    std::vector<std::thread> starts;
+    for (auto& engine : engines) {
+        starts.emplace_back([&engine] { engine->start(); });
+    }
+    for (auto& start : starts) {
+        start.join();
+    }
+    for (int i = 0; i < 4; ++i) {
+        auto& recorder = *recorders[static_cast<std::size_t>(i)];
+        recorder.record(24000);
+        EXPECT_NEAR(levelDB(recorder.record(48000)[0]), sineLevelDB(-20 - i), 0.1);
+    }
+}
+
+TEST(PipeWireInputEngine, aVolumeSetFromOutsideIsUndone) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    ToneDevice tone({"--tone", "1000:-20"});
+    const auto engine = engineOn(system, toneName);
+    Recorder recorder(*engine);
+    engine->start();
+    const std::string id = std::to_string(server.nodeID(streamName));
+    for (const char* change :
+         {"{ volume: 0.1 }", "{ channelVolumes: [ 0.25 ] }", "{ mute: true }"}) {
+        server.run({"pw-cli", "set-param", id, "Props", change});
+        recorder.record(9600);
+        EXPECT_NEAR(levelDB(recorder.record(48000)[0]), sineLevelDB(-20), 0.1) << change;
+    }
+}
+
+TEST(PipeWireInputEngine, theProcessCallbackNeitherAllocatesNorLocks) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    ToneDevice tone({"--channels", "64", "--noise", "-20"});
+    const auto engine = engineOn(system, toneName);
+    Recorder recorder(*engine);
+    const auto before = RealtimeGuard::counts();
+    engine->start();
+    recorder.record(96000);
+    engine->stop();
+    EXPECT_GT(engine->statistics().blocks, 0);
+    EXPECT_EQ(RealtimeGuard::counts(), before);
+}
+
+TEST(PipeWireInputEngine, aSlowHandlerLosesNothing) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    ToneDevice tone({"--channels", "2", "--counter"});
+    const auto engine = engineOn(system, toneName);
+    Recorder recorder(*engine);
+    auto take = engine->onAudioBuffer;
+    std::atomic<int> naps = 0;
+    engine->onAudioBuffer = [&](const float* const* channels, int count, int frames) {
+        take(channels, count, frames);
+        if (naps < 3 && recorder.frames() > 48000 * (naps + 1)) {
+            ++naps;
+            std::this_thread::sleep_for(std::chrono::milliseconds(700));
+        }
+    };
+    engine->start();
+    EXPECT_TRUE(eventually([&] { return recorder.frames() > 192000; }));
+    engine->stop();
+    EXPECT_EQ(naps, 3);
+    EXPECT_EQ(engine->statistics().droppedBlocks, 0);
+    EXPECT_LT(missingFrames(recorder.samples()[1], 1), 9600);
+}
+
+}  // namespace
+}  // namespace TarvaneTests
