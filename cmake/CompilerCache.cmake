@@ -10,5 +10,5 @@ if(TARVANE_CCACHE AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
     CCACHE_NOHASHDIR=1
     # What ccache asks for to keep files that begin with a precompiled header.
     CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
-    ${TARVANE_CCACHE})
+    ${CMAKE_SOURCE_DIR}/Scripts/cached-compiler ${TARVANE_CCACHE})
 endif()
