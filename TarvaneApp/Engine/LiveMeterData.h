@@ -22,6 +22,9 @@ class LiveMeterData : public QObject {
   public:
     /// The lowest level of the input meter.
     static constexpr double inputMeterFloorDBFS = -60.0;
+    static constexpr double ringAlertHoldSeconds = 3.0;
+    /// Two minutes at 60 rows a second.
+    static constexpr int spectrogramMaxHistoryRows = 7200;
 
     /// The spectrum, as `ChannelFrame::RTA` tells it; empty before the first.
     std::vector<double> bandLevelsDB;

@@ -1,5 +1,7 @@
 #include "Engine/MeterChannel.h"
 
+#include "Metering/ChannelProcessor.h"
+
 namespace TarvaneApp {
 
 using TarvaneKit::SPLHistoryRecorder;
@@ -14,7 +16,7 @@ constexpr double settleSeconds = 3.0;
 
 }  // namespace
 
-SPLHistoryRecorder& MeterChannel::levelHistory() {
+SPLHistoryRecorder& MeterChannel::recorder() const {
     if (!levelHistory_) {
         levelHistory_ = std::make_unique<SPLHistoryRecorder>(
             SPLHistoryRecorder::standardMetrics(ChannelProcessor::userLeqID), firstBucketSeconds,

@@ -1,5 +1,7 @@
-// What a channel keeps between ticks and across runs, so that a display bound to it stays
-// bound. Owned by the engine; main thread only, but for the processor's own threads.
+// What a channel keeps between ticks and across runs, so that a display bound to it stays bound.
+//
+// Displays read it; the run owns it and alone reaches what feeds it. Main thread only, but for the
+// processor's own threads.
 #pragma once
 
 #include <memory>
@@ -11,28 +13,43 @@
 #include "Core/UUID.h"
 #include "Engine/LiveMeterData.h"
 #include "Metering/ChannelFrame.h"
-#include "Metering/ChannelProcessor.h"
 #include "Metrics/SPLHistoryRecorder.h"
+
+namespace TarvaneTests {
+struct EngineInsides;  // what tests reach and no control may
+}
 
 namespace TarvaneApp {
 
-struct MeterChannel {
+class ChannelProcessor;
+
+class MeterChannel {
+  public:
     explicit MeterChannel(const TarvaneKit::UUID& channelID) : id(channelID) {}
 
     const TarvaneKit::UUID id;
     LiveMeterData live;
-    /// Present from a successful start on; stays after a stop, unfed.
-    std::shared_ptr<ChannelProcessor> processor;
     double sampleRate = 48000.0;
-    /// The profile in force, for the analysis: shared, since a microphone file is long.
-    std::shared_ptr<const TarvaneKit::CalibrationProfile> calibration;
-
-    /// The levels of the session; made at first use.
-    TarvaneKit::SPLHistoryRecorder& levelHistory();
-    /// The session's begin on the clock that doesn't step.
-    TarvaneKit::Date levelHistoryBegan;
     /// What the channel was fed from, in the words of a report.
     std::optional<std::string> levelHistoryInputDescription;
+
+    /// The levels of the session; made at first use.
+    const TarvaneKit::SPLHistoryRecorder& levelHistory() const { return recorder(); }
+    /// Whether a source fed it in this run, or in the last one.
+    bool hasProcessor() const { return processor != nullptr; }
+
+  private:
+    friend class Run;
+    friend struct TarvaneTests::EngineInsides;
+
+    TarvaneKit::SPLHistoryRecorder& recorder() const;
+
+    /// Present from a successful start on; stays after a stop, unfed.
+    std::shared_ptr<ChannelProcessor> processor;
+    /// The profile in force, for the analysis: shared, since a microphone file is long.
+    std::shared_ptr<const TarvaneKit::CalibrationProfile> calibration;
+    /// The session's begin on the clock that doesn't step.
+    TarvaneKit::Date levelHistoryBegan;
 
     std::optional<TarvaneKit::Date> lastClipDate;
     bool clippedSinceReset = false;
@@ -43,8 +60,7 @@ struct MeterChannel {
     /// Arrays that the displays no longer need, for the next analysis to fill.
     ChannelFrame spareFrame;
 
-  private:
-    std::unique_ptr<TarvaneKit::SPLHistoryRecorder> levelHistory_;
+    mutable std::unique_ptr<TarvaneKit::SPLHistoryRecorder> levelHistory_;
 };
 
 }  // namespace TarvaneApp

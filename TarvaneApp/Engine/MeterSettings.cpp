@@ -1,12 +1,45 @@
-// The types of the engine's settings: how each is stored, compiled once.
+#include "Engine/MeterSettings.h"
 
-#include "Engine/MeterEngine.h"
+#include "Engine/CalibrationProfiles.h"
 #include "Settings/SettingStorage.h"
 
 namespace TarvaneApp {
 
 using namespace TarvaneKit;
 
+namespace {
+
+// One range for both units was stored once.
+SpectrogramRanges migratedSpectrogramRanges(const Persistence& persistence) {
+    using Legacy = SpectrogramRanges::LegacyKeys;
+    return SpectrogramRanges::fromLegacy(persistence.load<double>(Legacy::floorDB),
+                                         persistence.load<double>(Legacy::ceilingDB));
+}
+
+}  // namespace
+
+MeterSettings::MeterSettings(KeyValueStore& store) : channels_(store), windows_(store) {
+    calibration.setSanitizer(CalibrationProfiles::sanitized);
+    spectrogramRanges.setMigration(migratedSpectrogramRanges);
+    channels_.loadAll();
+    windows_.loadAll();
+}
+
+ChannelDisplaySettings MeterSettings::mainDisplay() const {
+    ChannelDisplaySettings display;
+    for (const DisplaySettingBase* setting : display_.list) {
+        setting->read(display);
+    }
+    return display;
+}
+
+void MeterSettings::assignMainDisplay(const ChannelDisplaySettings& display) {
+    for (DisplaySettingBase* setting : display_.list) {
+        setting->assign(display);
+    }
+}
+
+// How each type is stored, compiled once.
 template class Setting<CalibrationProfile>;
 template class Setting<GraphOrder>;
 template class Setting<GraphOrientation>;

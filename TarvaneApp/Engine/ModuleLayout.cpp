@@ -1,7 +1,4 @@
-// Where the modules are. The main window is never empty: when the last module leaves it, the SPL
-// meter comes back.
-
-#include "Engine/MeterEngine.h"
+#include "Engine/ModuleLayout.h"
 
 namespace TarvaneApp {
 
@@ -43,46 +40,45 @@ Placements placements(LayoutPreset preset) {
 
 }  // namespace
 
-void MeterEngine::applyLayoutPreset(LayoutPreset preset) {
+void ModuleLayout::applyLayoutPreset(LayoutPreset preset) {
     const Placements wanted = placements(preset);
-    isApplyingLayoutPreset_ = true;
-    splMeterPlacement.set(wanted.splMeter);
-    rtaPlacement.set(wanted.rta);
-    spectrogramPlacement.set(wanted.spectrogram);
-    levelHistoryPlacement.set(wanted.levelHistory);
-    isApplyingLayoutPreset_ = false;
+    isApplyingPreset_ = true;
+    settings_.splMeterPlacement.set(wanted.splMeter);
+    settings_.rtaPlacement.set(wanted.rta);
+    settings_.spectrogramPlacement.set(wanted.spectrogram);
+    settings_.levelHistoryPlacement.set(wanted.levelHistory);
+    isApplyingPreset_ = false;
 }
 
-// On the way to a preset the main window may be empty for a moment.
-void MeterEngine::placementChanged() {
-    if (!isApplyingLayoutPreset_ && !mainWindowShowsGraphArea() &&
-        splMeterPlacement() != ModulePlacement::mainWindow &&
-        levelHistoryPlacement() != ModulePlacement::mainWindow) {
-        splMeterPlacement.set(ModulePlacement::mainWindow);
+void ModuleLayout::keepMainWindowFilled() {
+    if (!isApplyingPreset_ && !mainWindowShowsGraphArea() &&
+        settings_.splMeterPlacement() != ModulePlacement::mainWindow &&
+        settings_.levelHistoryPlacement() != ModulePlacement::mainWindow) {
+        settings_.splMeterPlacement.set(ModulePlacement::mainWindow);
     }
 }
 
-bool MeterEngine::mainWindowShowsGraphArea() const {
-    return rtaPlacement() == ModulePlacement::mainWindow ||
-           spectrogramPlacement() == ModulePlacement::mainWindow;
+bool ModuleLayout::mainWindowShowsGraphArea() const {
+    return settings_.rtaPlacement() == ModulePlacement::mainWindow ||
+           settings_.spectrogramPlacement() == ModulePlacement::mainWindow;
 }
 
-ChannelWindowLayout MeterEngine::windowLayout(const UUID& channelID) const {
-    const auto found = channelWindowLayouts().find(channelID);
-    return found != channelWindowLayouts().end() ? found->second : ChannelWindowLayout{};
+ChannelWindowLayout ModuleLayout::windowLayout(const UUID& channelID) const {
+    const auto found = settings_.channelWindowLayouts().find(channelID);
+    return found != settings_.channelWindowLayouts().end() ? found->second : ChannelWindowLayout{};
 }
 
-void MeterEngine::updateWindowLayout(const UUID& channelID,
-                                     const std::function<void(ChannelWindowLayout&)>& edit) {
-    auto layouts = channelWindowLayouts();
+void ModuleLayout::updateWindowLayout(const UUID& channelID,
+                                      const std::function<void(ChannelWindowLayout&)>& edit) {
+    auto layouts = settings_.channelWindowLayouts();
     edit(layouts[channelID]);
-    channelWindowLayouts.set(std::move(layouts));
+    settings_.channelWindowLayouts.set(std::move(layouts));
 }
 
-void MeterEngine::resetWindowLayout(const UUID& channelID) {
-    auto layouts = channelWindowLayouts();
+void ModuleLayout::resetWindowLayout(const UUID& channelID) {
+    auto layouts = settings_.channelWindowLayouts();
     layouts.erase(channelID);
-    channelWindowLayouts.set(std::move(layouts));
+    settings_.channelWindowLayouts.set(std::move(layouts));
 }
 
 }  // namespace TarvaneApp

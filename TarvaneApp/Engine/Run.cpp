@@ -6,9 +6,10 @@
 //   Running    false       true       false      the start's result, resume
 //   Paused     false       true       true       pause
 
-#include <algorithm>
+#include "Engine/Run.h"
 
-#include "Engine/MeterEngine.h"
+#include <algorithm>
+#include <limits>
 
 namespace TarvaneApp {
 
@@ -35,20 +36,46 @@ bool feedsMainInput(const CaptureGroup& group) {
 
 }  // namespace
 
-template <class Action>
-void MeterEngine::forEachProcessor(Action action) {
-    for (const auto& [id, channel] : meterChannels_) {
-        if (channel->processor) {
-            action(*channel->processor);
-        }
+Run::Run(const Environment& environment)
+    : audio_(environment.audio),
+      clock_(environment.clock),
+      displayTimer_(environment.displayTimer),
+      mainThread_(environment.mainThread),
+      settings_(environment.settings),
+      devices_(environment.devices),
+      list_(environment.channels),
+      displays_(environment.displays),
+      changes_(environment.changes),
+      errorMessage_(environment.errorMessage) {}
+
+Run::~Run() {
+    stop();
+}
+
+MeterChannel* Run::existingChannel(const UUID& id) const {
+    const auto found = channels_.find(id);
+    return found != channels_.end() ? found->second.get() : nullptr;
+}
+
+MeterChannel& Run::channelOf(const UUID& id) {
+    auto& channel = channels_[id];
+    if (!channel) {
+        channel = std::make_unique<MeterChannel>(id);
+    }
+    return *channel;
+}
+
+void Run::noteSourceChange() {
+    if (isRunning()) {
+        channelSourcesChangedWhileRunning.set(true);
     }
 }
 
-void MeterEngine::start() {
+void Run::start() {
     if (isRunning() || isStarting()) {
         return;
     }
-    const auto infos = activeChannelInfos();
+    const auto infos = list_.activeChannelInfos();
     const bool onlySystemOutput = std::ranges::all_of(infos, [](const ChannelInfo& info) {
         return info.deviceUID == TarvaneKit::systemOutputUID;
     });
@@ -78,27 +105,27 @@ void MeterEngine::start() {
     }
 }
 
-void MeterEngine::microphoneRefused() {
+void Run::microphoneRefused() {
     microphonePermissionDenied.set(true);
-    errorMessage.set(AudioIOError::microphoneAccessDenied().what());
+    errorMessage_.tell(AudioIOError::microphoneAccessDenied().what());
 }
 
-void MeterEngine::startAuthorized() {
+void Run::startAuthorized() {
     if (isRunning() || isStarting()) {
         return;
     }
-    auto infos = activeChannelInfos();
-    auto plans = makeStartPlans(infos, availableDevices());
+    auto infos = list_.activeChannelInfos();
+    auto plans = makeStartPlans(infos, devices_.available());
     for (StartPlan& plan : plans) {
         // A device that isn't there opens as the default input.
         const bool opensUID = plan.device || plan.uid == TarvaneKit::systemOutputUID;
-        plan.deviceName = deviceDisplayName(opensUID ? plan.uid : std::nullopt);
+        plan.deviceName = devices_.displayName(opensUID ? plan.uid : std::nullopt);
     }
-    StartSettings settings{.leqWeighting = leqWeighting(),
-                           .leqIntegrationSeconds = leqIntegrationSeconds(),
+    StartSettings settings{.leqWeighting = settings_.leqWeighting(),
+                           .leqIntegrationSeconds = settings_.leqIntegrationSeconds(),
                            .ringOutSensitivities = {}};
     for (const ChannelInfo& info : infos) {
-        settings.ringOutSensitivities[info.id] = display(info.id).ringOutSensitivity;
+        settings.ringOutSensitivities[info.id] = displays_.display(info.id).ringOutSensitivity;
     }
     isStarting.set(true);
     const int generation = ++startGeneration_;
@@ -119,9 +146,8 @@ void MeterEngine::startAuthorized() {
     });
 }
 
-void MeterEngine::startReturned(int generation, const std::vector<ChannelInfo>& infos,
-                                const std::vector<StartPlan>& plans,
-                                std::vector<StartResult> results) {
+void Run::startReturned(int generation, const std::vector<ChannelInfo>& infos,
+                        const std::vector<StartPlan>& plans, std::vector<StartResult> results) {
     const auto shutAll = [&] {
         for (StartResult& result : results) {
             if (result.group) {
@@ -150,16 +176,15 @@ void MeterEngine::startReturned(int generation, const std::vector<ChannelInfo>& 
     if (primaryError) {
         shutAll();
         microphonePermissionDenied.set(false);
-        errorMessage.set(primaryError);
+        errorMessage_.tell(*primaryError);
         return;
     }
     finishStart(infos, plans, std::move(results), failures);
 }
 
-void MeterEngine::finishStart(const std::vector<ChannelInfo>& infos,
-                              const std::vector<StartPlan>& plans, std::vector<StartResult> results,
-                              const std::vector<std::string>& failures) {
-    for (const auto& [id, channel] : meterChannels_) {
+void Run::finishStart(const std::vector<ChannelInfo>& infos, const std::vector<StartPlan>& plans,
+                      std::vector<StartResult> results, const std::vector<std::string>& failures) {
+    for (const auto& [id, channel] : channels_) {
         channel->processor.reset();
     }
     captureGroups_.clear();
@@ -168,38 +193,35 @@ void MeterEngine::finishStart(const std::vector<ChannelInfo>& infos,
             continue;
         }
         for (const CaptureGroup::Subscriber& subscriber : results[i].group->subscribers()) {
-            MeterChannel& channel = meterChannel(subscriber.processor->id);
+            MeterChannel& channel = channelOf(subscriber.processor->id);
             channel.processor = subscriber.processor;
             channel.sampleRate = subscriber.processor->sampleRate();
         }
         captureGroups_.push_back(std::move(results[i].group));
     }
-    sampleRate.set(meterChannel(UUID::main()).sampleRate);
+    sampleRate.set(channelOf(UUID::main()).sampleRate);
     ++runGeneration_;
     analysisInFlight_ = false;
     ++smoothingGeneration_;
     for (const ChannelInfo& info : infos) {
-        MeterChannel& channel = meterChannel(info.id);
+        MeterChannel& channel = channelOf(info.id);
         Q_EMIT channel.live.willChange();
         channel.live.spectrogramHistory.clear();
-        channel.levelHistory().reset(clock_.now());
+        channel.recorder().reset(clock_.now());
         channel.levelHistoryBegan = clock_.steadyNow();
-        channel.levelHistoryInputDescription = inputDescription(info);
+        channel.levelHistoryInputDescription = list_.inputDescription(info);
         ++channel.live.levelHistoryRevision;
         resetMinMax(channel);
     }
     channelSourcesChangedWhileRunning.set(false);
     isPaused.set(false);
     isRunning.set(true);
-    calibrationChanged();
-    for (const ChannelInfo& info : channelInfos()) {
-        if (const auto& processor = meterChannel(info.id).processor) {
-            processor->setMeasuresLoudness(info.measuresLoudness);
-        }
-    }
+    takeCalibrations();
+    takeLoudnessSwitches();
     startDisplayTimer();
+    Q_EMIT changes_.changed(std::nullopt);
     if (!failures.empty()) {
-        errorMessage.set("Some channels couldn't start:" + joinedLines(failures));
+        errorMessage_.tell("Some channels couldn't start:" + joinedLines(failures));
     }
     // A source may have died between its start and now, when it was nobody's yet.
     for (const auto& group : std::vector(captureGroups_)) {
@@ -211,7 +233,7 @@ void MeterEngine::finishStart(const std::vector<ChannelInfo>& infos,
 
 // The main input's source takes the run with it, and so does the server's end, which ends all
 // sources at once. Another source leaves its own channels silent and the rest running.
-void MeterEngine::sourceLost(const std::shared_ptr<CaptureGroup>& group) {
+void Run::sourceLost(const std::shared_ptr<CaptureGroup>& group) {
     const auto loss = group->loss();
     if (!loss || std::ranges::find(captureGroups_, group) == captureGroups_.end()) {
         return;
@@ -226,14 +248,14 @@ void MeterEngine::sourceLost(const std::shared_ptr<CaptureGroup>& group) {
     } else {
         closeGroup(group);
     }
-    errorMessage.set(message);
+    errorMessage_.tell(message);
 }
 
-void MeterEngine::closeGroup(const std::shared_ptr<CaptureGroup>& group) {
+void Run::closeGroup(const std::shared_ptr<CaptureGroup>& group) {
     group->shut();
     std::erase(captureGroups_, group);
     for (const CaptureGroup::Subscriber& subscriber : group->subscribers()) {
-        MeterChannel& channel = meterChannel(subscriber.processor->id);
+        MeterChannel& channel = channelOf(subscriber.processor->id);
         channel.processor.reset();
         Q_EMIT channel.live.willChange();
         channel.live.currentSPLValueDB = -std::numeric_limits<double>::infinity();
@@ -246,14 +268,15 @@ void MeterEngine::closeGroup(const std::shared_ptr<CaptureGroup>& group) {
         channel.live.loudness.reset();
         channel.live.inputPeakDBFS = LiveMeterData::inputMeterFloorDBFS;
         channel.live.inputPeakHoldDBFS = LiveMeterData::inputMeterFloorDBFS;
+        Q_EMIT changes_.changed(channel.id);
     }
 }
 
-void MeterEngine::startDisplayTimer() {
+void Run::startDisplayTimer() {
     displayTimer_.start([this] { tick(); });
 }
 
-void MeterEngine::stop() {
+void Run::stop() {
     if (isStarting()) {
         // The queue's work runs on; what it opens is shut when its result arrives.
         ++startGeneration_;
@@ -272,18 +295,20 @@ void MeterEngine::stop() {
     channelSourcesChangedWhileRunning.set(false);
     isPaused.set(false);
     isRunning.set(false);
+    Q_EMIT changes_.changed(std::nullopt);
 }
 
-void MeterEngine::pause() {
+void Run::pause() {
     if (!isRunning() || isPaused()) {
         return;
     }
     forEachProcessor([](ChannelProcessor& processor) { processor.setDropsIncomingAudio(true); });
     displayTimer_.stop();
     isPaused.set(true);
+    Q_EMIT changes_.changed(std::nullopt);
 }
 
-void MeterEngine::resume() {
+void Run::resume() {
     if (!isRunning() || !isPaused()) {
         return;
     }
@@ -291,6 +316,7 @@ void MeterEngine::resume() {
     ++timingGeneration_;
     isPaused.set(false);
     startDisplayTimer();
+    Q_EMIT changes_.changed(std::nullopt);
 }
 
 }  // namespace TarvaneApp

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Engine/MeterEngine.h"
+#include "Engine/Run.h"
 
 namespace TarvaneApp {
 
@@ -36,24 +36,12 @@ double secondsBetween(Date earlier, Date later) {
 
 }  // namespace
 
-void MeterEngine::addDemand(ChannelDemand demand, const UUID& id) {
-    demandCounts_.add(demand, id);
-}
-
-void MeterEngine::removeDemand(ChannelDemand demand, const UUID& id) {
-    demandCounts_.remove(demand, id);
-}
-
-bool MeterEngine::isDemanded(ChannelDemand demand, const UUID& id) const {
-    return demandCounts_.contains(demand, id);
-}
-
-void MeterEngine::tick() {
+void Run::tick() {
     if (analysisInFlight_) {
         return;
     }
     const AnalysisSettings settings{.now = clock_.steadyNow(),
-                                    .rtaTimeWeighting = rtaTimeWeighting(),
+                                    .rtaTimeWeighting = settings_.rtaTimeWeighting(),
                                     .smoothingGeneration = smoothingGeneration_,
                                     .peakHoldGeneration = peakHoldGeneration_,
                                     .timingGeneration = timingGeneration_,
@@ -61,29 +49,28 @@ void MeterEngine::tick() {
     std::vector<MeterChannel*> channels;
     std::vector<ChannelAnalysisRequest> requests;
     std::vector<ChannelFrame> frames;
-    const auto order = [&](const UUID& id, bool detectsRings,
-                           const ChannelDisplaySettings& display) {
-        const auto found = meterChannels_.find(id);
-        if (found == meterChannels_.end() || !found->second->processor) {
+    const auto ask = [&](const UUID& id, bool detectsRings, const ChannelDisplaySettings& display) {
+        MeterChannel* const found = existingChannel(id);
+        if (found == nullptr || !found->processor) {
             return;
         }
-        MeterChannel& channel = *found->second;
+        MeterChannel& channel = *found;
         channels.push_back(&channel);
         requests.push_back({.processor = channel.processor,
                             .calibration = channel.calibration,
-                            .wantsRTA = isDemanded(ChannelDemand::rta, id),
-                            .wantsSpectrogram = isDemanded(ChannelDemand::spectrogram, id),
+                            .wantsRTA = demand.contains(ChannelDemand::rta, id),
+                            .wantsSpectrogram = demand.contains(ChannelDemand::spectrogram, id),
                             .ringOutEnabled = detectsRings,
                             .octaveFraction = display.octaveFraction,
                             .octaveNormalized = display.octaveNormalized,
                             .ringOutSensitivity = display.ringOutSensitivity});
         frames.push_back(std::move(channel.spareFrame));
     };
-    const ChannelDisplaySettings main = mainDisplay();
-    order(UUID::main(), ringOutEnabled(), main);
-    for (const ChannelConfig& config : extraChannels()) {
+    const ChannelDisplaySettings main = settings_.mainDisplay();
+    ask(UUID::main(), settings_.ringOutEnabled(), main);
+    for (const ChannelConfig& config : settings_.extraChannels()) {
         if (config.isEnabled) {
-            order(config.id, config.ringOutEnabled, config.display ? *config.display : main);
+            ask(config.id, config.ringOutEnabled, config.display ? *config.display : main);
         }
     }
     if (requests.empty()) {
@@ -105,8 +92,8 @@ void MeterEngine::tick() {
     });
 }
 
-void MeterEngine::analysisReturned(int generation, const std::vector<MeterChannel*>& channels,
-                                   std::vector<ChannelFrame>& frames) {
+void Run::analysisReturned(int generation, const std::vector<MeterChannel*>& channels,
+                           std::vector<ChannelFrame>& frames) {
     if (generation != runGeneration_) {
         return;  // of a run that has ended
     }
@@ -121,7 +108,7 @@ void MeterEngine::analysisReturned(int generation, const std::vector<MeterChanne
     }
 }
 
-void MeterEngine::publish(ChannelFrame& frame, MeterChannel& channel, Date now) {
+void Run::publish(ChannelFrame& frame, MeterChannel& channel, Date now) {
     LiveMeterData& live = channel.live;
     Q_EMIT live.willChange();
     updateClipState(channel, frame.peak >= clipThreshold, now);
@@ -143,10 +130,9 @@ void MeterEngine::publish(ChannelFrame& frame, MeterChannel& channel, Date now) 
     }
 }
 
-void MeterEngine::publishRingAlert(const std::optional<RingAlert>& alert, MeterChannel& channel,
-                                   Date now) {
-    const ChannelConfig* config = extraChannel(channel.id);
-    if (config != nullptr ? !config->ringOutEnabled : !ringOutEnabled()) {
+void Run::publishRingAlert(const std::optional<RingAlert>& alert, MeterChannel& channel, Date now) {
+    const ChannelConfig* config = list_.extraChannel(channel.id);
+    if (config != nullptr ? !config->ringOutEnabled : !settings_.ringOutEnabled()) {
         return;  // switched off since the analysis was ordered
     }
     LiveMeterData& live = channel.live;
@@ -154,26 +140,26 @@ void MeterEngine::publishRingAlert(const std::optional<RingAlert>& alert, MeterC
     if (alert) {
         live.heldRingAlert = alert;
         channel.heldRingAlertDate = now;
-    } else if (channel.heldRingAlertDate &&
-               secondsBetween(*channel.heldRingAlertDate, now) > ringAlertHoldSeconds) {
+    } else if (channel.heldRingAlertDate && secondsBetween(*channel.heldRingAlertDate, now) >
+                                                LiveMeterData::ringAlertHoldSeconds) {
         live.heldRingAlert.reset();
         channel.heldRingAlertDate.reset();
     }
 }
 
-void MeterEngine::publishSpectrogram(std::vector<std::vector<float>>& rows, LiveMeterData& live) {
+void Run::publishSpectrogram(std::vector<std::vector<float>>& rows, LiveMeterData& live) {
     for (auto& row : rows) {
         live.spectrogramHistory.push_back(std::move(row));
         ++live.spectrogramRowsAdded;
     }
-    while (live.spectrogramHistory.size() > spectrogramMaxHistoryRows) {
+    while (live.spectrogramHistory.size() > LiveMeterData::spectrogramMaxHistoryRows) {
         live.spectrogramHistory.pop_front();
     }
 }
 
-void MeterEngine::publishLevels(MeterChannel& channel) {
+void Run::publishLevels(MeterChannel& channel) {
     LiveMeterData& live = channel.live;
-    const SPLMetric metric = displayedMetric(channel.id);
+    const SPLMetric metric = displays_.displayedMetric(channel.id);
     const double value = channel.processor->value(metric);
     live.currentSPLValueDB = value;
     live.sideSPLValuesDB = channel.processor->sideValues(metric).value_or(std::vector<double>{});
@@ -182,12 +168,12 @@ void MeterEngine::publishLevels(MeterChannel& channel) {
         live.minSPLValueDB = std::min(live.minSPLValueDB, value);
         live.maxSPLValueDB = std::max(live.maxSPLValueDB, value);
     }
-    live.trafficLightColor = trafficLightColor(value, channel.id);
+    live.trafficLightColor = displays_.trafficLightColor(value, channel.id);
     live.leqElapsedFraction = channel.processor->leqElapsedFraction();
 }
 
-void MeterEngine::recordLevels(MeterChannel& channel, Date now) {
-    SPLHistoryRecorder& history = channel.levelHistory();
+void Run::recordLevels(MeterChannel& channel, Date now) {
+    SPLHistoryRecorder& history = channel.recorder();
     if (history.sessionStartDate() &&
         history.record(channel.processor->values(history.metrics()),
                        secondsBetween(channel.levelHistoryBegan, now))) {
@@ -195,7 +181,7 @@ void MeterEngine::recordLevels(MeterChannel& channel, Date now) {
     }
 }
 
-void MeterEngine::updateClipState(MeterChannel& channel, bool clippedThisTick, Date now) {
+void Run::updateClipState(MeterChannel& channel, bool clippedThisTick, Date now) {
     if (clippedThisTick) {
         channel.lastClipDate = now;
         channel.clippedSinceReset = true;
@@ -208,7 +194,7 @@ void MeterEngine::updateClipState(MeterChannel& channel, bool clippedThisTick, D
     }
 }
 
-void MeterEngine::updateInputMeter(MeterChannel& channel, float peak, Date now) {
+void Run::updateInputMeter(MeterChannel& channel, float peak, Date now) {
     LiveMeterData& live = channel.live;
     constexpr double floorDBFS = LiveMeterData::inputMeterFloorDBFS;
     const double decayDB =

@@ -1,13 +1,13 @@
-// What a change of a setting does beyond saving it. Each effect runs with the new value in
-// place and saved; a setting that isn't named here is saved, and that is all.
+#include "Engine/SettingEffects.h"
 
 #include <algorithm>
-
-#include "Engine/MeterEngine.h"
+#include <tuple>
+#include <utility>
 
 namespace TarvaneApp {
 
 using TarvaneKit::CalibrationProfile;
+using TarvaneKit::OctaveFraction;
 using TarvaneKit::TimeWeighting;
 using TarvaneKit::UUID;
 using TarvaneKit::Weighting;
@@ -44,107 +44,176 @@ std::vector<std::pair<UUID, bool>> loudnessSwitches(const std::vector<ChannelCon
 
 }  // namespace
 
-void MeterEngine::attachSettingEffects() {
-    // The main input.
-    selectedDeviceUID.setEffect([this](const auto& old) { selectedDeviceChanged(old); });
-    selectedChannelIndex.setEffect(
-        [this](int old) { mainInputsChanged(old != selectedChannelIndex()); });
-    mainInputIsStereo.setEffect(
-        [this](bool old) { mainInputsChanged(old != mainInputIsStereo()); });
-    mainInputRightChannelIndex.setEffect(
-        [this](int old) { mainInputsChanged(old != mainInputRightChannelIndex()); });
-    mainInputIsDigital.setEffect([this](bool) { calibrationChanged(); });
-    mainInputMeasuresLoudness.setEffect([this](bool) { loudnessChannelsChanged(); });
+SettingEffects::SettingEffects(const Environment& environment)
+    : settings_(environment.settings),
+      devices_(environment.devices),
+      gains_(environment.gains),
+      channels_(environment.channels),
+      run_(environment.run),
+      layout_(environment.layout),
+      changes_(environment.changes) {
+    attachMainInput();
+    attachMainDisplay();
+    attachMeters();
+    attachLayout();
+    attachChannelChanges();
+}
 
-    // The other channels.
-    extraChannels.setEffect([this](const auto& old) { extraChannelsChanged(old); });
-
-    // The main input's spectrum.
-    octaveFraction.setEffect([this](TarvaneKit::OctaveFraction) { resetBandLevels(UUID::main()); });
-    octaveNormalizedSpectrumDisplay.setEffect([this](bool) { ++smoothingGeneration_; });
-    rtaTimeWeighting.setEffect([this](TimeWeighting) { ++smoothingGeneration_; });
-
-    // The main input's meter.
-    metricMode.setEffect([this](MetricMode) { mainMetricChanged(); });
-    splWeighting.setEffect([this](Weighting) { mainMetricChanged(); });
-    splTimeWeighting.setEffect([this](TimeWeighting) { mainMetricChanged(); });
-    peakWeighting.setEffect([this](Weighting) { mainMetricChanged(); });
+void SettingEffects::attachMainInput() {
+    settings_.selectedDeviceUID.setEffect([this](const auto& old) { selectedDeviceChanged(old); });
+    settings_.selectedChannelIndex.setEffect(
+        [this](int old) { mainInputsChanged(old != settings_.selectedChannelIndex()); });
+    settings_.mainInputIsStereo.setEffect(
+        [this](bool old) { mainInputsChanged(old != settings_.mainInputIsStereo()); });
+    settings_.mainInputRightChannelIndex.setEffect(
+        [this](int old) { mainInputsChanged(old != settings_.mainInputRightChannelIndex()); });
+    settings_.mainInputIsDigital.setEffect([this](bool) { run_.takeCalibrations(); });
     // Whatever is assigned, the profile in force carries the gain of now.
-    calibration.setConstraint([this](CalibrationProfile profile) {
-        profile.inputGain = currentInputGain();
+    settings_.calibration.setConstraint([this](CalibrationProfile profile) {
+        profile.inputGain = gains_.currentInputGain();
         return profile;
     });
-    calibration.setEffect([this](const CalibrationProfile&) { calibrationChanged(); },
-                          Setting<CalibrationProfile>::Saving::afterEffect);
+    settings_.calibration.setEffect([this](const CalibrationProfile&) { run_.takeCalibrations(); },
+                                    Setting<CalibrationProfile>::Saving::afterEffect);
+    settings_.mainInputMeasuresLoudness.setEffect([this](bool) { run_.takeLoudnessSwitches(); });
+    settings_.ringOutEnabled.setEffect([this](bool) {
+        if (!settings_.ringOutEnabled()) {
+            run_.clearRingAlerts(UUID::main());
+        }
+    });
+    settings_.extraChannels.setEffect([this](const auto& old) { extraChannelsChanged(old); });
+}
 
-    // The layout of the main window.
-    panelSplitFraction.setConstraint([](double fraction) {
+void SettingEffects::attachMainDisplay() {
+    settings_.octaveFraction.setEffect(
+        [this](OctaveFraction) { run_.resetBandLevels(UUID::main()); });
+    settings_.octaveNormalizedSpectrumDisplay.setEffect(
+        [this](bool) { run_.resetBandLevels(UUID::main()); });
+    settings_.metricMode.setEffect([this](MetricMode) { mainMetricChanged(); });
+    settings_.splWeighting.setEffect([this](Weighting) { mainMetricChanged(); });
+    settings_.splTimeWeighting.setEffect([this](TimeWeighting) { mainMetricChanged(); });
+    settings_.peakWeighting.setEffect([this](Weighting) { mainMetricChanged(); });
+}
+
+// Of every channel.
+void SettingEffects::attachMeters() {
+    settings_.rtaTimeWeighting.setEffect([this](TimeWeighting) { run_.resetSmoothing(); });
+    const auto startLeqOver = [this] {
+        run_.configureLeq(settings_.leqWeighting(), settings_.leqIntegrationSeconds());
+    };
+    settings_.leqWeighting.setEffect([startLeqOver](Weighting) { startLeqOver(); });
+    settings_.leqIntegrationSeconds.setEffect([startLeqOver](double) { startLeqOver(); });
+}
+
+void SettingEffects::attachLayout() {
+    settings_.panelSplitFraction.setConstraint([](double fraction) {
         // In this order a fraction that is no number ends at the smallest.
         return std::min(std::max(smallestSplitFraction, fraction), largestSplitFraction);
     });
     for (Setting<ModulePlacement>* placement :
-         {&splMeterPlacement, &rtaPlacement, &spectrogramPlacement, &levelHistoryPlacement}) {
-        placement->setEffect([this](ModulePlacement) { placementChanged(); });
+         {&settings_.splMeterPlacement, &settings_.rtaPlacement, &settings_.spectrogramPlacement,
+          &settings_.levelHistoryPlacement}) {
+        placement->setEffect([this](ModulePlacement) { layout_.keepMainWindowFilled(); });
     }
-
-    // The main input's feedback alerts.
-    ringOutEnabled.setEffect([this](bool) {
-        if (!ringOutEnabled()) {
-            clearRingAlerts(UUID::main());
-        }
-    });
 }
 
-void MeterEngine::selectedDeviceChanged(const std::optional<std::string>& old) {
-    refreshInputVolume();
-    const auto& uid = selectedDeviceUID();
-    const int inputs = channelCount(uid);
-    if (selectedChannelIndex() >= inputs) {
-        selectedChannelIndex.set(0);
+// Which channel a change of a setting is of only the list of extra channels says, and tells itself.
+void SettingEffects::attachChannelChanges() {
+    const auto tellAll = [this] { Q_EMIT changes_.changed(std::nullopt); };
+    for (const SettingBase* setting : settings_.channelSettings()) {
+        if (setting != &settings_.extraChannels) {
+            QObject::connect(&setting->changes(), &ChangeNotifier::changed, &context_, tellAll);
+        }
+    }
+    // A gain that was turned moves what a calibrated channel reads.
+    QObject::connect(&gains_.deviceGains.notifier(), &ChangeNotifier::changed, &context_,
+                     [this, tellAll] {
+                         run_.takeCalibrations();
+                         tellAll();
+                     });
+    QObject::connect(&devices_.available.notifier(), &ChangeNotifier::changed, &context_, tellAll);
+    QObject::connect(&run_.sampleRate.notifier(), &ChangeNotifier::changed, &context_, tellAll);
+}
+
+void SettingEffects::selectedDeviceChanged(const std::optional<std::string>& old) {
+    gains_.refreshInputVolume();
+    const auto& uid = settings_.selectedDeviceUID();
+    const int inputs = devices_.channelCount(uid);
+    if (settings_.selectedChannelIndex() >= inputs) {
+        settings_.selectedChannelIndex.set(0);
     }
     if (uid == old) {
         return;
     }
-    mainInputIsDigital.set(isLikelyDigitalSource(uid));
+    settings_.mainInputIsDigital.set(devices_.isLikelyDigitalSource(uid));
     if (uid == TarvaneKit::systemOutputUID) {
-        selectedChannelIndex.set(0);
-        mainInputRightChannelIndex.set(1);
-        mainInputIsStereo.set(true);
-    } else if (mainInputRightChannelIndex() >= inputs) {
-        mainInputIsStereo.set(false);
+        settings_.selectedChannelIndex.set(0);
+        settings_.mainInputRightChannelIndex.set(1);
+        settings_.mainInputIsStereo.set(true);
+    } else if (settings_.mainInputRightChannelIndex() >= inputs) {
+        settings_.mainInputIsStereo.set(false);
     }
-    noteSourceChange(true);
+    run_.noteSourceChange();
 }
 
-void MeterEngine::extraChannelsChanged(const std::vector<ChannelConfig>& old) {
-    refreshDeviceGains();
-    calibrationChanged();
-    if (loudnessSwitches(old) != loudnessSwitches(extraChannels())) {
-        loudnessChannelsChanged();
+void SettingEffects::mainInputsChanged(bool changed) {
+    if (changed) {
+        run_.noteSourceChange();
     }
-    noteSourceChange(sourceSignatures(old) != sourceSignatures(extraChannels()));
+    gains_.refreshInputVolume();
 }
 
-void MeterEngine::mainInputsChanged(bool changed) {
-    noteSourceChange(changed);
-    refreshInputVolume();
-}
-
-// A level's min and max mean nothing of a loudness, nor the other way about.
-void MeterEngine::loudnessChannelsChanged() {
-    for (const ChannelInfo& info : channelInfos()) {
-        const auto found = meterChannels_.find(info.id);
-        if (found != meterChannels_.end() && found->second->processor &&
-            found->second->processor->setMeasuresLoudness(info.measuresLoudness)) {
-            metricChanged(*found->second);
+// A channel with display settings of its own shows what it showed.
+void SettingEffects::mainMetricChanged() {
+    run_.metricChanged(UUID::main());
+    for (const ChannelConfig& channel : settings_.extraChannels()) {
+        if (!channel.display) {
+            run_.metricChanged(channel.id);
         }
     }
 }
 
-// The running sources stay as they are; the interface offers a restart.
-void MeterEngine::noteSourceChange(bool changed) {
-    if (changed && isRunning()) {
-        channelSourcesChangedWhileRunning.set(true);
+void SettingEffects::extraChannelsChanged(const std::vector<ChannelConfig>& old) {
+    const auto& now = settings_.extraChannels();
+    gains_.refreshDeviceGains();
+    run_.takeCalibrations();
+    if (loudnessSwitches(old) != loudnessSwitches(now)) {
+        run_.takeLoudnessSwitches();
+    }
+    if (sourceSignatures(old) != sourceSignatures(now)) {
+        run_.noteSourceChange();
+    }
+    for (const ChannelConfig& channel : now) {
+        const auto before = std::ranges::find(old, channel.id, &ChannelConfig::id);
+        if (before == old.end()) {
+            Q_EMIT changes_.changed(channel.id);
+        } else if (*before != channel) {
+            extraChannelChanged(*before, channel);
+            Q_EMIT changes_.changed(channel.id);
+        }
+    }
+    for (const ChannelConfig& channel : old) {
+        if (channels_.extraChannel(channel.id) == nullptr) {
+            Q_EMIT changes_.changed(channel.id);
+        }
+    }
+}
+
+void SettingEffects::extraChannelChanged(const ChannelConfig& old, const ChannelConfig& now) {
+    const auto display = [this](const ChannelConfig& channel) {
+        return channel.display ? *channel.display : settings_.mainDisplay();
+    };
+    const ChannelDisplaySettings before = display(old);
+    const ChannelDisplaySettings after = display(now);
+    if (after.octaveFraction != before.octaveFraction ||
+        after.octaveNormalized != before.octaveNormalized) {
+        run_.resetBandLevels(now.id);
+    }
+    if (after.metricDiffers(before)) {
+        run_.metricChanged(now.id);
+    }
+    if (old.ringOutEnabled && !now.ringOutEnabled) {
+        run_.clearRingAlerts(now.id);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
 
 namespace TarvaneApp {

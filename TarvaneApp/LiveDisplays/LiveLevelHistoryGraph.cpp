@@ -10,8 +10,9 @@
 
 #include "Displays/FocusRing.h"
 #include "Displays/Theme.h"
+#include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 
 namespace TarvaneApp {
 
@@ -48,13 +49,13 @@ LiveLevelHistoryGraph::LiveLevelHistoryGraph(MeterEngine& engine, const UUID& ch
     setMouseTracking(true);
     setFocusPolicy(Qt::TabFocus);
     setToolTip(QStringLiteral("Scroll or pinch to zoom, drag to pan, double-click to reset"));
-    followAll(
-        this, [this] { contextChanged(); }, engine.extraChannels, engine.calibration,
-        engine.mainInputIsDigital, engine.mainInputMeasuresLoudness, engine.splReadoutShowsDBFS,
-        engine.metricMode, engine.splWeighting, engine.splTimeWeighting, engine.peakWeighting,
-        engine.trafficLightConfig, engine.trafficLightConfigDBFS, engine.loudnessTarget,
-        engine.loudnessColors, engine.levelHistoryZoom, engine.levelHistoryShowsMomentary,
-        engine.currentInputGain, engine.deviceGains);
+    followChannels(
+        engine.channelChanges(), this,
+        [this](const UUID& id) {
+            return id == requestedChannelID_ || id == channelID_ ||
+                   std::ranges::find(requestedOverlayIDs_, id) != requestedOverlayIDs_.end();
+        },
+        [this] { contextChanged(); });
     refresh();
 }
 

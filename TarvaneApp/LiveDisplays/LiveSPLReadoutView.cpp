@@ -13,8 +13,9 @@
 #include "Displays/Readouts/ClipBadge.h"
 #include "Displays/Readouts/ReadoutPlate.h"
 #include "Displays/Readouts/ReadoutText.h"
+#include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 
 namespace TarvaneApp {
 
@@ -126,12 +127,10 @@ LiveSPLReadoutView::LiveSPLReadoutView(MeterEngine& engine, const UUID& channelI
     connect(resetButton_, &QPushButton::clicked, this, [this] { reset(); });
     showResetButton();
     binding_.bind(engine_, {channelID_});
-    followAll(
-        this, [this] { contextChanged(); }, engine.isRunning, engine.metricMode,
-        engine.splWeighting, engine.splTimeWeighting, engine.peakWeighting,
-        engine.splReadoutShowsDBFS, engine.splMeterShowsLevelBar, engine.mainInputIsDigital,
-        engine.calibration, engine.extraChannels, engine.mainInputMeasuresLoudness,
-        engine.loudnessReadout, engine.loudnessTarget, engine.loudnessColors);
+    followChannels(
+        engine.channelChanges(), this,
+        [this](const UUID& id) { return id == requestedChannelID_ || id == channelID_; },
+        [this] { contextChanged(); });
     refresh();
 }
 
@@ -158,7 +157,7 @@ void LiveSPLReadoutView::contextChanged() {
         .measuresLoudness = info && info->measuresLoudness,
         .isCalibrated = engine_.isCalibrated(channelID_),
         .showsDBFS = engine_.display(channelID_).showsDBFS,
-        .isRunning = engine_.isRunning() && engine_.meterChannel(channelID_).processor != nullptr,
+        .isRunning = engine_.isRunning() && engine_.meterChannel(channelID_).hasProcessor(),
         .showsLevelBar = engine_.splMeterShowsLevelBar(),
         .displayOffsetDB = engine_.splReadoutDisplayOffsetDB(channelID_),
         .barOffsetDB = info && engine_.levelUnitLabel(channelID_) == "dB"

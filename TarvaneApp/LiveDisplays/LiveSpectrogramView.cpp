@@ -7,8 +7,10 @@
 
 #include "DSP/SpectrogramRow.h"
 #include "Displays/FocusRing.h"
+#include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Metering/SpectrogramPace.h"
+#include "Settings/Observable.h"
 
 namespace TarvaneApp {
 
@@ -36,11 +38,10 @@ LiveSpectrogramView::LiveSpectrogramView(MeterEngine& engine, const UUID& channe
     view_.frequencies = TarvaneKit::spectrogramFrequencies();
     view_.rowsPerSecond = SpectrogramPace::rowsPerSecond;
     channelResolved();
-    followAll(
-        this, [this] { contextChanged(); }, engine.extraChannels, engine.calibration,
-        engine.mainInputIsDigital, engine.splReadoutShowsDBFS, engine.spectrogramRanges,
-        engine.spectrogramColorStops, engine.spectrogramTimeSpanSeconds,
-        engine.spectrogramSliceHeightMultiplier);
+    followChannels(
+        engine.channelChanges(), this,
+        [this](const UUID& id) { return id == requestedChannelID_ || id == channelID_; },
+        [this] { contextChanged(); });
     refresh();
 }
 

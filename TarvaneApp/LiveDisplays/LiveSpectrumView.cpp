@@ -7,8 +7,9 @@
 
 #include "Displays/FocusRing.h"
 #include "Displays/Theme.h"
+#include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 
 namespace TarvaneApp {
 
@@ -36,13 +37,13 @@ LiveSpectrumView::LiveSpectrumView(MeterEngine& engine, const UUID& channelID, Q
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(true);
     setFocusPolicy(Qt::TabFocus);
-    followAll(
-        this, [this] { contextChanged(); }, engine.extraChannels, engine.calibration,
-        engine.mainInputIsDigital, engine.splReadoutShowsDBFS, engine.octaveFraction,
-        engine.viewMode, engine.rtaColor, engine.rtaPeakColor, engine.showPeakHold,
-        engine.selectedTargetCurveName, engine.targetCurveReferenceDB,
-        engine.targetCurveReferenceDBFS, engine.spectrogramRanges, engine.sampleRate,
-        engine.deviceGains);
+    followChannels(
+        engine.channelChanges(), this,
+        [this](const UUID& id) {
+            return id == requestedChannelID_ || id == channelID_ ||
+                   std::ranges::find(requestedOverlayIDs_, id) != requestedOverlayIDs_.end();
+        },
+        [this] { contextChanged(); });
     refresh();
 }
 

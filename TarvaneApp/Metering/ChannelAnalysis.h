@@ -21,14 +21,15 @@
 #include "Metering/ChannelFrame.h"
 #include "Metering/SpectrogramPace.h"
 #include "Metering/SpectrumTables.h"
+#include "Metering/TransformSizes.h"
 
 namespace TarvaneApp {
 
 class ChannelAnalysis {
   public:
     /// Of the spectrum with its bands and ring-out detection, and of the spectrogram.
-    static constexpr int fftSize = 4096;
-    static constexpr int spectrogramFFTSize = 8192;
+    static constexpr int fftSize = TransformSizes::spectrum;
+    static constexpr int spectrogramFFTSize = TransformSizes::spectrogram;
     /// Samples of each side that an analysis looks at.
     static constexpr int windowLength = spectrogramFFTSize;
     static constexpr double peakHoldDecayPerSecond = 6.0;

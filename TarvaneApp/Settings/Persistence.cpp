@@ -2,8 +2,8 @@
 
 namespace TarvaneApp {
 
-std::string Persistence::storedName(Key key) {
-    return "Tarvane." + std::string(TarvaneKit::rawValue(key));
+std::string Persistence::storedName(std::string_view key) {
+    return "Tarvane." + std::string(key);
 }
 
 }  // namespace TarvaneApp

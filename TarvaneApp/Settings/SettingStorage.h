@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "Settings/Persistence.h"
 #include "Settings/Setting.h"
 
 namespace TarvaneApp {
@@ -19,10 +20,10 @@ struct StoredValue<std::optional<T>> {
 };
 
 template <class T>
-Setting<T>::Setting(SettingsRegistry& registry, Persistence::Key key, T defaultValue)
-    : Published<T>(defaultValue),
+Setting<T>::Setting(SettingsRegistry& registry, std::string_view key, T defaultValue)
+    : Observable<T>(defaultValue),
+      SettingBase(key),
       persistence_(registry.persistence()),
-      key_(key),
       default_(std::move(defaultValue)) {
     registry.add(*this);
 }
@@ -50,7 +51,7 @@ void Setting<T>::set(T value) {
 
 template <class T>
 void Setting<T>::load() {
-    if (auto stored = persistence_.load<typename StoredValue<T>::Type>(key_)) {
+    if (auto stored = persistence_.load<typename StoredValue<T>::Type>(key())) {
         this->value_ = T(std::move(*stored));
     } else {
         this->value_ = migration_ ? migration_(persistence_) : default_;
@@ -62,7 +63,7 @@ void Setting<T>::load() {
 
 template <class T>
 void Setting<T>::save() {
-    persistence_.save(key_, std::optional<typename StoredValue<T>::Type>(this->value_));
+    persistence_.save(key(), std::optional<typename StoredValue<T>::Type>(this->value_));
 }
 
 }  // namespace TarvaneApp

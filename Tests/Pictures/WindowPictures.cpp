@@ -210,11 +210,14 @@ void shootAll(Stage& stage) {
     TarvaneApp::PreferencesWindow preferences(stage.engine);
     preferences.show();
     stage.shoot("preferences-audio", preferences);
-    stage.engine.isRunning.set(true);
+    stage.engine.start();
+    while (!stage.engine.isRunning()) {
+        QCoreApplication::processEvents();
+    }
     stage.engine.selectedDeviceUID.set("mic");
     stage.engine.selectedDeviceUID.set(TarvaneKit::systemOutputUID);
     stage.shoot("preferences-audio-restart", preferences);
-    stage.engine.isRunning.set(false);
+    stage.engine.stop();
     preferences.findChild<QTabWidget*>()->setCurrentIndex(1);
     stage.shoot("preferences-leq", preferences);
 }

@@ -5,7 +5,7 @@
 
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/Controls/MenuItems.h"
 
 namespace TarvaneApp {
@@ -34,8 +34,8 @@ ChannelOverlayMenu::ChannelOverlayMenu(MeterEngine& engine, Setting<IDs>& overla
       baseChannelID_(baseChannelID) {
     setToolTip(help);
     setAccessibleName(help);
-    followAll(
-        this, [this] { showState(); }, overlays, engine.extraChannels);
+    followChannels(engine.channelChanges(), this, [this] { showState(); });
+    follow(overlays, this, [this] { showState(); });
 }
 
 void ChannelOverlayMenu::setBaseChannelID(const UUID& id) {

@@ -2,7 +2,7 @@
 
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 
 namespace TarvaneApp {
 
@@ -10,8 +10,8 @@ ChannelPickerMenu::ChannelPickerMenu(MeterEngine& engine, Setting<TarvaneKit::UU
                                      QWidget* parent)
     : MenuButton(QStringLiteral("Channel"), parent), engine_(engine), selection_(selection) {
     setToolTip(QStringLiteral("Channel shown here"));
-    followAll(
-        this, [this] { showChoices(); }, selection, engine.extraChannels, engine.rtaColor);
+    followChannels(engine.channelChanges(), this, [this] { showChoices(); });
+    follow(selection, this, [this] { showChoices(); });
 }
 
 void ChannelPickerMenu::showChoices() {

@@ -4,7 +4,7 @@
 #include <QHBoxLayout>
 
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/ChannelControls/ChannelPickerMenu.h"
 #include "Shell/ChannelControls/LoudnessControls.h"
 #include "Shell/ChannelControls/ReadoutUnitPicker.h"
@@ -45,9 +45,8 @@ MetricControlBar::MetricControlBar(MeterEngine& engine,
     row_->addWidget(splMenus_);
     row_->addWidget(loudnessControls_);
     row_->addStretch(1);
-    followAll(
-        this, [this] { channelChanged(); }, engine.splMeterChannelID, engine.extraChannels,
-        engine.mainInputMeasuresLoudness);
+    followChannels(engine.channelChanges(), this, [this] { channelChanged(); });
+    follow(engine.splMeterChannelID, this, [this] { channelChanged(); });
 }
 
 TarvaneKit::UUID MetricControlBar::channelID() const {

@@ -10,7 +10,7 @@
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Records/ChannelColors.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/ChannelControls/TargetCurveControls.h"
 #include "Shell/Controls/ColorSwatches.h"
 #include "Shell/Controls/MenuButton.h"
@@ -157,10 +157,7 @@ RTAOptionsView::RTAOptionsView(MeterEngine& engine, const TarvaneKit::UUID& chan
     footnote->setWordWrap(true);
     column->addWidget(footnote);
 
-    followAll(
-        this, [this] { showChannel(); }, engine.extraChannels, engine.rtaColor, engine.viewMode,
-        engine.octaveFraction, engine.showPeakHold, engine.rtaPeakColor,
-        engine.octaveNormalizedSpectrumDisplay, engine.ringOutEnabled, engine.ringOutSensitivity);
+    followChannels(engine.channelChanges(), this, [this] { showChannel(); });
 }
 
 TarvaneKit::UUID RTAOptionsView::channelID() const {

@@ -2,7 +2,7 @@
 
 #include "Displays/RawText.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 
 namespace TarvaneApp {
 
@@ -11,9 +11,9 @@ ReadoutUnitPicker::ReadoutUnitPicker(MeterEngine& engine, const TarvaneKit::UUID
     : MenuButton(QStringLiteral("Readout unit"), parent), engine_(engine), channelID_(channelID) {
     setToolTip(QStringLiteral(
         "Read this channel in dB SPL, dBFS, or as program loudness (LUFS, EBU R128)"));
-    followAll(
-        this, [this] { showChoices(); }, engine.calibration, engine.mainInputIsDigital,
-        engine.mainInputMeasuresLoudness, engine.extraChannels, engine.splReadoutShowsDBFS);
+    followChannels(
+        engine.channelChanges(), this,
+        [this](const TarvaneKit::UUID& id) { return id == channelID_; }, [this] { showChoices(); });
 }
 
 void ReadoutUnitPicker::setChannelID(const TarvaneKit::UUID& channelID) {

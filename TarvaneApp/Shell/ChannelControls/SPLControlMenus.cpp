@@ -6,7 +6,7 @@
 #include "Displays/RawText.h"
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/ChannelControls/LeqPresets.h"
 #include "Shell/Controls/ControlRow.h"
 #include "Shell/Controls/MenuButton.h"
@@ -31,10 +31,9 @@ SPLControlMenus::SPLControlMenus(MeterEngine& engine, const UUID& channelID, QWi
     }
     leqNote_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     row->addWidget(leqNote_, 1);
-    followAll(
-        this, [this] { showDisplay(); }, engine.metricMode, engine.splWeighting,
-        engine.splTimeWeighting, engine.peakWeighting, engine.leqWeighting,
-        engine.leqIntegrationSeconds, engine.extraChannels);
+    followChannels(
+        engine.channelChanges(), this, [this](const UUID& id) { return id == channelID_; },
+        [this] { showDisplay(); });
 }
 
 void SPLControlMenus::setChannelID(const UUID& channelID) {

@@ -7,7 +7,7 @@
 #include "Displays/RawText.h"
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/ChannelControls/LeqPresets.h"
 #include "Shell/Controls/CompactToggleButton.h"
 #include "Shell/Controls/ControlRow.h"
@@ -94,10 +94,9 @@ SPLControls::SPLControls(MeterEngine& engine, const UUID& channelID, QWidget* pa
     leqNote_ = makeTextLabel({}, 12, Theme::axisText, this);
     row->addWidget(leqNote_);
 
-    followAll(
-        this, [this] { showDisplay(); }, engine.metricMode, engine.splWeighting,
-        engine.splTimeWeighting, engine.peakWeighting, engine.leqWeighting,
-        engine.leqIntegrationSeconds, engine.extraChannels);
+    followChannels(
+        engine.channelChanges(), this, [this](const UUID& id) { return id == channelID_; },
+        [this] { showDisplay(); });
 }
 
 void SPLControls::setChannelID(const UUID& channelID) {

@@ -5,7 +5,7 @@
 
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/ChannelControls/TargetCurveReferenceControl.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Controls/TextLabel.h"
@@ -47,8 +47,9 @@ TargetCurveControls::TargetCurveControls(MeterEngine& engine, const TarvaneKit::
     referenceColumn->setSpacing(labelGap);
     referenceColumn->addWidget(label(referenceLabel, reference_));
     referenceColumn->addWidget(level_);
-    followAll(
-        this, [this] { showCurves(); }, engine.extraChannels, engine.selectedTargetCurveName);
+    followChannels(
+        engine.channelChanges(), this,
+        [this](const TarvaneKit::UUID& id) { return id == channelID_; }, [this] { showCurves(); });
 }
 
 void TargetCurveControls::setChannelID(const TarvaneKit::UUID& channelID) {

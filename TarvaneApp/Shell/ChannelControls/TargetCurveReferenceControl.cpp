@@ -8,7 +8,7 @@
 
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
@@ -55,10 +55,9 @@ TargetCurveReferenceControl::TargetCurveReferenceControl(MeterEngine& engine,
     row->addWidget(slider_, 1);
     row->addWidget(value_);
     connect(slider_, &QSlider::valueChanged, this, &TargetCurveReferenceControl::setLevel);
-    followAll(
-        this, [this] { showLevel(); }, engine.extraChannels, engine.targetCurveReferenceDB,
-        engine.targetCurveReferenceDBFS, engine.splReadoutShowsDBFS, engine.calibration,
-        engine.mainInputIsDigital);
+    followChannels(
+        engine.channelChanges(), this,
+        [this](const TarvaneKit::UUID& id) { return id == channelID_; }, [this] { showLevel(); });
 }
 
 void TargetCurveReferenceControl::setChannelID(const TarvaneKit::UUID& channelID) {

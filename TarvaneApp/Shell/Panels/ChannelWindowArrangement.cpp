@@ -1,7 +1,7 @@
 #include "Shell/Panels/ChannelWindowArrangement.h"
 
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 
 namespace TarvaneApp {
 

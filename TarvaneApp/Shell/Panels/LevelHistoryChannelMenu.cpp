@@ -4,16 +4,16 @@
 
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 
 namespace TarvaneApp {
 
 LevelHistoryChannelMenu::LevelHistoryChannelMenu(MeterEngine& engine, QWidget* parent)
     : MenuButton(QStringLiteral("Channel"), parent), engine_(engine) {
     setToolTip(QStringLiteral("Channel shown here"));
-    followAll(
-        this, [this] { showChoices(); }, engine.levelHistoryChannelID, engine.splMeterChannelID,
-        engine.extraChannels, engine.rtaColor);
+    followChannels(engine.channelChanges(), this, [this] { showChoices(); });
+    follow(engine.levelHistoryChannelID, this, [this] { showChoices(); });
+    follow(engine.splMeterChannelID, this, [this] { showChoices(); });
 }
 
 void LevelHistoryChannelMenu::showChoices() {

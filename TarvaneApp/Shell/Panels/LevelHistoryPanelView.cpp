@@ -10,7 +10,7 @@
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "LiveDisplays/LiveLevelHistoryGraph.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/Controls/IconButton.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Controls/TextLabel.h"
@@ -84,11 +84,8 @@ LevelHistoryPanelView::LevelHistoryPanelView(MeterEngine& engine,
             [this](bool on) { engine_.levelHistoryShowsMomentary.set(on); });
     followAll(
         this, [this] { channelChanged(); }, engine.levelHistoryChannelID, engine.splMeterChannelID,
-        engine.levelHistoryOverlayChannelIDs, engine.extraChannels);
-    followAll(
-        this, [this] { showMetric(); }, engine.metricMode, engine.splWeighting,
-        engine.splTimeWeighting, engine.peakWeighting, engine.levelHistoryShowsMomentary,
-        engine.mainInputMeasuresLoudness);
+        engine.levelHistoryOverlayChannelIDs);
+    followChannels(engine.channelChanges(), this, [this] { channelChanged(); });
     follow(engine.levelHistoryZoom, this, [this] { showZoom(); });
 }
 

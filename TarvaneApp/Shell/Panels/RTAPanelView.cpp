@@ -7,7 +7,7 @@
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "LiveDisplays/LiveSpectrumView.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/ChannelControls/ChannelPickerMenu.h"
 #include "Shell/ChannelControls/RTAOptionsView.h"
 #include "Shell/ChannelControls/ReadoutUnitPicker.h"
@@ -87,8 +87,8 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, const std::optional<UUID>& fixed
     column->addLayout(frame, 1);
 
     followAll(
-        this, [this] { channelChanged(); }, engine.rtaChannelID, engine.rtaOverlayChannelIDs,
-        engine.extraChannels);
+        this, [this] { channelChanged(); }, engine.rtaChannelID, engine.rtaOverlayChannelIDs);
+    followChannels(engine.channelChanges(), this, [this] { channelChanged(); });
     follow(engine.rtaTimeWeighting, this, [this] { showAveraging(); });
 }
 

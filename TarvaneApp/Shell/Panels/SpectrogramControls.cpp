@@ -8,7 +8,7 @@
 
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
@@ -87,17 +87,14 @@ SpectrogramControls::SpectrogramControls(MeterEngine& engine,
             control.slider->setValue(steps(factor));
             control.value->setText(QString::number(factor, 'f', 1) + u'x');
         });
-    followAll(
-        this,
-        [this] {
-            for (Control& control : controls_) {
-                const QSignalBlocker shown(control.slider);
-                control.show(control);
-            }
-        },
-        engine.spectrogramChannelID, engine.extraChannels, engine.spectrogramRanges,
-        engine.spectrogramTimeSpanSeconds, engine.spectrogramSliceHeightMultiplier,
-        engine.splReadoutShowsDBFS, engine.calibration, engine.mainInputIsDigital);
+    const auto showValues = [this] {
+        for (Control& control : controls_) {
+            const QSignalBlocker shown(control.slider);
+            control.show(control);
+        }
+    };
+    follow(engine.spectrogramChannelID, this, showValues);
+    followChannels(engine.channelChanges(), this, showValues);
 }
 
 void SpectrogramControls::add(QBoxLayout& layout, const QString& name, int valueWidth,

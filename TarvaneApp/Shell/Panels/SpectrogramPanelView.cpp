@@ -7,7 +7,7 @@
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "LiveDisplays/LiveSpectrogramView.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/ChannelControls/ChannelPickerMenu.h"
 #include "Shell/Controls/IconButton.h"
 #include "Shell/Panels/PanelHeader.h"
@@ -81,9 +81,9 @@ SpectrogramPanelView::SpectrogramPanelView(MeterEngine& engine,
     frame->addWidget(new FrequencyAxisStrip(this));
     column->addLayout(frame, 1);
 
-    followAll(
-        this, [this] { picture_->setChannelID(channelID()); }, engine.spectrogramChannelID,
-        engine.extraChannels);
+    const auto showChannel = [this] { picture_->setChannelID(channelID()); };
+    follow(engine.spectrogramChannelID, this, showChannel);
+    followChannels(engine.channelChanges(), this, showChannel);
 }
 
 UUID SpectrogramPanelView::channelID() const {

@@ -7,7 +7,7 @@
 #include <QVBoxLayout>
 
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/Preferences/DeviceSourcePicker.h"
 #include "Shell/Preferences/FormHelp.h"
 #include "Shell/Preferences/InputChannelPicker.h"

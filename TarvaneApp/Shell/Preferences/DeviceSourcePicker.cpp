@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/Preferences/FormHelp.h"
 
 namespace TarvaneApp {

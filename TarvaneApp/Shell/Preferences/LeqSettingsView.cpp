@@ -8,7 +8,7 @@
 
 #include "Displays/RawText.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/ChannelControls/LeqPresets.h"
 #include "Shell/Preferences/FormHelp.h"
 

@@ -9,7 +9,7 @@
 
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/Controls/MenuItems.h"
 #include "Shell/Controls/TextLabel.h"
 #include "Shell/Windows/StandaloneModule.h"

@@ -6,7 +6,7 @@
 
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/Controls/ChannelColorDot.h"
 #include "Shell/Controls/Divider.h"
 #include "Shell/Controls/ElidedLabel.h"
@@ -55,10 +55,7 @@ ChannelWindowView::ChannelWindowView(MeterEngine& engine, const std::optional<UU
     // No control is ringed until the user moves the focus there.
     setFocusPolicy(Qt::ClickFocus);
     setFocus();
-    followAll(
-        this, [this] { showChannel(); }, engine.extraChannels, engine.rtaColor, engine.isRunning,
-        engine.availableDevices, engine.selectedDeviceUID, engine.selectedChannelIndex,
-        engine.mainInputIsStereo, engine.mainInputRightChannelIndex);
+    followChannels(engine.channelChanges(), this, [this] { showChannel(); });
 }
 
 QWidget* ChannelWindowView::makeContent(const UUID& channelID) {

@@ -27,7 +27,7 @@ void ErrorAlert::messageChanged() {
         connect(box_, &QDialog::finished, this, [this] {
             box_ = nullptr;
             if (engine_.errorMessage()) {
-                engine_.errorMessage.set(std::nullopt);
+                engine_.dismissError();
             }
         });
     }

@@ -8,7 +8,7 @@
 
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/Controls/ElidedLabel.h"
 #include "Shell/Controls/IconMenuButton.h"
 #include "Shell/Controls/Spinner.h"
@@ -90,9 +90,8 @@ MainToolbar::MainToolbar(MeterEngine& engine, const AppCommands& commands, QWidg
         this, [this] { showRunState(); }, engine.isRunning, engine.isStarting, engine.isPaused);
     followAll(
         this, [this] { showDeviceName(); }, engine.selectedDeviceUID, engine.availableDevices);
-    followAll(
-        this, [this] { showPeakHoldReset(); }, engine.rtaChannelID, engine.showPeakHold,
-        engine.extraChannels);
+    followChannels(engine.channelChanges(), this, [this] { showPeakHoldReset(); });
+    follow(engine.rtaChannelID, this, [this] { showPeakHoldReset(); });
 }
 
 bool MainToolbar::event(QEvent* event) {

@@ -4,7 +4,7 @@
 #include <QMenuBar>
 
 #include "Engine/MeterEngine.h"
-#include "Settings/FollowAll.h"
+#include "Settings/Observable.h"
 #include "Shell/Controls/Icon.h"
 #include "Shell/Controls/MenuItems.h"
 #include "Shell/Windows/ContentView.h"

@@ -10,7 +10,7 @@ struct Traits {
     QString label;
     QString sceneIdentifier;
     QSize minimumSize;
-    Setting<ModulePlacement> MeterEngine::*placement;
+    Setting<ModulePlacement> MeterSettings::*placement;
 };
 
 const Traits& traits(StandaloneModule module) {

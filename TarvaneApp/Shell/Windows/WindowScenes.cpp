@@ -1,4 +1,5 @@
 #include "Shell/Windows/WindowScenes.h"
+#include "Settings/KeyValueStore.h"
 
 #include <QShortcut>
 #include <vector>

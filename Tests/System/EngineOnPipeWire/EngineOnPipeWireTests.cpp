@@ -15,9 +15,11 @@
 #include "AudioIO/PipeWire/PipeWireInputEngine.h"
 #include "Engine/Clock.h"
 #include "Engine/DisplayTimer.h"
+#include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
 #include "Support/MemoryStore.h"
 #include "Support/PrivateAudioServer.h"
+#include "TarvaneApp/Engine/EngineInsides.h"
 #include "TarvaneKit/AudioIO/PipeWire/Capture.h"
 
 namespace TarvaneTests {
@@ -123,7 +125,7 @@ class EngineOnPipeWireTests : public testing::Test {
         const auto metric = SPLMetric::spl(Weighting::z, TimeWeighting::fast);
         for (std::size_t i = 0; i < engine.extraChannels().size(); ++i) {
             const ChannelConfig& config = engine.extraChannels()[i];
-            const auto& processor = engine.meterChannel(config.id).processor;
+            const auto& processor = TarvaneTests::EngineInsides::processor(engine, config.id);
             ASSERT_TRUE(processor) << config.name;
             const int number = static_cast<int>(i);
             // A block that a busy machine kept from us costs a Fast meter a part of a dB for a
@@ -218,7 +220,8 @@ TEST_F(EngineOnPipeWireTests, eightDevicesAreReadFromOneStart) {
         EXPECT_TRUE(runUntil([&] {
             return engine.isRunning() &&
                    std::ranges::all_of(engine.activeChannelInfos(), [&](const ChannelInfo& info) {
-                       const auto& processor = engine.meterChannel(info.id).processor;
+                       const auto& processor =
+                           TarvaneTests::EngineInsides::processor(engine, info.id);
                        return processor && processor->value(metric) > -200.0;
                    });
         }));
@@ -242,7 +245,7 @@ TEST_F(EngineOnPipeWireTests, theServersEndEndsTheRunAndItsReturnLetsItStartAgai
     EXPECT_EQ(engine.errorMessage(),
               TarvaneKit::description(TarvaneKit::AudioSourceLoss::serverLost));
     // Ended while nothing runs: no start succeeds, and none hangs.
-    engine.errorMessage.set(std::nullopt);
+    engine.dismissError();
     engine.start();
     ASSERT_TRUE(runUntil([&] { return !engine.isStarting(); }));
     EXPECT_FALSE(engine.isRunning());

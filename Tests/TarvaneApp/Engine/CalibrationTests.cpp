@@ -27,11 +27,10 @@ class CalibrationTests : public TarvaneTests::EngineFixture {
             ASSERT_TRUE(audio.feed(uid, block));
         }
     }
-    double reading(const UUID& id) { return processor(id).value(engine->displayedMetric(id)); }
-    ChannelProcessor& processor(const UUID& id) { return *engine->meterChannel(id).processor; }
+    double reading(const UUID& id) { return processorOf(id)->value(engine->displayedMetric(id)); }
     std::optional<std::string> takeMessage() {
         const auto message = engine->errorMessage();
-        engine->errorMessage.set(std::nullopt);
+        engine->dismissError();
         return message;
     }
     const ChannelConfig& extra() const { return engine->extraChannels().at(0); }

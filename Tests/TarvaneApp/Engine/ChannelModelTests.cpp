@@ -152,7 +152,7 @@ TEST_F(ChannelModelTests, aDigitalChannelKeepsItsCalibrationOnRecordAndSetsItAsi
 
 TEST_F(ChannelModelTests, anUnknownChannelIsMadeForItsViewAndResolvesToTheMainInput) {
     const UUID unknown = UUID::random();
-    MeterChannel& channel = engine->meterChannel(unknown);
+    const MeterChannel& channel = engine->meterChannel(unknown);
     EXPECT_EQ(channel.id, unknown);
     EXPECT_EQ(&engine->meterChannel(unknown), &channel);
     EXPECT_EQ(engine->resolvedChannelID(unknown), UUID::main());
@@ -240,15 +240,13 @@ TEST_F(ChannelModelTests, aCalibrationReachesARunningChannelAtOnce) {
     start();
     engine->calibration.set(calibrated(100.0));
     audio.feed("", {TarvaneTests::sine(1000.0, 0.1, 4800)});
-    EXPECT_NEAR(engine->meterChannel(UUID::main())
-                    .processor->value(TarvaneKit::SPLMetric::peak(TarvaneKit::Weighting::z)),
-                80.0, 0.01);
+    EXPECT_NEAR(processorOf()->value(TarvaneKit::SPLMetric::peak(TarvaneKit::Weighting::z)), 80.0,
+                0.01);
     engine->mainInputIsDigital.set(true);
     audio.feed("", {std::vector<float>(96000, 0.0F)});
     audio.feed("", {TarvaneTests::sine(1000.0, 0.1, 4800)});
-    EXPECT_NEAR(engine->meterChannel(UUID::main())
-                    .processor->value(TarvaneKit::SPLMetric::peak(TarvaneKit::Weighting::z)),
-                -20.0, 0.01);
+    EXPECT_NEAR(processorOf()->value(TarvaneKit::SPLMetric::peak(TarvaneKit::Weighting::z)), -20.0,
+                0.01);
 }
 
 }  // namespace

@@ -112,12 +112,12 @@ TEST_F(ChannelRoutingTests, aChannelRemovedWhileRunningRunsOnUnseenUntilTheRunEn
     start();
     engine->removeChannel(id);
     EXPECT_TRUE(engine->channelSourcesChangedWhileRunning());
-    EXPECT_NE(engine->meterChannel(id).processor, nullptr);
+    EXPECT_NE(processorOf(id), nullptr);
     EXPECT_TRUE(audio.feed("", {TarvaneTests::sine(1000.0, 0.1, 480)}));
     tick();
     engine->stop();
     start();
-    EXPECT_EQ(engine->meterChannel(id).processor, nullptr);
+    EXPECT_EQ(processorOf(id), nullptr);
 }
 
 TEST_F(ChannelRoutingTests, movingAChannelKeepsItsInputsWhereTheDeviceHasThem) {

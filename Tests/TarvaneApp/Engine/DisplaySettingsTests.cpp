@@ -147,7 +147,7 @@ TEST_F(DisplaySettingsTests, anotherMetricIsReadAtOnceAlsoWhilePausedOrStopped) 
         display.splTimeWeighting = TimeWeighting::slow;
     });
     const auto slow = SPLMetric::spl(Weighting::z, TimeWeighting::slow);
-    const auto processor = engine->meterChannel(UUID::main()).processor;
+    const auto processor = processorOf();
     EXPECT_EQ(live().currentSPLValueDB, processor->value(slow));
     EXPECT_EQ(live().minSPLValueDB, live().currentSPLValueDB);
     engine->stop();
@@ -158,7 +158,7 @@ TEST_F(DisplaySettingsTests, anotherMetricIsReadAtOnceAlsoWhilePausedOrStopped) 
 TEST_F(DisplaySettingsTests, resetMinMaxClearsThePeakDetectorsToo) {
     start();
     audio.feed("", {std::vector<float>(64, 0.5F)});
-    const auto processor = engine->meterChannel(UUID::main()).processor;
+    const auto processor = processorOf();
     engine->resetMinMax();
     EXPECT_EQ(processor->value(SPLMetric::peak(Weighting::z)), -240.0);
     EXPECT_GT(processor->value(SPLMetric::spl(Weighting::z, TimeWeighting::none)), -10.0);
@@ -169,11 +169,11 @@ TEST_F(DisplaySettingsTests, configuringTheLeqStartsItOverOnEveryChannel) {
     start();
     audio.feed("desk", std::vector<std::vector<float>>(8, std::vector<float>(480, 0.5F)));
     const auto leq = SPLMetric::leq("user");
-    EXPECT_TRUE(std::isfinite(engine->meterChannel(b.id).processor->value(leq)));
+    EXPECT_TRUE(std::isfinite(processorOf(b.id)->value(leq)));
     engine->configureLeq(Weighting::z, 10.0);
     EXPECT_EQ(engine->leqWeighting(), Weighting::z);
     EXPECT_EQ(engine->leqIntegrationSeconds(), 10.0);
-    EXPECT_FALSE(std::isfinite(engine->meterChannel(b.id).processor->value(leq)));
+    EXPECT_FALSE(std::isfinite(processorOf(b.id)->value(leq)));
 }
 
 }  // namespace

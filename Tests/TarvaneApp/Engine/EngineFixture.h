@@ -9,10 +9,12 @@
 #include <memory>
 #include <numbers>
 
+#include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
 #include "Support/FakeAudioSystem.h"
 #include "Support/ManualTime.h"
 #include "Support/MemoryStore.h"
+#include "TarvaneApp/Engine/EngineInsides.h"
 
 namespace TarvaneTests {
 
@@ -91,7 +93,11 @@ class EngineFixture : public testing::Test {
     }
 
     TarvaneApp::LiveMeterData& live(const TarvaneKit::UUID& id = TarvaneKit::UUID::main()) {
-        return engine->meterChannel(id).live;
+        return EngineInsides::channel(*engine, id).live;
+    }
+    std::shared_ptr<TarvaneApp::ChannelProcessor>& processorOf(
+        const TarvaneKit::UUID& id = TarvaneKit::UUID::main()) {
+        return EngineInsides::processor(*engine, id);
     }
 
     FakeAudioSystem audio;

@@ -44,9 +44,7 @@ class InputGainTests : public TarvaneTests::EngineFixture {
                                                              .inputGainDB = gainDB};
         return profile;
     }
-    double reading(const UUID& id) {
-        return engine->meterChannel(id).processor->value(engine->displayedMetric(id));
-    }
+    double reading(const UUID& id) { return processorOf(id)->value(engine->displayedMetric(id)); }
     void playTone(const std::string& uid, double amplitude) {
         ASSERT_TRUE(audio.feed(
             uid, std::vector<std::vector<float>>(8, TarvaneTests::sine(1000.0, amplitude, 96000))));
@@ -149,7 +147,7 @@ TEST_F(InputGainTests, aRefusalIsToldAndChangesNothing) {
     EXPECT_EQ(engine->errorMessage(),
               "Couldn't set input gain — this device may not support it in software.");
     EXPECT_EQ(engine->inputGain(b)->currentDB, -3.0);
-    engine->errorMessage.set(std::nullopt);
+    engine->dismissError();
     engine->setInputGain(-9.0, addChannel("C", "gone", 0));
     EXPECT_FALSE(engine->errorMessage());
 }

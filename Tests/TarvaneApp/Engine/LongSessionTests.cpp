@@ -25,9 +25,7 @@ constexpr int secondsPerHour = 3600;
 
 class LongSessionTests : public TarvaneTests::EngineFixture {
   protected:
-    double value(const SPLMetric& metric) {
-        return engine->meterChannel(UUID::main()).processor->value(metric);
-    }
+    double value(const SPLMetric& metric) { return processorOf()->value(metric); }
 };
 
 TEST_F(LongSessionTests, aDaysLevelsAreRightAtItsEndAndItsMemoryIsBounded) {

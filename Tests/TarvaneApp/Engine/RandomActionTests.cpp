@@ -16,8 +16,6 @@
 
 namespace TarvaneApp {
 namespace {
-
-using Key = Persistence::Key;
 using TarvaneKit::AudioIOError;
 using TarvaneKit::AudioSourceLoss;
 using TarvaneKit::systemOutputUID;
@@ -173,18 +171,17 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
 
     // Settings that nothing but their own assignment changes.
 
-    static bool isFree(Key key) {
-        static const std::set<Key> bound{
-            Key::deviceUID, Key::channelIndex, Key::mainInputIsStereo,
-            Key::mainInputRightChannelIndex, Key::mainInputIsDigital,
-            Key::mainInputMeasuresLoudness, Key::ringOutEnabled, Key::extraChannels,
-            Key::channelWindowLayouts, Key::calibration, Key::splMeterPlacement, Key::rtaPlacement,
-            Key::spectrogramPlacement, Key::levelHistoryPlacement,
+    static bool isFree(const std::string& key) {
+        static const std::set<std::string> bound{
+            "deviceUID", "channelIndex", "mainInputIsStereo", "mainInputRightChannelIndex",
+            "mainInputIsDigital", "mainInputMeasuresLoudness", "ringOutEnabled", "extraChannels",
+            "channelWindowLayouts", "calibration", "splMeterPlacement", "rtaPlacement",
+            "spectrogramPlacement", "levelHistoryPlacement",
             // Absent isn't stored.
-            Key::targetCurveName};
+            "targetCurveName"};
         return !bound.contains(key);
     }
-    std::map<Key, std::string> valuesOfFreeSettings() {
+    std::map<std::string, std::string> valuesOfFreeSettings() {
         auto values = TarvaneTests::valuesOfSettings(*engine);
         std::erase_if(values, [](const auto& entry) { return !isFree(entry.first); });
         return values;
@@ -192,7 +189,7 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
     void assignAnyFreeSetting() {
         const int wanted = below(static_cast<int>(settingValues.size()));
         int i = 0;
-        forEachSetting(*engine, [&](Key key, auto& setting) {
+        forEachSetting(*engine, [&](const std::string& key, auto& setting) {
             if (!isFree(key) || i++ != wanted) {
                 return;
             }
@@ -201,7 +198,7 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
                 TarvaneKit::Testing::anyValue<Value>()(rc::Random(random()), 20).value();
             setting.set(value);
             settingValues[key] = TarvaneKit::encode(setting()).value_or("no text");
-            if (key != Key::panelSplitFraction) {  // which is kept in its range
+            if (key != "panelSplitFraction") {  // which is kept in its range
                 EXPECT_EQ(setting(), value);
             }
         });
@@ -235,7 +232,7 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
     }
     void expectMessage() {
         EXPECT_TRUE(engine->errorMessage());
-        engine->errorMessage.set(std::nullopt);
+        engine->dismissError();
     }
 
     void pressStart() {
@@ -327,7 +324,7 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
             for (const UUID& id : source.channels) {
                 // Which of two sources of one name dies first is anybody's guess: if it is the
                 // main input's, the other's channels keep what they last read.
-                if (!endsRun || !engine->meterChannel(id).processor) {
+                if (!endsRun || !processorOf(id)) {
                     withProcessor.erase(id);
                 }
             }
@@ -521,7 +518,7 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
         const bool isLive = isRunning && !isPaused && withProcessor.contains(input.id);
         const bool isPossible = knownSPL >= 0.0 && knownSPL <= 200.0 && isLive;
         const bool failed = engine->errorMessage().has_value();
-        engine->errorMessage.set(std::nullopt);
+        engine->dismissError();
         EXPECT_TRUE(isPossible || failed);
         if (failed) {
             return;  // with no signal, also where it was possible
@@ -595,12 +592,11 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
     }
     void restartProgram() {
         awaitStart();
-        engine->errorMessage.set(std::nullopt);
+        engine->dismissError();
         auto before = TarvaneTests::valuesOfSettings(*engine);
         makeEngine();
         // Absent comes back as the default.
-        before[Key::targetCurveName] =
-            TarvaneTests::valuesOfSettings(*engine).at(Key::targetCurveName);
+        before["targetCurveName"] = TarvaneTests::valuesOfSettings(*engine).at("targetCurveName");
         EXPECT_EQ(TarvaneTests::valuesOfSettings(*engine), before);
         EXPECT_EQ(audio.runningCount(), 0);
         endRun();
@@ -694,7 +690,7 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
                 EXPECT_NEAR(engine->splReadoutDisplayOffsetDB(input.id),
                             input.measuresLoudness ? 0.0 : offsetDB(input), 1e-9);
             }
-            const auto& processor = engine->meterChannel(input.id).processor;
+            const auto& processor = processorOf(input.id);
             EXPECT_EQ(processor != nullptr, withProcessor.contains(input.id));
             if (processor) {
                 EXPECT_EQ(processor->loudnessReadings().has_value(), input.measuresLoudness);
@@ -726,7 +722,7 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
     std::vector<OpenSource> openSources;
     std::set<UUID> withProcessor;
     std::map<std::pair<ChannelDemand, UUID>, int> demand;
-    std::map<Key, std::string> settingValues;
+    std::map<std::string, std::string> settingValues;
 };
 
 TEST_F(RandomActionTests, theFieldsHoldWhatTheModelSaysAfterEveryStep) {

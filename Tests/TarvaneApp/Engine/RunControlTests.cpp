@@ -103,8 +103,7 @@ TEST_F(RunControlTests, aRefusedMicrophoneOpensNothing) {
     for (const auto status :
          {MicrophoneAuthorization::denied, MicrophoneAuthorization::restricted}) {
         audio.setAuthorization(status);
-        engine->microphonePermissionDenied.set(false);
-        engine->errorMessage.set(std::nullopt);
+        makeEngine();
         engine->start();
         EXPECT_FALSE(engine->isStarting());
         EXPECT_TRUE(engine->microphonePermissionDenied());
@@ -156,7 +155,10 @@ TEST_F(RunControlTests, startStopStartLeavesTheSecondStanding) {
 TEST_F(RunControlTests, aFailingMainInputClosesEverything) {
     addChannel("B", "desk", 0);
     audio.behaviour("").startError = AudioIOError::noInputAvailable();
-    engine->microphonePermissionDenied.set(true);
+    audio.setAuthorization(MicrophoneAuthorization::denied);
+    engine->start();
+    ASSERT_TRUE(engine->microphonePermissionDenied());
+    audio.setAuthorization(MicrophoneAuthorization::authorized);
     start();
     EXPECT_FALSE(engine->isRunning());
     EXPECT_EQ(engine->errorMessage(), "No audio input device is available.");
@@ -181,7 +183,7 @@ TEST_F(RunControlTests, aFailingExtraChannelLeavesTheRestRunning) {
     EXPECT_TRUE(engine->isRunning());
     EXPECT_EQ(engine->errorMessage(),
               "Some channels couldn't start:\nB, C: Failed to start the audio engine: busy");
-    EXPECT_FALSE(engine->meterChannel(b.id).processor);
+    EXPECT_FALSE(processorOf(b.id));
 }
 
 TEST_F(RunControlTests, aMissingDeviceIsALineForAnExtraChannelAndTheDefaultForTheMainInput) {
@@ -202,7 +204,7 @@ TEST_F(RunControlTests, aMissingMainDeviceAloneStartsWithoutAMessage) {
 }
 
 TEST_F(RunControlTests, aGoodStartLeavesAnEarlierMessage) {
-    engine->errorMessage.set("earlier");
+    TarvaneTests::EngineInsides::tell(*engine, "earlier");
     start();
     EXPECT_EQ(engine->errorMessage(), "earlier");
 }
@@ -218,18 +220,16 @@ TEST_F(RunControlTests, stopClosesTheSourcesAndKeepsTheReadings) {
     EXPECT_FALSE(timer.isRunning());
     EXPECT_FALSE(engine->isRunning());
     EXPECT_EQ(live().currentSPLValueDB, reading);
-    ASSERT_TRUE(engine->meterChannel(UUID::main()).processor);
-    EXPECT_EQ(engine->meterChannel(UUID::main())
-                  .processor->value(SPLMetric::spl(Weighting::a, TimeWeighting::fast)),
-              reading);
+    ASSERT_TRUE(processorOf());
+    EXPECT_EQ(processorOf()->value(SPLMetric::spl(Weighting::a, TimeWeighting::fast)), reading);
 }
 
 TEST_F(RunControlTests, aNewStartReplacesTheProcessors) {
     start();
-    const auto before = engine->meterChannel(UUID::main()).processor;
+    const auto before = processorOf();
     engine->stop();
     start();
-    EXPECT_NE(engine->meterChannel(UUID::main()).processor, before);
+    EXPECT_NE(processorOf(), before);
     EXPECT_EQ(live().minSPLValueDB, std::numeric_limits<double>::infinity());
     EXPECT_EQ(live().maxSPLValueDB, -std::numeric_limits<double>::infinity());
 }
@@ -237,7 +237,7 @@ TEST_F(RunControlTests, aNewStartReplacesTheProcessors) {
 TEST_F(RunControlTests, pauseDropsAudioAndKeepsTheSourceOpen) {
     start();
     audio.feed("", {sine(1000.0, 0.5, 4800)});
-    const auto processor = engine->meterChannel(UUID::main()).processor;
+    const auto processor = processorOf();
     const auto metric = SPLMetric::spl(Weighting::z, TimeWeighting::slow);
     const double before = processor->value(metric);
     engine->pause();
@@ -284,9 +284,8 @@ TEST_F(RunControlTests, anInputBeyondTheDevicesReadsItsLastChannel) {
     audio.feed("desk", {sine(1000.0, 0.1, 4800), sine(1000.0, 0.5, 4800)});
     const auto metric = SPLMetric::spl(Weighting::z, TimeWeighting::none);
     // A sine of amplitude a has the mean square a²/2.
-    EXPECT_NEAR(engine->meterChannel(b.id).processor->value(metric),
-                20.0 * std::log10(0.5) - 3.0103, 0.001);
-    EXPECT_NEAR(engine->meterChannel(UUID::main()).processor->value(metric), -20.0 - 3.0103, 0.001);
+    EXPECT_NEAR(processorOf(b.id)->value(metric), 20.0 * std::log10(0.5) - 3.0103, 0.001);
+    EXPECT_NEAR(processorOf()->value(metric), -20.0 - 3.0103, 0.001);
 }
 
 TEST_F(RunControlTests, nothingIsExclusiveBetweenChannels) {
@@ -297,14 +296,13 @@ TEST_F(RunControlTests, nothingIsExclusiveBetweenChannels) {
     block[2] = sine(1000.0, 0.5, 4800);
     audio.feed("desk", block);
     const auto metric = SPLMetric::spl(Weighting::z, TimeWeighting::none);
-    EXPECT_EQ(engine->meterChannel(b.id).processor->sideValues(metric),
-              engine->meterChannel(c.id).processor->sideValues(metric));
+    EXPECT_EQ(processorOf(b.id)->sideValues(metric), processorOf(c.id)->sideValues(metric));
 }
 
 TEST_F(RunControlTests, aBlockWithoutChannelsIsPassedOver) {
     start();
     EXPECT_TRUE(audio.feed("", {}));
-    EXPECT_EQ(engine->meterChannel(UUID::main()).processor->accumulatedCount(), 0);
+    EXPECT_EQ(processorOf()->accumulatedCount(), 0);
 }
 
 TEST_F(RunControlTests, changesOfDeviceOrInputWhileRunningOfferARestart) {
@@ -342,7 +340,7 @@ TEST_F(RunControlTests, disablingAChannelWhileRunningAsksForARestartAndKeepsItIn
     channels[0].isEnabled = false;
     engine->extraChannels.set(channels);
     EXPECT_TRUE(engine->channelSourcesChangedWhileRunning());
-    EXPECT_TRUE(engine->meterChannel(b.id).processor);
+    EXPECT_TRUE(processorOf(b.id));
     EXPECT_EQ(audio.runningCount(), 2);
 }
 

@@ -232,11 +232,11 @@ TEST_F(SettingEffectsTests, turningRingOutOffAndOnlyThatClearsTheAlerts) {
                                                           .bandwidthHz = 50.0,
                                                           .date = clock.now()};
         live(id).heldRingAlert = live(id).currentRingAlert;
-        engine->meterChannel(id).heldRingAlertDate = clock.steadyNow();
+        TarvaneTests::EngineInsides::heldRingAlertDate(*engine, id) = clock.steadyNow();
     };
     const auto isClear = [&](const UUID& id) {
         return !live(id).currentRingAlert && !live(id).heldRingAlert &&
-               !engine->meterChannel(id).heldRingAlertDate;
+               !TarvaneTests::EngineInsides::heldRingAlertDate(*engine, id);
     };
     for (const UUID& id : {UUID::main(), other}) {
         alerted(id);
@@ -258,7 +258,7 @@ TEST_F(SettingEffectsTests, theLoudnessSwitchReachesARunningChannel) {
     const auto other = addChannel("B", "desk", 0).id;
     start();
     const auto measures = [&](const UUID& id) {
-        return engine->meterChannel(id).processor->loudnessReadings().has_value();
+        return processorOf(id)->loudnessReadings().has_value();
     };
     for (const UUID& id : {UUID::main(), other}) {
         EXPECT_FALSE(measures(id));
@@ -278,7 +278,7 @@ TEST_F(SettingEffectsTests, anotherChannelsLoudnessSwitchStartsNoMeterOver) {
     for (int i = 0; i < 5; ++i) {
         audio.feed("", {TarvaneTests::sine(1000.0, 0.1, 48000, 48000 * i)});
     }
-    const auto& processor = engine->meterChannel(UUID::main()).processor;
+    const auto& processor = processorOf();
     const double before = processor->loudnessReadings()->integrated;
     ASSERT_TRUE(std::isfinite(before));
     engine->setMeasuresLoudness(true, other);

@@ -25,7 +25,7 @@ class TickTests : public TarvaneTests::EngineFixture {
 
 TEST_F(TickTests, withNoChannelRunningATickDoesNothing) {
     start();
-    engine->meterChannel(UUID::main()).processor.reset();
+    processorOf().reset();
     int publications = 0;
     QObject::connect(&live(), &LiveMeterData::willChange, [&] { ++publications; });
     timer.fire();

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <set>
 
 #include "Calibration/CalibrationProfile.h"
 #include "DSP/Weighting.h"
@@ -11,8 +10,6 @@
 
 namespace TarvaneApp {
 namespace {
-
-using Key = Persistence::Key;
 using TarvaneKit::UUID;
 using TarvaneKit::Weighting;
 
@@ -23,17 +20,7 @@ class PersistenceTests : public testing::Test {
 };
 
 TEST_F(PersistenceTests, keysStandUnderTheProgramsName) {
-    EXPECT_EQ(Persistence::storedName(Key::splWeighting), "Tarvane.splWeighting");
-}
-
-TEST_F(PersistenceTests, thereAreSixtyOneKeysEachUnderANameOfItsOwn) {
-    std::set<std::string> names;
-    for (const Key key : TarvaneKit::allCases<Key>()) {
-        names.insert(Persistence::storedName(key));
-    }
-    EXPECT_EQ(names.size(), 61U);
-    EXPECT_EQ(*names.begin(), "Tarvane.activeProfileName");
-    EXPECT_TRUE(names.contains("Tarvane.profilesIncludeAudioAndCalibration"));
+    EXPECT_EQ(Persistence::storedName("splWeighting"), "Tarvane.splWeighting");
 }
 
 TEST_F(PersistenceTests, datesInStoredRecordsAreSecondsSinceTheYear2001) {
@@ -45,61 +32,61 @@ TEST_F(PersistenceTests, datesInStoredRecordsAreSecondsSinceTheYear2001) {
         .calibratedAt =
             *TarvaneKit::dateFromISO8601("2001-01-02T00:00:00Z"),  // a day of 86400 s later
         .inputGainDB = {}};
-    persistence.save(Key::calibration, profile);
+    persistence.save("calibration", profile);
     EXPECT_NE(store.data("Tarvane.calibration")->find("\"calibratedAt\":86400.0"),
               std::string::npos);
 }
 
 TEST_F(PersistenceTests, identifiersInListsAndMapsAreTexts) {
-    persistence.save(Key::rtaOverlayChannelIDs, std::vector{UUID::main()});
+    persistence.save("rtaOverlayChannelIDs", std::vector{UUID::main()});
     EXPECT_EQ(store.data("Tarvane.rtaOverlayChannelIDs"),
               R"(["6A1D0000-0000-4000-8000-000000000001"])");
 }
 
 TEST_F(PersistenceTests, storesTextAndIdentifiersAsText) {
-    persistence.save(Key::deviceUID, std::string("mic"));
-    persistence.save(Key::splMeterChannelID, UUID::main());
+    persistence.save("deviceUID", std::string("mic"));
+    persistence.save("splMeterChannelID", UUID::main());
     EXPECT_EQ(store.text("Tarvane.deviceUID"), "mic");
     EXPECT_EQ(store.text("Tarvane.splMeterChannelID"), "6A1D0000-0000-4000-8000-000000000001");
-    EXPECT_EQ(persistence.load<UUID>(Key::splMeterChannelID), UUID::main());
+    EXPECT_EQ(persistence.load<UUID>("splMeterChannelID"), UUID::main());
 }
 
 TEST_F(PersistenceTests, storesFloatsAsNumbersAndTellsZeroFromAbsent) {
-    EXPECT_FALSE(persistence.load<double>(Key::leqIntegrationSeconds));
-    persistence.save(Key::leqIntegrationSeconds, 0.0);
+    EXPECT_FALSE(persistence.load<double>("leqIntegrationSeconds"));
+    persistence.save("leqIntegrationSeconds", 0.0);
     EXPECT_EQ(store.number("Tarvane.leqIntegrationSeconds"), 0.0);
-    EXPECT_EQ(persistence.load<double>(Key::leqIntegrationSeconds), 0.0);
+    EXPECT_EQ(persistence.load<double>("leqIntegrationSeconds"), 0.0);
 }
 
 TEST_F(PersistenceTests, storesEverythingElseAsJSON) {
-    persistence.save(Key::splReadoutShowsDBFS, true);
-    persistence.save(Key::splWeighting, Weighting::c);
-    persistence.save(Key::channelIndex, 3);
+    persistence.save("splReadoutShowsDBFS", true);
+    persistence.save("splWeighting", Weighting::c);
+    persistence.save("channelIndex", 3);
     EXPECT_EQ(store.data("Tarvane.splReadoutShowsDBFS"), "true");
     EXPECT_EQ(store.data("Tarvane.splWeighting"), "\"C\"");
     EXPECT_EQ(store.data("Tarvane.channelIndex"), "3");
-    EXPECT_EQ(persistence.load<bool>(Key::splReadoutShowsDBFS), true);
+    EXPECT_EQ(persistence.load<bool>("splReadoutShowsDBFS"), true);
 }
 
 TEST_F(PersistenceTests, flushesAfterEachWrite) {
-    persistence.save(Key::channelIndex, 3);
+    persistence.save("channelIndex", 3);
     EXPECT_TRUE(store.isFlushed());
-    persistence.save(Key::deviceUID, std::optional<std::string>());
+    persistence.save("deviceUID", std::optional<std::string>());
     EXPECT_TRUE(store.isFlushed());
 }
 
 TEST_F(PersistenceTests, absentRemovesTheKey) {
-    persistence.save(Key::deviceUID, std::string("mic"));
-    persistence.save(Key::deviceUID, std::optional<std::string>());
+    persistence.save("deviceUID", std::string("mic"));
+    persistence.save("deviceUID", std::optional<std::string>());
     EXPECT_FALSE(store.contains("Tarvane.deviceUID"));
 }
 
 TEST_F(PersistenceTests, aValueWithoutAFormLeavesWhatIsStored) {
     TarvaneKit::CalibrationProfile profile;
-    persistence.save(Key::calibration, profile);
+    persistence.save("calibration", profile);
     const auto stored = store.data("Tarvane.calibration");
     profile.micCalFileReferenceSPL = std::numeric_limits<double>::infinity();
-    persistence.save(Key::calibration, profile);
+    persistence.save("calibration", profile);
     EXPECT_EQ(store.data("Tarvane.calibration"), stored);
 }
 
@@ -107,15 +94,15 @@ TEST_F(PersistenceTests, whatDoesNotDecodeCountsAsAbsentAndStays) {
     store.setData("Tarvane.splWeighting", "\"B\"");
     store.setData("Tarvane.splReadoutShowsDBFS", "yes");
     store.setText("Tarvane.splMeterChannelID", "nonsense");
-    EXPECT_FALSE(persistence.load<Weighting>(Key::splWeighting));
-    EXPECT_FALSE(persistence.load<bool>(Key::splReadoutShowsDBFS));
-    EXPECT_FALSE(persistence.load<UUID>(Key::splMeterChannelID));
+    EXPECT_FALSE(persistence.load<Weighting>("splWeighting"));
+    EXPECT_FALSE(persistence.load<bool>("splReadoutShowsDBFS"));
+    EXPECT_FALSE(persistence.load<UUID>("splMeterChannelID"));
     EXPECT_TRUE(store.contains("Tarvane.splWeighting"));
 }
 
 TEST_F(PersistenceTests, aPlainBooleanOfAnotherHandDoesNotLoad) {
     store.setText("Tarvane.splReadoutShowsDBFS", "true");
-    EXPECT_FALSE(persistence.load<bool>(Key::splReadoutShowsDBFS));
+    EXPECT_FALSE(persistence.load<bool>("splReadoutShowsDBFS"));
 }
 
 }  // namespace

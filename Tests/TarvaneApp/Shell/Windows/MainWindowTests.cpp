@@ -277,7 +277,7 @@ TEST_F(MainWindowTests, aChannelRemovedWhileShownGivesWayToTheMainInput) {
 }
 
 TEST_F(MainWindowTests, theErrorAlertShowsTheMessageAndClearsIt) {
-    engine->errorMessage.set("Something went wrong.");
+    TarvaneTests::EngineInsides::tell(*engine, "Something went wrong.");
     auto boxes = window->findChildren<QMessageBox*>();
     ASSERT_EQ(boxes.size(), 1);
     EXPECT_TRUE(boxes[0]->isVisible());
@@ -288,21 +288,21 @@ TEST_F(MainWindowTests, theErrorAlertShowsTheMessageAndClearsIt) {
 }
 
 TEST_F(MainWindowTests, aSecondErrorTakesTheAlertOver) {
-    engine->errorMessage.set("One.");
-    engine->errorMessage.set("Two.");
+    TarvaneTests::EngineInsides::tell(*engine, "One.");
+    TarvaneTests::EngineInsides::tell(*engine, "Two.");
     const auto boxes = window->findChildren<QMessageBox*>();
     ASSERT_EQ(boxes.size(), 1);
     EXPECT_EQ(boxes[0]->text(), QStringLiteral("Two."));
     boxes[0]->reject();
     EXPECT_FALSE(engine->errorMessage().has_value());
     settle();
-    engine->errorMessage.set("Three.");
+    TarvaneTests::EngineInsides::tell(*engine, "Three.");
     EXPECT_TRUE(window->findChild<QMessageBox*>()->isVisible());
 }
 
 TEST_F(MainWindowTests, meteringGoesOnUnderTheAlert) {
     start();
-    engine->errorMessage.set("Something went wrong.");
+    TarvaneTests::EngineInsides::tell(*engine, "Something went wrong.");
     runWithSine(0.1);
     EXPECT_EQ(readout().readout().spokenValue(), QStringLiteral("-23.0 dBFS"));
 }

@@ -1,0 +1,33 @@
+// Where the modules are: in the main window, in windows of their own, in a channel's window. Main
+// thread only.
+#pragma once
+
+#include <functional>
+
+#include "Engine/MeterSettings.h"
+
+namespace TarvaneApp {
+
+class ModuleLayout {
+  public:
+    explicit ModuleLayout(MeterSettings& settings) : settings_(settings) {}
+
+    void applyLayoutPreset(LayoutPreset preset);
+    /// Brings the SPL meter back when the last module has left the main window. On the way to a
+    /// preset it may be empty for a moment.
+    void keepMainWindowFilled();
+    bool mainWindowShowsGraphArea() const;
+
+    /// The channel's own layout, or one with all modules and the main window's arrangement.
+    ChannelWindowLayout windowLayout(const TarvaneKit::UUID& channelID) const;
+    void updateWindowLayout(const TarvaneKit::UUID& channelID,
+                            const std::function<void(ChannelWindowLayout&)>& edit);
+    /// Takes the layout out of the settings, so that the default holds again.
+    void resetWindowLayout(const TarvaneKit::UUID& channelID);
+
+  private:
+    MeterSettings& settings_;
+    bool isApplyingPreset_ = false;
+};
+
+}  // namespace TarvaneApp
