@@ -27,9 +27,8 @@ constexpr double emptyHoldDB = -120.0;
 constexpr double spectrogramAttackSeconds = 0.02;
 constexpr double spectrogramReleaseSeconds = 0.06;
 
-// A ring has to be this loud to count: a quiet room in dB SPL, or in dB full scale.
+// A ring has to be this loud to count on a calibrated channel: a quiet room.
 constexpr double ringFloorSPL = 40.0;
-constexpr double ringFloorDBFS = -60.0;
 
 int count(std::span<const double> values) {
     return static_cast<int>(values.size());
@@ -56,16 +55,11 @@ struct Scratch {
 
 RingOutDetector::Configuration ringOutConfiguration(
     const ChannelAnalysis::Configuration& configuration) {
-    const bool isCalibrated =
-        configuration.calibration.calibrationSource() != TarvaneKit::CalibrationSource::none;
-    return {configuration.ringOutSensitivity,
-            {.minFrequencyHz = 80.0,
-             .maxFrequencyHz = 16000.0,
-             .prominenceThresholdDB = 6.0,
-             .minPeakLevelDB = isCalibrated ? ringFloorSPL : ringFloorDBFS,
-             .noiseFloorWindowHz = 100.0,
-             .noiseFloorGuardHz = 12.0,
-             .maxPeaks = 24}};
+    auto peakPicker = RingOutDetector::fullScalePeakPicker;
+    if (configuration.calibration.calibrationSource() != TarvaneKit::CalibrationSource::none) {
+        peakPicker.minPeakLevelDB = ringFloorSPL;
+    }
+    return {configuration.ringOutSensitivity, peakPicker};
 }
 
 // The amplitude factor of a line at that frequency: the channel's offset to dB SPL and its

@@ -22,6 +22,15 @@ class RingOutDetector {
   public:
     using Sensitivity = RingOutSensitivity;
 
+    /// The search in a spectrum in dB full scale. In one in dB SPL only `minPeakLevelDB` differs.
+    static constexpr PeakPicker::Configuration fullScalePeakPicker{.minFrequencyHz = 80.0,
+                                                                   .maxFrequencyHz = 16000.0,
+                                                                   .prominenceThresholdDB = 6.0,
+                                                                   .minPeakLevelDB = -60.0,
+                                                                   .noiseFloorWindowHz = 100.0,
+                                                                   .noiseFloorGuardHz = 12.0,
+                                                                   .maxPeaks = 24};
+
     struct Configuration {
         Configuration(Sensitivity sensitivity, const PeakPicker::Configuration& peakPickerOptions);
 

@@ -19,6 +19,7 @@
 #include "DSP/Kernels/SanitizeKernel.h"
 #include "DSP/OctaveBandAnalyzer.h"
 #include "DSP/PeakPicker.h"
+#include "DSP/RingOutDetector.h"
 #include "DSP/SpectrogramRow.h"
 #include "DSP/TruePeakDetector.h"
 #include "DSP/WeightingBank.h"
@@ -78,7 +79,7 @@ TEST_P(VectorState, theUpperHalvesOfRegistersAreLeftEmpty) {
     const auto columnLevels = Testing::roughLevels(static_cast<int>(columns.lines().size()));
     PeakPicker::Workspace workspace;
     std::vector<TonalPeak> peaks;
-    const PeakPicker::Configuration search{80, 16000, 6, -60, 100, 12, 24};
+    const PeakPicker::Configuration search = RingOutDetector::fullScalePeakPicker;
     KWeightingFilter kWeighting(48000);
     TruePeakDetector truePeak(48000, 24);
     TruePeakDetector twofold(96000, 24);
