@@ -10,10 +10,14 @@ namespace TarvaneKit {
 
 namespace {
 
-WeightingPoles polesOf(const WeightingFilter& a) {
-    const auto& sections = a.sections();
-    return {
-        .p1 = -sections[0].a1, .p2 = -sections[4].a1, .p3 = -sections[5].a1, .p4 = -sections[2].a1};
+WeightingPoles polesAt(double sampleRate) {
+    const auto pole = [sampleRate](double cornerHz) {
+        return WeightingFilter::pole(cornerHz, sampleRate);
+    };
+    return {.p1 = pole(WeightingFilter::f1),
+            .p2 = pole(WeightingFilter::f2),
+            .p3 = pole(WeightingFilter::f3),
+            .p4 = pole(WeightingFilter::f4)};
 }
 
 // What the kernel leaves out: every section's b0, and the filter's gain.
@@ -26,14 +30,14 @@ double scaleOf(const WeightingFilter& filter) {
 }
 
 // The tables hold 60 KB and depend on the rate alone, so all channels of a rate share them.
-std::shared_ptr<const WeightingTables> sharedTables(const WeightingFilter& a, double sampleRate) {
+std::shared_ptr<const WeightingTables> sharedTables(double sampleRate) {
     static std::mutex lock;
     static std::map<double, std::weak_ptr<const WeightingTables>> tablesByRate;
     const std::lock_guard guard(lock);
     auto& entry = tablesByRate[sampleRate];
     auto tables = entry.lock();
     if (!tables) {
-        tables = std::make_shared<const WeightingTables>(polesOf(a));
+        tables = std::make_shared<const WeightingTables>(polesAt(sampleRate));
         entry = tables;
     }
     return tables;
@@ -44,7 +48,7 @@ std::shared_ptr<const WeightingTables> sharedTables(const WeightingFilter& a, do
 WeightingBank::WeightingBank(double sampleRate) {
     const WeightingFilter a(Weighting::a, sampleRate);
     const WeightingFilter c(Weighting::c, sampleRate);
-    tables_ = sharedTables(a, sampleRate);
+    tables_ = sharedTables(sampleRate);
     scaleA_ = scaleOf(a);
     scaleC_ = scaleOf(c);
 }
