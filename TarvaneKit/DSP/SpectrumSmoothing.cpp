@@ -4,23 +4,19 @@
 #include <cmath>
 
 #include "Core/Contract.h"
+#include "DSP/LevelDetector.h"
 
 namespace TarvaneKit {
 
 namespace {
 
-// Time constants of an exponential average, as a sound level meter's Fast and Slow (IEC 61672-1,
-// 5.8).
-constexpr double fastSeconds = 0.125;
-constexpr double slowSeconds = 1.0;
-
 // The part of the way to the new powers that the average goes.
 double newShare(SpectrumAverage& average, TimeWeighting timeWeighting, double elapsedSeconds) {
     switch (timeWeighting) {
         case TimeWeighting::fast:
-            return 1.0 - std::exp(-elapsedSeconds / fastSeconds);
+            return 1.0 - std::exp(-elapsedSeconds / LevelDetector::fastSeconds);
         case TimeWeighting::slow:
-            return 1.0 - std::exp(-elapsedSeconds / slowSeconds);
+            return 1.0 - std::exp(-elapsedSeconds / LevelDetector::slowSeconds);
         case TimeWeighting::infinite:
             average.totalWeight += elapsedSeconds;
             // A mean over no time at all is its newest value.

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <limits>
+#include <numbers>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "DSP/Kernels/LevelKernel.cpp"
@@ -107,7 +108,7 @@ void rootMeanSquareOnTarget(const float* a, const float* b, float* out, int coun
         const auto x = hn::LoadU(d, a + i);
         const auto y = hn::LoadU(d, b + i);
         const auto root = hn::Sqrt(hn::Add(hn::Mul(x, x), hn::Mul(y, y)));
-        hn::StoreU(hn::Mul(root, hn::Set(d, 0.70710677F)), d, out + i);
+        hn::StoreU(hn::Mul(root, hn::Set(d, std::numbers::sqrt2_v<float> / 2.0F)), d, out + i);
     });
 }
 
