@@ -65,7 +65,7 @@ constexpr std::optional<E> fromRawValue(RawValue<E> raw) {
     return std::nullopt;
 }
 
-/// All cases in their told order.
+/// All cases in the order in which they are listed.
 template <RawEnum E>
 constexpr auto allCases() {
     constexpr std::size_t count = RawCases<E>::all.size();
