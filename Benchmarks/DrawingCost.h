@@ -1,4 +1,4 @@
-// The unit in which the cost of drawing is told: milliseconds of process CPU time per picture. At
+// The unit in which the cost of drawing is given: milliseconds of process CPU time per picture. At
 // the end of a run a table sets each fast drawing beside the plain one of the same run, which is
 // the claim, and beside the figure to beat, measured on another machine, which is a guide.
 #pragma once

@@ -1,4 +1,4 @@
-// The units in which the cost of analysis is told: ns per frame of a signal (one sample of each
+// The units in which the cost of analysis is given: ns per frame of a signal (one sample of each
 // of its channels), and the share of one core that the signal takes in real time. At the end of a
 // run a table sets each cost beside others: the plain reading of the formulas and a peer, measured
 // in the same run, and the figure to beat (ns per frame, measured on another machine, so that its
@@ -11,7 +11,6 @@
 #include <ctime>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace TarvaneBenchmarks {
 

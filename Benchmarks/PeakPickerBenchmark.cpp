@@ -19,13 +19,7 @@ namespace {
 using namespace TarvaneKit;
 using namespace TarvaneKit::Testing;
 
-constexpr PeakPicker::Configuration options{.minFrequencyHz = 80,
-                                            .maxFrequencyHz = 16000,
-                                            .prominenceThresholdDB = 6,
-                                            .minPeakLevelDB = -60,
-                                            .noiseFloorWindowHz = 100,
-                                            .noiseFloorGuardHz = 12,
-                                            .maxPeaks = 24};
+constexpr PeakPicker::Configuration options = RingOutDetector::fullScalePeakPicker;
 
 struct Spectrum {
     std::vector<float> magnitudes;

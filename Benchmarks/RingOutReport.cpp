@@ -18,13 +18,7 @@ namespace {
 using namespace TarvaneKit;
 using namespace TarvaneKit::Testing;
 
-constexpr PeakPicker::Configuration peakPicker{.minFrequencyHz = 80,
-                                               .maxFrequencyHz = 16000,
-                                               .prominenceThresholdDB = 6,
-                                               .minPeakLevelDB = -60,
-                                               .noiseFloorWindowHz = 100,
-                                               .noiseFloorGuardHz = 12,
-                                               .maxPeaks = 24};
+constexpr PeakPicker::Configuration peakPicker = RingOutDetector::fullScalePeakPicker;
 
 struct Raised {
     double seconds;

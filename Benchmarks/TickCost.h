@@ -15,7 +15,7 @@ void measureTicks(benchmark::State& state, Work work) {
     state.counters["us/tick"] = state.counters["ns/frame"].value * framesPerTick * 1e-3;
 }
 
-/// A figure told in microseconds per tick, in the table's unit.
+/// A figure given in microseconds per tick, in the table's unit.
 constexpr double nsPerFrame(double microsecondsPerTick) {
     return microsecondsPerTick * 1e3 / framesPerTick;
 }

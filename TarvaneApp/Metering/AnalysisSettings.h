@@ -36,7 +36,7 @@ struct ChannelAnalysisRequest {
     bool wantsSpectrogram = false;
     bool ringOutEnabled = false;
     TarvaneKit::OctaveFraction octaveFraction = TarvaneKit::OctaveFraction::thirdOctave;
-    /// Lines are told as energy per octave.
+    /// Lines are shown as energy per octave.
     bool octaveNormalized = false;
     TarvaneKit::RingOutSensitivity ringOutSensitivity = TarvaneKit::RingOutSensitivity::normal;
 };

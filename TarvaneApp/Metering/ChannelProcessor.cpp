@@ -40,18 +40,19 @@ ChannelProcessor::ChannelProcessor(const UUID& channelID, bool stereo)
       rightBlock_(stereo ? expectedLargestBlock : 0) {}
 
 void ChannelProcessor::configure(const Configuration& configuration) {
-    const auto makeEngine = [&] {
-        auto engine = std::make_unique<Engine>(configuration.sampleRate, configuration.calibration);
-        engine->configureLeq(userLeqID, configuration.leqWeighting,
-                             configuration.leqIntegrationSeconds);
-        return engine;
+    const auto makeMeter = [&] {
+        auto meter =
+            std::make_unique<LevelMeter>(configuration.sampleRate, configuration.calibration);
+        meter->configureLeq(userLeqID, configuration.leqWeighting,
+                            configuration.leqIntegrationSeconds);
+        return meter;
     };
     auto analysis = std::make_unique<ChannelAnalysis>(
         ChannelAnalysis::Configuration{.sampleRate = configuration.sampleRate,
                                        .calibration = configuration.calibration,
                                        .ringOutSensitivity = configuration.ringOutSensitivity});
-    auto left = makeEngine();
-    auto right = isStereo ? makeEngine() : nullptr;
+    auto left = makeMeter();
+    auto right = isStereo ? makeMeter() : nullptr;
     RollingBuffer accumulated;
     RollingBuffer accumulatedRight;
     accumulated.allocate();
@@ -63,8 +64,8 @@ void ChannelProcessor::configure(const Configuration& configuration) {
     sampleRate_ = configuration.sampleRate;
     accumulated_ = std::move(accumulated);
     accumulatedRight_ = std::move(accumulatedRight);
-    leftEngine_ = std::move(left);
-    rightEngine_ = std::move(right);
+    leftMeter_ = std::move(left);
+    rightMeter_ = std::move(right);
     analysis_ = std::move(analysis);
     isConfigured_ = true;
 }
@@ -77,10 +78,13 @@ void ChannelProcessor::ingest(const float* left, const float* right, int frameCo
     const auto frames = static_cast<std::size_t>(frameCount);
     const bool hasRight = isStereo && right != nullptr;
     makeRoom(leftBlock_, frames);
-    float peak = TarvaneKit::copySanitized(left, leftBlock_.data(), frameCount);
+    const auto sanitized = [frames](const float* in, std::vector<float>& out) {
+        return TarvaneKit::copySanitized({in, frames}, std::span(out).first(frames));
+    };
+    float peak = sanitized(left, leftBlock_);
     if (hasRight) {
         makeRoom(rightBlock_, frames);
-        peak = std::max(peak, TarvaneKit::copySanitized(right, rightBlock_.data(), frameCount));
+        peak = std::max(peak, sanitized(right, rightBlock_));
     }
     const std::span<const float> leftBlock(leftBlock_.data(), frames);
     if (isStereo && !hasRight) {
@@ -89,14 +93,14 @@ void ChannelProcessor::ingest(const float* left, const float* right, int frameCo
     }
     const std::span<const float> rightBlock(rightBlock_.data(), isStereo ? frames : 0);
 
-    Engines meters;
+    LevelMeters meters;
     std::shared_ptr<LoudnessMeter> loudness;
     {
         const std::lock_guard hold(bufferLock_);
         if (dropsIncomingAudio_ || !isConfigured_) {
             return;
         }
-        meters = {leftEngine_.get(), rightEngine_.get()};
+        meters = {leftMeter_.get(), rightMeter_.get()};
         loudness = loudnessMeter_;
         accumulated_.append(leftBlock);
         if (isStereo) {
@@ -114,9 +118,9 @@ void ChannelProcessor::ingest(const float* left, const float* right, int frameCo
     }
 }
 
-ChannelProcessor::Engines ChannelProcessor::engines() const {
+ChannelProcessor::LevelMeters ChannelProcessor::levelMeters() const {
     const std::lock_guard hold(bufferLock_);
-    return {leftEngine_.get(), rightEngine_.get()};
+    return {leftMeter_.get(), rightMeter_.get()};
 }
 
 std::shared_ptr<LoudnessMeter> ChannelProcessor::loudnessMeter() const {
@@ -147,7 +151,7 @@ double ChannelProcessor::value(const SPLMetric& metric) const {
         const auto meter = loudnessMeter();
         return meter ? meter->value(loudness->metric) : noValue;
     }
-    const Engines meters = engines();
+    const LevelMeters meters = levelMeters();
     if (meters.left == nullptr) {
         return noValue;
     }
@@ -156,7 +160,7 @@ double ChannelProcessor::value(const SPLMetric& metric) const {
 }
 
 std::vector<double> ChannelProcessor::values(std::span<const SPLMetric> metrics) const {
-    const Engines meters = engines();
+    const LevelMeters meters = levelMeters();
     if (meters.left == nullptr) {
         return std::vector<double>(metrics.size(), noValue);
     }
@@ -180,7 +184,7 @@ std::vector<double> ChannelProcessor::values(std::span<const SPLMetric> metrics)
 }
 
 std::optional<std::vector<double>> ChannelProcessor::sideValues(const SPLMetric& metric) const {
-    const Engines meters = engines();
+    const LevelMeters meters = levelMeters();
     if (meters.left == nullptr || meters.right == nullptr ||
         std::holds_alternative<SPLMetric::Loudness>(metric.reading)) {
         return std::nullopt;
@@ -189,7 +193,7 @@ std::optional<std::vector<double>> ChannelProcessor::sideValues(const SPLMetric&
 }
 
 double ChannelProcessor::leqElapsedFraction() const {
-    const Engines meters = engines();
+    const LevelMeters meters = levelMeters();
     const auto progress =
         meters.left != nullptr ? meters.left->leqProgress(userLeqID) : std::nullopt;
     return progress ? progress->elapsedFraction : 0.0;
@@ -237,28 +241,28 @@ void ChannelProcessor::resumeAfterPause() {
 }
 
 void ChannelProcessor::setCalibration(const CalibrationProfile& calibration) {
-    const Engines meters = engines();
-    for (Engine* engine : {meters.left, meters.right}) {
-        if (engine != nullptr) {
-            engine->setCalibration(calibration);
+    const LevelMeters meters = levelMeters();
+    for (LevelMeter* meter : {meters.left, meters.right}) {
+        if (meter != nullptr) {
+            meter->setCalibration(calibration);
         }
     }
 }
 
 void ChannelProcessor::configureLeq(Weighting weighting, double integrationSeconds) {
-    const Engines meters = engines();
-    for (Engine* engine : {meters.left, meters.right}) {
-        if (engine != nullptr) {
-            engine->configureLeq(userLeqID, weighting, integrationSeconds);
+    const LevelMeters meters = levelMeters();
+    for (LevelMeter* meter : {meters.left, meters.right}) {
+        if (meter != nullptr) {
+            meter->configureLeq(userLeqID, weighting, integrationSeconds);
         }
     }
 }
 
 void ChannelProcessor::resetPeakDetectors() {
-    const Engines meters = engines();
-    for (Engine* engine : {meters.left, meters.right}) {
-        if (engine != nullptr) {
-            engine->resetPeakDetectors();
+    const LevelMeters meters = levelMeters();
+    for (LevelMeter* meter : {meters.left, meters.right}) {
+        if (meter != nullptr) {
+            meter->resetPeakDetectors();
         }
     }
 }

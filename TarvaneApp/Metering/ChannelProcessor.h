@@ -97,14 +97,14 @@ class ChannelProcessor {
     int accumulatedRightCount() const;
 
   private:
-    using Engine = TarvaneKit::SPLMetricEngine;
+    using LevelMeter = TarvaneKit::SPLMetricEngine;
 
-    struct Engines {
-        Engine* left = nullptr;
-        Engine* right = nullptr;
+    struct LevelMeters {
+        LevelMeter* left = nullptr;
+        LevelMeter* right = nullptr;
     };
     /// The meters as of now. They live as long as the processor once they are there.
-    Engines engines() const;
+    LevelMeters levelMeters() const;
     std::shared_ptr<TarvaneKit::LoudnessMeter> loudnessMeter() const;
     static double combine(const TarvaneKit::SPLMetric& metric, double left, double right);
 
@@ -115,8 +115,8 @@ class ChannelProcessor {
     RollingBuffer accumulatedRight_;
     float peakSinceLastTick_ = 0.0F;
     bool dropsIncomingAudio_ = false;
-    std::unique_ptr<Engine> leftEngine_;
-    std::unique_ptr<Engine> rightEngine_;
+    std::unique_ptr<LevelMeter> leftMeter_;
+    std::unique_ptr<LevelMeter> rightMeter_;
     // Shared with a block under way on the capture thread.
     std::shared_ptr<TarvaneKit::LoudnessMeter> loudnessMeter_;
     bool isConfigured_ = false;

@@ -3,15 +3,16 @@
 #include <pthread.h>
 
 #include <algorithm>
+#include <span>
 
 namespace TarvaneApp {
 
 ParallelLoop::ParallelLoop()
     : ParallelLoop(static_cast<int>(std::max(1U, std::thread::hardware_concurrency())) - 1) {}
 
-ParallelLoop::ParallelLoop(int helpers) {
-    for (int i = 0; i < helpers; ++i) {
-        helpers_.emplace_back([this] { help(); });
+ParallelLoop::ParallelLoop(int helperCount) : helpers_(static_cast<std::size_t>(helperCount)) {
+    for (Helper& helper : helpers_) {
+        helper.thread = std::thread([this, &helper] { help(helper); });
     }
 }
 
@@ -20,9 +21,9 @@ ParallelLoop::~ParallelLoop() {
         const std::lock_guard hold(lock_);
         ends_ = true;
     }
-    wake_.notify_all();
-    for (std::thread& helper : helpers_) {
-        helper.join();
+    for (Helper& helper : helpers_) {
+        helper.wake.notify_one();
+        helper.thread.join();
     }
 }
 
@@ -33,18 +34,27 @@ void ParallelLoop::run(int count, const std::function<void(int)>& body) {
         }
         return;
     }
+    const auto called =
+        std::span(helpers_).first(std::min(helpers_.size(), static_cast<std::size_t>(count) - 1));
     {
         const std::lock_guard hold(lock_);
         body_ = &body;
         count_ = count;
         next_ = 0;
-        ++loopNumber_;
+        for (Helper& helper : called) {
+            helper.isCalled = true;
+        }
     }
-    wake_.notify_all();
+    for (Helper& helper : called) {
+        helper.wake.notify_one();
+    }
     takeShare(body, count);
-    // A helper that is still at work holds an iteration; one that hasn't woken yet finds no loop.
+    // A helper that is still at work holds an iteration. One that hasn't come yet finds its call
+    // withdrawn and sleeps on, until the next loop calls it anew.
     std::unique_lock hold(lock_);
-    body_ = nullptr;
+    for (Helper& helper : called) {
+        helper.isCalled = false;
+    }
     done_.wait(hold, [this] { return busyHelpers_ == 0; });
 }
 
@@ -54,19 +64,15 @@ void ParallelLoop::takeShare(const std::function<void(int)>& body, int count) {
     }
 }
 
-void ParallelLoop::help() {
+void ParallelLoop::help(Helper& self) {
     pthread_setname_np(pthread_self(), "analysis-helper");
-    unsigned lastLoop = 0;
     std::unique_lock hold(lock_);
     for (;;) {
-        wake_.wait(hold, [&] { return ends_ || loopNumber_ != lastLoop; });
+        self.wake.wait(hold, [&] { return ends_ || self.isCalled; });
         if (ends_) {
             return;
         }
-        lastLoop = loopNumber_;
-        if (body_ == nullptr) {
-            continue;
-        }
+        self.isCalled = false;
         const auto& body = *body_;
         const int count = count_;
         ++busyHelpers_;

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <filesystem>
+#include <numbers>
 #include <optional>
 #include <string>
 
@@ -64,7 +65,8 @@ struct CalibrationProfile {
     std::optional<InputGainState> inputGain;
 
     /// 20 log10(2): the fixed step from a Sens Factor's AES17 sine reference to this meter's scale.
-    static constexpr double aes17SineReferenceCorrectionDB = 6.020599913279624;
+    static constexpr double aes17SineReferenceCorrectionDB =
+        20.0 * (std::numbers::ln2 * std::numbers::log10e);
 
     /// `referenceTone` with a reference; else `micCalFileSensFactor` with a file that has a
     /// Sens Factor; else `none`.

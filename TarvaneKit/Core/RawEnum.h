@@ -11,7 +11,6 @@
 #pragma once
 
 #include <array>
-#include <concepts>
 #include <optional>
 #include <string_view>
 #include <type_traits>
@@ -65,7 +64,7 @@ constexpr std::optional<E> fromRawValue(RawValue<E> raw) {
     return std::nullopt;
 }
 
-/// All cases in their told order.
+/// All cases in the order in which they are listed.
 template <RawEnum E>
 constexpr auto allCases() {
     constexpr std::size_t count = RawCases<E>::all.size();

@@ -67,7 +67,7 @@ class File {
         return fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);
     }
 
-    /// Up to `maxBytes`; empty on a failure, which `errno` tells.
+    /// Up to `maxBytes`; empty on a failure, which `errno` names.
     std::optional<std::string> read(std::size_t maxBytes) const {
         constexpr std::size_t pieceBytes = 65536;
         std::string bytes;

@@ -61,10 +61,9 @@ Values blackmanHarrisWindow(int count) {
     const float denominator = count < 3 ? 1.0F : static_cast<float>(count - 1);
     Values window(asSize(count));
     for (int n = 0; n < count; ++n) {
-        const float t = static_cast<float>(n) / denominator;
-        window[asSize(n)] = 0.35875F - 0.48829F * std::cos(6.283185F * t) +
-                            0.14128F * std::cos(12.56637F * t) -
-                            0.01168F * std::cos(18.849556F * t);
+        const float x = 2.0F * std::numbers::pi_v<float> * static_cast<float>(n) / denominator;
+        window[asSize(n)] = 0.35875F - 0.48829F * std::cos(x) + 0.14128F * std::cos(2.0F * x) -
+                            0.01168F * std::cos(3.0F * x);
     }
     return window;
 }
@@ -165,7 +164,7 @@ void FFTAnalyzer::magnitudeSpectrum(std::span<const float> samples,
     TARVANE_PRECONDITION(magnitudes.size() == asSize(binCount()));
     Workspace& workspace = workspaceOfThisThread();
     workspace.makeRoom(size);
-    applyWindow(samples.data(), tables_->window.data(), workspace.windowed.data(), size);
+    applyWindow(samples, tables_->window, workspace.windowed);
     const Transform& transform = tables_->transform;
     fftwf_execute_dft(transform.plan, asComplex(workspace.windowed),
                       asComplex(workspace.transformed));

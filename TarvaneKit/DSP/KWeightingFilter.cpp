@@ -1,25 +1,25 @@
 #include "DSP/KWeightingFilter.h"
 
 #include <cmath>
-#include <map>
-#include <mutex>
+#include <numbers>
 
 #include "Core/Contract.h"
+#include "Core/SharedTables.h"
 
 namespace TarvaneKit {
 
 namespace {
 
-// The analog stages behind BS.1770's table, by their corner in pi f, Q and the numerator's gains.
-constexpr double shelfPiF = 5284.078578647628;  // pi 1681.974450955533 Hz
+// The analog stages behind BS.1770's tables, by their corner, Q and the numerator's gains.
+constexpr double shelfCornerHz = 1681.974450955533;
 constexpr double shelfQ = 0.7071752369554196;
-constexpr double shelfVh = 1.5848647011308556;     // at the top: +4 dB
-constexpr double shelfVb = 1.2587209302325617;     // at the corner
-constexpr double highPassPiF = 119.8061151453059;  // pi 38.13547087602444 Hz
+constexpr double shelfVh = 1.5848647011308556;  // at the top: +4 dB
+constexpr double shelfVb = 1.2587209302325617;  // at the corner
+constexpr double highPassCornerHz = 38.13547087602444;
 constexpr double highPassQ = 0.5003270373238773;
 
-KWeightingFilter::Biquad designShelf(double sampleRate) {
-    const double k = std::tan(shelfPiF / sampleRate);
+Biquad designShelf(double sampleRate) {
+    const double k = std::tan(std::numbers::pi * shelfCornerHz / sampleRate);
     const double a0 = 1.0 + k / shelfQ + k * k;
     return {.b0 = (shelfVh + shelfVb * k / shelfQ + k * k) / a0,
             .b1 = 2.0 * (k * k - shelfVh) / a0,
@@ -28,8 +28,8 @@ KWeightingFilter::Biquad designShelf(double sampleRate) {
             .a2 = (1.0 - k / shelfQ + k * k) / a0};
 }
 
-KWeightingFilter::Biquad designHighPass(double sampleRate) {
-    const double k = std::tan(highPassPiF / sampleRate);
+Biquad designHighPass(double sampleRate) {
+    const double k = std::tan(std::numbers::pi * highPassCornerHz / sampleRate);
     const double a0 = 1.0 + k / highPassQ + k * k;
     return {.b0 = 1.0,
             .b1 = -2.0,
@@ -38,24 +38,12 @@ KWeightingFilter::Biquad designHighPass(double sampleRate) {
             .a2 = (1.0 - k / highPassQ + k * k) / a0};
 }
 
-SummingSection sectionOf(const KWeightingFilter::Biquad& biquad) {
-    return SummingSection::of(biquad.b0, biquad.b1, biquad.b2, biquad.a1, biquad.a2);
-}
-
 // The tables hold 20 KB and depend on the rate alone, so all channels of a rate share them.
-std::shared_ptr<const KWeightingTables> sharedTables(const KWeightingFilter::Biquad& shelf,
-                                                     const KWeightingFilter::Biquad& highPass,
+std::shared_ptr<const KWeightingTables> sharedTables(const Biquad& shelf, const Biquad& highPass,
                                                      double sampleRate) {
-    static std::mutex lock;
-    static std::map<double, std::weak_ptr<const KWeightingTables>> tablesByRate;
-    const std::lock_guard guard(lock);
-    auto& entry = tablesByRate[sampleRate];
-    auto tables = entry.lock();
-    if (!tables) {
-        tables = std::make_shared<const KWeightingTables>(sectionOf(shelf), sectionOf(highPass));
-        entry = tables;
-    }
-    return tables;
+    static SharedTables<double, KWeightingTables> tables;
+    return tables.get(sampleRate,
+                      [&] { return std::make_shared<const KWeightingTables>(shelf, highPass); });
 }
 
 }  // namespace
@@ -75,8 +63,7 @@ double KWeightingFilter::process(double sample) {
 }
 
 double KWeightingFilter::sumOfSquares(std::span<const float> samples) {
-    const double sum =
-        kWeightedSumOfSquares(*tables_, samples.data(), static_cast<int>(samples.size()), states_);
+    const double sum = kWeightedSumOfSquares(*tables_, samples, states_);
     return sum * shelf_.b0 * shelf_.b0;
 }
 

@@ -14,15 +14,6 @@ namespace TarvaneKit {
 
 class KWeightingFilter {
   public:
-    /// (b0 + b1 w + b2 w^2) / (1 + a1 w + a2 w^2), w for z^-1.
-    struct Biquad {
-        double b0 = 0.0;
-        double b1 = 0.0;
-        double b2 = 0.0;
-        double a1 = 0.0;
-        double a2 = 0.0;
-    };
-
     /// The sample rate is positive. Filters of one rate share their tables.
     explicit KWeightingFilter(double sampleRate);
 

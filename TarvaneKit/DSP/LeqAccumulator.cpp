@@ -10,7 +10,7 @@ namespace TarvaneKit {
 
 namespace {
 
-constexpr double meanSquareFloor = 1e-24;
+constexpr double meanSquareFloor = 1e-24;  // -240 dB
 
 }  // namespace
 

@@ -8,7 +8,7 @@ namespace TarvaneKit {
 
 namespace {
 
-constexpr double amplitudeFloor = 1e-12;
+constexpr double amplitudeFloor = 1e-12;  // -240 dB
 
 }  // namespace
 

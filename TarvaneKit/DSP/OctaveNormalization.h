@@ -1,4 +1,4 @@
-// A line spectrum told as energy per octave: pink noise lies flat, 1 kHz stays where it is.
+// A line spectrum shown as energy per octave: pink noise lies flat, 1 kHz stays where it is.
 #pragma once
 
 #include <span>

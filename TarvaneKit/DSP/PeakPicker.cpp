@@ -14,7 +14,7 @@ namespace {
 constexpr int minBinCount = 5;
 // Out of reach at either end of the spectrum, whatever the configuration says.
 constexpr int marginBins = 2;
-constexpr double powerFloor = 1e-12;
+constexpr double powerFloor = 1e-12;  // -120 dB
 // How much of the prominence a peak's neighbours must show. A lone bin is no tone: a windowed
 // tone always has neighbours.
 constexpr double neighbourShare = 0.5;

@@ -1,5 +1,5 @@
 // One sighting of a ring: which note it is, and the notch filter that would tame it. Made by the
-// ring-out detector, shown by the spectrum and the read-outs.
+// ring-out detector, shown by the spectrum and the readouts.
 #pragma once
 
 #include "Core/Date.h"

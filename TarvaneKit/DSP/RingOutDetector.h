@@ -1,5 +1,5 @@
-// Raises an alert when a sound system starts to ring: acoustic feedback on its way up. Feedback
-// tells itself from music by behaviour: one steady frequency that keeps growing and has no
+// Raises an alert when a sound system starts to ring: acoustic feedback on its way up. Feedback is
+// told apart from music by its behaviour: one steady frequency that keeps growing and has no
 // harmonic family. Every tonal peak is tracked from frame to frame with a short history, and a
 // track alerts once, when all tests on it hold. One per channel, fed on the analysis queue with
 // the line spectrum as it is, neither smoothed nor tilted. Not thread-safe. All time is the
@@ -21,6 +21,15 @@ namespace TarvaneKit {
 class RingOutDetector {
   public:
     using Sensitivity = RingOutSensitivity;
+
+    /// The search in a spectrum in dB full scale. In one in dB SPL only `minPeakLevelDB` differs.
+    static constexpr PeakPicker::Configuration fullScalePeakPicker{.minFrequencyHz = 80.0,
+                                                                   .maxFrequencyHz = 16000.0,
+                                                                   .prominenceThresholdDB = 6.0,
+                                                                   .minPeakLevelDB = -60.0,
+                                                                   .noiseFloorWindowHz = 100.0,
+                                                                   .noiseFloorGuardHz = 12.0,
+                                                                   .maxPeaks = 24};
 
     struct Configuration {
         Configuration(Sensitivity sensitivity, const PeakPicker::Configuration& peakPickerOptions);

@@ -4,23 +4,19 @@
 #include <cmath>
 
 #include "Core/Contract.h"
+#include "DSP/LevelDetector.h"
 
 namespace TarvaneKit {
 
 namespace {
 
-// Time constants of an exponential average, as a sound level meter's Fast and Slow (IEC 61672-1,
-// 5.8).
-constexpr double fastSeconds = 0.125;
-constexpr double slowSeconds = 1.0;
-
 // The part of the way to the new powers that the average goes.
 double newShare(SpectrumAverage& average, TimeWeighting timeWeighting, double elapsedSeconds) {
     switch (timeWeighting) {
         case TimeWeighting::fast:
-            return 1.0 - std::exp(-elapsedSeconds / fastSeconds);
+            return 1.0 - std::exp(-elapsedSeconds / LevelDetector::fastSeconds);
         case TimeWeighting::slow:
-            return 1.0 - std::exp(-elapsedSeconds / slowSeconds);
+            return 1.0 - std::exp(-elapsedSeconds / LevelDetector::slowSeconds);
         case TimeWeighting::infinite:
             average.totalWeight += elapsedSeconds;
             // A mean over no time at all is its newest value.
@@ -48,14 +44,13 @@ void smoothLevels(const SpectrumFrame& frame, SpectrumAverage& average, TimeWeig
         std::ranges::copy(frame.levelsDB, smoothedDB.begin());
         return;
     }
-    const int count = static_cast<int>(frame.powers.size());
     const double share = newShare(average, timeWeighting, elapsedSeconds);
     if (timeWeighting == TimeWeighting::none) {
         std::ranges::copy(frame.powers, average.state.begin());
     } else {
-        moveTowards(frame.powers.data(), share, average.state.data(), count);
+        moveTowards(frame.powers, share, average.state);
     }
-    levelsOfPowers(average.state.data(), averageFloor, smoothedDB.data(), count);
+    levelsOfPowers(average.state, averageFloor, smoothedDB);
 }
 
 void smoothedLevelsDB(std::span<const double> newLevelsDB, SpectrumAverage& average,
@@ -63,7 +58,7 @@ void smoothedLevelsDB(std::span<const double> newLevelsDB, SpectrumAverage& aver
                       std::span<double> smoothedDB) {
     TARVANE_PRECONDITION(newLevelsDB.size() == smoothedDB.size());
     // The result's own room serves for the powers until the result is written.
-    powersOfLevels(newLevelsDB.data(), smoothedDB.data(), static_cast<int>(newLevelsDB.size()));
+    powersOfLevels(newLevelsDB, smoothedDB);
     smoothLevels({.powers = smoothedDB, .levelsDB = newLevelsDB}, average, timeWeighting,
                  elapsedSeconds, smoothedDB);
 }

@@ -28,7 +28,7 @@ struct SpectrumAverage {
     void reset();
 };
 
-/// One frame, told as powers and as their levels. Both are as long as the result.
+/// One frame, given as powers and as their levels. Both are as long as the result.
 struct SpectrumFrame {
     std::span<const double> powers;
     std::span<const double> levelsDB;
@@ -41,7 +41,7 @@ struct SpectrumFrame {
 void smoothLevels(const SpectrumFrame& frame, SpectrumAverage& average, TimeWeighting timeWeighting,
                   double elapsedSeconds, std::span<double> smoothedDB);
 
-/// The same for a frame told as levels.
+/// The same for a frame given as levels.
 void smoothedLevelsDB(std::span<const double> newLevelsDB, SpectrumAverage& average,
                       TimeWeighting timeWeighting, double elapsedSeconds,
                       std::span<double> smoothedDB);

@@ -1,19 +1,22 @@
 #include "DSP/WeightingBank.h"
 
 #include <cmath>
-#include <map>
-#include <mutex>
 
+#include "Core/SharedTables.h"
 #include "DSP/WeightingFilter.h"
 
 namespace TarvaneKit {
 
 namespace {
 
-WeightingPoles polesOf(const WeightingFilter& a) {
-    const auto& sections = a.sections();
-    return {
-        .p1 = -sections[0].a1, .p2 = -sections[4].a1, .p3 = -sections[5].a1, .p4 = -sections[2].a1};
+WeightingPoles polesAt(double sampleRate) {
+    const auto pole = [sampleRate](double cornerHz) {
+        return WeightingFilter::pole(cornerHz, sampleRate);
+    };
+    return {.p1 = pole(WeightingFilter::f1),
+            .p2 = pole(WeightingFilter::f2),
+            .p3 = pole(WeightingFilter::f3),
+            .p4 = pole(WeightingFilter::f4)};
 }
 
 // What the kernel leaves out: every section's b0, and the filter's gain.
@@ -26,17 +29,10 @@ double scaleOf(const WeightingFilter& filter) {
 }
 
 // The tables hold 60 KB and depend on the rate alone, so all channels of a rate share them.
-std::shared_ptr<const WeightingTables> sharedTables(const WeightingFilter& a, double sampleRate) {
-    static std::mutex lock;
-    static std::map<double, std::weak_ptr<const WeightingTables>> tablesByRate;
-    const std::lock_guard guard(lock);
-    auto& entry = tablesByRate[sampleRate];
-    auto tables = entry.lock();
-    if (!tables) {
-        tables = std::make_shared<const WeightingTables>(polesOf(a));
-        entry = tables;
-    }
-    return tables;
+std::shared_ptr<const WeightingTables> sharedTables(double sampleRate) {
+    static SharedTables<double, WeightingTables> tables;
+    return tables.get(sampleRate,
+                      [&] { return std::make_shared<const WeightingTables>(polesAt(sampleRate)); });
 }
 
 }  // namespace
@@ -44,14 +40,13 @@ std::shared_ptr<const WeightingTables> sharedTables(const WeightingFilter& a, do
 WeightingBank::WeightingBank(double sampleRate) {
     const WeightingFilter a(Weighting::a, sampleRate);
     const WeightingFilter c(Weighting::c, sampleRate);
-    tables_ = sharedTables(a, sampleRate);
+    tables_ = sharedTables(sampleRate);
     scaleA_ = scaleOf(a);
     scaleC_ = scaleOf(c);
 }
 
 std::array<WeightedRun, 3> WeightingBank::process(std::span<const float> samples, double gain) {
-    const WeightingSums sums =
-        weightBlock(*tables_, gain, samples.data(), static_cast<int>(samples.size()), carry_);
+    const WeightingSums sums = weightBlock(*tables_, gain, samples, carry_);
     return {
         WeightedRun{sums.sumOfSquaresA * scaleA_ * scaleA_, std::sqrt(sums.squaredPeakA) * scaleA_},
         WeightedRun{sums.sumOfSquaresC * scaleC_ * scaleC_, std::sqrt(sums.squaredPeakC) * scaleC_},

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "Core/Contract.h"
 
@@ -9,20 +10,15 @@ namespace TarvaneKit {
 
 namespace {
 
-constexpr double twoPi = 6.283185307179586;
-constexpr double referenceRadiansPerSecond = 6283.185307179586;  // 2 pi 1000 Hz
-constexpr double amplitudeFloor = 1e-12;
+using std::numbers::pi;
 
-// pi f of the corner frequencies.
-constexpr double piF1 = 64.71365764651819;
-constexpr double piF2 = 338.2007743794732;
-constexpr double piF3 = 2318.062561129382;
-constexpr double piF4 = 38309.26254347977;
+constexpr double referenceHz = 1000.0;    // IEC 61672-1: A and C are 0 dB there
+constexpr double amplitudeFloor = 1e-12;  // -240 dB
 
 // The bilinear transform of an analog pole, prewarped at the pole's own frequency.
 struct BilinearPole {
-    BilinearPole(double piF, double sampleRate)
-        : twoFs(2.0 * sampleRate), k(twoFs * std::tan(piF / sampleRate)) {}
+    BilinearPole(double cornerHz, double sampleRate)
+        : twoFs(2.0 * sampleRate), k(twoFs * std::tan(pi * cornerHz / sampleRate)) {}
 
     double a1() const { return (k - twoFs) / (k + twoFs); }
 
@@ -31,15 +27,15 @@ struct BilinearPole {
 };
 
 // s / (s + K).
-FirstOrderSection highPass(double piF, double sampleRate) {
-    const BilinearPole pole(piF, sampleRate);
+FirstOrderSection highPass(double cornerHz, double sampleRate) {
+    const BilinearPole pole(cornerHz, sampleRate);
     const double b0 = pole.twoFs / (pole.k + pole.twoFs);
     return {.b0 = b0, .b1 = -b0, .a1 = pole.a1()};
 }
 
 // 1 / (s + K): a gain of 1/K at DC, which the filter's gain makes up for.
-FirstOrderSection lowPass(double piF, double sampleRate) {
-    const BilinearPole pole(piF, sampleRate);
+FirstOrderSection lowPass(double cornerHz, double sampleRate) {
+    const BilinearPole pole(cornerHz, sampleRate);
     const double b0 = 1.0 / (pole.k + pole.twoFs);
     return {.b0 = b0, .b1 = b0, .a1 = pole.a1()};
 }
@@ -47,14 +43,17 @@ FirstOrderSection lowPass(double piF, double sampleRate) {
 // A is s^4 / ((s+w1)^2 (s+w4)^2 (s+w2)(s+w3)), C is s^2 / ((s+w1)^2 (s+w4)^2). Each factor s of
 // a numerator rides on a pole, hence f4 of high-pass kind in A and of low-pass kind in C.
 std::vector<FirstOrderSection> designSections(Weighting weighting, double sampleRate) {
+    constexpr double f1 = WeightingFilter::f1;
+    constexpr double f2 = WeightingFilter::f2;
+    constexpr double f3 = WeightingFilter::f3;
+    constexpr double f4 = WeightingFilter::f4;
     switch (weighting) {
         case Weighting::a:
-            return {highPass(piF1, sampleRate), highPass(piF1, sampleRate),
-                    highPass(piF4, sampleRate), highPass(piF4, sampleRate),
-                    lowPass(piF2, sampleRate),  lowPass(piF3, sampleRate)};
+            return {highPass(f1, sampleRate), highPass(f1, sampleRate), highPass(f4, sampleRate),
+                    highPass(f4, sampleRate), lowPass(f2, sampleRate),  lowPass(f3, sampleRate)};
         case Weighting::c:
-            return {highPass(piF1, sampleRate), highPass(piF1, sampleRate),
-                    lowPass(piF4, sampleRate), lowPass(piF4, sampleRate)};
+            return {highPass(f1, sampleRate), highPass(f1, sampleRate), lowPass(f4, sampleRate),
+                    lowPass(f4, sampleRate)};
         case Weighting::z:
             break;
     }
@@ -78,10 +77,14 @@ double FirstOrderSection::magnitude(double radiansPerSample) const {
     return squaredDenominator > 0.0 ? numerator / std::sqrt(squaredDenominator) : 0.0;
 }
 
+double WeightingFilter::pole(double cornerHz, double sampleRate) {
+    return -BilinearPole(cornerHz, sampleRate).a1();
+}
+
 WeightingFilter::WeightingFilter(Weighting weighting, double sampleRate) : weighting_(weighting) {
     TARVANE_PRECONDITION(sampleRate > 0.0);
     sections_ = designSections(weighting, sampleRate);
-    const double magnitude = sectionsMagnitude(referenceRadiansPerSecond / sampleRate);
+    const double magnitude = sectionsMagnitude(2.0 * pi * referenceHz / sampleRate);
     gain_ = magnitude > 0.0 ? 1.0 / magnitude : 1.0;
 }
 
@@ -104,7 +107,7 @@ double WeightingFilter::responseDB(double frequencyHz, double sampleRate) const 
     if (sections_.empty()) {
         return 0.0;
     }
-    const double magnitude = sectionsMagnitude(frequencyHz * twoPi / sampleRate) * gain_;
+    const double magnitude = sectionsMagnitude(frequencyHz * (2.0 * pi) / sampleRate) * gain_;
     return 20.0 * std::log10(std::max(magnitude, amplitudeFloor));
 }
 

@@ -34,6 +34,9 @@ class WeightingFilter {
     static constexpr double f3 = 737.86223;
     static constexpr double f4 = 12194.217;
 
+    /// Where in the z plane the pole of a corner frequency lies.
+    static double pole(double cornerHz, double sampleRate);
+
     /// The sample rate is positive.
     WeightingFilter(Weighting weighting, double sampleRate);
 

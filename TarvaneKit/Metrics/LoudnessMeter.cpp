@@ -177,8 +177,8 @@ LoudnessReadings LoudnessMeter::readings() const {
     const std::lock_guard guard(lock_);
     return {.momentary = loudness(momentaryEnergy_),
             .shortTerm = loudness(shortTermEnergy_),
-            .integrated = unlockedIntegrated(),
-            .range = unlockedRange(),
+            .integrated = integratedLoudness(),
+            .range = loudnessRange(),
             .truePeakMax = truePeakMaxLinear_ > 0.0 ? 20.0 * std::log10(truePeakMaxLinear_)
                                                     : LoudnessReadings::noValue,
             .momentaryMax = maxMomentary_,
@@ -189,7 +189,7 @@ double LoudnessMeter::value(LoudnessMetric metric) const {
     return readings()[metric];
 }
 
-double LoudnessMeter::unlockedIntegrated() const {
+double LoudnessMeter::integratedLoudness() const {
     if (!cachedIntegrated_) {
         const double gate = loudness(integratedHistogram_.meanEnergy(0)) + integratedGateLU;
         cachedIntegrated_ = loudness(integratedHistogram_.meanEnergy(GatingHistogram::bin(gate)));
@@ -197,7 +197,7 @@ double LoudnessMeter::unlockedIntegrated() const {
     return *cachedIntegrated_;
 }
 
-double LoudnessMeter::unlockedRange() const {
+double LoudnessMeter::loudnessRange() const {
     if (!cachedRange_) {
         const double gate = loudness(rangeHistogram_.meanEnergy(0)) + rangeGateLU;
         const int fromBin = GatingHistogram::bin(gate);

@@ -63,12 +63,14 @@ class LoudnessMeter {
                          std::size_t frames);
     void updateTruePeak(std::span<const std::span<const float>> channels, std::size_t frames);
     void integrate(std::span<const std::span<const float>> channels, std::size_t frames);
+
+    // The caller of these holds the lock.
     void completeStep(double energy);
     void completeMomentaryBlock();
     void completeShortTermBlock();
     double meanOfNewest(int stepCount) const;
-    double unlockedIntegrated() const;
-    double unlockedRange() const;
+    double integratedLoudness() const;
+    double loudnessRange() const;
 
     const double sampleRate_;
     const std::vector<double> channelWeights_;

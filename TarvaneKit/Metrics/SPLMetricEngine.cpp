@@ -116,7 +116,7 @@ void SPLMetricEngine::processBlock(std::span<const float> samples) {
 
 double SPLMetricEngine::value(const SPLMetric& metric) const {
     const std::lock_guard guard(lock_);
-    return unlockedValue(metric);
+    return readingOf(metric);
 }
 
 std::vector<double> SPLMetricEngine::values(std::span<const SPLMetric> metrics) const {
@@ -129,7 +129,7 @@ void SPLMetricEngine::values(std::span<const SPLMetric> metrics, std::span<doubl
     TARVANE_PRECONDITION(metrics.size() == result.size());
     const std::lock_guard guard(lock_);
     std::ranges::transform(metrics, result.begin(),
-                           [this](const SPLMetric& metric) { return unlockedValue(metric); });
+                           [this](const SPLMetric& metric) { return readingOf(metric); });
 }
 
 std::optional<SPLMetricEngine::LeqProgress> SPLMetricEngine::leqProgress(
@@ -143,7 +143,7 @@ std::optional<SPLMetricEngine::LeqProgress> SPLMetricEngine::leqProgress(
     return LeqProgress{accumulator.elapsedFraction(), accumulator.isComplete()};
 }
 
-double SPLMetricEngine::unlockedValue(const SPLMetric& metric) const {
+double SPLMetricEngine::readingOf(const SPLMetric& metric) const {
     if (const auto* spl = std::get_if<SPLMetric::SPL>(&metric.reading)) {
         return meters_[indexOf(spl->weighting)].levels[indexOf(spl->timeWeighting)].levelDB();
     }

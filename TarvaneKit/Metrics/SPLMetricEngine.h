@@ -80,7 +80,8 @@ class SPLMetricEngine {
         LeqAccumulator accumulator;
     };
 
-    double unlockedValue(const SPLMetric& metric) const;
+    // The caller holds the lock.
+    double readingOf(const SPLMetric& metric) const;
 
     mutable std::mutex lock_;
     CalibrationProfile calibration_;

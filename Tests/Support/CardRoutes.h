@@ -1,4 +1,4 @@
-// Routes as the server tells them of a sound card, for machines that have none.
+// Routes as the server reports them for a sound card, for machines that have none.
 #pragma once
 
 #include <cstdint>

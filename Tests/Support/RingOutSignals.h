@@ -44,8 +44,9 @@ FeedbackRoom roomWithModeAt(double frequencyHz);
 struct Material {
     std::string name;
     std::vector<float> signal;
-    /// A ring is told by growth, steadiness and the lack of a harmonic family. Music that shows
-    /// all three is an alert by these rules: here stands why. Empty for material that doesn't.
+    /// A ring is recognised by growth, steadiness and the lack of a harmonic family. Music that
+    /// shows all three is an alert by these rules: here stands why. Empty for material that
+    /// doesn't.
     std::string whyItRings = {};
 };
 

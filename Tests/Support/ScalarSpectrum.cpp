@@ -220,30 +220,30 @@ std::vector<float> ScalarChannelAnalysis::corrected(const FFTAnalyzer& analyzer,
     return spectrum;
 }
 
-ScalarChannelAnalysis::Frame ScalarChannelAnalysis::analyze(const Orders& orders,
+ScalarChannelAnalysis::Frame ScalarChannelAnalysis::analyze(const Request& request,
                                                             std::span<const float> left,
                                                             std::span<const float> right) {
     Frame frame;
-    const double elapsed = orders.elapsedSeconds;
-    if (orders.wantsRTA) {
+    const double elapsed = request.elapsedSeconds;
+    if (request.wantsRTA) {
         const auto spectrum = corrected(analyzer_, gains_, left, right);
         auto lines = lineLevels(spectrum);
         const auto bands = plainBandLevels(bands_, fftSize, sampleRate_, spectrum);
-        if (orders.octaveNormalized) {
+        if (request.octaveNormalized) {
             lines = plainOctaveNormalized(lines, fftSize, sampleRate_);
         }
         frame.bandLevelsDB =
-            plainSmoothedLevels(bands, bandAverage_, orders.timeWeighting, elapsed);
+            plainSmoothedLevels(bands, bandAverage_, request.timeWeighting, elapsed);
         frame.lineSpectrumDB =
-            plainSmoothedLevels(lines, lineAverage_, orders.timeWeighting, elapsed);
+            plainSmoothedLevels(lines, lineAverage_, request.timeWeighting, elapsed);
         hold(bands, elapsed, bandHoldDB_);
         hold(lines, elapsed, lineHoldDB_);
         frame.bandPeakHoldDB = bandHoldDB_;
         frame.linePeakHoldDB = lineHoldDB_;
     }
-    if (orders.wantsSpectrogram) {
+    if (request.wantsSpectrogram) {
         auto lines = lineLevels(corrected(spectrogramAnalyzer_, spectrogramGains_, left, right));
-        if (orders.octaveNormalized) {
+        if (request.octaveNormalized) {
             lines = plainOctaveNormalized(lines, spectrogramFFTSize, sampleRate_);
         }
         if (spectrogramDB_.size() != lines.size()) {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <functional>
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -43,7 +42,7 @@ std::vector<float> plainSpectrogramRow(std::span<const double> lineLevelsDB,
 /// library's, which are tested by themselves.
 class ScalarChannelAnalysis {
   public:
-    struct Orders {
+    struct Request {
         TimeWeighting timeWeighting = TimeWeighting::fast;
         bool wantsRTA = true;
         bool wantsSpectrogram = true;
@@ -63,7 +62,8 @@ class ScalarChannelAnalysis {
                           const std::function<double(double)>& correctionDB);
 
     /// 8192 samples a side; `right` empty for a mono channel.
-    Frame analyze(const Orders& orders, std::span<const float> left, std::span<const float> right);
+    Frame analyze(const Request& request, std::span<const float> left,
+                  std::span<const float> right);
 
   private:
     std::vector<float> corrected(const FFTAnalyzer& analyzer, const std::vector<float>& gains,

@@ -14,12 +14,10 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <memory>
 #include <numbers>
 #include <random>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace {
@@ -154,7 +152,7 @@ T littleEndian(const std::vector<char>& bytes, std::size_t offset) {
     return value;
 }
 
-// Interleaved samples of a file with the told count of channels.
+// Interleaved samples of a file with the given count of channels.
 std::vector<float> samplesOf(const std::string& path, int channels) {
     std::ifstream stream(path, std::ios::binary);
     if (!stream) {

@@ -202,8 +202,8 @@ AudioGraph::~AudioGraph() {
     }
 }
 
-// The first reply says that all objects have been told of, the second that those which were bound
-// while that happened have told of themselves.
+// The first reply says that all objects have been announced, the second that those which were
+// bound meanwhile have reported their properties.
 void AudioGraph::syncDone(int sequence) {
     if (sequence != pendingSync_ || syncsDone_ >= syncsNeeded) {
         return;

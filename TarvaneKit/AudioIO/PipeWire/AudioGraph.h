@@ -50,10 +50,10 @@ class AudioGraph {
 
     /// The nodes that were there when the graph was made are known with their channel counts.
     bool isListed() const { return syncsDone_ >= syncsNeeded; }
-    /// Somebody has told of the defaults, if only that there are none.
+    /// The defaults have been announced, if only that there are none.
     bool knowsDefaults() const { return defaultsSeen_; }
 
-    /// In the order in which the server told of them.
+    /// In the order in which the server announced them.
     std::vector<const AudioNode*> nodes() const;
     /// Null when there is no such node.
     const AudioNode* node(std::uint32_t id) const;

@@ -1,6 +1,6 @@
 // A source's open time: from `start` to `stop` it keeps a stream on the right node, follows the
 // default where that is wanted, holds the sample rate it started with, and reports once when no
-// more audio will come. Both sources of this platform are a thin dress around it.
+// more audio will come. Both sources of this platform are thin wrappers around it.
 //
 // `start` and `stop` are called on threads of the owner's choice. State belongs to the loop's
 // lock; what happens while running happens on the loop's thread. The block handler runs on the

@@ -62,7 +62,7 @@ class CaptureStream {
     CaptureStream& operator=(const CaptureStream&) = delete;
 
     bool isStreaming() const { return state_ == PW_STREAM_STATE_STREAMING; }
-    /// It was told to go: the node it captured from is gone, or the server is.
+    /// It was asked to go: the node it captured from is gone, or the server is.
     bool isEnded() const { return state_ == PW_STREAM_STATE_UNCONNECTED && wasConnecting_; }
     bool hasFailed() const { return state_ == PW_STREAM_STATE_ERROR; }
     /// PipeWire's own words; empty without one.

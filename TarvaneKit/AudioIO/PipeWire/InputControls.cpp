@@ -14,7 +14,7 @@ namespace TarvaneKit {
 
 namespace {
 
-// PipeWire tells no lower end. What a card's own mixer can't take off is taken off the samples.
+// PipeWire names no lower end. What a card's own mixer can't take off is taken off the samples.
 constexpr double rangeDB = 60.0;
 
 // The step of a card that has a dB scale; without one it is a part of the mixer's few steps.

@@ -27,7 +27,7 @@ struct InputControls {
     /// Of the node that has them.
     int channelCount = 0;
 
-    /// Takes what a Props object tells; what it doesn't mention stays.
+    /// Takes what a Props object says; what it doesn't mention stays.
     void take(const spa_pod& props);
 
     bool isEmpty() const { return !volume && channelVolumes.empty(); }

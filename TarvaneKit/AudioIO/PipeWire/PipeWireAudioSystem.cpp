@@ -12,7 +12,7 @@ namespace TarvaneKit {
 
 namespace {
 
-// PipeWire tells of a device's controls as one: the listener hears of all its inputs.
+// PipeWire reports a device's controls as a whole: the listener hears of all its inputs.
 class Observation final : public InputVolumeObservation {
   public:
     Observation(std::shared_ptr<PipeWireConnection> connection, std::uint32_t deviceID,

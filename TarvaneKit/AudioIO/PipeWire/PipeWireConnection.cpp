@@ -302,7 +302,7 @@ void PipeWireConnection::publishControls() {
     }
 }
 
-// The controls come first: who is told of a new device finds its gain.
+// The controls come first: a listener that hears of a new device finds its gain.
 void PipeWireConnection::publish() {
     publishControls();
     Snapshot next = takeSnapshot();

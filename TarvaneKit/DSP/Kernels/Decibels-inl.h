@@ -44,6 +44,7 @@
 #include <hwy/highway.h>
 
 #include <cstdint>
+#include <numbers>
 
 HWY_BEFORE_NAMESPACE();
 namespace TarvaneKit {
@@ -73,8 +74,8 @@ HWY_INLINE hn::Vec<D> tenLog10(D d, hn::Vec<D> x) {
     constexpr std::uint64_t bitsOfTwoTo52 = 0x4330000000000000;
     constexpr std::uint64_t mantissaBits = 0x000FFFFFFFFFFFFF;
     constexpr double twoTo52AndBias = 0x1p52 + 1023.0;
-    constexpr double perOctave = 3.0102999566398119521;  // 10 log10(2)
-    constexpr double perNeper = 4.3429448190325182765;   // 10 / ln(10)
+    constexpr double perOctave = 10.0 * (std::numbers::ln2 * std::numbers::log10e);
+    constexpr double perNeper = 10.0 * std::numbers::log10e;
 
     const auto carried = hn::Add(hn::BitCast(bits, x), hn::Set(bits, bitsOfOne - bitsOfRootHalf));
     const auto biased = hn::Or(hn::ShiftRight<52>(carried), hn::Set(bits, bitsOfTwoTo52));
@@ -120,10 +121,10 @@ HWY_INLINE hn::Vec<D> exponentialSeries(D d, hn::Vec<D> r, hn::Vec<D> r2) {
 template <class D>
 HWY_INLINE hn::Vec<D> powerOfDecibels(D d, hn::Vec<D> levelDB) {
     const hn::RebindToUnsigned<D> bits;
-    constexpr double octavesPerDB = 0.33219280948873623479;  // log2(10) / 10
-    constexpr double dbPerOctave = 0x1.8151824c74p+1;        // 10 log10(2), its first 40 bits
+    constexpr double octavesPerDB = std::numbers::log2e * std::numbers::ln10 / 10.0;
+    constexpr double dbPerOctave = 0x1.8151824c74p+1;  // 10 log10(2), its first 40 bits
     constexpr double dbPerOctaveRest = 2.7847443753860023e-12;
-    constexpr double nepersPerDB = 0.23025850929940456840;  // ln(10) / 10
+    constexpr double nepersPerDB = 1.0 / (10.0 * std::numbers::log10e);
     const auto lowest = hn::Set(d, -3070.0);
     const auto highest = hn::Set(d, 3080.0);
     const auto wholeNumbers = hn::Set(d, 0x1.8p52);

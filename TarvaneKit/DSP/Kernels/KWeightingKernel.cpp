@@ -185,9 +185,10 @@ namespace TarvaneKit {
 
 HWY_EXPORT(sumOfSquaresOnTarget);
 
-double kWeightedSumOfSquares(const KWeightingTables& tables, const float* samples, int sampleCount,
+double kWeightedSumOfSquares(const KWeightingTables& tables, std::span<const float> samples,
                              KWeightingStates& states) {
-    return HWY_DYNAMIC_DISPATCH(sumOfSquaresOnTarget)(tables, samples, sampleCount, states);
+    return HWY_DYNAMIC_DISPATCH(sumOfSquaresOnTarget)(tables, samples.data(),
+                                                      static_cast<int>(samples.size()), states);
 }
 
 double kWeightSample(const KWeightingTables& tables, double sample, KWeightingStates& states) {
@@ -203,7 +204,8 @@ double kWeightSample(const KWeightingTables& tables, double sample, KWeightingSt
     return through(tables.highPass, shelved, highPassSum, highPassDoubleSum);
 }
 
-SummingSection SummingSection::of(double b0, double b1, double b2, double a1, double a2) {
+SummingSection SummingSection::of(const Biquad& biquad) {
+    const auto& [b0, b1, b2, a1, a2] = biquad;
     const double alpha = 2.0 + a1;
     const double beta = (1.0 + a1) + a2;
     const double alphaN = 2.0 + b1 / b0;
@@ -212,9 +214,8 @@ SummingSection SummingSection::of(double b0, double b1, double b2, double a1, do
         .beta = beta, .keep = -1.0 - a1, .outSum = alphaN - alpha, .outDoubleSum = betaN - beta};
 }
 
-KWeightingTables::KWeightingTables(const SummingSection& shelfSection,
-                                   const SummingSection& highPassSection)
-    : shelf(shelfSection), highPass(highPassSection) {
+KWeightingTables::KWeightingTables(const Biquad& shelfStage, const Biquad& highPassStage)
+    : shelf(SummingSection::of(shelfStage)), highPass(SummingSection::of(highPassStage)) {
     KWeightingStates states{};
     kWeightSample(*this, 1.0, states);
     for (KWeightingStates& row : response) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <span>
 
 namespace TarvaneKit {
 
@@ -17,11 +18,18 @@ enum KWeightingStateIndex {
 };
 using KWeightingStates = std::array<double, kWeightingStateCount>;
 
-/// A second-order section b0 (1 + b1/b0 w + b2/b0 w^2) / (1 + a1 w + a2 w^2), w for z^-1, as two
-/// running sums; without the factor b0.
+/// A second-order section (b0 + b1 w + b2 w^2) / (1 + a1 w + a2 w^2), w for z^-1.
+struct Biquad {
+    double b0 = 0.0;
+    double b1 = 0.0;
+    double b2 = 0.0;
+    double a1 = 0.0;
+    double a2 = 0.0;
+};
+
+/// A second-order section as two running sums; without the factor b0.
 struct SummingSection {
-    /// Of a section with b0, b1, b2 and a1, a2.
-    static SummingSection of(double b0, double b1, double b2, double a1, double a2);
+    static SummingSection of(const Biquad& biquad);
 
     double beta = 0.0;    ///< recursion from the double sum
     double keep = 0.0;    ///< what the sum keeps of itself from sample to sample
@@ -33,7 +41,7 @@ struct SummingSection {
 struct KWeightingTables {
     static constexpr int maxSegmentLength = 128;
 
-    KWeightingTables(const SummingSection& shelfSection, const SummingSection& highPassSection);
+    KWeightingTables(const Biquad& shelfStage, const Biquad& highPassStage);
 
     SummingSection shelf;
     SummingSection highPass;
@@ -49,7 +57,7 @@ struct KWeightingTables {
 double kWeightSample(const KWeightingTables& tables, double sample, KWeightingStates& states);
 
 /// The same for a run of samples, reduced to the sum of the squares; 0 for an empty run.
-double kWeightedSumOfSquares(const KWeightingTables& tables, const float* samples, int sampleCount,
+double kWeightedSumOfSquares(const KWeightingTables& tables, std::span<const float> samples,
                              KWeightingStates& states);
 
 }  // namespace TarvaneKit

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Core/RealtimeScope.h"
+#include "DSP/RingOutDetector.h"
 #include "Support/EachVectorTarget.h"
 #include "Support/LineSpectra.h"
 #include "Support/PlainRingOut.h"
@@ -25,13 +26,7 @@ constexpr double binWidthHz = 48000.0 / 4096;  // 11.71875
 
 // As the application gives it for a channel that isn't calibrated: a box of 9 bins to either
 // side with a hole of 1.
-constexpr PeakPicker::Configuration usual{.minFrequencyHz = 80,
-                                          .maxFrequencyHz = 16000,
-                                          .prominenceThresholdDB = 6,
-                                          .minPeakLevelDB = -60,
-                                          .noiseFloorWindowHz = 100,
-                                          .noiseFloorGuardHz = 12,
-                                          .maxPeaks = 24};
+constexpr PeakPicker::Configuration usual = RingOutDetector::fullScalePeakPicker;
 
 std::vector<double> flat(double levelDB, int count = 2048) {
     return std::vector<double>(static_cast<std::size_t>(count), levelDB);

@@ -28,13 +28,7 @@ using Configuration = RingOutDetector::Configuration;
 constexpr double binWidthHz = 48000.0 / 4096;
 constexpr double floorDB = -70.0;
 
-constexpr PeakPicker::Configuration peakPicker{.minFrequencyHz = 80,
-                                               .maxFrequencyHz = 16000,
-                                               .prominenceThresholdDB = 6,
-                                               .minPeakLevelDB = -60,
-                                               .noiseFloorWindowHz = 100,
-                                               .noiseFloorGuardHz = 12,
-                                               .maxPeaks = 24};
+constexpr PeakPicker::Configuration peakPicker = RingOutDetector::fullScalePeakPicker;
 
 struct Line {
     double frequencyHz;
