@@ -1,7 +1,9 @@
 # A box is one library of the program: a folder, a target, an include root.
 # Includes name the box ("Records/ChannelColors.h"), and its headers are found only by the
 # boxes that link it, so that an include against the direction of the data does not
-# compile. Each header also compiles alone (target headers-alone).
+# compile. Each header also compiles alone: as the first include of its own source (Scripts/lint
+# sees to that), which Scripts/tidy reads without precompiled headers, or where it has none, as a
+# source of the target headers-alone.
 
 add_custom_target(headers-alone)
 
@@ -83,16 +85,24 @@ function(tarvane_box name)
   tarvane_headers_alone(${name} ${all_headers})
 endfunction()
 
-# tarvane_headers_alone(<box> <its headers, below the present folder…>): a source for each that
-# includes it and nothing else, compiled as a user of the box.
+# tarvane_headers_alone(<box> <its headers, below the present folder…>): a source for each that has
+# none of its name, which includes it and nothing else, and one that includes all of them. They are
+# compiled as a user of the box.
 function(tarvane_headers_alone box)
-  set(sources)
+  set(folder "${CMAKE_CURRENT_BINARY_DIR}/alone")
+  set(sources "${folder}/${box}.cpp")
+  set(all)
   foreach(header IN LISTS ARGN)
     file(RELATIVE_PATH spelling "${CMAKE_CURRENT_SOURCE_DIR}" "${header}")
-    set(source "${CMAKE_CURRENT_BINARY_DIR}/alone/${spelling}.cpp")
-    file(CONFIGURE OUTPUT "${source}" CONTENT "#include \"${spelling}\"\n")
-    list(APPEND sources "${source}")
+    string(APPEND all "#include \"${spelling}\"\n")
+    string(REGEX REPLACE "\\.h$" ".cpp" own "${header}")
+    if(NOT EXISTS "${own}")
+      set(source "${folder}/${spelling}.cpp")
+      file(CONFIGURE OUTPUT "${source}" CONTENT "#include \"${spelling}\"\n")
+      list(APPEND sources "${source}")
+    endif()
   endforeach()
+  file(CONFIGURE OUTPUT "${folder}/${box}.cpp" CONTENT "${all}")
   add_library(${box}HeadersAlone OBJECT EXCLUDE_FROM_ALL ${sources})
   set_target_properties(${box}HeadersAlone PROPERTIES AUTOMOC OFF)
   target_link_libraries(${box}HeadersAlone PRIVATE TarvaneFlags ${box})

@@ -65,9 +65,8 @@ class CodingLaws : public testing::Test {
         Coding<Record>::complete(record, JSONValue{});
     };
 
-    template <class Property>
-    static void holds(const Property& property) {
-        EXPECT_TRUE(rc::check([&] { property(*anyValue<Record>()); }));
+    static void holds(const std::function<void(const Record&)>& property) {
+        EXPECT_TRUE(holdsAlways([&] { property(drawnValue<Record>()); }));
     }
 
     template <class Visit>

@@ -9,14 +9,7 @@
 #include <cstdlib>
 
 #include "Core/RealtimeScope.h"
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define TARVANE_SANITIZED 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define TARVANE_SANITIZED 1
-#endif
-#endif
+#include "Support/Sanitized.h"
 
 namespace {
 

@@ -7,6 +7,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <string>
 #include <tuple>
@@ -61,79 +62,112 @@ inline void appendUTF8(std::string& text, std::uint32_t point) {
     }
 }
 
-template <class T>
-rc::Gen<T> anyValue() {
+inline rc::Gen<double> anyNumber() {
     namespace gen = rc::gen;
+    return gen::oneOf(
+        gen::elementOf(edgeNumbers()),
+        gen::map(gen::inRange(-24000, 24000), [](int tenths) { return tenths * 0.1; }),
+        gen::map(gen::suchThat(
+                     gen::map(gen::pair(gen::inRange<std::uint64_t>(0, 0x7FF),
+                                        gen::arbitrary<std::uint64_t>()),
+                              [](const std::pair<std::uint64_t, std::uint64_t>& parts) {
+                                  // Any exponent but that of infinities and NaN.
+                                  return parts.first << 52 | (parts.second & 0x800F'FFFF'FFFF'FFFF);
+                              }),
+                     [](std::uint64_t bits) { return std::isfinite(std::bit_cast<double>(bits)); }),
+                 [](std::uint64_t bits) { return std::bit_cast<double>(bits); }));
+}
+
+inline rc::Gen<std::string> anyText() {
+    namespace gen = rc::gen;
+    const auto point =
+        gen::oneOf(gen::inRange<std::uint32_t>(0, 0x80), gen::inRange<std::uint32_t>(0x80, 0xD800),
+                   gen::inRange<std::uint32_t>(0xE000, 0x110000));
+    return gen::map(gen::container<std::vector<std::uint32_t>>(point),
+                    [](const std::vector<std::uint32_t>& points) {
+                        std::string text;
+                        for (const std::uint32_t p : points) {
+                            appendUTF8(text, p);
+                        }
+                        return text;
+                    });
+}
+
+inline UUID drawnUUID() {
+    std::string digits = *rc::gen::container<std::string>(
+        32, rc::gen::elementOf(std::string("0123456789ABCDEFabcdef")));
+    for (const std::size_t at : {8U, 13U, 18U, 23U}) {
+        digits.insert(at, "-");
+    }
+    return *UUID::create(digits);
+}
+
+/// Up to the present size, as rapidcheck's own containers.
+inline std::size_t drawnLength(double scale) {
+    return *rc::gen::scale(scale, rc::gen::withSize([](int size) {
+                               return rc::gen::inRange<std::size_t>(
+                                   0, static_cast<std::size_t>(size) + 1);
+                           }));
+}
+
+/// A value of any kind, inside a property. Generators are made of numbers and texts alone, which
+/// records, lists and choices draw: a generator of each type of its own compiles for minutes.
+/// What lists hold is smaller by `scale`.
+template <class T>
+T drawnValue(double scale = 1.0) {
     if constexpr (std::is_same_v<T, double>) {
-        return gen::oneOf(
-            gen::elementOf(edgeNumbers()),
-            gen::map(gen::inRange(-24000, 24000), [](int tenths) { return tenths * 0.1; }),
-            gen::map(
-                gen::suchThat(
-                    gen::map(gen::pair(gen::inRange<std::uint64_t>(0, 0x7FF),
-                                       gen::arbitrary<std::uint64_t>()),
-                             [](const std::pair<std::uint64_t, std::uint64_t>& parts) {
-                                 // Any exponent but that of infinities and NaN.
-                                 return parts.first << 52 | (parts.second & 0x800F'FFFF'FFFF'FFFF);
-                             }),
-                    [](std::uint64_t bits) { return std::isfinite(std::bit_cast<double>(bits)); }),
-                [](std::uint64_t bits) { return std::bit_cast<double>(bits); }));
+        return *anyNumber();
     } else if constexpr (std::is_same_v<T, bool> || std::is_integral_v<T>) {
-        return gen::arbitrary<T>();
+        return *rc::gen::scale(scale, rc::gen::arbitrary<T>());
     } else if constexpr (std::is_same_v<T, std::string>) {
-        const auto point = gen::oneOf(gen::inRange<std::uint32_t>(0, 0x80),
-                                      gen::inRange<std::uint32_t>(0x80, 0xD800),
-                                      gen::inRange<std::uint32_t>(0xE000, 0x110000));
-        return gen::map(gen::container<std::vector<std::uint32_t>>(point),
-                        [](const std::vector<std::uint32_t>& points) {
-                            std::string text;
-                            for (const std::uint32_t p : points) {
-                                appendUTF8(text, p);
-                            }
-                            return text;
-                        });
+        return *rc::gen::scale(scale, anyText());
     } else if constexpr (std::is_same_v<T, UUID>) {
-        return gen::map(
-            gen::container<std::string>(32, gen::elementOf(std::string("0123456789ABCDEFabcdef"))),
-            [](std::string digits) {
-                for (const std::size_t at : {8U, 13U, 18U, 23U}) {
-                    digits.insert(at, "-");
-                }
-                return *UUID::create(digits);
-            });
+        return drawnUUID();
     } else if constexpr (std::is_same_v<T, Date>) {
         // Whole seconds: what both stored forms of a date hold exactly.
-        return gen::map(gen::inRange<std::int64_t>(-7'200'000'000, 7'200'000'000),
-                        [](std::int64_t seconds) {
-                            return *dateFromSecondsSinceReferenceDate(static_cast<double>(seconds));
-                        });
+        return *dateFromSecondsSinceReferenceDate(
+            static_cast<double>(*rc::gen::inRange<std::int64_t>(-7'200'000'000, 7'200'000'000)));
     } else if constexpr (RawEnum<T>) {
-        return gen::elementOf(allCases<T>());
+        const auto& cases = allCases<T>();
+        return cases[*rc::gen::inRange<std::size_t>(0, cases.size())];
     } else if constexpr (CodingDetail::isOptional<T>) {
-        using Value = typename T::value_type;
-        return gen::oneOf(gen::just(T{}), gen::map(anyValue<Value>(), [](Value value) {
-                              return T(std::move(value));
-                          }));
+        return *rc::gen::arbitrary<bool>() ? T(drawnValue<typename T::value_type>(scale)) : T{};
     } else if constexpr (CodingDetail::isVector<T>) {
-        return gen::scale(0.3, gen::container<T>(anyValue<typename T::value_type>()));
+        T list;
+        for (std::size_t left = drawnLength(0.3 * scale); left > 0; --left) {
+            list.push_back(drawnValue<typename T::value_type>(0.3 * scale));
+        }
+        return list;
     } else if constexpr (CodingDetail::isMap<T>) {
-        using Entry = std::pair<UUID, typename T::mapped_type>;
-        return gen::map(
-            gen::scale(0.3, gen::container<std::vector<Entry>>(
-                                gen::pair(anyValue<UUID>(), anyValue<typename T::mapped_type>()))),
-            [](const std::vector<Entry>& entries) { return T(entries.begin(), entries.end()); });
+        T map;
+        for (std::size_t left = drawnLength(0.3 * scale); left > 0; --left) {
+            map.emplace(drawnUUID(), drawnValue<typename T::mapped_type>(0.3 * scale));
+        }
+        return map;
     } else {
         static_assert(CodedRecord<T>);
-        return gen::exec([] {
-            T record{};
-            const auto fill = [&](const auto& key) {
-                auto& member = record.*key.member;
-                member = *anyValue<std::remove_reference_t<decltype(member)>>();
-            };
-            std::apply([&](const auto&... key) { (fill(key), ...); }, Coding<T>::keys);
-            return record;
-        });
+        T record{};
+        const auto fill = [&](const auto& key) {
+            auto& member = record.*key.member;
+            member = drawnValue<std::remove_reference_t<decltype(member)>>(scale);
+        };
+        std::apply([&](const auto&... key) { (fill(key), ...); }, Coding<T>::keys);
+        return record;
     }
+}
+
+/// Calls `draw`, which draws from that chance, outside of a property.
+inline void drawFrom(const rc::Random& chance, int size, const std::function<void()>& draw) {
+    rc::gen::exec([&draw] {
+        draw();
+        return true;
+    })(chance, size)
+        .value();
+}
+
+/// Whether the property, which draws, holds of whatever it draws.
+inline bool holdsAlways(const std::function<void()>& property) {
+    return rc::check([&property] { property(); });
 }
 
 /// Visits every `Leaf` inside the value, through lists, optionals and records.

@@ -3,6 +3,7 @@
 
 #include <malloc.h>
 
+#include "Support/Sanitized.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
@@ -15,7 +16,7 @@ using TarvaneKit::Weighting;
 using TarvaneTests::sine;
 
 // A sanitized build takes ten times as long for the same, and learns no more from a day.
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+#ifdef TARVANE_SANITIZED
 constexpr int hours = 2;
 constexpr int secondsPerHour = 240;
 #else

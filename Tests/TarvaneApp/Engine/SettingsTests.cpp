@@ -119,19 +119,19 @@ class SettingsTests : public TarvaneTests::EngineFixture {
     }
     /// Gives every setting a value of any kind that it may hold.
     void setEverything() {
-        using TarvaneKit::Testing::anyValue;
+        using TarvaneKit::Testing::drawnValue;
         forEachSetting(*engine, [](const char*, auto& setting) {
-            setting.set(*anyValue<std::remove_cvref_t<decltype(setting())>>());
+            setting.set(drawnValue<std::remove_cvref_t<decltype(setting())>>());
         });
         // What an impossible calibration and no curve become at a restart is told on its own.
         TarvaneKit::CalibrationProfile calibration;
-        calibration.name = *anyValue<std::string>();
-        calibration.reference = *anyValue<std::optional<TarvaneKit::ReferenceCalibration>>();
+        calibration.name = drawnValue<std::string>();
+        calibration.reference = drawnValue<std::optional<TarvaneKit::ReferenceCalibration>>();
         if (calibration.reference) {
             calibration.reference->offsetDB = *rc::gen::inRange(-300, 301);
         }
         engine->calibration.set(calibration);
-        engine->selectedTargetCurveName.set(*anyValue<std::string>());
+        engine->selectedTargetCurveName.set(drawnValue<std::string>());
     }
     void putGarbage(const std::string& key) {
         const std::string name = Persistence::storedName(key);
