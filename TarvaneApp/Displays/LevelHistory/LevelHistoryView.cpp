@@ -11,6 +11,7 @@
 #include <limits>
 
 #include "Displays/PixelGrid.h"
+#include "Displays/SharpLine.h"
 #include "Displays/TabularText.h"
 
 namespace TarvaneApp {
@@ -70,25 +71,6 @@ QFont hoverFont(const Typeface& typeface) {
 
 QString oneDecimal(double level) {
     return QString::number(level, 'f', 1);
-}
-
-double snappedHairline(double coordinate, double from, double to, const PixelGrid& grid) {
-    const double width = grid.lineWidth(1.0);
-    return grid.snapped(std::clamp(coordinate - width / 2.0, from, std::max(to - width, from)));
-}
-
-void fillHorizontal(QPainter& painter, double y, const QRectF& plot, const QColor& color) {
-    const PixelGrid grid(painter);
-    painter.fillRect(QRectF(plot.left(), snappedHairline(y, plot.top(), plot.bottom(), grid),
-                            plot.width(), grid.lineWidth(1.0)),
-                     color);
-}
-
-void fillVertical(QPainter& painter, double x, const QRectF& plot, const QColor& color) {
-    const PixelGrid grid(painter);
-    painter.fillRect(QRectF(snappedHairline(x, plot.left(), plot.right(), grid), plot.top(),
-                            grid.lineWidth(1.0), plot.height()),
-                     color);
 }
 
 // Digits stand with their middles at a coordinate, whatever the face's ascent.
@@ -358,12 +340,12 @@ void drawGrid(QPainter& painter, const LevelHistoryView& view, const LevelHistor
               const Typeface& typeface) {
     const QRectF& plot = geometry.plot;
     for (const double level : LevelHistoryView::levelTicks(geometry.axis)) {
-        fillHorizontal(painter, LevelHistoryView::y(level, geometry.axis, plot), plot,
-                       Theme::gridLine);
+        paintHorizontalLine(painter, LevelHistoryView::y(level, geometry.axis, plot), plot,
+                            Theme::gridLine);
     }
     for (const double tick : LevelHistoryView::timeTicks(geometry.range, plot.width())) {
-        fillVertical(painter, LevelHistoryView::x(tick, geometry.range, plot), plot,
-                     Theme::gridLine);
+        paintVerticalLine(painter, LevelHistoryView::x(tick, geometry.range, plot), plot,
+                          Theme::gridLine);
     }
     const QFont font = labelFont(typeface);
     painter.setPen(Theme::axisText);
@@ -497,8 +479,8 @@ void drawHover(QPainter& painter, const LevelHistoryView& view,
     if (plate.isEmpty()) {
         return;
     }
-    fillVertical(painter, *view.hover.xPosition, geometry.plot,
-                 Theme::faded(Theme::primaryText, hoverLineOpacity));
+    paintVerticalLine(painter, *view.hover.xPosition, geometry.plot,
+                      Theme::faded(Theme::primaryText, hoverLineOpacity));
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(Theme::faded(Theme::panelBackground, hoverPlateOpacity));

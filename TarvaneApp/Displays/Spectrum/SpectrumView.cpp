@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "Displays/Readouts/ReadoutText.h"
+#include "Displays/SharpLine.h"
 #include "Displays/TabularText.h"
 
 namespace TarvaneApp {
@@ -60,22 +61,6 @@ QPen roundPen(const QColor& color, double width) {
     QPen pen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
     pen.setMiterLimit(10.0);
     return pen;
-}
-
-// A hairline about a coordinate, on whole device pixels and inside 0 to `extent`.
-double hairlineStart(double coordinate, double extent, const PixelGrid& grid) {
-    const double width = grid.lineWidth(1.0);
-    return grid.snapped(std::clamp(coordinate - width / 2.0, 0.0, std::max(extent - width, 0.0)));
-}
-
-void fillVertical(QPainter& painter, double x, double width, const QSizeF& size,
-                  const QColor& color) {
-    const PixelGrid grid(painter);
-    const double thickness = grid.lineWidth(width);
-    painter.fillRect(QRectF(grid.snapped(std::clamp(x - thickness / 2.0, 0.0,
-                                                    std::max(size.width() - thickness, 0.0))),
-                            0.0, thickness, size.height()),
-                     color);
 }
 
 bool match(const std::vector<OctaveBand>& bands, const std::vector<double>& levelsDB) {
@@ -332,16 +317,14 @@ QPainterPath smoothedPath(const std::vector<QPointF>& points,
 // --- the plain drawing
 
 void SpectrumView::drawGridLines(QPainter& painter, const QSizeF& size) const {
-    const PixelGrid grid(painter);
-    const double hairline = grid.lineWidth(1.0);
+    const QRectF plot(QPointF(), size);
     const FrequencyAxis axis = frequencyAxis();
     for (const double frequencyHz : FrequencyAxis::gridLines) {
-        fillVertical(painter, axis.x(frequencyHz, size.width()), 1.0, size, Theme::gridLine);
+        paintVerticalLine(painter, axis.x(frequencyHz, size.width()), plot, Theme::gridLine);
     }
     for (const double level : levelGridLines()) {
-        painter.fillRect(QRectF(0.0, hairlineStart(y(level, size.height()), size.height(), grid),
-                                size.width(), hairline),
-                         level == 0.0 ? Theme::gridLineStrong : Theme::gridLine);
+        paintHorizontalLine(painter, y(level, size.height()), plot,
+                            level == 0.0 ? Theme::gridLineStrong : Theme::gridLine);
     }
 }
 
@@ -352,7 +335,7 @@ void SpectrumView::drawFloorCeilingLines(QPainter& painter, const QSizeF& size) 
         if (!ruleTop) {
             continue;
         }
-        const double top = hairlineStart(*ruleTop, size.height(), grid);
+        const double top = grid.lineStart(*ruleTop, 1.0, 0.0, size.height());
         for (double x = 0.0; x < size.width(); x += ruleDash + ruleGap) {
             const double left = grid.snapped(x);
             const double right = grid.snapped(std::min(x + ruleDash, size.width()));
@@ -453,8 +436,8 @@ void SpectrumView::drawTargetCurve(QPainter& painter, const TargetCurve& curve,
 
 void SpectrumView::drawRingAlertMarker(QPainter& painter, const RingAlert& alert,
                                        const QSizeF& size) const {
-    fillVertical(painter, frequencyAxis().x(alert.frequencyHz, size.width()),
-                 SpectrumStroke::ringAlert, size, Theme::ringAlert);
+    paintVerticalLine(painter, frequencyAxis().x(alert.frequencyHz, size.width()),
+                      QRectF(QPointF(), size), Theme::ringAlert, SpectrumStroke::ringAlert);
 }
 
 void SpectrumView::drawGridLabels(QPainter& painter, const QSizeF& size,
@@ -527,7 +510,8 @@ void paintHover(QPainter& painter, const SpectrumView& view, const QSizeF& size,
     if (plate.isEmpty()) {
         return;
     }
-    fillVertical(painter, *view.hover.xPosition, 1.0, size, Theme::gridLineStrong);
+    paintVerticalLine(painter, *view.hover.xPosition, QRectF(QPointF(), size),
+                      Theme::gridLineStrong);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(Theme::faded(Theme::panelBackground, hoverOpacity));
