@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "Displays/FocusRing.h"
+#include "Displays/Spectrum/SpectrumHover.h"
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/FollowAll.h"

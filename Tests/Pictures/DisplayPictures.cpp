@@ -10,6 +10,7 @@
 #include "Displays/Spectrogram/SpectrogramFrequencyAxisView.h"
 #include "Displays/Spectrogram/SpectrogramRaster.h"
 #include "Displays/Spectrogram/SpectrogramStatusBadge.h"
+#include "Displays/Spectrum/SpectrumHover.h"
 #include "Displays/Spectrum/SpectrumRaster.h"
 #include "Support/LevelHistoryScenes.h"
 #include "Support/SpectrogramScenes.h"

@@ -8,6 +8,8 @@
 #include <map>
 
 #include "Displays/PixelBlend.h"
+#include "Displays/Spectrum/SpectrumDrawing.h"
+#include "Displays/Spectrum/SpectrumGeometry.h"
 
 namespace TarvaneApp {
 

@@ -9,7 +9,6 @@
 #pragma once
 
 #include <QColor>
-#include <QPainterPath>
 #include <QPointF>
 #include <QRectF>
 #include <QSizeF>
@@ -21,13 +20,11 @@
 #include "DSP/OctaveBands.h"
 #include "DSP/RingAlert.h"
 #include "Displays/FrequencyAxis.h"
-#include "Displays/PixelGrid.h"
 #include "Displays/Theme.h"
 #include "Records/RTAScale.h"
 #include "Records/SpectrumViewMode.h"
 #include "TargetCurves/TargetCurve.h"
 
-class QLinearGradient;
 class QPainter;
 
 namespace TarvaneApp {
@@ -134,58 +131,5 @@ struct SpectrumView {
 
     bool operator==(const SpectrumView&) const = default;
 };
-
-/// Moves a bar's sides onto whole device pixels, so that bars and the air between them are sharp
-/// and even. Bars of few device pixels stay where they are: moved, they would beat.
-QRectF sharpened(const QRectF& bar, const PixelGrid& grid);
-
-/// Softens a line: it runs through the middles between neighbouring points. With a baseline it
-/// is closed down to it.
-QPainterPath smoothedPath(const std::vector<QPointF>& points,
-                          std::optional<double> closingBaseline = std::nullopt);
-
-/// A label on its plate.
-struct SpectrumLabel {
-    QString text;
-    QRectF rect;  ///< of the text
-    QRectF plate() const { return rect.adjusted(-2.0, -1.0, 2.0, 1.0); }
-};
-
-/// Labels that would run into another one, or out of the graph, are left out: first those of
-/// frequencies between the decades, and levels between the axis' ends.
-struct SpectrumLabels {
-    std::vector<SpectrumLabel> grid;
-    std::vector<SpectrumLabel> floorCeiling;
-};
-SpectrumLabels layoutLabels(const SpectrumView& view, const QSizeF& size,
-                            const Typeface& typeface = Typeface::installed());
-
-/// The whole graph; the background is left as it is. The read-out is drawn apart, since it
-/// follows the pointer.
-void paint(QPainter& painter, const SpectrumView& view, const QSizeF& size,
-           const Typeface& typeface = Typeface::installed());
-
-/// The read-out's plate. Empty without a pointer.
-QRectF hoverPlate(const SpectrumView& view, const QSizeF& size,
-                  const Typeface& typeface = Typeface::installed());
-void paintHover(QPainter& painter, const SpectrumView& view, const QSizeF& size,
-                const Typeface& typeface = Typeface::installed());
-
-/// How thick the strokes are.
-namespace SpectrumStroke {
-inline constexpr double line = 1.2;
-inline constexpr double linePeakHold = 1.0;
-inline constexpr double overlay = 1.4;
-inline constexpr double bandCap = 1.5;
-inline constexpr double bandPeakHold = 2.0;
-inline constexpr double ringAlert = 1.5;
-}  // namespace SpectrumStroke
-
-namespace Theme {
-
-/// Under a line and in bars, over the whole height of the graph: a low bar shows its dark part.
-QLinearGradient spectrumFillGradient(const QColor& color, double height);
-
-}  // namespace Theme
 
 }  // namespace TarvaneApp

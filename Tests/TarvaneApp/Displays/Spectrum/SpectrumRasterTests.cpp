@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <cmath>
 
+#include "Displays/Spectrum/SpectrumDrawing.h"
 #include "Support/ImageSimilarity.h"
 #include "Support/PinnedTypeface.h"
 #include "Support/SpectrumScenes.h"

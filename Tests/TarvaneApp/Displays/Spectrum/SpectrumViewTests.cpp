@@ -8,6 +8,10 @@
 #include <cmath>
 #include <limits>
 
+#include "Displays/Spectrum/SpectrumDrawing.h"
+#include "Displays/Spectrum/SpectrumGeometry.h"
+#include "Displays/Spectrum/SpectrumHover.h"
+#include "Displays/Spectrum/SpectrumLabels.h"
 #include "Support/GoldenImage.h"
 #include "Support/PinnedTypeface.h"
 #include "Support/SpectrumScenes.h"
