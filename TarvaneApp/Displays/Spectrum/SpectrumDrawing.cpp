@@ -12,8 +12,6 @@
 namespace TarvaneApp {
 
 using TarvaneKit::OctaveBand;
-using TarvaneKit::RingAlert;
-using TarvaneKit::TargetCurve;
 
 namespace {
 
@@ -21,38 +19,119 @@ constexpr double ruleOpacity = 0.4;  // of floor and ceiling
 constexpr double ruleDash = 5.0;
 constexpr double ruleGap = 4.0;
 
-QPen roundPen(const QColor& color, double width) {
+constexpr double curveWidth = 1.5;
+constexpr double curveDash = 6.0;
+constexpr double curveGap = 4.0;
+
+void strokeLine(QPainter& painter, const std::vector<QPointF>& points, const QColor& color,
+                double width) {
+    painter.setRenderHint(QPainter::Antialiasing);
     QPen pen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
     pen.setMiterLimit(10.0);
-    return pen;
+    painter.strokePath(smoothedPath(points), pen);
 }
 
-bool match(const std::vector<OctaveBand>& bands, const std::vector<double>& levelsDB) {
-    return !bands.empty() && bands.size() == levelsDB.size();
+std::vector<QRectF> barsOf(const SpectrumView& view, const std::vector<OctaveBand>& bands,
+                           const std::vector<double>& levelsDB, double offsetDB, const QSizeF& size,
+                           const PixelGrid& grid) {
+    std::vector<QRectF> bars;
+    if (!match(bands, levelsDB)) {
+        return bars;
+    }
+    const FrequencyAxis axis = view.frequencyAxis();
+    bars.reserve(bands.size());
+    for (std::size_t i = 0; i < bands.size(); ++i) {
+        bars.push_back(
+            sharpened(bandBar(view, axis, bands[i], levelsDB[i] - offsetDB, size), grid));
+    }
+    return bars;
 }
 
-}  // namespace
+// Centred on the bar's level.
+void drawCap(QPainter& painter, const QRectF& bar, double thickness, const QColor& color) {
+    painter.fillRect(QRectF(bar.left(), bar.top() - thickness / 2.0, bar.width(), thickness),
+                     color);
+}
 
-void SpectrumView::drawGridLines(QPainter& painter, const QSizeF& size) const {
+void drawCaps(QPainter& painter, const std::vector<QRectF>& bars, double thickness,
+              const QColor& color) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (const QRectF& bar : bars) {
+        drawCap(painter, bar, thickness, color);
+    }
+}
+
+void drawLine(QPainter& painter, const SpectrumView& view, const QSizeF& size) {
+    const std::vector<QPointF> points = linePoints(view, view.lineSpectrumDB, size);
+    if (points.empty()) {
+        return;
+    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath area = smoothedPath(points, size.height());
+    area.setFillRule(Qt::WindingFill);
+    painter.fillPath(area, Theme::spectrumFillGradient(view.traceColor, size.height()));
+    strokeLine(painter, points, view.traceColor, SpectrumStroke::line);
+}
+
+void drawLinePeakHold(QPainter& painter, const SpectrumView& view, const QSizeF& size) {
+    if (view.linePeakHoldDB.size() == view.lineSpectrumDB.size()) {
+        strokeLine(painter, linePoints(view, view.linePeakHoldDB, size), view.peakColor,
+                   SpectrumStroke::linePeakHold);
+    }
+}
+
+void drawBands(QPainter& painter, const SpectrumView& view, const QSizeF& size) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QBrush fill(Theme::spectrumFillGradient(view.traceColor, size.height()));
+    for (const QRectF& bar : barsOf(view, view.bands, view.bandLevelsDB, view.levelOffsetDB, size,
+                                    PixelGrid(painter))) {
+        painter.fillRect(bar, fill);
+        drawCap(painter, bar, SpectrumStroke::bandCap, view.traceColor);
+    }
+}
+
+void drawBandPeakHold(QPainter& painter, const SpectrumView& view, const QSizeF& size) {
+    drawCaps(
+        painter,
+        barsOf(view, view.bands, view.bandPeakHoldDB, view.levelOffsetDB, size, PixelGrid(painter)),
+        SpectrumStroke::bandPeakHold, view.peakColor);
+}
+
+void drawOverlay(QPainter& painter, const SpectrumView& view, const SpectrumOverlay& overlay,
+                 const QSizeF& size) {
+    if (view.showsLine()) {
+        strokeLine(painter,
+                   linePoints(view, overlay.lineSpectrumDB, size, overlay.sampleRate,
+                              overlay.levelOffsetDB),
+                   overlay.color, SpectrumStroke::overlay);
+    } else {
+        drawCaps(painter,
+                 barsOf(view, overlay.bands, overlay.bandLevelsDB, overlay.levelOffsetDB, size,
+                        PixelGrid(painter)),
+                 SpectrumStroke::bandPeakHold, overlay.color);
+    }
+}
+
+void drawGridLines(QPainter& painter, const SpectrumView& view, const QSizeF& size) {
     const QRectF plot(QPointF(), size);
-    const FrequencyAxis axis = frequencyAxis();
+    const FrequencyAxis axis = view.frequencyAxis();
     for (const double frequencyHz : FrequencyAxis::gridLines) {
         paintVerticalLine(painter, axis.x(frequencyHz, size.width()), plot, Theme::gridLine);
     }
-    for (const double level : levelGridLines()) {
-        paintHorizontalLine(painter, y(level, size.height()), plot,
+    for (const double level : view.levelGridLines()) {
+        paintHorizontalLine(painter, view.y(level, size.height()), plot,
                             level == 0.0 ? Theme::gridLineStrong : Theme::gridLine);
     }
 }
 
-void SpectrumView::drawFloorCeilingLines(QPainter& painter, const QSizeF& size) const {
+void drawFloorAndCeiling(QPainter& painter, const SpectrumView& view, const QSizeF& size) {
     const PixelGrid grid(painter);
-    for (const auto& levelDB : {spectrogramFloorDB, spectrogramCeilingDB}) {
-        const auto ruleTop = ruleY(levelDB, size.height());
-        if (!ruleTop) {
+    for (const auto& levelDB : {view.spectrogramFloorDB, view.spectrogramCeilingDB}) {
+        const auto y = view.ruleY(levelDB, size.height());
+        if (!y) {
             continue;
         }
-        const double top = grid.lineStart(*ruleTop, 1.0, 0.0, size.height());
+        const double top = grid.lineStart(*y, 1.0, 0.0, size.height());
         for (double x = 0.0; x < size.width(); x += ruleDash + ruleGap) {
             const double left = grid.snapped(x);
             const double right = grid.snapped(std::min(x + ruleDash, size.width()));
@@ -62,138 +141,63 @@ void SpectrumView::drawFloorCeilingLines(QPainter& painter, const QSizeF& size) 
     }
 }
 
-void SpectrumView::drawLine(QPainter& painter, const QSizeF& size) const {
-    const std::vector<QPointF> points = linePoints(lineSpectrumDB, size);
+}  // namespace
+
+void drawRules(QPainter& painter, const SpectrumView& view, const QSizeF& size) {
+    drawGridLines(painter, view, size);
+    drawFloorAndCeiling(painter, view, size);
+}
+
+void drawTargetCurve(QPainter& painter, const SpectrumView& view, const QSizeF& size) {
+    const std::vector<QPointF> points = view.targetCurve
+                                            ? targetCurvePoints(view, *view.targetCurve, size)
+                                            : std::vector<QPointF>();
     if (points.empty()) {
         return;
     }
-    painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath area = smoothedPath(points, size.height());
-    area.setFillRule(Qt::WindingFill);
-    painter.fillPath(area, Theme::spectrumFillGradient(traceColor, size.height()));
-    painter.strokePath(smoothedPath(points), roundPen(traceColor, SpectrumStroke::line));
-}
-
-void SpectrumView::drawLinePeakHold(QPainter& painter, const QSizeF& size) const {
-    if (linePeakHoldDB.size() != lineSpectrumDB.size()) {
-        return;
-    }
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.strokePath(smoothedPath(linePoints(linePeakHoldDB, size)),
-                       roundPen(peakColor, SpectrumStroke::linePeakHold));
-}
-
-void SpectrumView::drawBands(QPainter& painter, const QSizeF& size) const {
-    if (!match(bands, bandLevelsDB)) {
-        return;
-    }
-    const FrequencyAxis axis = frequencyAxis();
-    const PixelGrid grid(painter);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QBrush fill(Theme::spectrumFillGradient(traceColor, size.height()));
-    for (std::size_t i = 0; i < bands.size(); ++i) {
-        const QRectF rect =
-            sharpened(bar(axis, bands[i], bandLevelsDB[i] - levelOffsetDB, size), grid);
-        painter.fillRect(rect, fill);
-        painter.fillRect(QRectF(rect.left(), rect.top() - SpectrumStroke::bandCap / 2.0,
-                                rect.width(), SpectrumStroke::bandCap),
-                         traceColor);
-    }
-}
-
-void SpectrumView::drawPeakHold(QPainter& painter, const QSizeF& size) const {
-    if (!match(bands, bandPeakHoldDB)) {
-        return;
-    }
-    const FrequencyAxis axis = frequencyAxis();
-    const PixelGrid grid(painter);
-    painter.setRenderHint(QPainter::Antialiasing);
-    for (std::size_t i = 0; i < bands.size(); ++i) {
-        const QRectF rect =
-            sharpened(bar(axis, bands[i], bandPeakHoldDB[i] - levelOffsetDB, size), grid);
-        painter.fillRect(QRectF(rect.left(), rect.top() - SpectrumStroke::bandPeakHold / 2.0,
-                                rect.width(), SpectrumStroke::bandPeakHold),
-                         peakColor);
-    }
-}
-
-void SpectrumView::drawOverlay(QPainter& painter, const SpectrumOverlay& overlay,
-                               const QSizeF& size) const {
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (showsLine()) {
-        painter.strokePath(smoothedPath(linePoints(overlay.lineSpectrumDB, size, overlay.sampleRate,
-                                                   overlay.levelOffsetDB)),
-                           roundPen(overlay.color, SpectrumStroke::overlay));
-    } else if (match(overlay.bands, overlay.bandLevelsDB)) {
-        const FrequencyAxis axis = frequencyAxis();
-        const PixelGrid grid(painter);
-        for (std::size_t i = 0; i < overlay.bands.size(); ++i) {
-            const QRectF rect = sharpened(
-                bar(axis, overlay.bands[i], overlay.bandLevelsDB[i] - overlay.levelOffsetDB, size),
-                grid);
-            painter.fillRect(QRectF(rect.left(), rect.top() - SpectrumStroke::bandPeakHold / 2.0,
-                                    rect.width(), SpectrumStroke::bandPeakHold),
-                             overlay.color);
-        }
-    }
-}
-
-void SpectrumView::drawTargetCurve(QPainter& painter, const TargetCurve& curve,
-                                   const QSizeF& size) const {
-    const std::vector<QPointF> points = targetCurvePoints(curve, size);
-    if (points.empty()) {
-        return;
-    }
-    QPen pen(Theme::targetCurve, 1.5, Qt::CustomDashLine, Qt::FlatCap, Qt::MiterJoin);
-    pen.setDashPattern({6.0 / 1.5, 4.0 / 1.5});  // in widths of the line
+    QPen pen(Theme::targetCurve, curveWidth, Qt::CustomDashLine, Qt::FlatCap, Qt::MiterJoin);
+    pen.setDashPattern({curveDash / curveWidth, curveGap / curveWidth});  // in widths of the line
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(pen);
     painter.drawPolyline(points.data(), static_cast<int>(points.size()));
 }
 
-void SpectrumView::drawRingAlertMarker(QPainter& painter, const RingAlert& alert,
-                                       const QSizeF& size) const {
-    paintVerticalLine(painter, frequencyAxis().x(alert.frequencyHz, size.width()),
-                      QRectF(QPointF(), size), Theme::ringAlert, SpectrumStroke::ringAlert);
+void drawRingAlertMarker(QPainter& painter, const SpectrumView& view, const QSizeF& size) {
+    if (view.activeRingAlert) {
+        paintVerticalLine(painter,
+                          view.frequencyAxis().x(view.activeRingAlert->frequencyHz, size.width()),
+                          QRectF(QPointF(), size), Theme::ringAlert, SpectrumStroke::ringAlert);
+    }
 }
 
-void SpectrumView::drawGridLabels(QPainter& painter, const QSizeF& size,
-                                  const Typeface& typeface) const {
-    paintLabels(painter, layoutLabels(*this, size, typeface).grid, typeface);
-}
-
-void SpectrumView::drawFloorCeilingLabels(QPainter& painter, const QSizeF& size,
-                                          const Typeface& typeface) const {
-    paintLabels(painter, layoutLabels(*this, size, typeface).floorCeiling, typeface);
+void drawLabels(QPainter& painter, const SpectrumView& view, const QSizeF& size,
+                const Typeface& typeface) {
+    const SpectrumLabels labels = layoutLabels(view, size, typeface);
+    paintLabels(painter, labels.grid, typeface);
+    paintLabels(painter, labels.floorCeiling, typeface);
 }
 
 void paint(QPainter& painter, const SpectrumView& view, const QSizeF& size,
            const Typeface& typeface) {
-    view.drawGridLines(painter, size);
-    view.drawFloorCeilingLines(painter, size);
+    drawRules(painter, view, size);
     if (view.showsLine()) {
-        view.drawLine(painter, size);
+        drawLine(painter, view, size);
         if (view.showPeakHold) {
-            view.drawLinePeakHold(painter, size);
+            drawLinePeakHold(painter, view, size);
         }
     }
     if (view.showsBands()) {
-        view.drawBands(painter, size);
+        drawBands(painter, view, size);
         if (view.showPeakHold) {
-            view.drawPeakHold(painter, size);
+            drawBandPeakHold(painter, view, size);
         }
     }
     for (const SpectrumOverlay& overlay : view.overlays) {
-        view.drawOverlay(painter, overlay, size);
+        drawOverlay(painter, view, overlay, size);
     }
-    if (view.targetCurve) {
-        view.drawTargetCurve(painter, *view.targetCurve, size);
-    }
-    if (view.activeRingAlert) {
-        view.drawRingAlertMarker(painter, *view.activeRingAlert, size);
-    }
-    view.drawGridLabels(painter, size, typeface);
-    view.drawFloorCeilingLabels(painter, size, typeface);
+    drawTargetCurve(painter, view, size);
+    drawRingAlertMarker(painter, view, size);
+    drawLabels(painter, view, size, typeface);
 }
 
 QLinearGradient Theme::spectrumFillGradient(const QColor& color, double height) {

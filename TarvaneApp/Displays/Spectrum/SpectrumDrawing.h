@@ -19,6 +19,17 @@ namespace TarvaneApp {
 void paint(QPainter& painter, const SpectrumView& view, const QSizeF& size,
            const Typeface& typeface = Typeface::installed());
 
+// Its parts that stand still, in this order; the fast drawing takes them over.
+
+/// The grid, and the lines at floor and ceiling.
+void drawRules(QPainter& painter, const SpectrumView& view, const QSizeF& size);
+/// Nothing without a target curve.
+void drawTargetCurve(QPainter& painter, const SpectrumView& view, const QSizeF& size);
+/// Nothing without a ring.
+void drawRingAlertMarker(QPainter& painter, const SpectrumView& view, const QSizeF& size);
+void drawLabels(QPainter& painter, const SpectrumView& view, const QSizeF& size,
+                const Typeface& typeface = Typeface::installed());
+
 /// How thick the strokes are.
 namespace SpectrumStroke {
 inline constexpr double line = 1.2;

@@ -1,13 +1,71 @@
 #include "Displays/Spectrum/SpectrumGeometry.h"
 
+#include <algorithm>
+
+#include "Displays/Spectrum/SpectrumView.h"
+
 namespace TarvaneApp {
 
+using TarvaneKit::OctaveBand;
+using TarvaneKit::TargetCurve;
+
 namespace {
+
+constexpr int targetCurveSteps = 200;
 
 // Bars under this many device pixels keep their fractions.
 constexpr double narrowBar = 3.0;
 
 }  // namespace
+
+bool match(const std::vector<OctaveBand>& bands, const std::vector<double>& levelsDB) {
+    return !bands.empty() && bands.size() == levelsDB.size();
+}
+
+std::vector<QPointF> linePoints(const SpectrumView& view, const std::vector<double>& levelsDB,
+                                const QSizeF& size, std::optional<double> rate,
+                                std::optional<double> offset) {
+    const FrequencyAxis axis = view.frequencyAxis();
+    const double lineHz = rate.value_or(view.sampleRate) / view.fftSize;
+    const double offsetDB = offset.value_or(view.levelOffsetDB);
+    std::vector<QPointF> points;
+    points.reserve(levelsDB.size());
+    for (std::size_t i = 0; i < levelsDB.size(); ++i) {
+        const double frequencyHz = lineHz * static_cast<double>(i);
+        if (frequencyHz > view.maxHz) {
+            break;
+        }
+        if (frequencyHz >= view.minHz) {
+            points.emplace_back(axis.x(frequencyHz, size.width()),
+                                view.y(levelsDB[i] - offsetDB, size.height()));
+        }
+    }
+    return points;
+}
+
+QRectF bandBar(const SpectrumView& view, const FrequencyAxis& axis, const OctaveBand& band,
+               double levelDB, const QSizeF& size) {
+    const double left = axis.x(band.lowerEdgeHz, size.width());
+    const double right = axis.x(band.upperEdgeHz, size.width());
+    const double top = view.y(levelDB, size.height());
+    return {left + 0.5, top, std::max(right - left - 1.0, 1.0), size.height() - top};
+}
+
+std::vector<QPointF> targetCurvePoints(const SpectrumView& view, const TargetCurve& curve,
+                                       const QSizeF& size) {
+    std::vector<QPointF> points;
+    if (curve.points.empty()) {
+        return points;
+    }
+    const FrequencyAxis axis = view.frequencyAxis();
+    for (int i = 0; i <= targetCurveSteps; ++i) {
+        const double x = size.width() * i / targetCurveSteps;
+        const double frequencyHz = axis.frequencyHz(i, targetCurveSteps);
+        points.emplace_back(
+            x, view.y(*curve.level(frequencyHz) + view.targetCurveReferenceDB, size.height()));
+    }
+    return points;
+}
 
 QRectF sharpened(const QRectF& bar, const PixelGrid& grid) {
     QRectF result = bar;

@@ -52,8 +52,7 @@ const QImage& SpectrumRaster::image(const SpectrumView& view, const QSizeF& size
     hasLine_ = view.showsLine() && !view.lineSpectrumDB.empty();
     hasHold_ = view.showsLine() && view.showPeakHold &&
                view.linePeakHoldDB.size() == view.lineSpectrumDB.size();
-    hasBars_ =
-        view.showsBands() && !view.bands.empty() && view.bands.size() == view.bandLevelsDB.size();
+    hasBars_ = view.showsBands() && match(view.bands, view.bandLevelsDB);
     if (hasLine_) {
         placeTrace(line_, view, view.lineSpectrumDB, view.sampleRate, view.levelOffsetDB,
                    SpectrumStroke::line);
@@ -70,8 +69,7 @@ const QImage& SpectrumRaster::image(const SpectrumView& view, const QSizeF& size
     if (hasBars_) {
         drawBandLines(bars_, barTops_, SpectrumStroke::bandCap, view.traceColor);
     }
-    if (view.showsBands() && view.showPeakHold && !view.bands.empty() &&
-        view.bands.size() == view.bandPeakHoldDB.size()) {
+    if (view.showsBands() && view.showPeakHold && match(view.bands, view.bandPeakHoldDB)) {
         barTops(view, view.bandPeakHoldDB, view.levelOffsetDB, holdTops_);
         drawBandLines(bars_, holdTops_, SpectrumStroke::bandPeakHold, view.peakColor);
     }
@@ -80,7 +78,7 @@ const QImage& SpectrumRaster::image(const SpectrumView& view, const QSizeF& size
             placeTrace(overlay_, view, overlay.lineSpectrumDB, overlay.sampleRate,
                        overlay.levelOffsetDB, SpectrumStroke::overlay);
             overlay_.blendStroke(image_, premultiplied(overlay.color));
-        } else if (overlay.bands.size() == overlay.bandLevelsDB.size()) {
+        } else if (match(overlay.bands, overlay.bandLevelsDB)) {
             barTops(view, overlay.bandLevelsDB, overlay.levelOffsetDB, holdTops_);
             drawBandLines(barPlaces(view, overlay.bands), holdTops_, SpectrumStroke::bandPeakHold,
                           overlay.color);
@@ -89,7 +87,7 @@ const QImage& SpectrumRaster::image(const SpectrumView& view, const QSizeF& size
     curve_.blendInto(image_);
     if (view.activeRingAlert) {
         QPainter painter(&image_);
-        view.drawRingAlertMarker(painter, *view.activeRingAlert, size);
+        drawRingAlertMarker(painter, view, size);
     }
     labels_.blendInto(image_);
     return image_;
@@ -135,15 +133,13 @@ void SpectrumRaster::prepareGrid(const SpectrumView& view, const QSizeF& size, d
     QImage ground = layer(QImage::Format_RGB32);
     {
         QPainter painter(&ground);
-        view.drawGridLines(painter, size);
-        view.drawFloorCeilingLines(painter, size);
+        drawRules(painter, view, size);
     }
     takeGroundColumns(ground);
     QImage labels = layer(QImage::Format_ARGB32_Premultiplied);
     {
         QPainter painter(&labels);
-        view.drawGridLabels(painter, size, typeface_);
-        view.drawFloorCeilingLabels(painter, size, typeface_);
+        drawLabels(painter, view, size, typeface_);
     }
     labels_ = SparseLayer(labels);
 }
@@ -203,8 +199,8 @@ std::vector<SpectrumRaster::BarPlace> SpectrumRaster::barPlaces(
     std::vector<BarPlace> places;
     places.reserve(bands.size());
     for (const OctaveBand& band : bands) {
-        const QRectF bar =
-            sharpened(view.bar(axis, band, view.axisBottomDB(), gridKey_->size), PixelGrid(ratio));
+        const QRectF bar = sharpened(bandBar(view, axis, band, view.axisBottomDB(), gridKey_->size),
+                                     PixelGrid(ratio));
         places.push_back(
             {static_cast<float>(bar.left() * ratio), static_cast<float>(bar.right() * ratio)});
     }
@@ -246,9 +242,9 @@ void SpectrumRaster::prepareCurve(const SpectrumView& view) {
     curveKey_ = {.curve = view.targetCurve, .referenceDB = view.targetCurveReferenceDB};
     ++layersDrawn_;
     QImage picture = layer(QImage::Format_ARGB32_Premultiplied);
-    if (view.targetCurve) {
+    {
         QPainter painter(&picture);
-        view.drawTargetCurve(painter, *view.targetCurve, gridKey_->size);
+        drawTargetCurve(painter, view, gridKey_->size);
     }
     curve_ = SparseLayer(picture);
 }

@@ -8,12 +8,10 @@
 namespace TarvaneApp {
 
 using TarvaneKit::OctaveBand;
-using TarvaneKit::TargetCurve;
 
 namespace {
 
 constexpr double levelStepDB = 20.0;
-constexpr int targetCurveSteps = 200;
 
 }  // namespace
 
@@ -36,51 +34,6 @@ std::vector<double> SpectrumView::levelGridLines() const {
         levels.push_back(level);
     }
     return levels;
-}
-
-std::vector<QPointF> SpectrumView::linePoints(const std::vector<double>& levelsDB,
-                                              const QSizeF& size, std::optional<double> rate,
-                                              std::optional<double> offset) const {
-    const FrequencyAxis axis = frequencyAxis();
-    const double lineHz = rate.value_or(sampleRate) / fftSize;
-    const double offsetDB = offset.value_or(levelOffsetDB);
-    std::vector<QPointF> points;
-    points.reserve(levelsDB.size());
-    for (std::size_t i = 0; i < levelsDB.size(); ++i) {
-        const double frequencyHz = lineHz * static_cast<double>(i);
-        if (frequencyHz > maxHz) {
-            break;
-        }
-        if (frequencyHz >= minHz) {
-            points.emplace_back(axis.x(frequencyHz, size.width()),
-                                y(levelsDB[i] - offsetDB, size.height()));
-        }
-    }
-    return points;
-}
-
-QRectF SpectrumView::bar(const FrequencyAxis& axis, const OctaveBand& band, double levelDB,
-                         const QSizeF& size) const {
-    const double left = axis.x(band.lowerEdgeHz, size.width());
-    const double right = axis.x(band.upperEdgeHz, size.width());
-    const double top = y(levelDB, size.height());
-    return {left + 0.5, top, std::max(right - left - 1.0, 1.0), size.height() - top};
-}
-
-std::vector<QPointF> SpectrumView::targetCurvePoints(const TargetCurve& curve,
-                                                     const QSizeF& size) const {
-    std::vector<QPointF> points;
-    if (curve.points.empty()) {
-        return points;
-    }
-    const FrequencyAxis axis = frequencyAxis();
-    for (int i = 0; i <= targetCurveSteps; ++i) {
-        const double x = size.width() * i / targetCurveSteps;
-        const double frequencyHz = axis.frequencyHz(i, targetCurveSteps);
-        points.emplace_back(x,
-                            y(*curve.level(frequencyHz) + targetCurveReferenceDB, size.height()));
-    }
-    return points;
 }
 
 std::optional<double> SpectrumView::ruleY(const std::optional<double>& levelDB,

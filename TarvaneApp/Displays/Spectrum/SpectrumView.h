@@ -2,16 +2,13 @@
 // frequency axis, peak hold, a target curve, the traces of other channels, and a read-out under
 // the pointer.
 //
-// A value record with all that is drawn, its arithmetic, and the plain drawing with any painter:
-// what pages are drawn with, and what the fast drawing of windows (SpectrumRaster) must look like.
-// Coordinates are logical pixels, the origin at the top left; the graph fills its size and its
-// labels stand inside.
+// A value record with all that is drawn, and its scales. SpectrumGeometry has the shapes that
+// follow from it, SpectrumLabels the places of its labels, SpectrumDrawing the plain drawing and
+// SpectrumRaster the fast one of windows. Coordinates are logical pixels, the origin at the top
+// left; the graph fills its size and its labels stand inside.
 #pragma once
 
 #include <QColor>
-#include <QPointF>
-#include <QRectF>
-#include <QSizeF>
 #include <QString>
 #include <optional>
 #include <vector>
@@ -24,8 +21,6 @@
 #include "Records/RTAScale.h"
 #include "Records/SpectrumViewMode.h"
 #include "TargetCurves/TargetCurve.h"
-
-class QPainter;
 
 namespace TarvaneApp {
 
@@ -79,7 +74,7 @@ struct SpectrumView {
     double minHz = 20.0;
     double maxHz = 20000.0;
 
-    // --- arithmetic
+    // --- its scales
 
     FrequencyAxis frequencyAxis() const { return {minHz, maxHz}; }
     double axisBottomDB() const { return scale == RTAScale::spl ? 0.0 : -140.0; }
@@ -92,17 +87,6 @@ struct SpectrumView {
     bool showsLine() const { return viewMode != SpectrumViewMode::banded; }
     bool showsBands() const { return viewMode != SpectrumViewMode::line; }
 
-    /// The points of a line trace, as far as the axis goes. Absent arguments mean the view's own.
-    std::vector<QPointF> linePoints(const std::vector<double>& levelsDB, const QSizeF& size,
-                                    std::optional<double> sampleRate = std::nullopt,
-                                    std::optional<double> offsetDB = std::nullopt) const;
-    /// The bar of a band at a level less its offset: one pixel of air between neighbours, and
-    /// never thinner than one.
-    QRectF bar(const FrequencyAxis& axis, const TarvaneKit::OctaveBand& band, double levelDB,
-               const QSizeF& size) const;
-    /// None for a curve without points.
-    std::vector<QPointF> targetCurvePoints(const TarvaneKit::TargetCurve& curve,
-                                           const QSizeF& size) const;
     /// The floor's or the ceiling's y; absent unless it lies strictly inside the axis.
     std::optional<double> ruleY(const std::optional<double>& levelDB, double height) const;
 
@@ -110,24 +94,6 @@ struct SpectrumView {
     std::optional<double> levelDB(double atFrequencyHz) const;
     /// "1.00 kHz  62.1 dB".
     QString hoverLabel(double forFrequencyHz) const;
-
-    // --- the plain drawing, in this order
-
-    void drawGridLines(QPainter& painter, const QSizeF& size) const;
-    void drawFloorCeilingLines(QPainter& painter, const QSizeF& size) const;
-    void drawLine(QPainter& painter, const QSizeF& size) const;
-    void drawLinePeakHold(QPainter& painter, const QSizeF& size) const;
-    void drawBands(QPainter& painter, const QSizeF& size) const;
-    void drawPeakHold(QPainter& painter, const QSizeF& size) const;
-    void drawOverlay(QPainter& painter, const SpectrumOverlay& overlay, const QSizeF& size) const;
-    void drawTargetCurve(QPainter& painter, const TarvaneKit::TargetCurve& curve,
-                         const QSizeF& size) const;
-    void drawRingAlertMarker(QPainter& painter, const TarvaneKit::RingAlert& alert,
-                             const QSizeF& size) const;
-    void drawGridLabels(QPainter& painter, const QSizeF& size,
-                        const Typeface& typeface = Typeface::installed()) const;
-    void drawFloorCeilingLabels(QPainter& painter, const QSizeF& size,
-                                const Typeface& typeface = Typeface::installed()) const;
 
     bool operator==(const SpectrumView&) const = default;
 };

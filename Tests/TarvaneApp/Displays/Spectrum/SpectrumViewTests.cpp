@@ -110,7 +110,7 @@ TEST(SpectrumView, levelRulesStandEvery20dBFromBottomToTop) {
 TEST(SpectrumView, at48kHzTheFirstPointIsThatOfLine2) {
     const SpectrumView view;
     const std::vector<double> levels(2048, 70.0);
-    const auto points = view.linePoints(levels, {900.0, 300.0});
+    const auto points = linePoints(view, levels, {900.0, 300.0});
     EXPECT_NEAR(points.front().x(), 300.0 * std::log10(2 * 48000.0 / 4096.0 / 20.0), 1e-9);
     EXPECT_EQ(points.front().y(), 150.0);
     EXPECT_EQ(points.size(), 1705U);  // lines 2 to 1706: 1706 · 11.71875 Hz = 19992 Hz
@@ -120,7 +120,7 @@ TEST(SpectrumView, at48kHzTheFirstPointIsThatOfLine2) {
 TEST(SpectrumView, at96kHzTheWalkStopsAtLine854) {
     SpectrumView view;
     view.sampleRate = 96000.0;
-    const auto points = view.linePoints(std::vector<double>(2048, 70.0), {900.0, 300.0});
+    const auto points = linePoints(view, std::vector<double>(2048, 70.0), {900.0, 300.0});
     EXPECT_EQ(points.size(), 853U);  // 1 to 853
     EXPECT_NEAR(points.back().x(), 300.0 * std::log10(853 * 96000.0 / 4096.0 / 20.0), 1e-9);
 }
@@ -129,11 +129,11 @@ TEST(SpectrumView, anotherRateAndOffsetReplaceTheViewsOwn) {
     SpectrumView view;
     view.levelOffsetDB = 10.0;
     const std::vector<double> levels(2048, 70.0);
-    EXPECT_EQ(view.linePoints(levels, {900.0, 140.0}).front().y(), 80.0);
-    const auto other = view.linePoints(levels, {900.0, 140.0}, 96000.0, 30.0);
+    EXPECT_EQ(linePoints(view, levels, {900.0, 140.0}).front().y(), 80.0);
+    const auto other = linePoints(view, levels, {900.0, 140.0}, 96000.0, 30.0);
     EXPECT_EQ(other.front().y(), 100.0);
     EXPECT_NEAR(other.front().x(), 300.0 * std::log10(96000.0 / 4096.0 / 20.0), 1e-9);
-    EXPECT_TRUE(view.linePoints({}, {900.0, 140.0}).empty());
+    EXPECT_TRUE(linePoints(view, {}, {900.0, 140.0}).empty());
 }
 
 TEST(SpectrumView, underThreePointsALineHasNoCurve) {
@@ -166,7 +166,8 @@ TEST(SpectrumView, aSmoothedLineClosesDownToItsBaseline) {
 
 TEST(SpectrumView, barsLeaveOnePixelOfAirAndReachTheBottom) {
     const SpectrumView view;
-    const QRectF bar = view.bar(view.frequencyAxis(), band(200.0, 2000.0), 70.0, {900.0, 300.0});
+    const QRectF bar =
+        bandBar(view, view.frequencyAxis(), band(200.0, 2000.0), 70.0, {900.0, 300.0});
     EXPECT_NEAR(bar.left(), 300.5, 1e-9);
     EXPECT_NEAR(bar.right(), 599.5, 1e-9);
     EXPECT_NEAR(bar.top(), 150.0, 1e-9);
@@ -177,8 +178,8 @@ TEST(SpectrumView, aBandHalfAPixelWideStillShowsABarOfOne) {
     const SpectrumView view;
     // On 300 pixels per decade: half a pixel is a ratio of 10^(0.5 / 300).
     const QRectF bar =
-        view.bar(view.frequencyAxis(), band(1000.0, 1000.0 * std::pow(10.0, 0.5 / 300.0)), 70.0,
-                 {900.0, 300.0});
+        bandBar(view, view.frequencyAxis(), band(1000.0, 1000.0 * std::pow(10.0, 0.5 / 300.0)),
+                70.0, {900.0, 300.0});
     EXPECT_NEAR(bar.width(), 1.0, 1e-9);
 }
 
@@ -214,12 +215,12 @@ TEST(SpectrumView, theTargetCurveTakes201PointsAndNoOffset) {
     view.levelOffsetDB = 100.0;
     view.targetCurveReferenceDB = -20.0;
     const auto curve = TarvaneKit::TargetCurve::create("Flat", {{20.0, -8.0}, {20000.0, -8.0}});
-    const auto points = view.targetCurvePoints(curve, {900.0, 140.0});
+    const auto points = targetCurvePoints(view, curve, {900.0, 140.0});
     ASSERT_EQ(points.size(), 201U);
     EXPECT_EQ(points.front().x(), 0.0);
     EXPECT_EQ(points.back().x(), 900.0);
     EXPECT_EQ(points[100].y(), 28.0);  // -28 dBFS, a pixel per dB
-    EXPECT_TRUE(view.targetCurvePoints({}, {900.0, 140.0}).empty());
+    EXPECT_TRUE(targetCurvePoints(view, {}, {900.0, 140.0}).empty());
 }
 
 // --- hover
@@ -264,7 +265,7 @@ TEST(SpectrumView, theReadOutShowsTheLevelThatIsDrawnAndCurveAndRulesKeepTheirs)
     SpectrumView view = digital();
     view.levelOffsetDB = 110.0;
     view.lineSpectrumDB.assign(2048, 60.0);
-    const auto points = view.linePoints(view.lineSpectrumDB, {900.0, 140.0});
+    const auto points = linePoints(view, view.lineSpectrumDB, {900.0, 140.0});
     EXPECT_NEAR(*view.levelDB(1000.0), view.levelAt(points[83].y(), 140.0), 1e-9);
     EXPECT_EQ(view.ruleY(-50.0, 140.0), 50.0);
 }
