@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "Displays/FocusRing.h"
+#include "Displays/LevelHistory/LevelHistoryHover.h"
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/FollowAll.h"

@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <iostream>
 
+#include "Displays/LevelHistory/LevelHistoryHover.h"
 #include "Displays/LevelHistory/LevelHistoryRaster.h"
 #include "Displays/Spectrogram/SpectrogramFrequencyAxisView.h"
 #include "Displays/Spectrogram/SpectrogramRaster.h"

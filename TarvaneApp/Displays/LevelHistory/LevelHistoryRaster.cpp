@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "Displays/LevelHistory/LevelHistoryDrawing.h"
 #include "Displays/PixelBlend.h"
 
 namespace TarvaneApp {

@@ -12,7 +12,8 @@
 #include <vector>
 
 #include "Displays/ColumnTiles.h"
-#include "Displays/LevelHistory/LevelHistoryView.h"
+#include "Displays/LevelHistory/LevelHistoryGeometry.h"
+#include "Displays/Theme.h"
 #include "Displays/TraceColumns.h"
 
 namespace TarvaneApp {

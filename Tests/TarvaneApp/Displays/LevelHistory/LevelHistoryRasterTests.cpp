@@ -4,6 +4,7 @@
 
 #include <QPainter>
 
+#include "Displays/LevelHistory/LevelHistoryDrawing.h"
 #include "Support/ImageSimilarity.h"
 #include "Support/LevelHistoryScenes.h"
 #include "Support/PinnedTypeface.h"

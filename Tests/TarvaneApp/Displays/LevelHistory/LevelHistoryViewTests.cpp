@@ -7,6 +7,9 @@
 #include <QPainter>
 #include <cmath>
 
+#include "Displays/LevelHistory/LevelHistoryDrawing.h"
+#include "Displays/LevelHistory/LevelHistoryGeometry.h"
+#include "Displays/LevelHistory/LevelHistoryHover.h"
 #include "Support/GoldenImage.h"
 #include "Support/LevelHistoryScenes.h"
 #include "Support/PinnedTypeface.h"
