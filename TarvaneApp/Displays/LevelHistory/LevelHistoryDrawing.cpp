@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "Displays/Readouts/ReadoutText.h"
 #include "Displays/SharpLine.h"
 #include "Displays/TabularText.h"
 
@@ -33,10 +34,6 @@ constexpr double markPlateRadius = 2.0;
 
 QFont labelFont(const Typeface& typeface) {
     return typeface.monospacedFont(labelSize, QFont::Medium);
-}
-
-QString oneDecimal(double level) {
-    return QString::number(level, 'f', 1);
 }
 
 // Digits stand with their middles at a coordinate, whatever the face's ascent.
@@ -179,7 +176,7 @@ void drawMarks(QPainter& painter, const LevelHistoryView& view,
         drawMark(painter,
                  QPointF(LevelHistoryView::x(extreme->elapsed, geometry.range, geometry.plot),
                          LevelHistoryView::y(level, geometry.axis, geometry.plot)),
-                 direction, title + u' ' + oneDecimal(level), geometry.plot, font);
+                 direction, title + u' ' + levelText(level), geometry.plot, font);
     };
     const auto extremes = view.recorder->extremes(view.metricIndex);
     mark(extremes.max, -1.0, QStringLiteral("MAX"));

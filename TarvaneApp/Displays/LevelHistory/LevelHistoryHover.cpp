@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "Displays/Readouts/ReadoutText.h"
 #include "Displays/SharpLine.h"
 #include "Displays/TabularText.h"
 
@@ -25,10 +26,6 @@ constexpr double singleLevelDB = 0.1;  // narrower columns tell one level
 
 QFont hoverFont(const Typeface& typeface) {
     return typeface.monospacedFont(hoverSize, QFont::Medium);
-}
-
-QString oneDecimal(double level) {
-    return QString::number(level, 'f', 1);
 }
 
 QString wallClock(const TarvaneKit::Date& start, double elapsed) {
@@ -61,12 +58,12 @@ QString hoverText(const LevelHistoryView& view, const LevelHistoryGeometry& geom
     if (const auto column = columnAt(geometry.traces.primary)) {
         text += QStringLiteral("  ");
         if (column->maxDB - column->minDB >= singleLevelDB) {
-            text += oneDecimal(column->minDB) + u'–';
+            text += levelText(column->minDB) + u'–';
         }
-        text += oneDecimal(column->maxDB) + u' ' + view.unitLabel;
+        text += levelText(column->maxDB) + u' ' + view.unitLabel;
     }
     if (const auto column = columnAt(geometry.traces.secondary)) {
-        text += QStringLiteral("  M max ") + oneDecimal(column->maxDB);
+        text += QStringLiteral("  M max ") + levelText(column->maxDB);
     }
     return text;
 }

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+#include "Displays/Readouts/ReadoutText.h"
+
 namespace TarvaneApp {
 
 using TarvaneKit::LevelHistoryExtreme;
@@ -21,10 +23,6 @@ constexpr double shortestAxisDB = 20.0;
 constexpr double ticksApart = 80.0;
 // Ticks up to this far beyond the end count as on it.
 constexpr double tickTolerance = 0.001;
-
-QString oneDecimal(double level) {
-    return QString::number(level, 'f', 1);
-}
 
 }  // namespace
 
@@ -132,7 +130,7 @@ QString LevelHistoryView::timeLabel(double elapsed) {
 
 QString LevelHistoryView::extremeLabel(const LevelHistoryExtreme& extreme) const {
     return QStringLiteral("%1 %2 %3")
-        .arg(oneDecimal(extreme.levelDB - displayOffsetDB), unitLabel, timeLabel(extreme.elapsed));
+        .arg(levelText(extreme.levelDB - displayOffsetDB), unitLabel, timeLabel(extreme.elapsed));
 }
 
 RGBAColor LevelHistoryView::columnColor(double maxDB) const {
