@@ -184,7 +184,7 @@ SPLReadoutView LiveSPLReadoutView::currentReadout() const {
         .maxValueDB = now.maxSPLValueDB - offset,
         .clipState = now.inputClipState,
         .sideValuesDB = {},
-        .onResetMinMax = [this] { engine_.resetMinMax(); },
+        .offersReset = true,
     };
     for (const double side : now.sideSPLValuesDB) {
         view.sideValuesDB.push_back(side <= silentSideDB ? noValue : side - offset);
@@ -201,7 +201,7 @@ LoudnessReadoutView LiveSPLReadoutView::currentLoudness() const {
         .colors = engine_.loudnessColors(),
         .color = {},
         .clipState = now.inputClipState,
-        .onReset = [this] { engine_.resetLoudness(channelID_); },
+        .offersReset = true,
     };
     view.color = view.judgement(view.headline);
     return view;
@@ -300,9 +300,10 @@ void LiveSPLReadoutView::showResetButton() {
 }
 
 void LiveSPLReadoutView::reset() {
-    const auto& action = loudness() != nullptr ? loudness()->onReset : readout().onResetMinMax;
-    if (action) {
-        action();
+    if (loudness() != nullptr) {
+        engine_.resetLoudness(channelID_);
+    } else {
+        engine_.resetMinMax();
     }
 }
 

@@ -34,12 +34,22 @@ class LevelHistoryViewport {
         std::optional<double> presetWindow;
     };
 
+    struct Scroll {
+        double deltaX = 0.0;
+        double deltaY = 0.0;
+        bool isPrecise = false;  ///< in pixels, as of a touchpad; else in notches of a wheel
+    };
+
     static constexpr double shortestSpan = 10.0;
+
+    // --- its state
 
     /// Absent: the preset rules.
     std::optional<Custom> custom;
     /// The range when the drag began.
     std::optional<Range> dragStartRange;
+
+    // --- operations
 
     Range range(const Session& session) const;
 
@@ -56,11 +66,6 @@ class LevelHistoryViewport {
     /// place. Returns false when that is the whole session.
     bool zoom(double factor, double atFraction, const Session& session);
 
-    struct Scroll {
-        double deltaX = 0.0;
-        double deltaY = 0.0;
-        bool isPrecise = false;  ///< in pixels, as of a touchpad; else in notches of a wheel
-    };
     /// Pans by what goes mostly sideways, zooms by anything else.
     bool scroll(const Scroll& scroll, double atFraction, double plotWidth, const Session& session);
 

@@ -21,6 +21,8 @@ struct ClockReadoutView {
     QString timeText;
     QString dateText;
 
+    // --- what it says
+
     /// Hours to seconds, and the date in the locale's long style.
     static ClockReadoutView at(const QDateTime& moment, const QLocale& locale = QLocale());
 

@@ -32,7 +32,7 @@ struct LevelBarView {
     std::optional<Range> targetBand;
     QString legend;
 
-    bool operator==(const LevelBarView&) const = default;
+    // --- its scale
 
     /// The place of a level along the range, limited to 0 and 1. NaN, and any level in a range
     /// without width, are at 0.
@@ -41,6 +41,8 @@ struct LevelBarView {
     static double level(double fraction, const Range& range);
     /// The whole tens within the range, or the whole twenties when it is wider than 60 dB.
     static std::vector<double> ticks(const Range& range);
+
+    bool operator==(const LevelBarView&) const = default;
 };
 
 struct LevelBarGeometry {

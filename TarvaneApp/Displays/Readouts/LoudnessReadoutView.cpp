@@ -206,7 +206,7 @@ LoudnessReadoutGeometry layout(const LoudnessReadoutView& view, const QSizeF& si
         .label = ReadoutDrawing::labelSize(view.labelText(), typeface),
         .rows = {{.size = rowSize(scale, typeface) / scale, .gapAbove = rowGap}},
         .badge = ClipBadge::size(scale, typeface) / scale,
-        .hasResetButton = view.onReset != nullptr,
+        .hasResetButton = view.offersReset,
     };
     const ReadoutLayout shared = ReadoutLayout::of(parts, size);
     LoudnessReadoutGeometry geometry;

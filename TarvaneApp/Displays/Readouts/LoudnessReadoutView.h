@@ -11,7 +11,6 @@
 #include <QSizeF>
 #include <QString>
 #include <array>
-#include <functional>
 
 #include "Core/RGBAColor.h"
 #include "Displays/Readouts/ReadoutLayout.h"
@@ -35,8 +34,10 @@ struct LoudnessReadoutView {
     /// Of the large value.
     TarvaneKit::RGBAColor color;
     TarvaneKit::InputClipState clipState = TarvaneKit::InputClipState::none;
-    /// Where present, room is kept for the button "Reset Integration".
-    std::function<void()> onReset;
+    /// Keeps room for the button "Reset Integration".
+    bool offersReset = false;
+
+    // --- what it says
 
     /// The readings in the row under the large value.
     static constexpr std::array rowMetrics{

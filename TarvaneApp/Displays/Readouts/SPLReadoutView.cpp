@@ -41,7 +41,7 @@ ReadoutParts partsOf(const SPLReadoutView& view, const Typeface& typeface) {
         .label = ReadoutDrawing::labelSize(view.labelText(), typeface),
         .rows = {},
         .badge = ClipBadge::size(scale, typeface) / scale,
-        .hasResetButton = view.onResetMinMax != nullptr,
+        .hasResetButton = view.offersReset,
     };
     if (hasSides(view)) {
         const QFontMetricsF metrics(sidesFont(scale, typeface));

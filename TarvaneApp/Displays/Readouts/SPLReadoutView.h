@@ -10,7 +10,6 @@
 #include <QRegion>
 #include <QSizeF>
 #include <QString>
-#include <functional>
 #include <optional>
 #include <vector>
 
@@ -37,8 +36,10 @@ struct SPLReadoutView {
     TarvaneKit::InputClipState clipState = TarvaneKit::InputClipState::none;
     /// The two sides of a stereo channel, else empty.
     std::vector<double> sideValuesDB;
-    /// Where present, room is kept for the button "Reset Min/Max".
-    std::function<void()> onResetMinMax;
+    /// Keeps room for the button "Reset Min/Max".
+    bool offersReset = false;
+
+    // --- what it says
 
     /// `metricLabel` and why its numbers are digital, where they are.
     QString labelText() const;

@@ -10,6 +10,8 @@ struct SpectrogramScrollState {
     int baseOffset = 0;  ///< where the drag began
     bool isDragging = false;
 
+    // --- operations
+
     /// The pointer is `translationY` pixels under the place where the drag began, on a plot of
     /// that height which shows `visibleRows` of `historyRows`. Down reveals older rows.
     void drag(double translationY, double height, int visibleRows, int historyRows);

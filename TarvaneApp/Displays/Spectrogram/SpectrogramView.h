@@ -37,7 +37,7 @@ struct SpectrogramView {
     double minHz = 20.0;
     double maxHz = 20000.0;
 
-    // --- arithmetic
+    // --- its scales
 
     struct VisibleRows {
         int first = 0;

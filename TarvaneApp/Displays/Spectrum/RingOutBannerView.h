@@ -21,6 +21,8 @@ struct RingOutBannerView {
     /// From 0, not there, to 1; between the two while it fades.
     double presence = 1.0;
 
+    // --- what it says
+
     /// "440Hz", "1.25kHz".
     QString frequencyText() const;
     /// "A4".
@@ -29,6 +31,8 @@ struct RingOutBannerView {
     QString centsText() const;
     /// All three, for a screen reader; empty without an alert.
     QString spokenText() const;
+
+    // --- its drawing
 
     /// In the top right corner of a graph of that size; empty without an alert.
     QRectF rect(const QSizeF& graph, const Typeface& typeface = Typeface::installed()) const;

@@ -32,7 +32,7 @@ SPLReadoutView uncalibrated() {
             .maxValueDB = -20.4,
             .clipState = InputClipState::none,
             .sideValuesDB = {},
-            .onResetMinMax = [] {}};
+            .offersReset = true};
 }
 
 SPLReadoutView calibrated() {
@@ -61,7 +61,7 @@ const std::vector<std::pair<const char*, SPLReadoutView>>& shapes() {
         SPLReadoutView leq = calibrated();
         leq.leqElapsedFraction = 0.3;
         SPLReadoutView plain = uncalibrated();
-        plain.onResetMinMax = nullptr;
+        plain.offersReset = false;
         return std::vector<std::pair<const char*, SPLReadoutView>>{{"uncalibrated", uncalibrated()},
                                                                    {"calibrated", calibrated()},
                                                                    {"stereo", stereo},

@@ -85,8 +85,8 @@ TEST(SpectrumGeometry, aBandHalfAPixelWideStillShowsABarOfOne) {
     const SpectrumView view;
     // On 300 pixels per decade: half a pixel is a ratio of 10^(0.5 / 300).
     const QRectF bar =
-        bandBar(view, view.frequencyAxis(), bandBetween(1000.0, 1000.0 * std::pow(10.0, 0.5 / 300.0)),
-                70.0, {900.0, 300.0});
+        bandBar(view, view.frequencyAxis(),
+                bandBetween(1000.0, 1000.0 * std::pow(10.0, 0.5 / 300.0)), 70.0, {900.0, 300.0});
     EXPECT_NEAR(bar.width(), 1.0, 1e-9);
 }
 
