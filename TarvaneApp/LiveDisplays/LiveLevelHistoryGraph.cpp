@@ -26,8 +26,6 @@ namespace {
 // Less is a click that trembled.
 constexpr double shortestDrag = 3.0;
 
-constexpr double focusRadius = 3.0;
-
 // One notch of a wheel, in eighths of a degree.
 constexpr double wheelNotch = 120.0;
 
@@ -140,7 +138,7 @@ void LiveLevelHistoryGraph::paintEvent(QPaintEvent*) {
     painter.drawImage(QPointF(0.0, 0.0), raster_.image(still, size(), devicePixelRatioF()));
     drawHover(painter, view_, raster_.geometry(), size());
     if (hasFocus()) {
-        paintFocusRing(painter, rect(), focusRadius);
+        paintFocusRing(painter, rect(), Theme::Radius::graph);
     }
 }
 

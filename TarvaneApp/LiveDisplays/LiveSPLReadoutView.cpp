@@ -13,6 +13,7 @@
 #include "Displays/Readouts/ClipBadge.h"
 #include "Displays/Readouts/ReadoutPlate.h"
 #include "Displays/Readouts/ReadoutText.h"
+#include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/FollowAll.h"
 
@@ -38,9 +39,6 @@ constexpr double barYellowFromDBFS = -12.0;
 
 // A screen reader is told of a new value at most this often; asked, it always gets the newest.
 constexpr int announcementMilliseconds = 1000;
-
-constexpr double barMarginAcross = 16.0;
-constexpr double barMarginBottom = 6.0;
 
 // The bar grows with the view, from this size on and up to three times.
 constexpr QSizeF barReferenceSize(900.0, 330.0);
@@ -122,7 +120,7 @@ LiveSPLReadoutView::LiveSPLReadoutView(MeterEngine& engine, const UUID& channelI
     installDisplayAccessibility();
     setAttribute(Qt::WA_OpaquePaintEvent);
     resetButton_->setFocusPolicy(Qt::TabFocus);
-    resetButton_->setFont(Typeface::installed().systemFont(11));
+    resetButton_->setFont(Typeface::installed().systemFont(Theme::Text::caption));
     connect(resetButton_, &QPushButton::clicked, this, [this] { reset(); });
     showResetButton();
     binding_.bind(engine_, {channelID_});
@@ -339,9 +337,9 @@ void LiveSPLReadoutView::placeParts(double barHeight) {
     readoutRect_ = plate_;
     levelBarRect_ = QRectF();
     if (levelBar_) {
-        levelBarRect_ =
-            QRectF(plate_.left() + barMarginAcross, plate_.bottom() - barMarginBottom - barHeight,
-                   plate_.width() - 2.0 * barMarginAcross, barHeight);
+        levelBarRect_ = QRectF(plate_.left() + Theme::Space::panel,
+                               plate_.bottom() - Theme::Space::related - barHeight,
+                               plate_.width() - 2.0 * Theme::Space::panel, barHeight);
         readoutRect_.setBottom(levelBarRect_.top());
         levelBarGeometry_ = TarvaneApp::layout(*levelBar_, levelBarRect_);
     }

@@ -7,6 +7,7 @@
 
 #include "DSP/SpectrogramRow.h"
 #include "Displays/FocusRing.h"
+#include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/FollowAll.h"
 
@@ -18,8 +19,6 @@ namespace {
 
 // Less is a click that trembled.
 constexpr double shortestDrag = 2.0;
-
-constexpr double focusRadius = 3.0;
 
 }  // namespace
 
@@ -102,7 +101,7 @@ void LiveSpectrogramView::paintEvent(QPaintEvent*) {
     painter.drawImage(QPointF(0.0, 0.0), raster_.image(view_, size(), devicePixelRatioF()));
     badge().paint(painter, size());
     if (hasFocus()) {
-        paintFocusRing(painter, rect(), focusRadius);
+        paintFocusRing(painter, rect(), Theme::Radius::graph);
     }
     view_.history = {};
 }

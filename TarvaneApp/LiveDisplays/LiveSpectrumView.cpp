@@ -21,8 +21,6 @@ namespace {
 constexpr double fineStep = 1.0;
 constexpr double coarseStep = 8.0;
 
-constexpr double focusRadius = 3.0;
-
 }  // namespace
 
 LiveSpectrumView::LiveSpectrumView(MeterEngine& engine, const UUID& channelID, QWidget* parent)
@@ -150,7 +148,7 @@ void LiveSpectrumView::paintEvent(QPaintEvent*) {
     paintHover(painter, view_, size());
     bannerFade_.shown().paint(painter, size());
     if (hasFocus()) {
-        paintFocusRing(painter, rect(), focusRadius);
+        paintFocusRing(painter, rect(), Theme::Radius::graph);
     }
 }
 

@@ -91,9 +91,9 @@ class FlatStyle final : public QProxyStyle {
             return;
         }
         paintPlate(*painter, *option);
-        const QRectF arrow(option->rect.right() - chevronSize - chevronMargin,
-                           option->rect.center().y() - chevronSize / 2.0 + 1.0, chevronSize,
-                           chevronSize);
+        const QRectF arrow(option->rect.right() - Theme::Symbol::chevron - chevronMargin,
+                           option->rect.center().y() - Theme::Symbol::chevron / 2.0 + 1.0,
+                           Theme::Symbol::chevron, Theme::Symbol::chevron);
         Icon::paint(*painter, QStringLiteral("chevron.down"), arrow, Theme::axisText);
         ringIfFocused(*option, *painter);
     }
@@ -106,15 +106,13 @@ class FlatStyle final : public QProxyStyle {
             return {natural.width(), menuSectionHeight};
         }
         return type == CT_PushButton || type == CT_ComboBox
-                   ? QSize(natural.width() + textPadding, std::max(natural.height(), controlHeight))
+                   ? QSize(natural.width() + textPadding,
+                           std::max(natural.height(), Theme::controlHeight))
                    : natural;
     }
 
   private:
-    static constexpr double cornerRadius = 6.0;
-    static constexpr int controlHeight = 26;
     static constexpr int textPadding = 12;
-    static constexpr double chevronSize = 9.0;
     static constexpr double chevronMargin = 8.0;
     static constexpr int menuSectionHeight = 28;
     static constexpr int menuSectionIndent = 10;
@@ -152,7 +150,7 @@ class FlatStyle final : public QProxyStyle {
         painter.setBrush(isPressed   ? Theme::controlBackground
                          : isHovered ? Theme::gridLineStrong
                                      : Theme::gridLine);
-        painter.drawRoundedRect(option.rect, cornerRadius, cornerRadius);
+        painter.drawRoundedRect(option.rect, Theme::Radius::control, Theme::Radius::control);
         painter.restore();
     }
 
@@ -176,7 +174,7 @@ class FlatStyle final : public QProxyStyle {
 
     static void ringIfFocused(const QStyleOption& option, QPainter& painter) {
         if ((option.state & State_HasFocus) != 0) {
-            paintFocusRing(painter, option.rect, cornerRadius - 1.0);
+            paintFocusRing(painter, option.rect, Theme::Radius::control - 1.0);
         }
     }
 };

@@ -16,12 +16,9 @@ using TarvaneKit::LevelHistoryExtreme;
 
 namespace {
 
-constexpr double labelSize = 9.0;
-constexpr double labelGap = 4.0;         // between a level and the plot
 constexpr double underPlot = 3.0;        // between the plot and what stands under it
 constexpr double timeLabelInset = 20.0;  // nearer to an end a time hangs inwards
 constexpr double levelLabelsApart = 11.0;
-constexpr double emptyTextSize = 12.0;
 
 constexpr double markHalfWidth = 5.0;
 constexpr double markTip = 2.0;  // from the point
@@ -30,10 +27,9 @@ constexpr double markLabelAcross = 8.0;
 constexpr double markLabelUpDown = 6.0;
 constexpr double markLabelRoom = 60.0;
 constexpr double markPlateOpacity = 0.55;  // keeps the label legible over columns and lines
-constexpr double markPlateRadius = 2.0;
 
 QFont labelFont(const Typeface& typeface) {
-    return typeface.monospacedFont(labelSize, QFont::Medium);
+    return typeface.monospacedFont(Theme::Text::tick, QFont::Medium);
 }
 
 // Digits stand with their middles at a coordinate, whatever the face's ascent.
@@ -55,7 +51,8 @@ void drawLevelLabels(QPainter& painter, const LevelHistoryView::Span& axis, cons
         // The lowest stands on the axis, clear of the unit under it.
         const double baseline = std::min(baselineAbout(y, metrics), plot.bottom());
         TabularText::draw(
-            painter, QPointF(plot.left() - labelGap - TabularText::width(text, font), baseline),
+            painter,
+            QPointF(plot.left() - Theme::Space::label - TabularText::width(text, font), baseline),
             text, font);
     }
 }
@@ -98,7 +95,7 @@ void drawMark(QPainter& painter, const QPointF& point, double direction, const Q
     painter.setBrush(Theme::faded(Theme::background, markPlateOpacity));
     painter.drawRoundedRect(QRectF(left, baseline - metrics.capHeight(), width, metrics.capHeight())
                                 .adjusted(-2.0, -2.0, 2.0, 2.0),
-                            markPlateRadius, markPlateRadius);
+                            Theme::Radius::label, Theme::Radius::label);
     painter.setPen(Theme::axisText);
     TabularText::draw(painter, QPointF(left, baseline), text, font);
 }
@@ -120,10 +117,11 @@ void drawGrid(QPainter& painter, const LevelHistoryView& view, const LevelHistor
     painter.setPen(Theme::axisText);
     drawLevelLabels(painter, geometry.axis, plot, font);
     drawTimeLabels(painter, geometry.range, plot, font);
-    TabularText::draw(painter,
-                      QPointF(plot.left() - labelGap - TabularText::width(view.unitLabel, font),
-                              plot.bottom() + underPlot + QFontMetricsF(font).ascent()),
-                      view.unitLabel, font);
+    TabularText::draw(
+        painter,
+        QPointF(plot.left() - Theme::Space::label - TabularText::width(view.unitLabel, font),
+                plot.bottom() + underPlot + QFontMetricsF(font).ascent()),
+        view.unitLabel, font);
 }
 
 void drawColumns(QPainter& painter, const LevelHistoryView& view,
@@ -156,7 +154,7 @@ void drawMarks(QPainter& painter, const LevelHistoryView& view,
                const LevelHistoryGeometry& geometry, const Typeface& typeface) {
     painter.setRenderHint(QPainter::Antialiasing);
     if (view.recorder == nullptr || view.recorder->isEmpty()) {
-        painter.setFont(typeface.systemFont(emptyTextSize));
+        painter.setFont(typeface.systemFont(Theme::Text::body));
         painter.setPen(Theme::axisText);
         painter.drawText(geometry.plot, Qt::AlignCenter | Qt::TextWordWrap,
                          QStringLiteral("Press Start to record level history"));

@@ -14,10 +14,8 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr double hoverSize = 11.0;
 constexpr double hoverLineOpacity = 0.6;
 constexpr double hoverPlateOpacity = 0.95;
-constexpr double hoverRadius = 4.0;
 constexpr double hoverGap = 6.0;
 constexpr double hoverRoom = 160.0;
 constexpr double hoverMarginAcross = 5.0;
@@ -25,7 +23,7 @@ constexpr double hoverMarginUpDown = 3.0;
 constexpr double singleLevelDB = 0.1;  // narrower columns tell one level
 
 QFont hoverFont(const Typeface& typeface) {
-    return typeface.monospacedFont(hoverSize, QFont::Medium);
+    return typeface.monospacedFont(Theme::Text::caption, QFont::Medium);
 }
 
 QString wallClock(const TarvaneKit::Date& start, double elapsed) {
@@ -96,7 +94,7 @@ void drawHover(QPainter& painter, const LevelHistoryView& view,
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(Theme::faded(Theme::panelBackground, hoverPlateOpacity));
-    painter.drawRoundedRect(plate, hoverRadius, hoverRadius);
+    painter.drawRoundedRect(plate, Theme::Radius::plate, Theme::Radius::plate);
     const QFont font = hoverFont(typeface);
     painter.setPen(Qt::white);
     TabularText::draw(painter,

@@ -21,16 +21,11 @@ using TarvaneKit::RGBAColor;
 namespace {
 
 // Sizes at scale 1, in logical pixels.
-constexpr double readingTitleSize = 10.0;
-constexpr double readingValueSize = 13.0;
-constexpr double readingUnitSize = 9.0;
-constexpr double readingsGap = 4.0;
-constexpr double readingPaddingAcross = 6.0;
+constexpr double readingsGap = Theme::Space::label;
+constexpr double readingPaddingAcross = Theme::Space::related;
 constexpr double readingPaddingUpDown = 1.0;
 constexpr double readingTitleGap = 5.0;
 constexpr double readingUnitGap = 3.0;
-constexpr double readingRadius = 4.0;
-constexpr double rowGap = 4.0;
 
 const QString& widthTemplate() {
     static const QString text = QStringLiteral("-00.0");
@@ -38,15 +33,15 @@ const QString& widthTemplate() {
 }
 
 QFont titleFont(double scale, const Typeface& typeface) {
-    return typeface.systemFont(readingTitleSize * scale, QFont::DemiBold);
+    return typeface.systemFont(Theme::Text::footnote * scale, QFont::DemiBold);
 }
 
 QFont valueFont(double scale, const Typeface& typeface) {
-    return typeface.roundedFont(readingValueSize * scale, QFont::DemiBold);
+    return typeface.roundedFont(Theme::Text::title * scale, QFont::DemiBold);
 }
 
 QFont unitFont(double scale, const Typeface& typeface) {
-    return typeface.systemFont(readingUnitSize * scale);
+    return typeface.systemFont(Theme::Text::tick * scale);
 }
 
 // Where the parts of one reading stand in its plate; all as wide as they can get.
@@ -108,8 +103,8 @@ void paintReading(QPainter& painter, const LoudnessReadoutView& view, LoudnessMe
     const ReadingColumns columns = columnsOf(metric, scale, typeface);
     painter.setPen(Qt::NoPen);
     painter.setBrush(Theme::controlBackground);
-    painter.drawRoundedRect(PixelGrid(painter).snapped(rect), readingRadius * scale,
-                            readingRadius * scale);
+    painter.drawRoundedRect(PixelGrid(painter).snapped(rect), Theme::Radius::plate * scale,
+                            Theme::Radius::plate * scale);
 
     // All three texts stand on the number's base line.
     const QFont ordinary = valueFont(scale, typeface);
@@ -204,7 +199,7 @@ LoudnessReadoutGeometry layout(const LoudnessReadoutView& view, const QSizeF& si
         .value = ReadoutDrawing::valueSize(widthTemplate(), typeface),
         .side = widestSideLabel(view).size(scale, typeface) / scale,
         .label = ReadoutDrawing::labelSize(view.labelText(), typeface),
-        .rows = {{.size = rowSize(scale, typeface) / scale, .gapAbove = rowGap}},
+        .rows = {{.size = rowSize(scale, typeface) / scale, .gapAbove = Theme::Space::label}},
         .badge = ClipBadge::size(scale, typeface) / scale,
         .hasResetButton = view.offersReset,
     };

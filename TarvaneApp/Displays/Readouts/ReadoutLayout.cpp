@@ -155,7 +155,7 @@ ReadoutLayout ReadoutLayout::of(const ReadoutParts& parts, const QSizeF& size) {
 
     ReadoutLayout layout;
     ReadoutFrame& frame = layout.frame;
-    frame.valuePixelSize = std::floor(Theme::readoutFontSize * valueScale);
+    frame.valuePixelSize = std::floor(Theme::Text::readout * valueScale);
     frame.textScale = textScale;
 
     const QSizeF value = parts.value * valueScale;

@@ -20,12 +20,11 @@ using ReadoutDrawing::valueArea;
 namespace {
 
 // Sizes at scale 1, in logical pixels.
-constexpr double sidesSize = 11.0;
 constexpr double progressHeight = 4.0;
 constexpr double progressWidthShare = 0.8;  // of the value's column
 
 QFont sidesFont(double textScale, const Typeface& typeface) {
-    return typeface.monospacedFont(sidesSize * textScale);
+    return typeface.monospacedFont(Theme::Text::caption * textScale);
 }
 
 bool hasSides(const SPLReadoutView& view) {

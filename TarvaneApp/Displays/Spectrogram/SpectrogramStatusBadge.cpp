@@ -8,15 +8,13 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr double textSize = 9.0;
-constexpr double marginAcross = 6.0;
+constexpr double inset = Theme::Space::related;  // from the plot's corner
+constexpr double marginAcross = Theme::Space::related;
 constexpr double marginUpDown = 3.0;
-constexpr double inset = 6.0;  // from the plot's corner
-constexpr double radius = 4.0;
 constexpr double plateOpacity = 0.85;
 
 QFont badgeFont(const Typeface& typeface) {
-    return typeface.monospacedFont(textSize, QFont::DemiBold);
+    return typeface.monospacedFont(Theme::Text::tick, QFont::DemiBold);
 }
 
 }  // namespace
@@ -40,7 +38,7 @@ void SpectrogramStatusBadge::paint(QPainter& painter, const QSizeF& plot,
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(Theme::faded(Theme::panelBackground, plateOpacity));
-    painter.drawRoundedRect(plate, radius, radius);
+    painter.drawRoundedRect(plate, Theme::Radius::plate, Theme::Radius::plate);
     painter.setFont(font);
     painter.setPen(isLive ? Theme::color(TarvaneKit::SignalColors::green) : Theme::axisText);
     painter.drawText(

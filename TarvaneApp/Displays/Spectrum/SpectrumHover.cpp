@@ -12,16 +12,14 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr double hoverSize = 11.0;
 constexpr double hoverOpacity = 0.95;
-constexpr double hoverRadius = 4.0;
 constexpr double hoverMiddle = 14.0;
 constexpr double hoverInset = 55.0;
 constexpr double hoverMarginAcross = 6.0;
 constexpr double hoverMarginUpDown = 3.0;
 
 QFont hoverFont(const Typeface& typeface) {
-    return typeface.monospacedFont(hoverSize, QFont::Medium);
+    return typeface.monospacedFont(Theme::Text::caption, QFont::Medium);
 }
 
 }  // namespace
@@ -52,7 +50,7 @@ void paintHover(QPainter& painter, const SpectrumView& view, const QSizeF& size,
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(Theme::faded(Theme::panelBackground, hoverOpacity));
-    painter.drawRoundedRect(plate, hoverRadius, hoverRadius);
+    painter.drawRoundedRect(plate, Theme::Radius::plate, Theme::Radius::plate);
     const QFont font = hoverFont(typeface);
     painter.setPen(Qt::white);
     TabularText::draw(painter,

@@ -13,9 +13,7 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr double labelSize = 9.0;
 constexpr double labelOpacity = 0.55;
-constexpr double labelRadius = 2.0;
 constexpr double frequencyLabelGap = 3.0;   // between a rule and its label
 constexpr double frequencyLabelTop = 10.0;  // above the bottom
 constexpr double flippedWidth = 20.0;       // a rule nearer to the right edge has its label inside
@@ -27,7 +25,7 @@ constexpr double floorCeilingGap = 4.0;  // to the right edge
 constexpr double floorCeilingShift = -15.0;
 
 QFont labelFont(const Typeface& typeface) {
-    return typeface.systemFont(labelSize, QFont::Medium);
+    return typeface.systemFont(Theme::Text::tick, QFont::Medium);
 }
 
 QString levelLabel(double levelDB) {
@@ -143,7 +141,7 @@ void paintLabels(QPainter& painter, const std::vector<SpectrumLabel>& labels,
     for (const SpectrumLabel& label : labels) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(Theme::faded(Theme::background, labelOpacity));
-        painter.drawRoundedRect(label.plate(), labelRadius, labelRadius);
+        painter.drawRoundedRect(label.plate(), Theme::Radius::label, Theme::Radius::label);
         painter.setPen(Theme::primaryText);
         TabularText::draw(painter, QPointF(label.rect.left(), label.rect.top() + ascent),
                           label.text, font);

@@ -12,12 +12,6 @@ namespace TarvaneApp {
 
 using TarvaneKit::UUID;
 
-namespace {
-
-constexpr int symbolSize = 12;
-
-}  // namespace
-
 struct ChannelOverlayMenu::Choice {
     UUID id;
     std::string name;
@@ -28,7 +22,7 @@ ChannelOverlayMenu::ChannelOverlayMenu(MeterEngine& engine, Setting<IDs>& overla
                                        const QString& help, const UUID& baseChannelID,
                                        QWidget* parent)
     : IconMenuButton(
-          symbolSize, [this](QMenu& menu) { fill(menu); }, parent),
+          Theme::Symbol::header, [this](QMenu& menu) { fill(menu); }, parent),
       engine_(engine),
       overlays_(overlays),
       baseChannelID_(baseChannelID) {

@@ -27,10 +27,11 @@ QString text(std::string_view utf8) {
 LoudnessControls::LoudnessControls(MeterEngine& engine, QWidget* parent)
     : QWidget(parent),
       engine_(engine),
-      label_(makeTextLabel(QStringLiteral("Loudness"), 11, Theme::axisText, this)),
+      label_(
+          makeTextLabel(QStringLiteral("Loudness"), Theme::Text::caption, Theme::axisText, this)),
       readout_(new MenuButton(QStringLiteral("Loudness"), this)),
       target_(new MenuButton(QStringLiteral("Loudness target"), this)) {
-    auto* row = ControlRow::make(this, ControlRow::narrowSpacing);
+    auto* row = ControlRow::make(this, Theme::Space::row);
     row->addWidget(label_);
     readout_->setFixedWidth(readoutWidth);
     readout_->setToolTip(
@@ -49,7 +50,7 @@ void LoudnessControls::setNarrow(bool narrow) {
 
 int LoudnessControls::ordinaryWidth() const {
     return sizeHint().width() +
-           (label_->isHidden() ? label_->sizeHint().width() + ControlRow::narrowSpacing : 0);
+           (label_->isHidden() ? label_->sizeHint().width() + Theme::Space::row : 0);
 }
 
 void LoudnessControls::showReadout() {

@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QHBoxLayout>
 
+#include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/FollowAll.h"
 #include "Shell/ChannelControls/ChannelPickerMenu.h"
@@ -16,8 +17,6 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr int paddingAcross = 16;
-constexpr int paddingUpDown = 8;
 constexpr int narrowestWidth = 320;
 
 }  // namespace
@@ -33,7 +32,7 @@ MetricControlBar::MetricControlBar(MeterEngine& engine,
       splControls_(new SPLControls(engine, channelID(), this)),
       splMenus_(new SPLControlMenus(engine, channelID(), this)),
       loudnessControls_(new LoudnessControls(engine, this)) {
-    row_->setContentsMargins(paddingAcross, paddingUpDown, paddingAcross, paddingUpDown);
+    row_->setContentsMargins(Theme::Margins::row);
     if (!fixedChannelID_) {
         channelPicker_ = new ChannelPickerMenu(engine, engine.splMeterChannelID, this);
         channelPicker_->letShrink();
@@ -67,17 +66,17 @@ int MetricControlBar::ordinaryWidth() const {
                              ? loudnessControls_->ordinaryWidth()
                              : splControls_->sizeHint().width();
     const int pickers = channelPicker_ != nullptr && !channelPicker_->isHidden()
-                            ? channelPicker_->sizeHint().width() + ControlRow::groupSpacing
+                            ? channelPicker_->sizeHint().width() + Theme::Space::group
                             : 0;
-    return 2 * paddingAcross + pickers + unitPicker_->sizeHint().width() + divider_->width() +
-           2 * ControlRow::groupSpacing + controls;
+    return 2 * Theme::Space::panel + pickers + unitPicker_->sizeHint().width() + divider_->width() +
+           2 * Theme::Space::group + controls;
 }
 
 // What is as it should be is left alone: a change orders another layout, which comes back here.
 void MetricControlBar::arrange() {
     const bool isLoudness = engine_.readoutUnit(channelID()) == ReadoutUnit::lufs;
     const bool isNarrow = width() < ordinaryWidth();
-    const int spacing = isNarrow ? ControlRow::narrowSpacing : ControlRow::groupSpacing;
+    const int spacing = isNarrow ? Theme::Space::row : Theme::Space::group;
     if (row_->spacing() != spacing) {
         row_->setSpacing(spacing);
     }

@@ -27,12 +27,7 @@ using TarvaneKit::RingOutSensitivity;
 namespace {
 
 constexpr int popoverWidth = 300;
-constexpr int popoverPadding = 16;
-constexpr int rowSpacing = 12;
-constexpr int labelGap = 12;
 constexpr int viewPickerWidth = 180;
-constexpr double textSize = 11.0;
-constexpr double footnoteSize = 10.0;
 
 constexpr std::array traceColors{
     ColorSwatches::Swatch{"Green", mainChannelColor},
@@ -77,24 +72,24 @@ std::vector<MenuButton::Item> itemsOf(E current, Label label, Pick pick) {
 RTAOptionsView::RTAOptionsView(MeterEngine& engine, const TarvaneKit::UUID& channelID,
                                QWidget* parent)
     : QWidget(parent), engine_(engine), requestedChannelID_(channelID) {
-    setFixedWidth(popoverWidth - 2 * popoverPadding);
+    setFixedWidth(popoverWidth - 2 * Theme::Space::panel);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(rowSpacing);
+    column->setSpacing(Theme::Space::section);
     const auto addRow = [&](QWidget* left, QWidget* control) {
         auto* row = new QHBoxLayout;
-        row->setSpacing(labelGap);
+        row->setSpacing(Theme::Space::section);
         row->addWidget(left);
         row->addStretch(1);
         row->addWidget(control);
         column->addLayout(row);
     };
     const auto label = [this](const QString& name) {
-        return makeTextLabel(name, textSize, Theme::axisText, this);
+        return makeTextLabel(name, Theme::Text::caption, Theme::axisText, this);
     };
     const auto toggle = [this](const QString& name, std::function<void(bool)> change) {
         auto* box = new QCheckBox(name, this);
-        box->setFont(Typeface::installed().systemFont(textSize));
+        box->setFont(Typeface::installed().systemFont(Theme::Text::caption));
         connect(box, &QCheckBox::toggled, this, std::move(change));
         return box;
     };
@@ -153,7 +148,7 @@ RTAOptionsView::RTAOptionsView(MeterEngine& engine, const TarvaneKit::UUID& chan
 
     auto* footnote = makeTextLabel(
         QStringLiteral("Also in this channel's Display section in Preferences > Audio."),
-        footnoteSize, Theme::axisText, this);
+        Theme::Text::footnote, Theme::axisText, this);
     footnote->setWordWrap(true);
     column->addWidget(footnote);
 

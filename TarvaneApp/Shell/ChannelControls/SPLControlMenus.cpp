@@ -23,8 +23,8 @@ SPLControlMenus::SPLControlMenus(MeterEngine& engine, const UUID& channelID, QWi
       mode_(new MenuButton(QStringLiteral("Metric"), this)),
       weighting_(new MenuButton(QStringLiteral("Weighting"), this)),
       timeWeighting_(new MenuButton(QStringLiteral("Time weighting"), this)),
-      leqNote_(makeTextLabel({}, 11, Theme::axisText, this)) {
-    auto* row = ControlRow::make(this, ControlRow::narrowSpacing);
+      leqNote_(makeTextLabel({}, Theme::Text::caption, Theme::axisText, this)) {
+    auto* row = ControlRow::make(this, Theme::Space::row);
     for (MenuButton* menu : {mode_, weighting_, timeWeighting_}) {
         menu->letShrink();
         row->addWidget(menu);

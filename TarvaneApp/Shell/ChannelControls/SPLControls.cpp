@@ -21,7 +21,6 @@ using TarvaneKit::UUID;
 
 namespace {
 
-constexpr int buttonSpacing = 6;
 constexpr int modePickerWidth = 150;
 
 QStringList modeLabels() {
@@ -43,7 +42,7 @@ template <class E>
 SPLControls::ToggleRow<E> SPLControls::makeRow(QWidget* group, const char* what,
                                                E ChannelDisplaySettings::*field) {
     auto* holder = new QWidget(group);
-    auto* layout = ControlRow::make(holder, buttonSpacing);
+    auto* layout = ControlRow::make(holder, Theme::Space::related);
     ToggleRow<E> row;
     for (const E value : allCases<E>()) {
         const QString label = rawText(value);
@@ -65,7 +64,7 @@ SPLControls::ToggleRow<E> SPLControls::makeRow(QWidget* group, const char* what,
 
 SPLControls::SPLControls(MeterEngine& engine, const UUID& channelID, QWidget* parent)
     : QWidget(parent), engine_(engine), channelID_(channelID) {
-    auto* row = ControlRow::make(this, ControlRow::groupSpacing);
+    auto* row = ControlRow::make(this, Theme::Space::group);
     modePicker_ = new SegmentedPicker(
         modeLabels(), modePickerWidth,
         [this](int index) {
@@ -79,7 +78,7 @@ SPLControls::SPLControls(MeterEngine& engine, const UUID& channelID, QWidget* pa
     row->addWidget(ControlRow::makeDivider(this));
 
     splGroup_ = new QWidget(this);
-    ControlRow::make(splGroup_, ControlRow::groupSpacing);
+    ControlRow::make(splGroup_, Theme::Space::group);
     splWeightings_ = makeRow(splGroup_, "weighting", &ChannelDisplaySettings::splWeighting);
     splGroup_->layout()->addWidget(ControlRow::makeDivider(splGroup_));
     splTimeWeightings_ =
@@ -87,11 +86,11 @@ SPLControls::SPLControls(MeterEngine& engine, const UUID& channelID, QWidget* pa
     row->addWidget(splGroup_);
 
     peakGroup_ = new QWidget(this);
-    ControlRow::make(peakGroup_, ControlRow::groupSpacing);
+    ControlRow::make(peakGroup_, Theme::Space::group);
     peakWeightings_ = makeRow(peakGroup_, "peak weighting", &ChannelDisplaySettings::peakWeighting);
     row->addWidget(peakGroup_);
 
-    leqNote_ = makeTextLabel({}, 12, Theme::axisText, this);
+    leqNote_ = makeTextLabel({}, Theme::Text::body, Theme::axisText, this);
     row->addWidget(leqNote_);
 
     followAll(

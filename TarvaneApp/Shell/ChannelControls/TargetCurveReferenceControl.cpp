@@ -15,9 +15,7 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr double textSize = 11.0;
 constexpr int valueWidth = 70;
-constexpr int gap = 6;
 
 // A channel's level in one unit, and how far it can be moved.
 struct Reference {
@@ -42,7 +40,7 @@ TargetCurveReferenceControl::TargetCurveReferenceControl(MeterEngine& engine,
       engine_(engine),
       channelID_(channelID),
       slider_(new QSlider(Qt::Horizontal, this)),
-      value_(makeTextLabel({}, textSize, Theme::axisText, this)) {
+      value_(makeTextLabel({}, Theme::Text::caption, Theme::axisText, this)) {
     setToolTip(
         QStringLiteral("Where the target curve's 0 dB sits — set separately for the SPL and dBFS "
                        "readouts"));
@@ -51,7 +49,7 @@ TargetCurveReferenceControl::TargetCurveReferenceControl(MeterEngine& engine,
     value_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(gap);
+    row->setSpacing(Theme::Space::related);
     row->addWidget(slider_, 1);
     row->addWidget(value_);
     connect(slider_, &QSlider::valueChanged, this, &TargetCurveReferenceControl::setLevel);

@@ -12,12 +12,10 @@ namespace TarvaneApp {
 namespace {
 
 // A label wider than a letter widens the button.
-constexpr QSize smallestSize(30, 26);
-constexpr int paddingAcross = 9;
-constexpr double cornerRadius = 6.0;
+constexpr QSize smallestSize(30, Theme::controlHeight);
 
 QFont labelFont() {
-    return Typeface::installed().systemFont(13);
+    return Typeface::installed().systemFont(Theme::Text::title);
 }
 
 }  // namespace
@@ -47,7 +45,8 @@ void CompactToggleButton::setSelected(bool selected) {
 }
 
 QSize CompactToggleButton::sizeHint() const {
-    const int width = QFontMetrics(labelFont()).horizontalAdvance(text()) + 2 * paddingAcross;
+    const int width =
+        QFontMetrics(labelFont()).horizontalAdvance(text()) + 2 * Theme::Space::button;
     return {std::max(width, smallestSize.width()), smallestSize.height()};
 }
 
@@ -62,15 +61,15 @@ void CompactToggleButton::paintEvent(QPaintEvent*) {
     }
     painter.setPen(Qt::NoPen);
     painter.setBrush(ground);
-    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    painter.drawRoundedRect(rect(), Theme::Radius::control, Theme::Radius::control);
     painter.setFont(labelFont());
     painter.setPen(isSelected() ? Theme::primaryText : Theme::axisText);
     painter.drawText(rect(), Qt::AlignCenter, text());
     if (hasFocus()) {
         painter.setPen(QPen(isSelected() ? Theme::primaryText : Theme::accent, 2.0));
         painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), cornerRadius - 1.0,
-                                cornerRadius - 1.0);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), Theme::Radius::control - 1.0,
+                                Theme::Radius::control - 1.0);
     }
 }
 

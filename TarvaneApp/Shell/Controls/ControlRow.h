@@ -6,10 +6,6 @@ class QWidget;
 
 namespace TarvaneApp::ControlRow {
 
-/// Between two groups, and where there is little width.
-inline constexpr int groupSpacing = 20;
-inline constexpr int narrowSpacing = 8;
-
 /// Lays the holder's controls out in a row without margins.
 QHBoxLayout* make(QWidget* holder, int spacing);
 

@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include "Displays/FocusRing.h"
+#include "Displays/Theme.h"
 #include "Shell/Controls/Icon.h"
 
 namespace TarvaneApp {
@@ -35,7 +36,7 @@ void IconButton::paintEvent(QPaintEvent*) {
         Icon::paint(painter, symbol_, QRectF(margin, margin, iconSize_, iconSize_), color);
     }
     if (hasFocus()) {
-        paintFocusRing(painter, rect(), 6.0);
+        paintFocusRing(painter, rect(), Theme::Radius::control);
     }
 }
 

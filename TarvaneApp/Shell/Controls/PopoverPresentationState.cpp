@@ -12,8 +12,7 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr int padding = 16;
-constexpr int gap = 4;  // between the button and the popover
+constexpr int gap = Theme::Space::label;  // between the button and the popover
 
 class Popover final : public QWidget {
   public:
@@ -23,7 +22,7 @@ class Popover final : public QWidget {
         // The click that closes it does nothing else: on the button it would open it again.
         setAttribute(Qt::WA_NoMouseReplay);
         auto* layout = new QVBoxLayout(this);
-        layout->setContentsMargins(padding, padding, padding, padding);
+        layout->setContentsMargins(Theme::Margins::form);
         layout->setSizeConstraint(QLayout::SetFixedSize);
         layout->addWidget(makeContent(this));
         layout->activate();

@@ -11,9 +11,6 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr int pickerHeight = 26;
-constexpr double cornerRadius = 6.0;
-
 class Segment final : public QAbstractButton {
   public:
     Segment(const QString& label, QWidget* parent) : QAbstractButton(parent) {
@@ -21,7 +18,7 @@ class Segment final : public QAbstractButton {
         setCheckable(true);
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     }
-    QSize sizeHint() const override { return {20, pickerHeight}; }
+    QSize sizeHint() const override { return {20, Theme::controlHeight}; }
 
   protected:
     void paintEvent(QPaintEvent*) override {
@@ -31,16 +28,17 @@ class Segment final : public QAbstractButton {
         if (isChecked()) {
             painter.setPen(Qt::NoPen);
             painter.setBrush(Theme::accent);
-            painter.drawRoundedRect(body, cornerRadius - 2.0, cornerRadius - 2.0);
+            painter.drawRoundedRect(body, Theme::Radius::control - 2.0,
+                                    Theme::Radius::control - 2.0);
         }
-        painter.setFont(Typeface::installed().systemFont(13));
+        painter.setFont(Typeface::installed().systemFont(Theme::Text::title));
         painter.setPen(isChecked() || isDown() ? Theme::primaryText : Theme::axisText);
         painter.drawText(rect(), Qt::AlignCenter, text());
         if (hasFocus()) {
             painter.setPen(QPen(isChecked() ? Theme::primaryText : Theme::accent, 2.0));
             painter.setBrush(Qt::NoBrush);
-            painter.drawRoundedRect(body.adjusted(1, 1, -1, -1), cornerRadius - 3.0,
-                                    cornerRadius - 3.0);
+            painter.drawRoundedRect(body.adjusted(1, 1, -1, -1), Theme::Radius::control - 3.0,
+                                    Theme::Radius::control - 3.0);
         }
     }
 };
@@ -50,7 +48,7 @@ class Segment final : public QAbstractButton {
 SegmentedPicker::SegmentedPicker(const QStringList& labels, int width,
                                  std::function<void(int)> onPick, QWidget* parent)
     : QWidget(parent) {
-    setFixedSize(width, pickerHeight);
+    setFixedSize(width, Theme::controlHeight);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
@@ -83,7 +81,7 @@ void SegmentedPicker::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(Theme::controlBackground);
-    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    painter.drawRoundedRect(rect(), Theme::Radius::control, Theme::Radius::control);
 }
 
 }  // namespace TarvaneApp

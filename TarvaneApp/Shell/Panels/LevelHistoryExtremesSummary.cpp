@@ -17,9 +17,6 @@ using TarvaneKit::LevelHistoryExtreme;
 
 namespace {
 
-constexpr double titleSize = 9.0;
-constexpr double valueSize = 11.0;
-constexpr int gap = 6;
 constexpr int margin = 6;  // holds the ring of the focus, too
 constexpr int buttonHeight = 24;
 constexpr double cornerRadius = 5.0;
@@ -54,7 +51,8 @@ class LevelHistoryExtremesSummary::Button final : public QAbstractButton {
     QSize sizeHint() const override {
         const double width =
             TabularText::width(title_, titleFont()) +
-            (value_.isEmpty() ? 0.0 : gap + TabularText::width(value_, valueFont()));
+            (value_.isEmpty() ? 0.0
+                              : Theme::Space::related + TabularText::width(value_, valueFont()));
         return {static_cast<int>(std::ceil(width)) + 2 * margin, buttonHeight};
     }
 
@@ -74,17 +72,19 @@ class LevelHistoryExtremesSummary::Button final : public QAbstractButton {
         painter.setPen(Theme::axisText);
         TabularText::draw(painter, QPointF(margin, baseline), title_, titleFont());
         painter.setPen(Theme::primaryText);
-        TabularText::draw(painter,
-                          QPointF(margin + TabularText::width(title_, titleFont()) + gap, baseline),
-                          value_, valueFont());
+        TabularText::draw(
+            painter,
+            QPointF(margin + TabularText::width(title_, titleFont()) + Theme::Space::related,
+                    baseline),
+            value_, valueFont());
         if (hasFocus()) {
             paintFocusRing(painter, rect(), cornerRadius - 1.0);
         }
     }
 
   private:
-    static QFont titleFont() { return Typeface::installed().systemFont(titleSize); }
-    static QFont valueFont() { return Typeface::installed().systemFont(valueSize); }
+    static QFont titleFont() { return Typeface::installed().systemFont(Theme::Text::tick); }
+    static QFont valueFont() { return Typeface::installed().systemFont(Theme::Text::caption); }
 
     const QString title_;
     QString value_;

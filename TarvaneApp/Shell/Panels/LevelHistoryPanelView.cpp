@@ -25,11 +25,7 @@ using TarvaneKit::UUID;
 
 namespace {
 
-constexpr int paddingAcross = 16;
-constexpr int paddingBottom = 8;
 constexpr int stripHeight = 170;
-constexpr int resetIconSize = 12;
-constexpr double textSize = 11.0;
 
 }  // namespace
 
@@ -41,11 +37,11 @@ LevelHistoryPanelView::LevelHistoryPanelView(MeterEngine& engine,
       fixedChannelID_(fixedChannelID),
       graph_(new LiveLevelHistoryGraph(engine, channelID(), this)),
       overlayMenu_(new LevelHistoryOverlayMenu(engine, channelID(), this)),
-      caption_(makeTextLabel({}, textSize, Theme::axisText, this)),
+      caption_(makeTextLabel({}, Theme::Text::caption, Theme::axisText, this)),
       momentary_(new QCheckBox(QStringLiteral("Momentary"), this)),
-      resetButton_(new IconButton(resetIconSize, this)),
+      resetButton_(new IconButton(Theme::Symbol::header, this)),
       zoomMenu_(new MenuButton(QStringLiteral("Time range"), this)) {
-    momentary_->setFont(Typeface::installed().systemFont(textSize));
+    momentary_->setFont(Typeface::installed().systemFont(Theme::Text::caption));
     momentary_->setToolTip(
         QStringLiteral("Draw Momentary loudness (400 ms) over the Short-Term history"));
     resetButton_->setSymbol(QStringLiteral("arrow.uturn.backward"), Theme::axisText);
@@ -69,11 +65,11 @@ LevelHistoryPanelView::LevelHistoryPanelView(MeterEngine& engine,
     header->orderTabs(*graph_);
 
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, paddingBottom);
+    column->setContentsMargins(0, 0, 0, Theme::Space::row);
     column->setSpacing(0);
     column->addWidget(header);
     auto* frame = new QHBoxLayout;
-    frame->setContentsMargins(paddingAcross, 0, paddingAcross, 0);
+    frame->setContentsMargins(Theme::Space::panel, 0, Theme::Space::panel, 0);
     frame->addWidget(graph_);
     column->addLayout(frame, 1);
 

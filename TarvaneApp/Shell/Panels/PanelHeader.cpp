@@ -10,11 +10,6 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr int paddingAcross = 16;
-constexpr int paddingUpDown = 8;
-constexpr int spacing = 16;
-// That of a menu button, so that graphs beside each other begin at one height.
-constexpr int controlHeight = 26;
 constexpr double letterSpacing = 0.5;
 
 // From left to right, with those inside of others.
@@ -36,9 +31,10 @@ void collectTabStops(const QLayout& layout, std::vector<QWidget*>& stops) {
 
 PanelHeader::PanelHeader(const QString& title, QWidget* parent)
     : QWidget(parent), row_(new QHBoxLayout(this)) {
-    row_->setContentsMargins(paddingAcross, paddingUpDown, paddingAcross, paddingUpDown);
-    row_->setSpacing(spacing);
-    setMinimumHeight(controlHeight + 2 * paddingUpDown);
+    row_->setContentsMargins(Theme::Margins::row);
+    row_->setSpacing(Theme::Space::panel);
+    // With and without controls, so that graphs beside each other begin at one height.
+    setMinimumHeight(Theme::controlHeight + 2 * Theme::Space::row);
     auto* label = new QLabel(title.toUpper(), this);
     QFont font = Theme::sectionLabelFont();
     font.setLetterSpacing(QFont::AbsoluteSpacing, letterSpacing);

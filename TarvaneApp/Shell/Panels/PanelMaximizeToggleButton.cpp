@@ -5,15 +5,9 @@
 
 namespace TarvaneApp {
 
-namespace {
-
-constexpr int symbolSize = 12;
-
-}  // namespace
-
 PanelMaximizeToggleButton::PanelMaximizeToggleButton(ModuleArrangementLink& arrangement,
                                                      PanelLayout panel, QWidget* parent)
-    : IconButton(symbolSize, parent), arrangement_(arrangement), panel_(panel) {
+    : IconButton(Theme::Symbol::header, parent), arrangement_(arrangement), panel_(panel) {
     connect(this, &QAbstractButton::clicked, this, [this] {
         const bool isSplit = arrangement_.arrangement().panelLayout == PanelLayout::both;
         arrangement_.setPanelLayout(isSplit ? panel_ : PanelLayout::both);

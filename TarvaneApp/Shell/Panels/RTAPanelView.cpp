@@ -25,11 +25,7 @@ using TarvaneKit::UUID;
 
 namespace {
 
-constexpr int paddingAcross = 16;
-constexpr int paddingBottom = 8;
-constexpr int averagingGap = 6;
 constexpr int averagingWidth = 90;
-constexpr int optionsIconSize = 14;
 
 }  // namespace
 
@@ -42,7 +38,7 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, const std::optional<UUID>& fixed
       averaging_(new MenuButton(QStringLiteral("Averaging"), this)),
       unitPicker_(new ReadoutUnitPicker(engine, channelID(), this)),
       overlayMenu_(new RTAOverlayMenu(engine, channelID(), this)),
-      optionsButton_(new IconButton(optionsIconSize, this)),
+      optionsButton_(new IconButton(Theme::Symbol::options, this)),
       optionsPopover_(*optionsButton_, [this](QWidget* popover) {
           return new RTAOptionsView(engine_, channelID(), popover);
       }) {
@@ -61,8 +57,9 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, const std::optional<UUID>& fixed
     header->row().addWidget(overlayMenu_);
     header->row().addStretch(1);
     averaging_->setFixedWidth(averagingWidth);
-    auto* averagingLabel = makeTextLabel(QStringLiteral("Averaging"), 11, Theme::axisText, header);
-    averagingLabel->setContentsMargins(0, 0, averagingGap, 0);
+    auto* averagingLabel =
+        makeTextLabel(QStringLiteral("Averaging"), Theme::Text::caption, Theme::axisText, header);
+    averagingLabel->setContentsMargins(0, 0, Theme::Space::related, 0);
     auto* averagingRow = new QHBoxLayout;
     averagingRow->setSpacing(0);
     averagingRow->addWidget(averagingLabel);
@@ -78,11 +75,11 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, const std::optional<UUID>& fixed
     header->orderTabs(*graph_);
 
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, paddingBottom);
+    column->setContentsMargins(0, 0, 0, Theme::Space::row);
     column->setSpacing(0);
     column->addWidget(header);
     auto* frame = new QHBoxLayout;
-    frame->setContentsMargins(paddingAcross, 0, paddingAcross, 0);
+    frame->setContentsMargins(Theme::Space::panel, 0, Theme::Space::panel, 0);
     frame->addWidget(graph_);
     column->addLayout(frame, 1);
 

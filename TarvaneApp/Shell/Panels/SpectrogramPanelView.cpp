@@ -20,9 +20,6 @@ using TarvaneKit::UUID;
 
 namespace {
 
-constexpr int paddingAcross = 16;
-constexpr int adjustIconSize = 14;
-
 class FrequencyAxisStrip final : public QWidget {
   public:
     explicit FrequencyAxisStrip(QWidget* parent) : QWidget(parent) {
@@ -47,7 +44,7 @@ SpectrogramPanelView::SpectrogramPanelView(MeterEngine& engine,
       picture_(new LiveSpectrogramView(engine, channelID(), this)),
       header_(new PanelHeader(QStringLiteral("Spectrogram"), this)),
       controls_(new SpectrogramControls(engine, fixedChannelID, Qt::Horizontal, header_)),
-      adjustButton_(new IconButton(adjustIconSize, header_)),
+      adjustButton_(new IconButton(Theme::Symbol::options, header_)),
       adjustPopover_(*adjustButton_, [this](QWidget* popover) {
           return new SpectrogramControls(engine_, fixedChannelID_, Qt::Vertical, popover);
       }) {
@@ -75,7 +72,7 @@ SpectrogramPanelView::SpectrogramPanelView(MeterEngine& engine,
     column->setSpacing(0);
     column->addWidget(header_);
     auto* frame = new QVBoxLayout;
-    frame->setContentsMargins(paddingAcross, 0, paddingAcross, 0);
+    frame->setContentsMargins(Theme::Space::panel, 0, Theme::Space::panel, 0);
     frame->setSpacing(0);
     frame->addWidget(picture_, 1);
     frame->addWidget(new FrequencyAxisStrip(this));

@@ -9,12 +9,19 @@
 
 namespace TarvaneApp {
 
+namespace {
+
+constexpr int paddingUpDown = 14;
+
+}  // namespace
+
 QFormLayout* addSection(QWidget* form, const QString& title) {
     auto* section = new QGroupBox(title, form);
     auto* rows = new QFormLayout(section);
-    rows->setContentsMargins(16, 14, 16, 14);
-    rows->setHorizontalSpacing(16);
-    rows->setVerticalSpacing(8);
+    rows->setContentsMargins(Theme::Space::panel, paddingUpDown, Theme::Space::panel,
+                             paddingUpDown);
+    rows->setHorizontalSpacing(Theme::Space::panel);
+    rows->setVerticalSpacing(Theme::Space::row);
     rows->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     rows->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
     static_cast<QBoxLayout*>(form->layout())->addWidget(section);
@@ -23,7 +30,7 @@ QFormLayout* addSection(QWidget* form, const QString& title) {
 
 QLabel* makeHelp(const QString& text, QWidget* parent) {
     auto* help = new QLabel(text, parent);
-    help->setFont(Typeface::installed().systemFont(11));
+    help->setFont(Typeface::installed().systemFont(Theme::Text::caption));
     help->setWordWrap(true);
     help->setTextFormat(Qt::PlainText);
     QPalette palette = help->palette();

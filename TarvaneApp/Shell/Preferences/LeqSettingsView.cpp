@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "Displays/RawText.h"
+#include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/FollowAll.h"
 #include "Shell/ChannelControls/LeqPresets.h"
@@ -57,7 +58,7 @@ QComboBox* makeTimePicker(MeterEngine& engine, QWidget* parent) {
 
 LeqSettingsView::LeqSettingsView(MeterEngine& engine, QWidget* parent) : QWidget(parent) {
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(16, 16, 16, 16);
+    column->setContentsMargins(Theme::Margins::form);
     QFormLayout* rows = addSection(this, QStringLiteral("User-Definable Leq"));
     QWidget* section = rows->parentWidget();
     rows->addRow(QStringLiteral("Weighting"), makeWeightingPicker(engine, section));

@@ -19,22 +19,16 @@ namespace TarvaneApp {
 using TarvaneKit::allCases;
 using TarvaneKit::UUID;
 
-namespace {
-
-constexpr int sectionSpacing = 12;
-constexpr int toggleSpacing = 6;
-
-}  // namespace
-
 ChannelWindowLayoutControls::ChannelWindowLayoutControls(MeterEngine& engine, const UUID& channelID,
                                                          QWidget* parent)
     : QWidget(parent), engine_(engine), channelID_(channelID) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(sectionSpacing);
-    column->addWidget(makeTextLabel(QStringLiteral("Show"), 11, Theme::axisText, this));
+    column->setSpacing(Theme::Space::section);
+    column->addWidget(
+        makeTextLabel(QStringLiteral("Show"), Theme::Text::caption, Theme::axisText, this));
     auto* toggles = new QVBoxLayout;
-    toggles->setSpacing(toggleSpacing);
+    toggles->setSpacing(Theme::Space::related);
     addToggle(*toggles, label(StandaloneModule::splMeter), &ChannelWindowLayout::showsSPLMeter);
     addToggle(*toggles, label(StandaloneModule::rta), &ChannelWindowLayout::showsRTA);
     addToggle(*toggles, label(StandaloneModule::spectrogram),

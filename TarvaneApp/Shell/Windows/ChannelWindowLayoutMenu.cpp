@@ -7,15 +7,9 @@
 
 namespace TarvaneApp {
 
-namespace {
-
-constexpr int symbolSize = 16;
-
-}  // namespace
-
 ChannelWindowLayoutMenu::ChannelWindowLayoutMenu(MeterEngine& engine,
                                                  const TarvaneKit::UUID& channelID, QWidget* parent)
-    : IconButton(symbolSize, parent),
+    : IconButton(Theme::Symbol::toolbar, parent),
       popover_(
           std::make_unique<PopoverPresentationState>(*this, [&engine, channelID](QWidget* popover) {
               return new ChannelWindowLayoutControls(engine, channelID, popover);

@@ -6,16 +6,10 @@
 
 namespace TarvaneApp {
 
-namespace {
-
-constexpr int symbolSize = 16;
-
-}  // namespace
-
 ExtraChannelsMenu::ExtraChannelsMenu(MeterEngine& engine, const AppCommands& commands,
                                      QWidget* parent)
     : IconMenuButton(
-          symbolSize, [this](QMenu& menu) { fill(menu); }, parent),
+          Theme::Symbol::toolbar, [this](QMenu& menu) { fill(menu); }, parent),
       engine_(engine),
       commands_(commands) {
     setSymbol(QStringLiteral("square.stack.3d.up"), Theme::axisText);

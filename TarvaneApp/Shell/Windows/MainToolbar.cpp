@@ -24,9 +24,6 @@ using TarvaneKit::UUID;
 
 namespace {
 
-constexpr int symbolSize = 22;
-constexpr int ellipsisSize = 14;
-constexpr int paddingAcross = 16;
 constexpr int paddingUpDown = 10;
 constexpr int spacing = 14;
 constexpr int spinnerInset = 2;
@@ -44,21 +41,21 @@ MainToolbar::MainToolbar(MeterEngine& engine, const AppCommands& commands, QWidg
     : QWidget(parent),
       engine_(engine),
       row_(new QHBoxLayout(this)),
-      startButton_(new IconButton(symbolSize, this)),
+      startButton_(new IconButton(Theme::Symbol::transport, this)),
       spinner_(new Spinner(startButton_)),
-      pauseButton_(new IconButton(symbolSize, this)),
-      pausedNote_(makeTextLabel({}, 11, Theme::peakHold, this)),
-      deviceName_(new ElidedLabel(12, Theme::axisText, this)),
+      pauseButton_(new IconButton(Theme::Symbol::transport, this)),
+      pausedNote_(makeTextLabel({}, Theme::Text::caption, Theme::peakHold, this)),
+      deviceName_(new ElidedLabel(Theme::Text::body, Theme::axisText, this)),
       resetPeakHoldButton_(new QPushButton(resetPeakHold, this)),
       resetPeakHoldMenu_(new IconMenuButton(
-          ellipsisSize,
+          Theme::Symbol::options,
           [&engine](QMenu& menu) {
               menu.addAction(resetPeakHold, [&engine] { engine.resetPeakHold(); });
           },
           this)) {
     constexpr int ring = IconButton::margin;
-    row_->setContentsMargins(paddingAcross - ring, paddingUpDown - ring, paddingAcross - ring,
-                             paddingUpDown - ring);
+    row_->setContentsMargins(Theme::Space::panel - ring, paddingUpDown - ring,
+                             Theme::Space::panel - ring, paddingUpDown - ring);
     row_->setSpacing(spacing - ring);
     row_->addWidget(startButton_);
     row_->addWidget(pauseButton_);
@@ -70,12 +67,13 @@ MainToolbar::MainToolbar(MeterEngine& engine, const AppCommands& commands, QWidg
     row_->addWidget(resetPeakHoldButton_);
     row_->addWidget(resetPeakHoldMenu_);
 
-    spinner_->setGeometry(ring + spinnerInset, ring + spinnerInset, symbolSize - 2 * spinnerInset,
-                          symbolSize - 2 * spinnerInset);
+    spinner_->setGeometry(ring + spinnerInset, ring + spinnerInset,
+                          Theme::Symbol::transport - 2 * spinnerInset,
+                          Theme::Symbol::transport - 2 * spinnerInset);
     pausedNote_->setText(QStringLiteral("PAUSED"));
     resetPeakHoldButton_->setFlat(true);
     resetPeakHoldButton_->setFocusPolicy(Qt::TabFocus);
-    resetPeakHoldButton_->setFont(Typeface::installed().systemFont(12));
+    resetPeakHoldButton_->setFont(Typeface::installed().systemFont(Theme::Text::body));
     QPalette palette = resetPeakHoldButton_->palette();
     palette.setColor(QPalette::ButtonText, Theme::axisText);
     resetPeakHoldButton_->setPalette(palette);
