@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "Displays/PixelGrid.h"
+#include "Displays/RawText.h"
 #include "Displays/Readouts/ClipBadge.h"
 #include "Displays/Readouts/ReadoutDrawing.h"
 #include "Displays/Readouts/ReadoutText.h"
@@ -158,10 +159,8 @@ SideLabel LoudnessReadoutView::targetLabel() const {
 }
 
 QString LoudnessReadoutView::targetHelp() const {
-    const std::string_view name = target.menuName();
-    return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())) +
-           QStringLiteral(": on target within ±") + QString::number(target.toleranceLU, 'g', 6) +
-           QStringLiteral(" LU");
+    return utf8Text(target.menuName()) + QStringLiteral(": on target within ±") +
+           QString::number(target.toleranceLU, 'g', 6) + QStringLiteral(" LU");
 }
 
 SideLabel LoudnessReadoutView::truePeakLabel() const {

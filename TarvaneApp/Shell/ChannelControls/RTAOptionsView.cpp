@@ -4,22 +4,22 @@
 #include <QLabel>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
-#include <algorithm>
 #include <array>
 
+#include "Displays/RawText.h"
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Records/ChannelColors.h"
 #include "Settings/FollowAll.h"
 #include "Shell/ChannelControls/TargetCurveControls.h"
 #include "Shell/Controls/ColorSwatches.h"
+#include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Controls/SegmentedPicker.h"
 #include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
 
-using TarvaneKit::allCases;
 using TarvaneKit::OctaveFraction;
 using TarvaneKit::RGBAColor;
 using TarvaneKit::RingOutSensitivity;
@@ -49,23 +49,6 @@ constexpr std::array peakColors{
     ColorSwatches::Swatch{"Cyan", channelColors[4]},
     ColorSwatches::Swatch{"Pink", channelColors[1]},
 };
-
-QString text(std::string_view label) {
-    return QString::fromUtf8(label.data(), static_cast<qsizetype>(label.size()));
-}
-
-/// An item for each case of an enum.
-template <class E, class Label, class Pick>
-std::vector<MenuButton::Item> itemsOf(E current, Label label, Pick pick) {
-    std::vector<MenuButton::Item> items;
-    for (const E value : allCases<E>()) {
-        items.push_back({.text = text(label(value)),
-                         .isCurrent = value == current,
-                         .action = [pick, value] { pick(value); },
-                         .dot = std::nullopt});
-    }
-    return items;
-}
 
 }  // namespace
 
@@ -108,7 +91,7 @@ RTAOptionsView::RTAOptionsView(MeterEngine& engine, const TarvaneKit::UUID& chan
         {QStringLiteral("Bands"), QStringLiteral("Line"), QStringLiteral("Both")}, viewPickerWidth,
         [this](int index) {
             write([index](ChannelDisplaySettings& display) {
-                display.viewMode = allCases<SpectrumViewMode>()[static_cast<std::size_t>(index)];
+                display.viewMode = EnumChoice<SpectrumViewMode>::at(index);
             });
         },
         this);
@@ -175,30 +158,29 @@ void RTAOptionsView::showChannel() {
         box->setChecked(on);
     };
     color_->setSelected(channel.color);
-    constexpr auto modes = allCases<SpectrumViewMode>();
-    viewMode_->setSelectedIndex(
-        static_cast<int>(std::ranges::find(modes, display.viewMode) - modes.begin()));
-    bands_->setItems(itemsOf(
-        display.octaveFraction, [](OctaveFraction fraction) { return TarvaneKit::label(fraction); },
+    viewMode_->setSelectedIndex(EnumChoice<SpectrumViewMode>::index(display.viewMode));
+    bands_->setItems(EnumChoice<OctaveFraction>::items(
+        display.octaveFraction,
         [this](OctaveFraction fraction) {
             write([fraction](ChannelDisplaySettings& settings) {
                 settings.octaveFraction = fraction;
             });
-        }));
+        },
+        [](OctaveFraction fraction) { return utf8Text(TarvaneKit::label(fraction)); }));
     show(peakHold_, display.showsPeakHold);
     peakColor_->setSelected(display.peakHoldColor);
     peakColor_->setEnabled(display.showsPeakHold);
     show(octaveNormalized_, display.octaveNormalized);
     targetCurve_->setChannelID(channelID());
     show(ringOut_, channel.ringOutEnabled);
-    sensitivity_->setItems(itemsOf(
+    sensitivity_->setItems(EnumChoice<RingOutSensitivity>::items(
         display.ringOutSensitivity,
-        [](RingOutSensitivity sensitivity) { return TarvaneKit::label(sensitivity); },
         [this](RingOutSensitivity sensitivity) {
             write([sensitivity](ChannelDisplaySettings& settings) {
                 settings.ringOutSensitivity = sensitivity;
             });
-        }));
+        },
+        [](RingOutSensitivity sensitivity) { return utf8Text(TarvaneKit::label(sensitivity)); }));
 }
 
 }  // namespace TarvaneApp

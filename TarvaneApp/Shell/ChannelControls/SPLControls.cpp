@@ -2,7 +2,6 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <algorithm>
 
 #include "Displays/RawText.h"
 #include "Displays/Theme.h"
@@ -11,30 +10,17 @@
 #include "Shell/ChannelControls/LeqPresets.h"
 #include "Shell/Controls/CompactToggleButton.h"
 #include "Shell/Controls/ControlRow.h"
+#include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/SegmentedPicker.h"
 #include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
 
-using TarvaneKit::allCases;
 using TarvaneKit::UUID;
 
 namespace {
 
 constexpr int modePickerWidth = 150;
-
-QStringList modeLabels() {
-    QStringList labels;
-    for (const MetricMode mode : allCases<MetricMode>()) {
-        labels.append(rawText(mode));
-    }
-    return labels;
-}
-
-int modeIndex(MetricMode mode) {
-    constexpr auto modes = allCases<MetricMode>();
-    return static_cast<int>(std::ranges::find(modes, mode) - modes.begin());
-}
 
 }  // namespace
 
@@ -44,7 +30,7 @@ SPLControls::ToggleRow<E> SPLControls::makeRow(QWidget* group, const char* what,
     auto* holder = new QWidget(group);
     auto* layout = ControlRow::make(holder, Theme::Space::related);
     ToggleRow<E> row;
-    for (const E value : allCases<E>()) {
+    for (const E value : TarvaneKit::allCases<E>()) {
         const QString label = rawText(value);
         auto* button = new CompactToggleButton(
             label,
@@ -66,10 +52,10 @@ SPLControls::SPLControls(MeterEngine& engine, const UUID& channelID, QWidget* pa
     : QWidget(parent), engine_(engine), channelID_(channelID) {
     auto* row = ControlRow::make(this, Theme::Space::group);
     modePicker_ = new SegmentedPicker(
-        modeLabels(), modePickerWidth,
+        EnumChoice<MetricMode>::labels(), modePickerWidth,
         [this](int index) {
             engine_.updateDisplay(channelID_, [index](ChannelDisplaySettings& display) {
-                display.metricMode = allCases<MetricMode>()[static_cast<std::size_t>(index)];
+                display.metricMode = EnumChoice<MetricMode>::at(index);
             });
         },
         this);
@@ -106,7 +92,7 @@ void SPLControls::setChannelID(const UUID& channelID) {
 
 void SPLControls::showDisplay() {
     const ChannelDisplaySettings display = engine_.display(channelID_);
-    modePicker_->setSelectedIndex(modeIndex(display.metricMode));
+    modePicker_->setSelectedIndex(EnumChoice<MetricMode>::index(display.metricMode));
     splGroup_->setVisible(display.metricMode == MetricMode::spl);
     peakGroup_->setVisible(display.metricMode == MetricMode::peak);
     leqNote_->setVisible(display.metricMode == MetricMode::leq);

@@ -11,6 +11,7 @@
 #include "Engine/MeterEngine.h"
 #include "LiveDisplays/LiveLevelHistoryGraph.h"
 #include "Settings/FollowAll.h"
+#include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/IconButton.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Controls/TextLabel.h"
@@ -105,18 +106,11 @@ void LevelHistoryPanelView::channelChanged() {
 }
 
 void LevelHistoryPanelView::showZoom() {
-    std::vector<MenuButton::Item> items;
-    for (const LevelHistoryZoom zoom : TarvaneKit::allCases<LevelHistoryZoom>()) {
-        items.push_back({.text = rawText(zoom),
-                         .isCurrent = zoom == engine_.levelHistoryZoom(),
-                         .action =
-                             [this, zoom] {
-                                 engine_.levelHistoryZoom.set(zoom);
-                                 graph_->clearOwnRange();
-                             },
-                         .dot = std::nullopt});
-    }
-    zoomMenu_->setItems(std::move(items));
+    zoomMenu_->setItems(EnumChoice<LevelHistoryZoom>::items(engine_.levelHistoryZoom(),
+                                                            [this](LevelHistoryZoom zoom) {
+                                                                engine_.levelHistoryZoom.set(zoom);
+                                                                graph_->clearOwnRange();
+                                                            }));
     const QString help = QStringLiteral("Back to %1 (or double-click the graph)")
                              .arg(rawText(engine_.levelHistoryZoom()));
     resetButton_->setToolTip(help);

@@ -3,7 +3,6 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "Displays/RawText.h"
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "LiveDisplays/LiveSpectrumView.h"
@@ -11,6 +10,7 @@
 #include "Shell/ChannelControls/ChannelPickerMenu.h"
 #include "Shell/ChannelControls/RTAOptionsView.h"
 #include "Shell/ChannelControls/ReadoutUnitPicker.h"
+#include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/IconButton.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Controls/TextLabel.h"
@@ -101,14 +101,9 @@ void RTAPanelView::channelChanged() {
 }
 
 void RTAPanelView::showAveraging() {
-    std::vector<MenuButton::Item> items;
-    for (const TimeWeighting weighting : TarvaneKit::allCases<TimeWeighting>()) {
-        items.push_back({.text = rawText(weighting),
-                         .isCurrent = weighting == engine_.rtaTimeWeighting(),
-                         .action = [this, weighting] { engine_.rtaTimeWeighting.set(weighting); },
-                         .dot = std::nullopt});
-    }
-    averaging_->setItems(std::move(items));
+    averaging_->setItems(EnumChoice<TimeWeighting>::items(
+        engine_.rtaTimeWeighting(),
+        [this](TimeWeighting weighting) { engine_.rtaTimeWeighting.set(weighting); }));
 }
 
 }  // namespace TarvaneApp

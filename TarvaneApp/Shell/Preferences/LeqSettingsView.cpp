@@ -6,11 +6,11 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "Displays/RawText.h"
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/FollowAll.h"
 #include "Shell/ChannelControls/LeqPresets.h"
+#include "Shell/Controls/EnumChoice.h"
 #include "Shell/Preferences/FormHelp.h"
 
 namespace TarvaneApp {
@@ -22,14 +22,11 @@ namespace {
 QComboBox* makeWeightingPicker(MeterEngine& engine, QWidget* parent) {
     auto* picker = new QComboBox(parent);
     QObject::connect(picker, &QComboBox::activated, parent, [&engine](int index) {
-        engine.leqWeighting.set(TarvaneKit::allCases<Weighting>()[static_cast<std::size_t>(index)]);
+        engine.leqWeighting.set(EnumChoice<Weighting>::at(index));
     });
-    std::vector<ComboEntry> entries;
-    for (const Weighting weighting : TarvaneKit::allCases<Weighting>()) {
-        entries.push_back({rawText(weighting), static_cast<int>(weighting)});
-    }
-    follow(engine.leqWeighting, picker, [&engine, picker, entries] {
-        setEntries(*picker, entries, static_cast<int>(engine.leqWeighting()));
+    picker->addItems(EnumChoice<Weighting>::labels());
+    follow(engine.leqWeighting, picker, [&engine, picker] {
+        picker->setCurrentIndex(EnumChoice<Weighting>::index(engine.leqWeighting()));
     });
     return picker;
 }

@@ -5,18 +5,17 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <algorithm>
 
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/FollowAll.h"
+#include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/MenuItems.h"
 #include "Shell/Controls/TextLabel.h"
 #include "Shell/Windows/StandaloneModule.h"
 
 namespace TarvaneApp {
 
-using TarvaneKit::allCases;
 using TarvaneKit::UUID;
 
 ChannelWindowLayoutControls::ChannelWindowLayoutControls(MeterEngine& engine, const UUID& channelID,
@@ -74,22 +73,15 @@ void ChannelWindowLayoutControls::addPicker(QFormLayout& rows, const QString& na
     auto* picker = new QComboBox(this);
     picker->setAccessibleName(name);
     picker->addItem(QStringLiteral("Same as Main Window"));
-    for (const E value : allCases<E>()) {
-        const auto label = TarvaneKit::rawValue(value);
-        picker->addItem(QString::fromUtf8(label.data(), static_cast<qsizetype>(label.size())));
-    }
+    picker->addItems(EnumChoice<E>::labels());
     connect(picker, &QComboBox::activated, this, [this, field](int index) {
         engine_.updateWindowLayout(channelID_, [field, index](ChannelWindowLayout& layout) {
-            layout.*field = index > 0
-                                ? std::optional(allCases<E>()[static_cast<std::size_t>(index - 1)])
-                                : std::nullopt;
+            layout.*field = index > 0 ? std::optional(EnumChoice<E>::at(index - 1)) : std::nullopt;
         });
     });
     shows_.emplace_back([picker, field](const ChannelWindowLayout& layout) {
         const auto& chosen = layout.*field;
-        const auto cases = allCases<E>();
-        picker->setCurrentIndex(
-            chosen ? 1 + static_cast<int>(std::ranges::find(cases, *chosen) - cases.begin()) : 0);
+        picker->setCurrentIndex(chosen ? 1 + EnumChoice<E>::index(*chosen) : 0);
     });
     rows.addRow(menuText(name.toStdString()), picker);
 }
