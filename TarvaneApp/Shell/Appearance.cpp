@@ -11,6 +11,7 @@
 #include <algorithm>
 
 #include "Displays/FocusRing.h"
+#include "Displays/Plate.h"
 #include "Displays/Theme.h"
 #include "Shell/Controls/Icon.h"
 
@@ -55,7 +56,7 @@ class FlatStyle final : public QProxyStyle {
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override {
         if (element == PE_PanelButtonCommand) {
-            paintPlate(*painter, *option);
+            paintButton(*painter, *option);
         } else if (element == PE_IndicatorCheckBox) {
             paintCheckBox(*painter, *option);
         } else if (element != PE_FrameFocusRect) {
@@ -90,7 +91,7 @@ class FlatStyle final : public QProxyStyle {
             QProxyStyle::drawComplexControl(control, option, painter, widget);
             return;
         }
-        paintPlate(*painter, *option);
+        paintButton(*painter, *option);
         const QRectF arrow(option->rect.right() - Theme::Symbol::chevron - chevronMargin,
                            option->rect.center().y() - Theme::Symbol::chevron / 2.0 + 1.0,
                            Theme::Symbol::chevron, Theme::Symbol::chevron);
@@ -140,17 +141,15 @@ class FlatStyle final : public QProxyStyle {
         painter.restore();
     }
 
-    static void paintPlate(QPainter& painter, const QStyleOption& option) {
+    static void paintButton(QPainter& painter, const QStyleOption& option) {
         const bool isEnabled = (option.state & State_Enabled) != 0;
         const bool isPressed = isEnabled && (option.state & State_Sunken) != 0;
         const bool isHovered = isEnabled && (option.state & State_MouseOver) != 0;
         painter.save();
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(isPressed   ? Theme::controlBackground
-                         : isHovered ? Theme::gridLineStrong
-                                     : Theme::gridLine);
-        painter.drawRoundedRect(option.rect, Theme::Radius::control, Theme::Radius::control);
+        paintPlate(painter, option.rect, Theme::Radius::control,
+                   isPressed   ? Theme::controlBackground
+                   : isHovered ? Theme::gridLineStrong
+                               : Theme::gridLine);
         painter.restore();
     }
 

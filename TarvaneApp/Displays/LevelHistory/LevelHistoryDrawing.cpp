@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "Displays/Plate.h"
 #include "Displays/Readouts/ReadoutText.h"
 #include "Displays/SharpLine.h"
 #include "Displays/TabularText.h"
@@ -91,11 +92,10 @@ void drawMark(QPainter& painter, const QPointF& point, double direction, const Q
     const double left = isLeft ? point.x() - markLabelAcross - width : point.x() + markLabelAcross;
     const double baseline = std::min(
         baselineAbout(point.y() + direction * markLabelUpDown, metrics), plot.bottom() - 1.0);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::faded(Theme::background, markPlateOpacity));
-    painter.drawRoundedRect(QRectF(left, baseline - metrics.capHeight(), width, metrics.capHeight())
-                                .adjusted(-2.0, -2.0, 2.0, 2.0),
-                            Theme::Radius::label, Theme::Radius::label);
+    paintPlate(painter,
+               QRectF(left, baseline - metrics.capHeight(), width, metrics.capHeight())
+                   .adjusted(-2.0, -2.0, 2.0, 2.0),
+               Theme::Radius::label, Theme::faded(Theme::background, markPlateOpacity));
     painter.setPen(Theme::axisText);
     TabularText::draw(painter, QPointF(left, baseline), text, font);
 }

@@ -1,30 +1,22 @@
 #include "Displays/LevelHistory/LevelHistoryHover.h"
 
 #include <QDateTime>
-#include <QFontMetricsF>
-#include <QPainter>
 #include <algorithm>
 #include <chrono>
 
+#include "Displays/HoverPlate.h"
 #include "Displays/Readouts/ReadoutText.h"
 #include "Displays/SharpLine.h"
-#include "Displays/TabularText.h"
 
 namespace TarvaneApp {
 
 namespace {
 
-constexpr double hoverLineOpacity = 0.6;
-constexpr double hoverPlateOpacity = 0.95;
-constexpr double hoverGap = 6.0;
-constexpr double hoverRoom = 160.0;
-constexpr double hoverMarginAcross = 5.0;
-constexpr double hoverMarginUpDown = 3.0;
+constexpr double lineOpacity = 0.6;
+constexpr double gap = 6.0;            // between the line and the text
+constexpr double roomOnRight = 160.0;  // with less of it the text stands on the left
+constexpr double marginAcross = 5.0;
 constexpr double singleLevelDB = 0.1;  // narrower columns tell one level
-
-QFont hoverFont(const Typeface& typeface) {
-    return typeface.monospacedFont(Theme::Text::caption, QFont::Medium);
-}
 
 QString wallClock(const TarvaneKit::Date& start, double elapsed) {
     const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(
@@ -72,15 +64,13 @@ QRectF hoverPlate(const LevelHistoryView& view, const LevelHistoryGeometry& geom
     if (text.isEmpty()) {
         return {};
     }
-    const QFont font = hoverFont(typeface);
-    const double width = TabularText::width(text, font);
+    const QSizeF plate = HoverPlate{text, marginAcross}.size(typeface);
+    const double width = plate.width() - 2.0 * marginAcross;
     const double x = *view.hover.xPosition;
-    const bool fitsRight = x + hoverGap + width + hoverMarginAcross <= size.width();
-    double left =
-        x > geometry.plot.right() - hoverRoom || !fitsRight ? x - hoverGap - width : x + hoverGap;
-    left = std::max(left, hoverMarginAcross);
-    return QRectF(left, geometry.plot.top(), width, QFontMetricsF(font).height())
-        .adjusted(-hoverMarginAcross, -hoverMarginUpDown, hoverMarginAcross, hoverMarginUpDown);
+    const bool isOnRight =
+        x <= geometry.plot.right() - roomOnRight && x + gap + width + marginAcross <= size.width();
+    const double left = std::max(isOnRight ? x + gap : x - gap - width, marginAcross);
+    return {QPointF(left - marginAcross, geometry.plot.top() - HoverPlate::marginUpDown), plate};
 }
 
 void drawHover(QPainter& painter, const LevelHistoryView& view,
@@ -90,17 +80,8 @@ void drawHover(QPainter& painter, const LevelHistoryView& view,
         return;
     }
     paintVerticalLine(painter, *view.hover.xPosition, geometry.plot,
-                      Theme::faded(Theme::primaryText, hoverLineOpacity));
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::faded(Theme::panelBackground, hoverPlateOpacity));
-    painter.drawRoundedRect(plate, Theme::Radius::plate, Theme::Radius::plate);
-    const QFont font = hoverFont(typeface);
-    painter.setPen(Qt::white);
-    TabularText::draw(painter,
-                      QPointF(plate.left() + hoverMarginAcross,
-                              plate.top() + hoverMarginUpDown + QFontMetricsF(font).ascent()),
-                      hoverText(view, geometry), font);
+                      Theme::faded(Theme::primaryText, lineOpacity));
+    HoverPlate{hoverText(view, geometry), marginAcross}.paint(painter, plate, typeface);
 }
 
 }  // namespace TarvaneApp

@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include "Displays/PixelGrid.h"
+#include "Displays/Plate.h"
 
 namespace TarvaneApp {
 
@@ -90,10 +91,8 @@ void ClipBadge::paint(QPainter& painter, const QRectF& rect, double textScale,
     const QFontMetricsF metrics(font);
     painter.save();
     painter.setOpacity(painter.opacity() * opacity());
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::color(TarvaneKit::SignalColors::red));
-    painter.drawRoundedRect(plate, Theme::Radius::graph * textScale,
-                            Theme::Radius::graph * textScale);
+    paintPlate(painter, plate, Theme::Radius::graph * textScale,
+               Theme::color(TarvaneKit::SignalColors::red));
     painter.setFont(font);
     painter.setPen(Qt::white);
     painter.drawText(QPointF(plate.center().x() - textWidth(text(), font, textScale) / 2.0,

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "Displays/PixelGrid.h"
+#include "Displays/Plate.h"
 #include "Displays/RawText.h"
 #include "Displays/Readouts/ClipBadge.h"
 #include "Displays/Readouts/ReadoutDrawing.h"
@@ -102,10 +103,8 @@ void paintReading(QPainter& painter, const LoudnessReadoutView& view, LoudnessMe
                   const QRectF& rect, double scale, const Typeface& typeface) {
     const LoudnessReadoutView::Reading reading = view.reading(metric);
     const ReadingColumns columns = columnsOf(metric, scale, typeface);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::controlBackground);
-    painter.drawRoundedRect(PixelGrid(painter).snapped(rect), Theme::Radius::plate * scale,
-                            Theme::Radius::plate * scale);
+    paintPlate(painter, PixelGrid(painter).snapped(rect), Theme::Radius::plate * scale,
+               Theme::controlBackground);
 
     // All three texts stand on the number's base line.
     const QFont ordinary = valueFont(scale, typeface);

@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include "Displays/PixelGrid.h"
+#include "Displays/Plate.h"
 #include "Displays/Theme.h"
 
 namespace TarvaneApp {
@@ -17,19 +18,14 @@ QRectF ReadoutPlate::rectAtTop(const QSize& view) {
 }
 
 void ReadoutPlate::paint(QPainter& painter, const QRectF& plate, const QRectF& dirty) {
+    constexpr double radius = Theme::Radius::panel;
     painter.setRenderHint(QPainter::Antialiasing);
-    if (plate
-            .adjusted(Theme::Radius::panel, Theme::Radius::panel, -Theme::Radius::panel,
-                      -Theme::Radius::panel)
-            .contains(dirty)) {
+    if (plate.adjusted(radius, radius, -radius, -radius).contains(dirty)) {
         painter.fillRect(dirty, Theme::panelBackground);
         return;
     }
     painter.fillRect(dirty, Theme::background);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::panelBackground);
-    painter.drawRoundedRect(PixelGrid(painter).snapped(plate), Theme::Radius::panel,
-                            Theme::Radius::panel);
+    paintPlate(painter, PixelGrid(painter).snapped(plate), radius, Theme::panelBackground);
 }
 
 }  // namespace TarvaneApp

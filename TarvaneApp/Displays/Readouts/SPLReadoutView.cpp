@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "Displays/PixelGrid.h"
+#include "Displays/Plate.h"
 #include "Displays/Readouts/ClipBadge.h"
 #include "Displays/Readouts/MinMaxLabel.h"
 #include "Displays/Readouts/ReadoutDrawing.h"
@@ -74,9 +75,7 @@ double progressFillWidth(double progress, const QRectF& track) {
 void paintProgress(QPainter& painter, double progress, const SPLReadoutGeometry& geometry) {
     const QRectF track = PixelGrid(painter).snapped(geometry.progress);
     const double radius = track.height() / 2.0;
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::gridLine);
-    painter.drawRoundedRect(track, radius, radius);
+    paintPlate(painter, track, radius, Theme::gridLine);
     QRectF fill = track;
     fill.setWidth(progressFillWidth(progress, track));
     if (fill.width() <= 0.0) {

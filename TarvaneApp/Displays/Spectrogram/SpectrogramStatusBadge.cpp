@@ -1,4 +1,5 @@
 #include "Displays/Spectrogram/SpectrogramStatusBadge.h"
+#include "Displays/Plate.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -35,10 +36,8 @@ void SpectrogramStatusBadge::paint(QPainter& painter, const QSizeF& plot,
     const QFont font = badgeFont(typeface);
     const QFontMetricsF metrics(font);
     const QRectF plate = rect(plot, typeface);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::faded(Theme::panelBackground, plateOpacity));
-    painter.drawRoundedRect(plate, Theme::Radius::plate, Theme::Radius::plate);
+    paintPlate(painter, plate, Theme::Radius::plate,
+               Theme::faded(Theme::panelBackground, plateOpacity));
     painter.setFont(font);
     painter.setPen(isLive ? Theme::color(TarvaneKit::SignalColors::green) : Theme::axisText);
     painter.drawText(

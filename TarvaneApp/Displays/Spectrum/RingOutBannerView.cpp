@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <cmath>
 
+#include "Displays/Plate.h"
 #include "Displays/TabularText.h"
 
 namespace TarvaneApp {
@@ -74,11 +75,8 @@ void RingOutBannerView::paint(QPainter& painter, const QSizeF& graph,
     }
     const QRectF plate = rect(graph, typeface);
     painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(presence * (isLive ? 1.0 : heldOpacity));
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::faded(Theme::panelBackground, plateOpacity));
-    painter.drawRoundedRect(plate, radius, radius);
+    paintPlate(painter, plate, radius, Theme::faded(Theme::panelBackground, plateOpacity));
 
     const QFontMetricsF metrics(frequencyFont(typeface));
     const double baseline = plate.top() + Theme::Space::row + metrics.ascent();

@@ -1,25 +1,21 @@
 #include "Displays/Spectrum/SpectrumHover.h"
 
-#include <QFontMetricsF>
-#include <QPainter>
 #include <algorithm>
 
+#include "Displays/HoverPlate.h"
 #include "Displays/SharpLine.h"
 #include "Displays/Spectrum/SpectrumView.h"
-#include "Displays/TabularText.h"
 
 namespace TarvaneApp {
 
 namespace {
 
-constexpr double hoverOpacity = 0.95;
-constexpr double hoverMiddle = 14.0;
-constexpr double hoverInset = 55.0;
-constexpr double hoverMarginAcross = 6.0;
-constexpr double hoverMarginUpDown = 3.0;
+constexpr double plateMiddle = 14.0;    // under the graph's top
+constexpr double smallestInset = 55.0;  // of the plate's middle, from the graph's sides
 
-QFont hoverFont(const Typeface& typeface) {
-    return typeface.monospacedFont(Theme::Text::caption, QFont::Medium);
+HoverPlate plateOf(const SpectrumView& view) {
+    return {.text = view.hoverLabel(*view.hover.frequencyHz),
+            .marginAcross = Theme::Space::related};
 }
 
 }  // namespace
@@ -28,15 +24,14 @@ QRectF hoverPlate(const SpectrumView& view, const QSizeF& size, const Typeface& 
     if (!view.hover.xPosition || !view.hover.frequencyHz) {
         return {};
     }
-    const QFont font = hoverFont(typeface);
-    const double width = TabularText::width(view.hoverLabel(*view.hover.frequencyHz), font) +
-                         2.0 * hoverMarginAcross;
-    const double height = QFontMetricsF(font).height() + 2.0 * hoverMarginUpDown;
-    const double inset = std::max(hoverInset, width / 2.0);
+    const QSizeF plate = plateOf(view).size(typeface);
+    const double inset = std::max(smallestInset, plate.width() / 2.0);
     const double middle = size.width() > 2.0 * inset
                               ? std::clamp(*view.hover.xPosition, inset, size.width() - inset)
                               : size.width() / 2.0;
-    return {middle - width / 2.0, std::max(hoverMiddle - height / 2.0, 0.0), width, height};
+    return {
+        QPointF(middle - plate.width() / 2.0, std::max(plateMiddle - plate.height() / 2.0, 0.0)),
+        plate};
 }
 
 void paintHover(QPainter& painter, const SpectrumView& view, const QSizeF& size,
@@ -47,16 +42,7 @@ void paintHover(QPainter& painter, const SpectrumView& view, const QSizeF& size,
     }
     paintVerticalLine(painter, *view.hover.xPosition, QRectF(QPointF(), size),
                       Theme::gridLineStrong);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::faded(Theme::panelBackground, hoverOpacity));
-    painter.drawRoundedRect(plate, Theme::Radius::plate, Theme::Radius::plate);
-    const QFont font = hoverFont(typeface);
-    painter.setPen(Qt::white);
-    TabularText::draw(painter,
-                      QPointF(plate.left() + hoverMarginAcross,
-                              plate.top() + hoverMarginUpDown + QFontMetricsF(font).ascent()),
-                      view.hoverLabel(*view.hover.frequencyHz), font);
+    plateOf(view).paint(painter, plate, typeface);
 }
 
 }  // namespace TarvaneApp

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "Displays/FrequencyAxis.h"
+#include "Displays/Plate.h"
 #include "Displays/Spectrum/SpectrumView.h"
 #include "Displays/TabularText.h"
 
@@ -13,7 +14,7 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr double labelOpacity = 0.55;
+constexpr double plateOpacity = 0.55;
 constexpr double frequencyLabelGap = 3.0;   // between a rule and its label
 constexpr double frequencyLabelTop = 10.0;  // above the bottom
 constexpr double flippedWidth = 20.0;       // a rule nearer to the right edge has its label inside
@@ -137,11 +138,9 @@ void paintLabels(QPainter& painter, const std::vector<SpectrumLabel>& labels,
                  const Typeface& typeface) {
     const QFont font = labelFont(typeface);
     const double ascent = QFontMetricsF(font).ascent();
-    painter.setRenderHint(QPainter::Antialiasing);
     for (const SpectrumLabel& label : labels) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(Theme::faded(Theme::background, labelOpacity));
-        painter.drawRoundedRect(label.plate(), Theme::Radius::label, Theme::Radius::label);
+        paintPlate(painter, label.plate(), Theme::Radius::label,
+                   Theme::faded(Theme::background, plateOpacity));
         painter.setPen(Theme::primaryText);
         TabularText::draw(painter, QPointF(label.rect.left(), label.rect.top() + ascent),
                           label.text, font);

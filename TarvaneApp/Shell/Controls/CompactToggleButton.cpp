@@ -5,6 +5,8 @@
 #include <QSignalBlocker>
 #include <algorithm>
 
+#include "Displays/FocusRing.h"
+#include "Displays/Plate.h"
 #include "Displays/Theme.h"
 
 namespace TarvaneApp {
@@ -52,24 +54,19 @@ QSize CompactToggleButton::sizeHint() const {
 
 void CompactToggleButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
     QColor ground = isSelected() ? Theme::accent : Theme::controlBackground;
     if (isDown()) {
         ground = ground.darker(120);
     } else if (underMouse() && !isSelected()) {
         ground = Theme::gridLine;
     }
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(ground);
-    painter.drawRoundedRect(rect(), Theme::Radius::control, Theme::Radius::control);
+    paintPlate(painter, rect(), Theme::Radius::control, ground);
     painter.setFont(labelFont());
     painter.setPen(isSelected() ? Theme::primaryText : Theme::axisText);
     painter.drawText(rect(), Qt::AlignCenter, text());
     if (hasFocus()) {
-        painter.setPen(QPen(isSelected() ? Theme::primaryText : Theme::accent, 2.0));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), Theme::Radius::control - 1.0,
-                                Theme::Radius::control - 1.0);
+        paintFocusRing(painter, rect(), Theme::Radius::control - 1.0,
+                       isSelected() ? Theme::primaryText : Theme::accent);
     }
 }
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "Displays/FocusRing.h"
+#include "Displays/Plate.h"
 #include "Displays/Theme.h"
 #include "Shell/Controls/Icon.h"
 #include "Shell/Controls/MenuItems.h"
@@ -74,10 +75,8 @@ QSize MenuButton::sizeHint() const {
 
 void MenuButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(isDown() || underMouse() ? Theme::gridLine : Theme::controlBackground);
-    painter.drawRoundedRect(rect(), Theme::Radius::control, Theme::Radius::control);
+    paintPlate(painter, rect(), Theme::Radius::control,
+               isDown() || underMouse() ? Theme::gridLine : Theme::controlBackground);
     double x = Theme::Space::button;
     if (dot_) {
         painter.setBrush(*dot_);

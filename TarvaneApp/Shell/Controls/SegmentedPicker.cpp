@@ -4,12 +4,16 @@
 #include <QHBoxLayout>
 #include <QPainter>
 
+#include "Displays/FocusRing.h"
+#include "Displays/Plate.h"
 #include "Displays/Theme.h"
 #include "Shell/Controls/PickedTabStop.h"
 
 namespace TarvaneApp {
 
 namespace {
+
+constexpr double inset = 2.0;  // of a segment in the picker
 
 class Segment final : public QAbstractButton {
   public:
@@ -23,22 +27,16 @@ class Segment final : public QAbstractButton {
   protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        const QRectF body = QRectF(rect()).adjusted(2, 2, -2, -2);
+        const QRectF body = QRectF(rect()).adjusted(inset, inset, -inset, -inset);
         if (isChecked()) {
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(Theme::accent);
-            painter.drawRoundedRect(body, Theme::Radius::control - 2.0,
-                                    Theme::Radius::control - 2.0);
+            paintPlate(painter, body, Theme::Radius::control - inset, Theme::accent);
         }
         painter.setFont(Typeface::installed().systemFont(Theme::Text::title));
         painter.setPen(isChecked() || isDown() ? Theme::primaryText : Theme::axisText);
         painter.drawText(rect(), Qt::AlignCenter, text());
         if (hasFocus()) {
-            painter.setPen(QPen(isChecked() ? Theme::primaryText : Theme::accent, 2.0));
-            painter.setBrush(Qt::NoBrush);
-            painter.drawRoundedRect(body.adjusted(1, 1, -1, -1), Theme::Radius::control - 3.0,
-                                    Theme::Radius::control - 3.0);
+            paintFocusRing(painter, body, Theme::Radius::control - inset - 1.0,
+                           isChecked() ? Theme::primaryText : Theme::accent);
         }
     }
 };
@@ -78,10 +76,7 @@ void SegmentedPicker::setSelectedIndex(int index) {
 
 void SegmentedPicker::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::controlBackground);
-    painter.drawRoundedRect(rect(), Theme::Radius::control, Theme::Radius::control);
+    paintPlate(painter, rect(), Theme::Radius::control, Theme::controlBackground);
 }
 
 }  // namespace TarvaneApp

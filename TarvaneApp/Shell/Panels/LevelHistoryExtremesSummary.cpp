@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "Displays/FocusRing.h"
+#include "Displays/Plate.h"
 #include "Displays/TabularText.h"
 #include "Displays/Theme.h"
 #include "LiveDisplays/LiveLevelHistoryGraph.h"
@@ -61,9 +62,8 @@ class LevelHistoryExtremesSummary::Button final : public QAbstractButton {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         if (isEnabled() && (underMouse() || isDown())) {
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(isDown() ? Theme::gridLine : Theme::controlBackground);
-            painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+            paintPlate(painter, rect(), cornerRadius,
+                       isDown() ? Theme::gridLine : Theme::controlBackground);
         }
         // Both texts stand on the base line of the larger one.
         const QFontMetricsF metrics(valueFont());
