@@ -26,8 +26,7 @@ ChannelOverlayMenu::ChannelOverlayMenu(MeterEngine& engine, Setting<IDs>& overla
       engine_(engine),
       overlays_(overlays),
       baseChannelID_(baseChannelID) {
-    setToolTip(help);
-    setAccessibleName(help);
+    setHelp(help);
     followAll(
         this, [this] { showState(); }, overlays, engine.extraChannels);
 }

@@ -12,6 +12,7 @@
 #include "Shell/ChannelControls/SPLControlMenus.h"
 #include "Shell/ChannelControls/SPLControls.h"
 #include "Shell/Controls/ControlRow.h"
+#include "Shell/Controls/Divider.h"
 
 namespace TarvaneApp {
 
@@ -28,7 +29,7 @@ MetricControlBar::MetricControlBar(MeterEngine& engine,
       fixedChannelID_(fixedChannelID),
       row_(new QHBoxLayout(this)),
       unitPicker_(new ReadoutUnitPicker(engine, channelID(), this)),
-      divider_(ControlRow::makeDivider(this)),
+      divider_(makeGroupDivider(this)),
       splControls_(new SPLControls(engine, channelID(), this)),
       splMenus_(new SPLControlMenus(engine, channelID(), this)),
       loudnessControls_(new LoudnessControls(engine, this)) {

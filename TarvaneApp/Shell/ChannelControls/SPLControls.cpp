@@ -10,6 +10,7 @@
 #include "Shell/ChannelControls/LeqPresets.h"
 #include "Shell/Controls/CompactToggleButton.h"
 #include "Shell/Controls/ControlRow.h"
+#include "Shell/Controls/Divider.h"
 #include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/SegmentedPicker.h"
 #include "Shell/Controls/TextLabel.h"
@@ -61,12 +62,12 @@ SPLControls::SPLControls(MeterEngine& engine, const UUID& channelID, QWidget* pa
         this);
     modePicker_->setAccessibleName(QStringLiteral("Metric"));
     row->addWidget(modePicker_);
-    row->addWidget(ControlRow::makeDivider(this));
+    row->addWidget(makeGroupDivider(this));
 
     splGroup_ = new QWidget(this);
     ControlRow::make(splGroup_, Theme::Space::group);
     splWeightings_ = makeRow(splGroup_, "weighting", &ChannelDisplaySettings::splWeighting);
-    splGroup_->layout()->addWidget(ControlRow::makeDivider(splGroup_));
+    splGroup_->layout()->addWidget(makeGroupDivider(splGroup_));
     splTimeWeightings_ =
         makeRow(splGroup_, "time weighting", &ChannelDisplaySettings::splTimeWeighting);
     row->addWidget(splGroup_);

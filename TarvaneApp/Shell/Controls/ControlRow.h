@@ -1,4 +1,4 @@
-// A row of controls in groups with a short line between them.
+// A row of controls.
 #pragma once
 
 class QHBoxLayout;
@@ -8,7 +8,5 @@ namespace TarvaneApp::ControlRow {
 
 /// Lays the holder's controls out in a row without margins.
 QHBoxLayout* make(QWidget* holder, int spacing);
-
-QWidget* makeDivider(QWidget* parent);
 
 }  // namespace TarvaneApp::ControlRow

@@ -23,6 +23,11 @@ void IconButton::setSymbol(const QString& name, const QColor& color) {
     }
 }
 
+void IconButton::setHelp(const QString& name, const QString& toolTip) {
+    setAccessibleName(name);
+    setToolTip(toolTip);
+}
+
 QSize IconButton::sizeHint() const {
     return {iconSize_ + 2 * margin, iconSize_ + 2 * margin};
 }

@@ -19,6 +19,10 @@ class IconButton : public QAbstractButton {
     void setSymbol(const QString& name, const QColor& color);
     QString symbol() const { return symbol_; }
 
+    /// What the button does, as a tooltip and for a screen reader; or a name for the latter.
+    void setHelp(const QString& help) { setHelp(help, help); }
+    void setHelp(const QString& name, const QString& toolTip);
+
     QSize sizeHint() const override;
 
   protected:

@@ -3,7 +3,6 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QSignalBlocker>
-#include <QVBoxLayout>
 
 #include "Displays/RawText.h"
 #include "Displays/Readouts/ReadoutText.h"
@@ -18,6 +17,7 @@
 #include "Shell/Panels/LevelHistoryChannelMenu.h"
 #include "Shell/Panels/LevelHistoryExtremesSummary.h"
 #include "Shell/Panels/LevelHistoryOverlayMenu.h"
+#include "Shell/Panels/PanelFrame.h"
 #include "Shell/Panels/PanelHeader.h"
 
 namespace TarvaneApp {
@@ -65,14 +65,7 @@ LevelHistoryPanelView::LevelHistoryPanelView(MeterEngine& engine,
     header->setExpendable({caption_, extremes});
     header->orderTabs(*graph_);
 
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, Theme::Space::row);
-    column->setSpacing(0);
-    column->addWidget(header);
-    auto* frame = new QHBoxLayout;
-    frame->setContentsMargins(Theme::Space::panel, 0, Theme::Space::panel, 0);
-    frame->addWidget(graph_);
-    column->addLayout(frame, 1);
+    framePanel(this, header, graph_, Theme::Space::row);
 
     connect(graph_, &LiveLevelHistoryGraph::ownRangeChanged, this,
             [this] { resetButton_->setVisible(graph_->hasOwnRange()); });
@@ -111,10 +104,8 @@ void LevelHistoryPanelView::showZoom() {
                                                                 engine_.levelHistoryZoom.set(zoom);
                                                                 graph_->clearOwnRange();
                                                             }));
-    const QString help = QStringLiteral("Back to %1 (or double-click the graph)")
-                             .arg(rawText(engine_.levelHistoryZoom()));
-    resetButton_->setToolTip(help);
-    resetButton_->setAccessibleName(help);
+    resetButton_->setHelp(QStringLiteral("Back to %1 (or double-click the graph)")
+                              .arg(rawText(engine_.levelHistoryZoom())));
 }
 
 void LevelHistoryPanelView::showMetric() {

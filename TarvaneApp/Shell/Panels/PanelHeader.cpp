@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Displays/Theme.h"
+#include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
 
@@ -35,13 +36,10 @@ PanelHeader::PanelHeader(const QString& title, QWidget* parent)
     row_->setSpacing(Theme::Space::panel);
     // With and without controls, so that graphs beside each other begin at one height.
     setMinimumHeight(Theme::controlHeight + 2 * Theme::Space::row);
-    auto* label = new QLabel(title.toUpper(), this);
+    auto* label = makeTextLabel(title.toUpper(), Theme::Text::caption, Theme::axisText, this);
     QFont font = Theme::sectionLabelFont();
     font.setLetterSpacing(QFont::AbsoluteSpacing, letterSpacing);
     label->setFont(font);
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, Theme::axisText);
-    label->setPalette(palette);
     row_->addWidget(label);
     expendable_ = {label};
 }

@@ -19,13 +19,11 @@ PanelMaximizeToggleButton::PanelMaximizeToggleButton(ModuleArrangementLink& arra
 void PanelMaximizeToggleButton::showState() {
     const ModuleArrangement shown = arrangement_.arrangement();
     const bool isSplit = shown.panelLayout == PanelLayout::both;
-    const QString help =
-        isSplit ? QStringLiteral("Expand to fill this area") : QStringLiteral("Restore split view");
     setSymbol(isSplit ? QStringLiteral("arrow.up.left.and.arrow.down.right")
                       : QStringLiteral("arrow.down.right.and.arrow.up.left"),
               Theme::axisText);
-    setToolTip(help);
-    setAccessibleName(help);
+    setHelp(isSplit ? QStringLiteral("Expand to fill this area")
+                    : QStringLiteral("Restore split view"));
     setVisible(shown.showsBothGraphs());
 }
 

@@ -1,7 +1,6 @@
 #include "Shell/Panels/RTAPanelView.h"
 
 #include <QLabel>
-#include <QVBoxLayout>
 
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
@@ -14,6 +13,7 @@
 #include "Shell/Controls/IconButton.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Controls/TextLabel.h"
+#include "Shell/Panels/PanelFrame.h"
 #include "Shell/Panels/PanelHeader.h"
 #include "Shell/Panels/PanelMaximizeToggleButton.h"
 #include "Shell/Panels/RTAOverlayMenu.h"
@@ -42,12 +42,10 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, const std::optional<UUID>& fixed
       optionsPopover_(*optionsButton_, [this](QWidget* popover) {
           return new RTAOptionsView(engine_, channelID(), popover);
       }) {
-    const QString optionsHelp = QStringLiteral(
-        "RTA options for this channel: color, view, band resolution, peak hold, "
-        "target curve, ring-out alerts");
     optionsButton_->setSymbol(QStringLiteral("slider.horizontal.3"), Theme::axisText);
-    optionsButton_->setToolTip(optionsHelp);
-    optionsButton_->setAccessibleName(optionsHelp);
+    optionsButton_->setHelp(
+        QStringLiteral("RTA options for this channel: color, view, band resolution, peak hold, "
+                       "target curve, ring-out alerts"));
     auto* header = new PanelHeader(QStringLiteral("Real-Time Analyzer"), this);
     if (!fixedChannelID_) {
         auto* picker = new ChannelPickerMenu(engine, engine.rtaChannelID, header);
@@ -74,14 +72,7 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, const std::optional<UUID>& fixed
     header->setExpendable({averagingLabel});
     header->orderTabs(*graph_);
 
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, Theme::Space::row);
-    column->setSpacing(0);
-    column->addWidget(header);
-    auto* frame = new QHBoxLayout;
-    frame->setContentsMargins(Theme::Space::panel, 0, Theme::Space::panel, 0);
-    frame->addWidget(graph_);
-    column->addLayout(frame, 1);
+    framePanel(this, header, graph_, Theme::Space::row);
 
     followAll(
         this, [this] { channelChanged(); }, engine.rtaChannelID, engine.rtaOverlayChannelIDs,

@@ -10,6 +10,7 @@
 #include "Settings/FollowAll.h"
 #include "Shell/ChannelControls/ChannelPickerMenu.h"
 #include "Shell/Controls/IconButton.h"
+#include "Shell/Panels/PanelFrame.h"
 #include "Shell/Panels/PanelHeader.h"
 #include "Shell/Panels/PanelMaximizeToggleButton.h"
 #include "Shell/Panels/SpectrogramControls.h"
@@ -48,10 +49,8 @@ SpectrogramPanelView::SpectrogramPanelView(MeterEngine& engine,
       adjustPopover_(*adjustButton_, [this](QWidget* popover) {
           return new SpectrogramControls(engine_, fixedChannelID_, Qt::Vertical, popover);
       }) {
-    const QString adjustHelp = QStringLiteral("Adjust Floor, Ceiling, Speed, Slice Height");
     adjustButton_->setSymbol(QStringLiteral("slider.horizontal.3"), Theme::axisText);
-    adjustButton_->setToolTip(adjustHelp);
-    adjustButton_->setAccessibleName(adjustHelp);
+    adjustButton_->setHelp(QStringLiteral("Adjust Floor, Ceiling, Speed, Slice Height"));
     if (!fixedChannelID_) {
         auto* picker = new ChannelPickerMenu(engine, engine.spectrogramChannelID, header_);
         picker->letShrink();
@@ -67,16 +66,7 @@ SpectrogramPanelView::SpectrogramPanelView(MeterEngine& engine,
     }
     header_->orderTabs(*picture_);
 
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
-    column->addWidget(header_);
-    auto* frame = new QVBoxLayout;
-    frame->setContentsMargins(Theme::Space::panel, 0, Theme::Space::panel, 0);
-    frame->setSpacing(0);
-    frame->addWidget(picture_, 1);
-    frame->addWidget(new FrequencyAxisStrip(this));
-    column->addLayout(frame, 1);
+    framePanel(this, header_, picture_, 0)->addWidget(new FrequencyAxisStrip(this));
 
     followAll(
         this, [this] { picture_->setChannelID(channelID()); }, engine.spectrogramChannelID,

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "Displays/Theme.h"
+#include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
 
@@ -29,13 +30,8 @@ QFormLayout* addSection(QWidget* form, const QString& title) {
 }
 
 QLabel* makeHelp(const QString& text, QWidget* parent) {
-    auto* help = new QLabel(text, parent);
-    help->setFont(Typeface::installed().systemFont(Theme::Text::caption));
+    auto* help = makeTextLabel(text, Theme::Text::caption, Theme::axisText, parent);
     help->setWordWrap(true);
-    help->setTextFormat(Qt::PlainText);
-    QPalette palette = help->palette();
-    palette.setColor(QPalette::WindowText, Theme::axisText);
-    help->setPalette(palette);
     return help;
 }
 

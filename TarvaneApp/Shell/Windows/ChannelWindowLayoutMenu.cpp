@@ -15,8 +15,8 @@ ChannelWindowLayoutMenu::ChannelWindowLayoutMenu(MeterEngine& engine,
               return new ChannelWindowLayoutControls(engine, channelID, popover);
           })) {
     setSymbol(QStringLiteral("rectangle.3.group"), Theme::axisText);
-    setAccessibleName(QStringLiteral("Layout"));
-    setToolTip(QStringLiteral("Choose which modules this window shows and how they're arranged"));
+    setHelp(QStringLiteral("Layout"),
+            QStringLiteral("Choose which modules this window shows and how they're arranged"));
 }
 
 ChannelWindowLayoutMenu::~ChannelWindowLayoutMenu() = default;

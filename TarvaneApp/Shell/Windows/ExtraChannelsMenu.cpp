@@ -13,8 +13,8 @@ ExtraChannelsMenu::ExtraChannelsMenu(MeterEngine& engine, const AppCommands& com
       engine_(engine),
       commands_(commands) {
     setSymbol(QStringLiteral("square.stack.3d.up"), Theme::axisText);
-    setAccessibleName(QStringLiteral("Extra channels"));
-    setToolTip(QStringLiteral("Extra channels — open one in its own window"));
+    setHelp(QStringLiteral("Extra channels"),
+            QStringLiteral("Extra channels — open one in its own window"));
     follow(engine.extraChannels, this, [this] { setVisible(!engine_.extraChannels().empty()); });
 }
 

@@ -30,11 +30,6 @@ constexpr int spinnerInset = 2;
 
 constexpr QLatin1String resetPeakHold("Reset Peak Hold");
 
-void name(IconButton& button, const QString& name, const QString& toolTip) {
-    button.setAccessibleName(name);
-    button.setToolTip(toolTip);
-}
-
 }  // namespace
 
 MainToolbar::MainToolbar(MeterEngine& engine, const AppCommands& commands, QWidget* parent)
@@ -78,7 +73,7 @@ MainToolbar::MainToolbar(MeterEngine& engine, const AppCommands& commands, QWidg
     palette.setColor(QPalette::ButtonText, Theme::axisText);
     resetPeakHoldButton_->setPalette(palette);
     resetPeakHoldMenu_->setSymbol(QStringLiteral("ellipsis"), Theme::axisText);
-    name(*resetPeakHoldMenu_, QStringLiteral("More"), resetPeakHold);
+    resetPeakHoldMenu_->setHelp(QStringLiteral("More"), resetPeakHold);
 
     connect(startButton_, &QAbstractButton::clicked, this, [this] { toggleRunning(engine_); });
     connect(pauseButton_, &QAbstractButton::clicked, this, [this] { togglePause(engine_); });
@@ -127,24 +122,24 @@ void MainToolbar::showRunState() {
     spinner_->setVisible(isStarting);
     if (isStarting) {
         startButton_->setSymbol(QString(), QColor());
-        name(*startButton_, QStringLiteral("Starting"), QStringLiteral("Cancel start (Space)"));
+        startButton_->setHelp(QStringLiteral("Starting"), QStringLiteral("Cancel start (Space)"));
     } else if (isRunning) {
         startButton_->setSymbol(QStringLiteral("stop.circle.fill"),
                                 Theme::color(TarvaneKit::SignalColors::red));
-        name(*startButton_, QStringLiteral("Stop"), QStringLiteral("Stop metering (Space)"));
+        startButton_->setHelp(QStringLiteral("Stop"), QStringLiteral("Stop metering (Space)"));
     } else {
         startButton_->setSymbol(QStringLiteral("play.circle.fill"), Theme::accent);
-        name(*startButton_, QStringLiteral("Start"), QStringLiteral("Start metering (Space)"));
+        startButton_->setHelp(QStringLiteral("Start"), QStringLiteral("Start metering (Space)"));
     }
     pauseButton_->setVisible(isRunning);
     pausedNote_->setVisible(isRunning && isPaused);
     if (isPaused) {
         pauseButton_->setSymbol(QStringLiteral("play.circle"), Theme::primaryText);
-        name(*pauseButton_, QStringLiteral("Resume"), QStringLiteral("Resume metering (P)"));
+        pauseButton_->setHelp(QStringLiteral("Resume"), QStringLiteral("Resume metering (P)"));
     } else {
         pauseButton_->setSymbol(QStringLiteral("pause.circle"), Theme::primaryText);
-        name(*pauseButton_, QStringLiteral("Pause"),
-             QStringLiteral("Pause metering without clearing (P)"));
+        pauseButton_->setHelp(QStringLiteral("Pause"),
+                              QStringLiteral("Pause metering without clearing (P)"));
     }
 }
 

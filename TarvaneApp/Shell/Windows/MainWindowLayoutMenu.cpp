@@ -34,8 +34,8 @@ MainWindowLayoutMenu::MainWindowLayoutMenu(MeterEngine& engine, QWidget* parent)
     : IconMenuButton(
           Theme::Symbol::toolbar, [&engine](QMenu& menu) { fill(menu, engine); }, parent) {
     setSymbol(QStringLiteral("rectangle.3.group"), Theme::axisText);
-    setAccessibleName(QStringLiteral("Layout"));
-    setToolTip(QStringLiteral("Choose where each module goes and how the main window is arranged"));
+    setHelp(QStringLiteral("Layout"),
+            QStringLiteral("Choose where each module goes and how the main window is arranged"));
 }
 
 }  // namespace TarvaneApp
