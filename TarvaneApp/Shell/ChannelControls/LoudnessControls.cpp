@@ -7,7 +7,7 @@
 #include "Displays/Readouts/ReadoutText.h"
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
-#include "Shell/Controls/ControlRow.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Controls/TextLabel.h"
@@ -29,7 +29,7 @@ LoudnessControls::LoudnessControls(MeterEngine& engine, QWidget* parent)
           makeTextLabel(QStringLiteral("Loudness"), Theme::Text::caption, Theme::axisText, this)),
       readout_(new MenuButton(QStringLiteral("Loudness"), this)),
       target_(new MenuButton(QStringLiteral("Loudness target"), this)) {
-    auto* row = ControlRow::make(this, Theme::Space::row);
+    auto* row = layOutRow(this, Theme::Space::row);
     row->addWidget(label_);
     readout_->setFixedWidth(readoutWidth);
     readout_->setToolTip(

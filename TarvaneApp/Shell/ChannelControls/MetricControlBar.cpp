@@ -11,7 +11,6 @@
 #include "Shell/ChannelControls/ReadoutUnitPicker.h"
 #include "Shell/ChannelControls/SPLControlMenus.h"
 #include "Shell/ChannelControls/SPLControls.h"
-#include "Shell/Controls/ControlRow.h"
 #include "Shell/Controls/Divider.h"
 
 namespace TarvaneApp {

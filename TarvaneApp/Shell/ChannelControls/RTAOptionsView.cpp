@@ -12,6 +12,7 @@
 #include "Records/ChannelColors.h"
 #include "Settings/FollowAll.h"
 #include "Shell/ChannelControls/TargetCurveControls.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/ColorSwatches.h"
 #include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/MenuButton.h"
@@ -56,9 +57,7 @@ RTAOptionsView::RTAOptionsView(MeterEngine& engine, const TarvaneKit::UUID& chan
                                QWidget* parent)
     : QWidget(parent), engine_(engine), requestedChannelID_(channelID) {
     setFixedWidth(popoverWidth - 2 * Theme::Space::panel);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(Theme::Space::section);
+    auto* column = layOutColumn(this, Theme::Space::section);
     const auto addRow = [&](QWidget* left, QWidget* control) {
         auto* row = new QHBoxLayout;
         row->setSpacing(Theme::Space::section);

@@ -7,7 +7,7 @@
 #include "Engine/MeterEngine.h"
 #include "Settings/FollowAll.h"
 #include "Shell/ChannelControls/LeqPresets.h"
-#include "Shell/Controls/ControlRow.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Controls/TextLabel.h"
@@ -24,7 +24,7 @@ SPLControlMenus::SPLControlMenus(MeterEngine& engine, const UUID& channelID, QWi
       weighting_(new MenuButton(QStringLiteral("Weighting"), this)),
       timeWeighting_(new MenuButton(QStringLiteral("Time weighting"), this)),
       leqNote_(makeTextLabel({}, Theme::Text::caption, Theme::axisText, this)) {
-    auto* row = ControlRow::make(this, Theme::Space::row);
+    auto* row = layOutRow(this, Theme::Space::row);
     for (MenuButton* menu : {mode_, weighting_, timeWeighting_}) {
         menu->letShrink();
         row->addWidget(menu);

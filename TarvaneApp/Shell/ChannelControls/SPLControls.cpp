@@ -8,8 +8,8 @@
 #include "Engine/MeterEngine.h"
 #include "Settings/FollowAll.h"
 #include "Shell/ChannelControls/LeqPresets.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/CompactToggleButton.h"
-#include "Shell/Controls/ControlRow.h"
 #include "Shell/Controls/Divider.h"
 #include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/SegmentedPicker.h"
@@ -29,7 +29,7 @@ template <class E>
 SPLControls::ToggleRow<E> SPLControls::makeRow(QWidget* group, const char* what,
                                                E ChannelDisplaySettings::*field) {
     auto* holder = new QWidget(group);
-    auto* layout = ControlRow::make(holder, Theme::Space::related);
+    auto* layout = layOutRow(holder, Theme::Space::related);
     ToggleRow<E> row;
     for (const E value : TarvaneKit::allCases<E>()) {
         const QString label = rawText(value);
@@ -51,7 +51,7 @@ SPLControls::ToggleRow<E> SPLControls::makeRow(QWidget* group, const char* what,
 
 SPLControls::SPLControls(MeterEngine& engine, const UUID& channelID, QWidget* parent)
     : QWidget(parent), engine_(engine), channelID_(channelID) {
-    auto* row = ControlRow::make(this, Theme::Space::group);
+    auto* row = layOutRow(this, Theme::Space::group);
     modePicker_ = new SegmentedPicker(
         EnumChoice<MetricMode>::labels(), modePickerWidth,
         [this](int index) {
@@ -65,7 +65,7 @@ SPLControls::SPLControls(MeterEngine& engine, const UUID& channelID, QWidget* pa
     row->addWidget(makeGroupDivider(this));
 
     splGroup_ = new QWidget(this);
-    ControlRow::make(splGroup_, Theme::Space::group);
+    layOutRow(splGroup_, Theme::Space::group);
     splWeightings_ = makeRow(splGroup_, "weighting", &ChannelDisplaySettings::splWeighting);
     splGroup_->layout()->addWidget(makeGroupDivider(splGroup_));
     splTimeWeightings_ =
@@ -73,7 +73,7 @@ SPLControls::SPLControls(MeterEngine& engine, const UUID& channelID, QWidget* pa
     row->addWidget(splGroup_);
 
     peakGroup_ = new QWidget(this);
-    ControlRow::make(peakGroup_, Theme::Space::group);
+    layOutRow(peakGroup_, Theme::Space::group);
     peakWeightings_ = makeRow(peakGroup_, "peak weighting", &ChannelDisplaySettings::peakWeighting);
     row->addWidget(peakGroup_);
 

@@ -7,6 +7,7 @@
 #include "Engine/MeterEngine.h"
 #include "Settings/FollowAll.h"
 #include "Shell/ChannelControls/TargetCurveReferenceControl.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Controls/TextLabel.h"
 
@@ -27,16 +28,12 @@ TargetCurveControls::TargetCurveControls(MeterEngine& engine, const TarvaneKit::
     };
     // The curves have long names: their menu takes a line of its own.
     curves_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(Theme::Space::label);
+    auto* column = layOutColumn(this, Theme::Space::label);
     column->addWidget(label(QStringLiteral("Target curve"), this));
     column->addWidget(curves_);
     column->addSpacing(Theme::Space::row - Theme::Space::label);
     column->addWidget(reference_);
-    auto* referenceColumn = new QVBoxLayout(reference_);
-    referenceColumn->setContentsMargins(0, 0, 0, 0);
-    referenceColumn->setSpacing(Theme::Space::label);
+    auto* referenceColumn = layOutColumn(reference_, Theme::Space::label);
     referenceColumn->addWidget(label(referenceLabel, reference_));
     referenceColumn->addWidget(level_);
     followAll(

@@ -9,6 +9,7 @@
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/FollowAll.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
@@ -47,9 +48,7 @@ TargetCurveReferenceControl::TargetCurveReferenceControl(MeterEngine& engine,
     slider_->setAccessibleName(QStringLiteral("Target curve level"));
     value_->setFixedWidth(valueWidth);
     value_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(Theme::Space::related);
+    auto* row = layOutRow(this, Theme::Space::related);
     row->addWidget(slider_, 1);
     row->addWidget(value_);
     connect(slider_, &QSlider::valueChanged, this, &TargetCurveReferenceControl::setLevel);

@@ -7,6 +7,7 @@
 #include "Displays/FocusRing.h"
 #include "Displays/Plate.h"
 #include "Displays/Theme.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/PickedTabStop.h"
 
 namespace TarvaneApp {
@@ -47,9 +48,7 @@ SegmentedPicker::SegmentedPicker(const QStringList& labels, int width,
                                  std::function<void(int)> onPick, QWidget* parent)
     : QWidget(parent) {
     setFixedSize(width, Theme::controlHeight);
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(0);
+    auto* row = layOutRow(this, 0);
     for (int i = 0; i < labels.size(); ++i) {
         auto* segment = new Segment(labels[i], this);
         group_.addButton(segment, i);

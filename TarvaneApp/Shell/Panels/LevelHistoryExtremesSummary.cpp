@@ -11,6 +11,7 @@
 #include "Displays/TabularText.h"
 #include "Displays/Theme.h"
 #include "LiveDisplays/LiveLevelHistoryGraph.h"
+#include "Shell/Controls/BareLayout.h"
 
 namespace TarvaneApp {
 
@@ -98,9 +99,7 @@ LevelHistoryExtremesSummary::LevelHistoryExtremesSummary(LiveLevelHistoryGraph& 
       max_(new Button(QStringLiteral("MAX"), this)),
       min_(new Button(QStringLiteral("MIN"), this)) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(0);
+    auto* row = layOutRow(this, 0);
     for (Button* button : {max_, min_}) {
         row->addWidget(button);
         connect(button, &QAbstractButton::clicked, this,

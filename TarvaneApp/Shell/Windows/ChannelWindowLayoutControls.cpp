@@ -9,6 +9,7 @@
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/FollowAll.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/MenuItems.h"
 #include "Shell/Controls/TextLabel.h"
@@ -21,9 +22,7 @@ using TarvaneKit::UUID;
 ChannelWindowLayoutControls::ChannelWindowLayoutControls(MeterEngine& engine, const UUID& channelID,
                                                          QWidget* parent)
     : QWidget(parent), engine_(engine), channelID_(channelID) {
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(Theme::Space::section);
+    auto* column = layOutColumn(this, Theme::Space::section);
     column->addWidget(
         makeTextLabel(QStringLiteral("Show"), Theme::Text::caption, Theme::axisText, this));
     auto* toggles = new QVBoxLayout;

@@ -7,6 +7,7 @@
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/FollowAll.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/ChannelColorDot.h"
 #include "Shell/Controls/Divider.h"
 #include "Shell/Controls/ElidedLabel.h"
@@ -59,9 +60,7 @@ ChannelWindowView::ChannelWindowView(MeterEngine& engine, const std::optional<UU
 
 QWidget* ChannelWindowView::makeContent(const UUID& channelID) {
     auto* content = new QWidget(this);
-    auto* column = new QVBoxLayout(content);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
+    auto* column = layOutColumn(content, 0);
     column->addWidget(makeHeader(channelID, content));
     column->addWidget(makeDivider(content));
     auto* arrangement = new ChannelWindowArrangement(engine_, channelID, content);

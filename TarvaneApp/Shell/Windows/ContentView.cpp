@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "Engine/MeterEngine.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/Divider.h"
 #include "Shell/Panels/MainWindowArrangement.h"
 #include "Shell/Panels/ModuleLayoutView.h"
@@ -14,9 +15,7 @@ namespace TarvaneApp {
 
 ContentView::ContentView(MeterEngine& engine, const AppCommands& commands, QWidget* parent)
     : QWidget(parent), engine_(engine), commands_(commands) {
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
+    auto* column = layOutColumn(this, 0);
     column->addWidget(new MainToolbar(engine, commands, this));
     column->addWidget(makeDivider(this));
     auto* arrangement = new MainWindowArrangement(engine, this);
