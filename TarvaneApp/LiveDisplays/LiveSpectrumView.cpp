@@ -17,7 +17,7 @@ using TarvaneKit::UUID;
 
 namespace {
 
-// The read-out's way per arrow key, with and without Shift, in pixels.
+// The readout's way per arrow key, with and without Shift, in pixels.
 constexpr double fineStep = 1.0;
 constexpr double coarseStep = 8.0;
 
@@ -170,7 +170,7 @@ void LiveSpectrumView::leaveHover() {
     update();
 }
 
-// The read-out without a pointer: it begins in the middle.
+// The readout without a pointer: it begins in the middle.
 void LiveSpectrumView::keyPressEvent(QKeyEvent* event) {
     const double step = (event->modifiers() & Qt::ShiftModifier) != 0 ? fineStep : coarseStep;
     const double x = view_.hover.xPosition.value_or(width() / 2.0);

@@ -12,7 +12,7 @@ class QPainter;
 
 namespace TarvaneApp {
 
-/// The whole graph; the background is left as it is. The read-out is drawn apart, since it
+/// The whole graph; the background is left as it is. The readout is drawn apart, since it
 /// follows the pointer.
 void paint(QPainter& painter, const LevelHistoryView& view, const QSizeF& size,
            const Typeface& typeface = Typeface::installed());

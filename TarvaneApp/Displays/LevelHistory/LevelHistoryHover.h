@@ -13,9 +13,9 @@ class QPainter;
 
 namespace TarvaneApp {
 
-/// What the read-out says, empty for a pointer outside the plot.
+/// What the readout says, empty for a pointer outside the plot.
 QString hoverText(const LevelHistoryView& view, const LevelHistoryGeometry& geometry);
-/// The read-out's plate; empty without a read-out.
+/// The readout's plate; empty without a readout.
 QRectF hoverPlate(const LevelHistoryView& view, const LevelHistoryGeometry& geometry,
                   const QSizeF& size, const Typeface& typeface = Typeface::installed());
 void drawHover(QPainter& painter, const LevelHistoryView& view,

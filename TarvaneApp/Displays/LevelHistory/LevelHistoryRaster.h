@@ -23,12 +23,12 @@ class LevelHistoryRaster {
     /// `ground` is what the graph stands on.
     explicit LevelHistoryRaster(const QColor& ground, Typeface typeface = Typeface::installed());
 
-    /// The graph without its read-out, in RGB32 with `pixelRatio` device pixels per logical one;
+    /// The graph without its readout, in RGB32 with `pixelRatio` device pixels per logical one;
     /// drawn anew only when record, size or ratio differ from the last ones. Valid until the next
     /// call. Null for a size without pixels.
     const QImage& image(const LevelHistoryView& view, const QSizeF& size, double pixelRatio);
 
-    /// Of the picture, for its read-out.
+    /// Of the picture, for its readout.
     const LevelHistoryGeometry& geometry() const { return geometry_; }
 
     /// How often a picture was drawn.

@@ -1,6 +1,6 @@
 // The level history graph: a session's level over time, one column per pixel from its smallest to
 // its largest level, in the colours of the traffic light; other channels as lines over it; marks
-// at the extremes; a read-out under the pointer.
+// at the extremes; a readout under the pointer.
 //
 // A value record with all that is drawn, and its scales. LevelHistoryGeometry has the shapes that
 // follow from it, LevelHistoryDrawing the plain drawing and LevelHistoryRaster the fast one of

@@ -4,7 +4,6 @@
 
 #include <QRectF>
 #include <QRegion>
-#include <QSizeF>
 #include <QString>
 #include <optional>
 #include <vector>

@@ -1,7 +1,6 @@
 #include "Displays/Spectrogram/SpectrogramRasterCache.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 
 #include "Displays/Spectrogram/SpectrogramView.h"

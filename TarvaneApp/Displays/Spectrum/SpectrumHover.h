@@ -13,7 +13,7 @@ namespace TarvaneApp {
 
 struct SpectrumView;
 
-/// The read-out's plate. Empty without a pointer.
+/// The readout's plate. Empty without a pointer.
 QRectF hoverPlate(const SpectrumView& view, const QSizeF& size,
                   const Typeface& typeface = Typeface::installed());
 void paintHover(QPainter& painter, const SpectrumView& view, const QSizeF& size,

@@ -27,7 +27,7 @@ class SpectrumRaster {
     /// `ground` is what the graph stands on.
     explicit SpectrumRaster(const QColor& ground, Typeface typeface = Typeface::installed());
 
-    /// The graph without its read-out, in RGB32 with `pixelRatio` device pixels per logical one.
+    /// The graph without its readout, in RGB32 with `pixelRatio` device pixels per logical one.
     /// Valid until the next call. Null for a size without pixels.
     const QImage& image(const SpectrumView& view, const QSizeF& size, double pixelRatio);
 

@@ -1,5 +1,5 @@
 // The real-time analyzer's graph: band levels and line spectrum of a channel over a logarithmic
-// frequency axis, peak hold, a target curve, the traces of other channels, and a read-out under
+// frequency axis, peak hold, a target curve, the traces of other channels, and a readout under
 // the pointer.
 //
 // A value record with all that is drawn, and its scales. SpectrumGeometry has the shapes that

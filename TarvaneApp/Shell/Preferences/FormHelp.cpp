@@ -3,6 +3,7 @@
 #include <QBoxLayout>
 #include <QFormLayout>
 #include <QGroupBox>
+#include <QSignalBlocker>
 #include <algorithm>
 
 #include "Displays/Theme.h"

@@ -3,12 +3,10 @@
 
 #include <QComboBox>
 #include <QLabel>
-#include <QSignalBlocker>
 #include <QVariant>
 #include <vector>
 
 class QFormLayout;
-class QGroupBox;
 
 namespace TarvaneApp {
 
