@@ -1,4 +1,4 @@
-// The ring about the control or display that has the keyboard's focus.
+// The ring around the control or display that has the keyboard focus.
 #pragma once
 
 #include <QRectF>
@@ -10,7 +10,7 @@ namespace TarvaneApp {
 
 /// Just inside `rect`.
 void paintFocusRing(QPainter& painter, const QRectF& rect, double radius);
-/// In another colour than the usual one, on a ground that this wouldn't stand out from.
+/// In a colour that stands out from the ground, where the usual one wouldn't.
 void paintFocusRing(QPainter& painter, const QRectF& rect, double radius, const QColor& color);
 
 }  // namespace TarvaneApp

@@ -1,5 +1,5 @@
-// The text of a graph's readout under the pointer, on its plate. Where the plate stands is the
-// graph's; coordinates are logical pixels.
+// The text of a graph's readout under the pointer, on its plate. Where the plate goes is up
+// to the graph; coordinates are logical pixels.
 #pragma once
 
 #include <QRectF>

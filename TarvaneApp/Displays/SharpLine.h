@@ -1,5 +1,5 @@
-// Straight lines of a graph on whole device pixels: the rules of its axes, and markers. A line
-// about a coordinate at the plot's edge lies inside the plot as a whole.
+// Straight lines of a graph on whole device pixels: grid lines and markers. A line at the plot's
+// edge lies inside the plot in full.
 #pragma once
 
 #include <QRectF>

@@ -18,7 +18,7 @@ struct Typeface {
     QString rounded;  ///< of the big numbers
     QString monospaced;
 
-    /// The desktop's own faces; for the big numbers a rounded face where one is installed.
+    /// The desktop's own typefaces; for the big numbers a rounded one where one is installed.
     static const Typeface& installed();
 
     /// Sizes are logical pixels, rounded down to whole ones and at least 1.
@@ -57,7 +57,7 @@ inline constexpr double readout = 56.0;  ///< the large value at its ordinary si
 
 /// Distances between things, in logical pixels.
 namespace Space {
-inline constexpr int label = 4;     ///< between a label and what stands under it
+inline constexpr int label = 4;     ///< between a label and what is under it
 inline constexpr int related = 6;   ///< between a control and what belongs to it
 inline constexpr int row = 8;       ///< above and below a row of controls, and within a narrow one
 inline constexpr int button = 9;    ///< between a button's edge and its text
@@ -75,7 +75,7 @@ inline constexpr QMargins form{Space::panel, Space::panel, Space::panel, Space::
 /// The radii of rounded corners, in logical pixels.
 namespace Radius {
 inline constexpr double label = 2.0;    ///< of the plate under a label
-inline constexpr double graph = 3.0;    ///< of the focus ring about a graph, and of bars
+inline constexpr double graph = 3.0;    ///< of the focus ring around a graph, and of bars
 inline constexpr double plate = 4.0;    ///< of the plate under a readout or badge
 inline constexpr double control = 6.0;  ///< of buttons and pickers
 inline constexpr double panel = 10.0;
@@ -95,7 +95,7 @@ inline constexpr int transport = 22;  ///< start, stop, pause
 inline constexpr int controlHeight = 26;
 
 QFont sectionLabelFont(const Typeface& typeface = Typeface::installed());
-/// Numbers in it are drawn through TabularText, since a rounded face's digits differ in width.
+/// Numbers in it are drawn through TabularText, since a rounded typeface's digits differ in width.
 QFont readoutFont(const Typeface& typeface = Typeface::installed());
 
 QColor color(const TarvaneKit::RGBAColor& color);

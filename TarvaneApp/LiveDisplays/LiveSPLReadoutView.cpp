@@ -37,7 +37,7 @@ constexpr double silentSideDB = -200.0;
 constexpr double barRedFromDBFS = -3.0;
 constexpr double barYellowFromDBFS = -12.0;
 
-// A screen reader is told of a new value at most this often; asked, it always gets the newest.
+// How often a screen reader is notified of a new value; on request it always gets the newest.
 constexpr int announcementMilliseconds = 1000;
 
 // The bar grows with the view, from this size on and up to three times.
@@ -63,7 +63,7 @@ QString barUnit(const LevelBarView& bar) {
     return bar.unitLabel.startsWith(peak) ? bar.unitLabel.mid(peak.size()) : bar.unitLabel;
 }
 
-// What a readout draws beside the large value, its label and the badge.
+// What a readout draws besides the large value, its label and the badge.
 struct DrawnValue {
     QString name;
     QString text;
@@ -237,8 +237,7 @@ LevelBarView LiveSPLReadoutView::currentLevelBar() const {
     };
 }
 
-// The record takes the place of the one before. Nothing is returned when their parts stand in
-// different places, else what of them looks different.
+// Replaces the record. Returns what looks different, or nothing where the parts have moved.
 template <class View>
 std::optional<QRegion> LiveSPLReadoutView::put(View view) {
     auto* placed = std::get_if<Placed<View>>(&readout_);
@@ -404,8 +403,8 @@ bool LiveSPLReadoutView::event(QEvent* event) {
     return QWidget::event(event);
 }
 
-// The parts of both readouts, since a widget's parts are the same for its life; those of the one
-// that isn't shown have no value and no place.
+// The parts of both readouts, since a widget's parts are fixed for its life; those of the hidden
+// readout have no value and no place.
 std::vector<SpokenPart> LiveSPLReadoutView::spokenParts() const {
     const auto* spl = std::get_if<Placed<SPLReadoutView>>(&readout_);
     const auto* loudness = std::get_if<Placed<LoudnessReadoutView>>(&readout_);

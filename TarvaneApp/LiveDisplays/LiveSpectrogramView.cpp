@@ -17,7 +17,7 @@ using TarvaneKit::UUID;
 
 namespace {
 
-// Less is a click that trembled.
+// A shorter movement is an unsteady click.
 constexpr double shortestDrag = 2.0;
 
 }  // namespace
@@ -80,7 +80,7 @@ void LiveSpectrogramView::showEvent(QShowEvent*) {
     registerDemand();
 }
 
-// Also when the window is minimised: nobody sees it then.
+// Also runs when the window is minimised.
 void LiveSpectrogramView::hideEvent(QHideEvent*) {
     demand_.clear();
 }
@@ -95,7 +95,7 @@ void LiveSpectrogramView::refresh() {
 }
 
 void LiveSpectrogramView::paintEvent(QPaintEvent*) {
-    // The rows stay where the engine has them; nothing writes there while this paints.
+    // Drawn from the engine's own rows, which nothing writes to while this paints.
     view_.history = SpectrogramRows(engine_.meterChannel(channelID_).live.spectrogramHistory);
     QPainter painter(this);
     painter.drawImage(QPointF(0.0, 0.0), raster_.image(view_, size(), devicePixelRatioF()));
@@ -151,7 +151,7 @@ void LiveSpectrogramView::resumeLive() {
     update();
 }
 
-// Each key is a drag of its own: a tenth of the picture, or all of it.
+// Each key is one drag: by a tenth of the picture, or all of it.
 void LiveSpectrogramView::keyPressEvent(QKeyEvent* event) {
     const double page = height();
     switch (event->key()) {

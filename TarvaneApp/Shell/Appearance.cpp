@@ -47,8 +47,8 @@ QPalette darkPalette() {
     return palette;
 }
 
-// The toolkit's buttons and pickers drawn as flat as our own controls, with room about their
-// texts and a ring about the one that has the focus.
+// Draws the toolkit's buttons and pickers as flat as our own controls, with room around their texts
+// and a ring around the focused one.
 class FlatStyle final : public QProxyStyle {
   public:
     FlatStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
@@ -124,7 +124,7 @@ class FlatStyle final : public QProxyStyle {
                                                                                         : nullptr;
     }
 
-    // With a text it is the heading of the items under it, without one a line.
+    // With a text it is the heading of the items below, without one a line.
     static void paintMenuSeparator(QPainter& painter, const QStyleOptionMenuItem& separator) {
         if (separator.text.isEmpty()) {
             const QRect& room = separator.rect;

@@ -17,8 +17,8 @@ using TarvaneKit::LevelHistoryExtreme;
 
 namespace {
 
-constexpr double underPlot = 3.0;        // between the plot and what stands under it
-constexpr double timeLabelInset = 20.0;  // nearer to an end a time hangs inwards
+constexpr double underPlot = 3.0;        // between the plot and the texts under it
+constexpr double timeLabelInset = 20.0;  // a time closer to an end is aligned inwards
 constexpr double levelLabelsApart = 11.0;
 
 constexpr double markHalfWidth = 5.0;
@@ -33,7 +33,7 @@ QFont labelFont(const Typeface& typeface) {
     return typeface.monospacedFont(Theme::Text::tick, QFont::Medium);
 }
 
-// Digits stand with their middles at a coordinate, whatever the face's ascent.
+// Centres digits at a coordinate, whatever the typeface's ascent.
 double baselineAbout(double y, const QFontMetricsF& metrics) {
     return y + metrics.capHeight() / 2.0;
 }
@@ -49,7 +49,7 @@ void drawLevelLabels(QPainter& painter, const LevelHistoryView::Span& axis, cons
         }
         lastY = y;
         const QString text = QString::number(static_cast<int>(level));
-        // The lowest stands on the axis, clear of the unit under it.
+        // The lowest label sits on the axis, clear of the unit under it.
         const double baseline = std::min(baselineAbout(y, metrics), plot.bottom());
         TabularText::draw(
             painter,
@@ -75,7 +75,7 @@ void drawTimeLabels(QPainter& painter, const LevelHistoryViewport::Range& range,
     }
 }
 
-// `direction` is -1 for a mark above its point, 1 for one under it. Its label stands beside it,
+// `direction` is -1 for a mark above its point, 1 for one under it. Its label is beside it,
 // and never under the plot, where the times are.
 void drawMark(QPainter& painter, const QPointF& point, double direction, const QString& text,
               const QRectF& plot, const QFont& font) {

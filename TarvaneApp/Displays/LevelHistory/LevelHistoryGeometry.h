@@ -1,5 +1,5 @@
-// Where everything of a level history stands at a size: its plot and axes, the columns and lines of
-// its traces. Arithmetic that the plain and the fast drawing share. Coordinates are logical pixels,
+// Where the parts of a level history are at a size: its plot and axes, the columns and lines of its
+// traces. Arithmetic that the plain and the fast drawing share. Coordinates are logical pixels,
 // the origin at the top left of the view.
 #pragma once
 
@@ -16,7 +16,7 @@
 
 namespace TarvaneApp {
 
-/// The picture's skeleton: everything that follows from the record and a size.
+/// Plot, axes and traces of one picture, as they follow from the record and a size.
 struct LevelHistoryGeometry {
     QRectF plot;
     LevelHistoryViewport::Range range;

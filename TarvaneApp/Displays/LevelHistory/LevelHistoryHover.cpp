@@ -14,9 +14,9 @@ namespace {
 
 constexpr double lineOpacity = 0.6;
 constexpr double gap = 6.0;            // between the line and the text
-constexpr double roomOnRight = 160.0;  // with less of it the text stands on the left
+constexpr double roomOnRight = 160.0;  // with less room than this the text is on the left
 constexpr double marginAcross = 5.0;
-constexpr double singleLevelDB = 0.1;  // narrower columns tell one level
+constexpr double singleLevelDB = 0.1;  // narrower columns show one level
 
 QString wallClock(const TarvaneKit::Date& start, double elapsed) {
     const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(

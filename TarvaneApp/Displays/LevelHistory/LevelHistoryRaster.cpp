@@ -91,8 +91,8 @@ void LevelHistoryRaster::drawColumns(const LevelHistoryView& view) {
     });
 }
 
-// Under the columns lies the grid, which has two different columns in the plot: on a time rule
-// and beside it. A row between two level rules tells them apart.
+// Under the columns lies the grid, which has two different columns in the plot: on a vertical line
+// and beside it. A row between two horizontal lines shows which is which.
 void LevelHistoryRaster::takeGrounds(const QRect& plot) {
     grounds_.clear();
     groundOfColumn_.clear();

@@ -21,7 +21,7 @@ constexpr double coarseStepDB = 20.0;
 constexpr double widestFineRangeDB = 80.0;
 constexpr double shortestAxisDB = 20.0;
 constexpr double ticksApart = 80.0;
-// Ticks up to this far beyond the end count as on it.
+// A tick up to this far beyond the end counts as on it.
 constexpr double tickTolerance = 0.001;
 
 }  // namespace

@@ -42,7 +42,7 @@ struct LevelHistoryHoverState {
     bool operator==(const LevelHistoryHoverState&) const = default;
 };
 
-/// Two that compare equal look the same.
+/// Records that compare equal look the same.
 struct LevelHistoryView {
     struct Span {
         double lowest = 0.0;
@@ -51,15 +51,15 @@ struct LevelHistoryView {
     };
 
     const TarvaneKit::SPLHistoryRecorder* recorder = nullptr;  ///< outlives the record
-    int revision = 0;  ///< another one for every change of the recorder
+    int revision = 0;  ///< changes with every change of the recorder
     int metricIndex = 0;
     std::optional<double> windowSeconds;  ///< of the preset; absent for the whole session
     LevelHistoryViewport viewport;
-    double displayOffsetDB = 0.0;  ///< taken off recorded levels
+    double displayOffsetDB = 0.0;  ///< subtracted from recorded levels
     QString unitLabel;
     TarvaneKit::TrafficLightConfig trafficLight;
-    double trafficLightOffsetDB = 0.0;  ///< taken off recorded levels for the thresholds
-    bool isInteractive = true;          ///< with hover and marks; false on pages
+    double trafficLightOffsetDB = 0.0;  ///< subtracted from recorded levels for the thresholds
+    bool isInteractive = true;          ///< with readout and marks; false on printed pages
     std::vector<LevelHistoryOverlay> overlays;
     std::optional<int> secondaryMetricIndex;  ///< drawn as a line
     std::optional<Span> fixedDBRange;
@@ -75,15 +75,15 @@ struct LevelHistoryView {
     LevelHistoryViewport::Range range() const { return viewport.range(session()); }
     /// The axis of these traces: whole tens about all their levels, at least 20 dB.
     Span yRange(const LevelHistoryTraces& traces) const;
-    /// Pins to the ends of the axis.
+    /// A level beyond the axis maps to its end.
     static double y(double levelDB, const Span& axis, const QRectF& plot);
     static double levelAt(double y, const Span& axis, const QRectF& plot);
     static double x(double elapsed, const LevelHistoryViewport::Range& range, const QRectF& plot);
     static double elapsedAt(double x, const LevelHistoryViewport::Range& range, const QRectF& plot);
 
-    /// The levels at which rules stand.
+    /// The levels with a grid line.
     static std::vector<double> levelTicks(const Span& axis);
-    /// Between two time rules: a step for people, at least 80 pixels wide.
+    /// Between two grid lines of time: a round step, at least 80 pixels wide.
     static double timeStep(double span, double width);
     static std::vector<double> timeTicks(const LevelHistoryViewport::Range& range, double width);
     /// "59:59", "1:00:00".

@@ -66,7 +66,7 @@ void paintTrack(QPainter& painter, const LevelBarView& view, const LevelBarGeome
     QRectF fill = track;
     fill.setRight(fillEnd(view, track, grid));
     painter.fillRect(fill, Theme::color(view.color));
-    // Over the fill, so that a level beyond the target leaves it in sight.
+    // Over the fill, so that it stays visible under a level beyond the target.
     if (view.targetBand) {
         const double left = xAt(LevelBarView::fraction(view.targetBand->lower, view.range), track);
         const double right = xAt(LevelBarView::fraction(view.targetBand->upper, view.range), track);

@@ -46,7 +46,7 @@ QFont unitFont(double scale, const Typeface& typeface) {
     return typeface.systemFont(Theme::Text::tick * scale);
 }
 
-// Where the parts of one reading stand in its plate; all as wide as they can get.
+// The parts of one reading in its plate, each as wide as it can get.
 struct ReadingColumns {
     double title = 0.0;
     double value = 0.0;
@@ -106,7 +106,7 @@ void paintReading(QPainter& painter, const LoudnessReadoutView& view, LoudnessMe
     paintPlate(painter, PixelGrid(painter).snapped(rect), Theme::Radius::plate * scale,
                Theme::controlBackground);
 
-    // All three texts stand on the number's base line.
+    // All three texts share the number's base line.
     const QFont ordinary = valueFont(scale, typeface);
     const QFontMetricsF metrics(ordinary);
     const double baseline = rect.center().y() + metrics.capHeight() / 2.0;

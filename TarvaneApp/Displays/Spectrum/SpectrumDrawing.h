@@ -19,7 +19,7 @@ namespace TarvaneApp {
 void paint(QPainter& painter, const SpectrumView& view, const QSizeF& size,
            const Typeface& typeface = Typeface::installed());
 
-// Its parts that stand still, in this order; the fast drawing takes them over.
+// The parts that stand still, in this order; the fast drawing uses them, too.
 
 /// The grid, and the lines at floor and ceiling.
 void drawRules(QPainter& painter, const SpectrumView& view, const QSizeF& size);
@@ -42,7 +42,8 @@ inline constexpr double ringAlert = 1.5;
 
 namespace Theme {
 
-/// Under a line and in bars, over the whole height of the graph: a low bar shows its dark part.
+/// The fill under a line and of bars, over the whole height of the graph: a low bar shows its dark
+/// part.
 QLinearGradient spectrumFillGradient(const QColor& color, double height);
 
 }  // namespace Theme

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int targetCurveSteps = 200;
 
-// Bars under this many device pixels keep their fractions.
+// Bars narrower than this many device pixels are not rounded.
 constexpr double narrowBar = 3.0;
 
 }  // namespace

@@ -35,7 +35,7 @@ std::vector<QPointF> targetCurvePoints(const SpectrumView& view,
                                        const TarvaneKit::TargetCurve& curve, const QSizeF& size);
 
 /// Moves a bar's sides onto whole device pixels, so that bars and the air between them are sharp
-/// and even. Bars of few device pixels stay where they are: moved, they would beat.
+/// and even. Narrow bars stay where they are: rounded, their spacing would look uneven.
 QRectF sharpened(const QRectF& bar, const PixelGrid& grid);
 
 /// Softens a line: it runs through the middles between neighbouring points. With a baseline it

@@ -43,11 +43,11 @@ class LabelPlacer {
           height_(QFontMetricsF(font_).height()),
           ascent_(QFontMetricsF(font_).ascent()) {}
 
-    // The top of a label that stands just above those of the bottom row.
+    // The top of a label just above the bottom row.
     double topOverBottomRow() const { return lowestTop() - height_ - 3.0; }
     double width(const QString& text) const { return TabularText::width(text, font_); }
 
-    // Baselines stay inside the graph; below them there is nothing in numbers and capitals.
+    // Baselines stay inside the graph; numbers and capitals have nothing below them.
     bool place(std::vector<SpectrumLabel>& labels, const QString& text, double left, double top) {
         const SpectrumLabel label{text,
                                   QRectF(left, std::min(top, lowestTop()), width(text), height_)};
@@ -102,7 +102,7 @@ void placeLevels(LabelPlacer& placer, std::vector<SpectrumLabel>& labels, const 
     }
 }
 
-// Above its rule; under it where the top or another label is in the way, or above that.
+// Above its line; below it where there is no room above, else above the bottom row.
 void placeFloorCeiling(LabelPlacer& placer, std::vector<SpectrumLabel>& labels,
                        const SpectrumView& view, const QSizeF& size) {
     const auto place = [&](const std::optional<double>& levelDB, const QString& text) {

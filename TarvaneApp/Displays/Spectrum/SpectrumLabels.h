@@ -22,8 +22,8 @@ struct SpectrumLabel {
     QRectF plate() const { return rect.adjusted(-2.0, -1.0, 2.0, 1.0); }
 };
 
-/// Labels that would run into another one, or out of the graph, are left out: first those of
-/// frequencies between the decades, and levels between the axis' ends.
+/// Labels that would overlap another one, or leave the graph, are left out: first those of
+/// frequencies between the decades, and of levels between the ends of the axis.
 struct SpectrumLabels {
     std::vector<SpectrumLabel> grid;
     std::vector<SpectrumLabel> floorCeiling;

@@ -5,7 +5,7 @@
 // A value record with all that is drawn, and its scales. SpectrumGeometry has the shapes that
 // follow from it, SpectrumLabels the places of its labels, SpectrumDrawing the plain drawing and
 // SpectrumRaster the fast one of windows. Coordinates are logical pixels, the origin at the top
-// left; the graph fills its size and its labels stand inside.
+// left; the graph fills its size, with its labels inside.
 #pragma once
 
 #include <QColor>
@@ -49,7 +49,7 @@ struct SpectrumHoverState {
 };
 
 struct SpectrumView {
-    // A piece whose arrays don't match in length is left out of the picture.
+    // Parts whose arrays don't match in length are not drawn.
     std::vector<TarvaneKit::OctaveBand> bands;
     std::vector<double> bandLevelsDB;
     std::vector<double> bandPeakHoldDB;
@@ -64,7 +64,7 @@ struct SpectrumView {
     std::optional<double> spectrogramFloorDB;
     std::optional<double> spectrogramCeilingDB;
     RTAScale scale = RTAScale::spl;
-    /// Taken off every level of this channel; not off the target curve, floor and ceiling.
+    /// Subtracted from every level of this channel, but not from target curve, floor and ceiling.
     double levelOffsetDB = 0.0;
     std::optional<TarvaneKit::TargetCurve> targetCurve;
     double targetCurveReferenceDB = 0.0;
@@ -79,7 +79,7 @@ struct SpectrumView {
     FrequencyAxis frequencyAxis() const { return {minHz, maxHz}; }
     double axisBottomDB() const { return scale == RTAScale::spl ? 0.0 : -140.0; }
     double axisTopDB() const { return scale == RTAScale::spl ? 140.0 : 0.0; }
-    /// A level beyond the axis pins to its end, NaN to the bottom.
+    /// A level beyond the axis maps to its end, NaN to the bottom.
     double y(double levelDB, double height) const;
     double levelAt(double y, double height) const;
     /// In steps of 20 dB, from the bottom up.
@@ -87,10 +87,10 @@ struct SpectrumView {
     bool showsLine() const { return viewMode != SpectrumViewMode::banded; }
     bool showsBands() const { return viewMode != SpectrumViewMode::line; }
 
-    /// The floor's or the ceiling's y; absent unless it lies strictly inside the axis.
+    /// The y of floor or ceiling; absent unless it lies inside the axis, ends excluded.
     std::optional<double> ruleY(const std::optional<double>& levelDB, double height) const;
 
-    /// What is measured there, from the line spectrum where there is one.
+    /// The level at a frequency, from the line spectrum if there is one.
     std::optional<double> levelDB(double atFrequencyHz) const;
     /// "1.00 kHz  62.1 dB".
     QString hoverLabel(double forFrequencyHz) const;

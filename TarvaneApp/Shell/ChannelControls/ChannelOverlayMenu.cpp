@@ -36,7 +36,7 @@ void ChannelOverlayMenu::setBaseChannelID(const UUID& id) {
     showState();
 }
 
-// A channel that was switched off while it lay over the base can still be taken away.
+// An overlay whose channel was switched off can still be removed.
 std::vector<ChannelOverlayMenu::Choice> ChannelOverlayMenu::choices() const {
     const UUID base = engine_.resolvedChannelID(baseChannelID_);
     std::vector<Choice> choices;

@@ -57,7 +57,7 @@ void LoudnessControls::showReadout() {
         [this](LoudnessMetric metric) { engine_.loudnessReadout.set(metric); }, shortLabel));
 }
 
-// A target of the user's own is there as long as it holds, and choosing it changes nothing.
+// A custom target is listed while it is set; choosing it changes nothing.
 void LoudnessControls::showTarget() {
     std::vector<MenuButton::Item> items;
     for (const LoudnessTarget& preset : LoudnessTarget::presets()) {

@@ -60,7 +60,7 @@ void MetricControlBar::channelChanged() {
     arrange();
 }
 
-// The row as it is where there is room for it.
+// The width of the whole row, where there is room for it.
 int MetricControlBar::ordinaryWidth() const {
     const int controls = engine_.readoutUnit(channelID()) == ReadoutUnit::lufs
                              ? loudnessControls_->ordinaryWidth()
@@ -72,7 +72,7 @@ int MetricControlBar::ordinaryWidth() const {
            2 * Theme::Space::group + controls;
 }
 
-// What is as it should be is left alone: a change orders another layout, which comes back here.
+// Nothing is set twice: a change requests another layout, which comes back here.
 void MetricControlBar::arrange() {
     const bool isLoudness = engine_.readoutUnit(channelID()) == ReadoutUnit::lufs;
     const bool isNarrow = width() < ordinaryWidth();
@@ -91,7 +91,7 @@ QSize MetricControlBar::minimumSizeHint() const {
     return {narrowestWidth, QWidget::minimumSizeHint().height()};
 }
 
-// A control has got another width.
+// A control's width has changed.
 bool MetricControlBar::event(QEvent* event) {
     const bool handled = QWidget::event(event);
     if (event->type() == QEvent::LayoutRequest) {

@@ -41,7 +41,7 @@ constexpr std::array traceColors{
     ColorSwatches::Swatch{"White", {0.95, 0.95, 0.95, 1.0}},
 };
 
-// Holds stand over traces of the colours above, so they are rather warm and bright.
+// Peak holds are drawn over traces in the colours above, so these are warm and bright.
 constexpr std::array peakColors{
     ColorSwatches::Swatch{"Orange", {1.0, 0.6, 0.2, 1.0}},
     ColorSwatches::Swatch{"Red", {1.0, 0.3, 0.25, 1.0}},

@@ -26,7 +26,7 @@ TargetCurveControls::TargetCurveControls(MeterEngine& engine, const TarvaneKit::
     const auto label = [](const QString& text, QWidget* on) {
         return makeTextLabel(text, Theme::Text::caption, Theme::axisText, on);
     };
-    // The curves have long names: their menu takes a line of its own.
+    // The curves have long names, so their menu has its own line.
     curves_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     auto* column = layOutColumn(this, Theme::Space::label);
     column->addWidget(label(QStringLiteral("Target curve"), this));

@@ -18,7 +18,7 @@ namespace {
 
 constexpr int valueWidth = 70;
 
-// A channel's level in one unit, and how far it can be moved.
+// A channel's level in one unit, and its range.
 struct Reference {
     double ChannelDisplaySettings::*level;
     int lowest;

@@ -1,4 +1,4 @@
-// Layouts without margins: their holder stands in another one, which has them.
+// Layouts without margins, for a widget inside another layout that has them.
 #pragma once
 
 class QHBoxLayout;

@@ -13,7 +13,7 @@ namespace TarvaneApp {
 
 namespace {
 
-// A label wider than a letter widens the button.
+// A label of more than a letter widens the button.
 constexpr QSize smallestSize(30, Theme::controlHeight);
 
 QFont labelFont() {

@@ -1,4 +1,4 @@
-// The lines that part things in a window.
+// The dividing lines of a window.
 #pragma once
 
 class QWidget;
@@ -8,7 +8,7 @@ namespace TarvaneApp {
 /// Across the window, between two of its parts.
 QWidget* makeDivider(QWidget* parent);
 
-/// A short upright one, between two groups of controls in a row.
+/// A short vertical one, between two groups of controls in a row.
 QWidget* makeGroupDivider(QWidget* parent);
 
 }  // namespace TarvaneApp

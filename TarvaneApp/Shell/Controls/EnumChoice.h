@@ -1,5 +1,5 @@
-// The cases of an enum as a choice of the user's, in the order in which the enum lists them: the
-// items of a menu, the labels of a picker, and the way back from a picked index.
+// The cases of an enum as a choice for the user, in the enum's order: the items of a menu, the
+// labels of a picker, and the case of a picked index.
 #pragma once
 
 #include <QStringList>
@@ -15,7 +15,7 @@ namespace TarvaneApp {
 
 template <class E>
 struct EnumChoice {
-    /// As they are stored, which is what the user reads.
+    /// The raw values, which the user reads.
     static QStringList labels() {
         QStringList labels;
         for (const E value : TarvaneKit::allCases<E>()) {

@@ -9,7 +9,7 @@
 
 #include "Core/Contract.h"
 
-// Outside any namespace, as the resource system demands of a library's resources.
+// Outside any namespace, as Qt requires for a library's resources.
 static void loadIconResource() {
     Q_INIT_RESOURCE(icons);
 }

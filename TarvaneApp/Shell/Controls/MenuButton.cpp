@@ -41,7 +41,7 @@ void MenuButton::letShrink() {
 }
 
 void MenuButton::setItems(std::vector<Item> items) {
-    // The choice that leads here may come from one of the old actions: they go later.
+    // This may run from one of the old actions, so they are deleted later.
     for (QAction* old : menu()->actions()) {
         menu()->removeAction(old);
         old->deleteLater();

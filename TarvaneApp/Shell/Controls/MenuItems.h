@@ -16,7 +16,7 @@ inline QString menuText(std::string_view name) {
     return utf8Text(name).replace(u'&', QStringLiteral("&&"));
 }
 
-/// A submenu of all cases of a choice, the current one checked.
+/// A submenu of all cases of an enum, the current one checked.
 template <class E, class Choose>
 void addPicker(QMenu& menu, std::string_view title, E current, Choose choose) {
     QMenu* picker = menu.addMenu(menuText(title));

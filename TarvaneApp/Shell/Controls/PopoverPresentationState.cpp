@@ -19,7 +19,8 @@ class Popover final : public QWidget {
     Popover(QWidget* parent, const PopoverPresentationState::Content& makeContent)
         : QWidget(parent, Qt::Popup | Qt::FramelessWindowHint) {
         setAttribute(Qt::WA_DeleteOnClose);
-        // The click that closes it does nothing else: on the button it would open it again.
+        // The click that closes it does nothing else; passed on to the button it would open it
+        // again.
         setAttribute(Qt::WA_NoMouseReplay);
         auto* layout = new QVBoxLayout(this);
         layout->setContentsMargins(Theme::Margins::form);
@@ -28,7 +29,7 @@ class Popover final : public QWidget {
         layout->activate();
     }
 
-    // Under the button, its right end under the button's, as far as the screen goes.
+    // Under the button and aligned with its right end, as far as the screen allows.
     void standUnder(const QAbstractButton& button) {
         const QRect screen = button.screen()->availableGeometry();
         const QPoint corner = button.mapToGlobal(QPoint(button.width(), button.height()));

@@ -66,7 +66,7 @@ class LevelHistoryExtremesSummary::Button final : public QAbstractButton {
             paintPlate(painter, rect(), cornerRadius,
                        isDown() ? Theme::gridLine : Theme::controlBackground);
         }
-        // Both texts stand on the base line of the larger one.
+        // Both texts share the base line of the larger one.
         const QFontMetricsF metrics(valueFont());
         const double baseline = (height() + metrics.capHeight()) / 2.0;
         painter.setOpacity(isEnabled() ? 1.0 : dimmed);

@@ -14,7 +14,7 @@ namespace TarvaneApp {
 
 namespace {
 
-// Its own height and no more, or as much as there is.
+// Limits a module to its own height, or lets it fill the window.
 void limitHeight(QWidget& module, bool leavesTheRest) {
     module.setMaximumHeight(leavesTheRest ? module.sizeHint().height() : QWIDGETSIZE_MAX);
 }

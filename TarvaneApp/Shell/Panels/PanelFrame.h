@@ -1,4 +1,4 @@
-// How a panel stands together: its header on top, its graph under it with the panel's margin at the
+// The layout of a panel: its header on top, its graph under it with the panel's margin at the
 // sides.
 #pragma once
 
@@ -9,8 +9,7 @@ namespace TarvaneApp {
 
 class PanelHeader;
 
-/// `bottomMargin` stays free under the graph. Returns the column of the graph, for what stands
-/// under it.
+/// `bottomMargin` is left free under the graph. Returns the graph's column, for what goes under it.
 QVBoxLayout* framePanel(QWidget* panel, PanelHeader* header, QWidget* graph, int bottomMargin);
 
 }  // namespace TarvaneApp

@@ -13,7 +13,7 @@ namespace {
 
 constexpr double letterSpacing = 0.5;
 
-// From left to right, with those inside of others.
+// From left to right, including those inside other widgets.
 void collectTabStops(const QLayout& layout, std::vector<QWidget*>& stops) {
     for (int i = 0; i < layout.count(); ++i) {
         if (const QLayout* inner = layout.itemAt(i)->layout()) {
@@ -50,7 +50,7 @@ void PanelHeader::setExpendable(std::vector<QWidget*> widgets) {
     fit();
 }
 
-// In a row within the row it takes its room without the spacing.
+// A widget in a row within the row has no spacing of its own.
 int PanelHeader::widthOf(const QWidget& widget) const {
     const bool isOfRow = row_->indexOf(&widget) >= 0;
     return widget.sizeHint().width() + (isOfRow ? row_->spacing() : 0);

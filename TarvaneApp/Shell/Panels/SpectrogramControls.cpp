@@ -62,7 +62,7 @@ SpectrogramControls::SpectrogramControls(MeterEngine& engine,
         [this, showLevel](Control& control) {
             showLevel(control, engine_.spectrogramRange(channelID()).ceilingDB);
         });
-    // To the right is faster: the slider runs against the time span.
+    // To the right is faster, which is a shorter time span.
     add(
         *layout, QStringLiteral("Speed"), factorValueWidth,
         [this](int value) {
@@ -102,7 +102,7 @@ void SpectrogramControls::add(QBoxLayout& layout, const QString& name, int value
     auto* row = new QHBoxLayout;
     row->setSpacing(Theme::Space::related);
     row->addWidget(makeTextLabel(name, Theme::Text::caption, Theme::axisText, this));
-    // Under each other the sliders stand in a column.
+    // Under each other the sliders are aligned in a column.
     const bool isColumn = layout.direction() == QBoxLayout::TopToBottom;
     if (isColumn) {
         row->addStretch(1);

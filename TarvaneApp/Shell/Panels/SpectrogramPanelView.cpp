@@ -78,7 +78,7 @@ UUID SpectrogramPanelView::channelID() const {
 }
 
 void SpectrogramPanelView::resizeEvent(QResizeEvent* event) {
-    // The header asks for room for what it shows: the sliders, or their button.
+    // What the header's size hint counts: the sliders, or their button.
     const int shown = (controls_->isHidden() ? static_cast<QWidget*>(adjustButton_) : controls_)
                           ->sizeHint()
                           .width();

@@ -31,7 +31,7 @@ QComboBox* makeWeightingPicker(MeterEngine& engine, QWidget* parent) {
     return picker;
 }
 
-// A stored time that no preset has is shown as what it is.
+// A stored time without a preset has an entry of its own.
 QComboBox* makeTimePicker(MeterEngine& engine, QWidget* parent) {
     auto* picker = new QComboBox(parent);
     QObject::connect(picker, &QComboBox::activated, parent, [&engine, picker] {

@@ -47,7 +47,7 @@ ChannelWindowLayoutControls::ChannelWindowLayoutControls(MeterEngine& engine, co
     follow(engine.channelWindowLayouts, this, [this] { showLayout(); });
 }
 
-// The last module that is shown stays: a click on its toggle changes nothing.
+// The last module shown can't be hidden: a click on its toggle changes nothing.
 void ChannelWindowLayoutControls::addToggle(QVBoxLayout& column, const QString& name,
                                             bool ChannelWindowLayout::*shows) {
     auto* toggle = new QCheckBox(name, this);

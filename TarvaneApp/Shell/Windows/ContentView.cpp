@@ -30,8 +30,8 @@ ContentView::ContentView(MeterEngine& engine, const AppCommands& commands, QWidg
 void ContentView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     if (!event->spontaneous()) {
-        // Not before the window itself is on its way to the screen: an alert or a module's window
-        // that comes first would lie behind it.
+        // Only once the window itself is being shown: an alert or a module's window that came first
+        // would be behind it.
         QMetaObject::invokeMethod(this, &ContentView::appeared, Qt::QueuedConnection);
     }
 }

@@ -100,7 +100,7 @@ void MainToolbar::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
 }
 
-// The text where the row has room for it beside all that it shows, else the menu.
+// The button with its text where the row has room for it, else the menu.
 void MainToolbar::showPeakHoldReset() {
     const UUID shown = engine_.resolvedChannelID(engine_.rtaChannelID());
     const bool isOffered = engine_.display(shown).showsPeakHold;
