@@ -2,10 +2,15 @@
 // at once in each half of a word.
 #pragma once
 
+#include <QColor>
 #include <QRgb>
 #include <cstdint>
 
 namespace TarvaneApp::PixelBlend {
+
+inline QRgb premultiplied(const QColor& color) {
+    return qPremultiply(color.rgba());
+}
 
 /// Weights are from 0 to this.
 inline constexpr std::uint32_t fullWeight = 256;

@@ -11,15 +11,12 @@ namespace TarvaneApp {
 
 using PixelBlend::fullWeight;
 using PixelBlend::over;
+using PixelBlend::premultiplied;
 
 namespace {
 
 std::size_t at(int index) {
     return static_cast<std::size_t>(index);
-}
-
-QRgb premultiplied(const QColor& color) {
-    return qPremultiply(color.rgba());
 }
 
 }  // namespace

@@ -15,6 +15,7 @@ namespace TarvaneApp {
 
 using PixelBlend::fullWeight;
 using PixelBlend::over;
+using PixelBlend::premultiplied;
 using TarvaneKit::OctaveBand;
 
 namespace {
@@ -22,10 +23,6 @@ namespace {
 // Still columns are made for bars of this many weights; narrow bars cover parts of a column.
 constexpr std::uint32_t weightSteps = 64;
 constexpr std::uint32_t weightStep = fullWeight / weightSteps;
-
-QRgb premultiplied(const QColor& color) {
-    return qPremultiply(color.rgba());
-}
 
 std::size_t at(int index) {
     return static_cast<std::size_t>(index);
