@@ -7,6 +7,7 @@
 
 #include "Displays/LevelHistory/LevelHistoryHover.h"
 #include "Support/GoldenImage.h"
+#include "Support/GraphPictures.h"
 #include "Support/LevelHistoryScenes.h"
 #include "Support/PinnedTypeface.h"
 
@@ -23,11 +24,8 @@ using TarvaneTests::record;
 const Typeface& pinned = TarvaneTests::pinnedTypeface();
 
 QImage drawn(const LevelHistoryView& view, const QSize& size, double scale = 1.0) {
-    QImage image(size * scale, QImage::Format_RGB32);
-    image.setDevicePixelRatio(scale);
-    image.fill(Theme::panelBackground);
+    QImage image = TarvaneTests::graphPicture(view, size, scale);
     QPainter painter(&image);
-    paint(painter, view, QSizeF(size), pinned);
     drawHover(painter, view, layout(view, QSizeF(size)), QSizeF(size), pinned);
     return image;
 }

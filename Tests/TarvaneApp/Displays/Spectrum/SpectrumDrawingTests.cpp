@@ -8,6 +8,7 @@
 
 #include "Displays/Spectrum/SpectrumHover.h"
 #include "Support/GoldenImage.h"
+#include "Support/GraphPictures.h"
 #include "Support/PinnedTypeface.h"
 #include "Support/SpectrumScenes.h"
 
@@ -20,11 +21,8 @@ using TarvaneTests::spectrumInDBFS;
 const Typeface& pinned = TarvaneTests::pinnedTypeface();
 
 QImage drawn(const SpectrumView& view, const QSize& size, double scale = 1.0) {
-    QImage image(size * scale, QImage::Format_RGB32);
-    image.setDevicePixelRatio(scale);
-    image.fill(Theme::panelBackground);
+    QImage image = TarvaneTests::graphPicture(view, size, scale);
     QPainter painter(&image);
-    paint(painter, view, QSizeF(size), pinned);
     paintHover(painter, view, QSizeF(size), pinned);
     return image;
 }
