@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <map>
 
+#include "Displays/LevelHistory/LevelHistoryDrawing.h"
 #include "Displays/LevelHistory/LevelHistoryRaster.h"
 #include "DrawingCost.h"
 #include "Support/LevelHistoryScenes.h"

@@ -35,7 +35,7 @@ Scene makeScene(const benchmark::State& state) {
                             .maxValueDB = 102.8,
                             .clipState = TarvaneKit::InputClipState::none,
                             .sideValuesDB = {},
-                            .onResetMinMax = [] {}},
+                            .offersReset = true},
                 .bar = {.valueDB = 95.0,
                         .markerDB = 99.0,
                         .range = {60.0, 120.0},

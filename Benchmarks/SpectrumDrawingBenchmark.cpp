@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QPainter>
 
+#include "Displays/Spectrum/SpectrumDrawing.h"
 #include "Displays/Spectrum/SpectrumRaster.h"
 #include "DrawingCost.h"
 #include "Support/SpectrumScenes.h"

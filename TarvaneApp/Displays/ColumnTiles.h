@@ -1,6 +1,5 @@
-// Writes a picture by columns at the speed of rows: sixteen columns are composed beside each
-// other, where each is contiguous, then written as pieces of rows, since that is how a picture
-// lies in memory.
+// Fills a picture column by column at the speed of rows: sixteen columns are composed in a buffer
+// where each is contiguous, then written row by row, the order of a picture's memory.
 #pragma once
 
 #include <QImage>
@@ -21,7 +20,7 @@ class ColumnTiles {
         const std::size_t stride = static_cast<std::size_t>(area.height()) + padding;
         pixels_.resize(tileColumns * stride);
         const int right = area.left() + area.width();
-        // Asked for once: a picture checks at each question whether it is shared.
+        // Outside the loop: each call to `bits` checks whether the picture is shared.
         uchar* const bits = picture.bits() + area.top() * picture.bytesPerLine();
         const qsizetype bytesPerLine = picture.bytesPerLine();
         for (int left = area.left(); left < right; left += tileColumns) {
@@ -39,7 +38,7 @@ class ColumnTiles {
                 }
             };
             if (count == tileColumns) {
-                // A width that the compiler knows is written by vectors.
+                // With a width known to the compiler this becomes vector code.
                 write(std::integral_constant<int, tileColumns>());
             } else {
                 write(count);
@@ -49,7 +48,7 @@ class ColumnTiles {
 
   private:
     static constexpr int tileColumns = 16;  // of four bytes: a cache line
-    // Beyond the last row, so that columns side by side don't fall into one set of the cache.
+    // Between two columns, so that neighbours don't share a set of the cache.
     static constexpr std::size_t padding = 24;
 
     std::vector<QRgb> pixels_;

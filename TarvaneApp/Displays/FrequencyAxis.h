@@ -1,5 +1,5 @@
 // The frequency axis that spectrum and spectrogram share: logarithmic, from left to right, with
-// its rules and their labels. Coordinates are logical pixels.
+// its grid lines and their labels. Coordinates are logical pixels.
 #pragma once
 
 #include <QString>
@@ -15,12 +15,11 @@ class FrequencyAxis {
     FrequencyAxis(double minHz, double maxHz)
         : minHz_(minHz), logMin_(std::log10(minHz)), decades_(std::log10(maxHz) - logMin_) {}
 
-    /// Where the rules stand.
+    /// Where the grid lines are.
     static constexpr std::array<double, 10> gridLines{20.0,   50.0,   100.0,  200.0,   500.0,
                                                       1000.0, 2000.0, 5000.0, 10000.0, 20000.0};
 
-    /// The same in the order in which labels get room: the decades and the ends speak for the
-    /// others where there is little.
+    /// The same by importance: where room is short, labels at decades and ends win over others.
     static constexpr std::array<double, 10> byImportance{100.0, 1000.0, 10000.0, 20.0,   20000.0,
                                                          50.0,  200.0,  500.0,   2000.0, 5000.0};
 
@@ -31,7 +30,7 @@ class FrequencyAxis {
                    : QString::number(static_cast<int>(frequencyHz / 1000.0)) + u'k';
     }
 
-    /// What lies below the axis pins to its left end; what lies above it runs on to the right.
+    /// Frequencies below the axis map to its left end, those above it lie beyond its right end.
     double x(double frequencyHz, double width) const {
         return width * ((std::log10(std::max(frequencyHz, minHz_)) - logMin_) / decades_);
     }

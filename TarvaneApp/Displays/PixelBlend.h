@@ -2,21 +2,26 @@
 // at once in each half of a word.
 #pragma once
 
+#include <QColor>
 #include <QRgb>
 #include <cstdint>
 
 namespace TarvaneApp::PixelBlend {
 
+inline QRgb premultiplied(const QColor& color) {
+    return qPremultiply(color.rgba());
+}
+
 /// Weights are from 0 to this.
 inline constexpr std::uint32_t fullWeight = 256;
 
-/// Of a share from 0 to 1.
+/// The weight of a share from 0 to 1.
 inline std::uint32_t weight(double share) {
     constexpr double roundsUp = 0.5;  // shares aren't negative
     return static_cast<std::uint32_t>(share * fullWeight + roundsUp);
 }
 
-/// Every channel times the weight.
+/// Every colour channel times the weight.
 inline QRgb scaled(QRgb pixel, std::uint32_t weight) {
     constexpr std::uint32_t low = 0x00FF00FF;
     constexpr std::uint32_t half = 0x00800080;

@@ -26,6 +26,13 @@ class PixelGrid {
     double lineWidth(double width) const {
         return std::max(std::round(width * scale_), 1.0) / scale_;
     }
+    /// Where a line of that width, centred at a coordinate, begins, so that it lies between `from`
+    /// and `to` in full.
+    double lineStart(double coordinate, double width, double from, double to) const {
+        const double thickness = lineWidth(width);
+        return snapped(
+            std::clamp(coordinate - thickness / 2.0, from, std::max(to - thickness, from)));
+    }
 
   private:
     double scale_;

@@ -1,16 +1,21 @@
-// The raw value of an enum as the interface shows it.
+// Texts of the analysis library as the interface shows them.
 #pragma once
 
 #include <QString>
+#include <string_view>
 
 #include "Core/RawEnum.h"
 
 namespace TarvaneApp {
 
+inline QString utf8Text(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+/// The raw value of an enum.
 template <class E>
 QString rawText(E value) {
-    const std::string_view raw = TarvaneKit::rawValue(value);
-    return QString::fromUtf8(raw.data(), static_cast<qsizetype>(raw.size()));
+    return utf8Text(TarvaneKit::rawValue(value));
 }
 
 }  // namespace TarvaneApp

@@ -9,15 +9,15 @@ namespace TarvaneApp {
 
 namespace {
 
-// Between the ink of neighbours, as a share of the font's size: what round faces set.
+// Between the ink of neighbours, as a share of the font's size: the usual gap of rounded typefaces.
 constexpr double inkGapShare = 0.09;
 
 bool isDigit(QChar character) {
     return character >= u'0' && character <= u'9';
 }
 
-// How one face sets its characters. A face with equal digits is set as it is; in any other,
-// digits as wide as the widest would stand far apart, so cells are made of ink and an even gap.
+// How one typeface sets its characters. One with equal digits is used as it is. In any other,
+// cells as wide as the widest digit would look loose, so cells are made of ink and an even gap.
 class Cells {
   public:
     explicit Cells(const QFont& font)
@@ -35,7 +35,8 @@ class Cells {
         digitWidth_ = isTabular_ ? widest : std::min(widest, widestInk + inkGap_);
     }
 
-    /// Measuring a face costs more than drawing a number; a drawing has a handful of fonts.
+    /// Measuring a typeface costs more than drawing a number, and a drawing uses a handful of
+    /// fonts.
     static const Cells& of(const QFont& font) {
         static QCache<QFont, Cells> measured(64);
         if (const Cells* known = measured.object(font)) {

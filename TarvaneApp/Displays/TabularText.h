@@ -1,5 +1,5 @@
-// Numbers whose digits all stand in cells of one width, whatever the face: a changing number
-// then neither moves nor shakes what stands beside it. The other characters keep their widths.
+// Numbers whose digits are all set in cells of one width, whatever the typeface: a changing number
+// then stays still, and so does what is beside it. Other characters keep their widths.
 #pragma once
 
 #include <QFont>
@@ -13,7 +13,7 @@ namespace TarvaneApp::TabularText {
 /// Logical pixels.
 double width(const QString& text, const QFont& font);
 
-/// Draws in the painter's pen; `baseline` is the left end of the base line.
+/// Draws with the painter's pen; `baseline` is the left end of the base line.
 void draw(QPainter& painter, const QPointF& baseline, const QString& text, const QFont& font);
 
 }  // namespace TarvaneApp::TabularText

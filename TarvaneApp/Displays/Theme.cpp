@@ -56,11 +56,11 @@ QFont Typeface::monospacedFont(double size, QFont::Weight weight) const {
 }
 
 QFont Theme::sectionLabelFont(const Typeface& typeface) {
-    return typeface.systemFont(11, QFont::DemiBold);
+    return typeface.systemFont(Text::caption, QFont::DemiBold);
 }
 
 QFont Theme::readoutFont(const Typeface& typeface) {
-    return typeface.roundedFont(readoutFontSize, QFont::Bold);
+    return typeface.roundedFont(Text::readout, QFont::Bold);
 }
 
 QColor Theme::color(const TarvaneKit::RGBAColor& color) {

@@ -16,7 +16,7 @@ constexpr float infinity = std::numeric_limits<float>::infinity();
 constexpr int margin = 64;
 
 // Shares of rows as a running sum: where a stretch begins, its share of that row is added there
-// and the rest to the next row; where it ends, the same is taken off.
+// and the rest to the next row; where it ends, the same is subtracted.
 class RunningShares {
   public:
     RunningShares(std::vector<float>& shares, TraceColumns::Rows rows)
@@ -106,7 +106,7 @@ void TraceColumns::addPiece(const QPointF& from, const QPointF& control, const Q
         const QPointF turn = (from + 2.0 * control + to) / 4.0;
         addCut(turn.x() * cutsPerColumn, turn.y());
     }
-    // x(t) = start + b·t + a·t², solved for t in the form that stands a = 0.
+    // x(t) = start + b·t + a·t², solved for t in the form that works for a = 0, too.
     const double b = 2.0 * (control.x() * cutsPerColumn - start);
     const double a = end - start - b;
     for (double cut = firstCut; cut <= lastCut; cut += 1.0) {

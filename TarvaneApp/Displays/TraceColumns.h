@@ -26,13 +26,13 @@ class TraceColumns {
         bool isEmpty() const { return first >= end; }
     };
 
-    /// Begins anew, on a picture of that size.
+    /// Starts over, on a picture of that size.
     void start(int columns, int rows);
-    /// A line through the points, or softened as `smoothedPath` does; x doesn't fall. Several
+    /// A line through the points, or softened as by `smoothedPath`; x never decreases. Several
     /// lines over the same columns count as one.
     void addStraight(std::span<const QPointF> points);
     void addSmoothed(std::span<const QPointF> points);
-    /// Gives what was added its stroke.
+    /// Computes the stroke of what was added.
     void stroke(double halfWidth);
     /// Blends the stroke into the picture, which is opaque; the colour is premultiplied.
     void blendStroke(QImage& picture, QRgb color);

@@ -1,5 +1,5 @@
-// The clock on the screen: it runs by a timer of its own, whether anything is measured or not, as
-// long as it is seen, and repaints only the parts that look different. Main thread.
+// The clock on the screen. It runs by its own timer while it is visible, whether anything is
+// measured or not, and repaints only the parts that look different. Main thread.
 #pragma once
 
 #include <QTimer>

@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "Displays/FocusRing.h"
+#include "Displays/LevelHistory/LevelHistoryHover.h"
 #include "Displays/Theme.h"
 #include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
@@ -23,15 +24,13 @@ using TarvaneKit::UUID;
 
 namespace {
 
-// Less is a click that trembled.
+// A shorter movement is an unsteady click.
 constexpr double shortestDrag = 3.0;
-
-constexpr double focusRadius = 3.0;
 
 // One notch of a wheel, in eighths of a degree.
 constexpr double wheelNotch = 120.0;
 
-// Program loudness has an axis of its own, whatever the level.
+// Program loudness has a fixed axis.
 constexpr LevelHistoryView::Span loudnessAxis{-60.0, 0.0};
 
 }  // namespace
@@ -140,7 +139,7 @@ void LiveLevelHistoryGraph::paintEvent(QPaintEvent*) {
     painter.drawImage(QPointF(0.0, 0.0), raster_.image(still, size(), devicePixelRatioF()));
     drawHover(painter, view_, raster_.geometry(), size());
     if (hasFocus()) {
-        paintFocusRing(painter, rect(), focusRadius);
+        paintFocusRing(painter, rect(), Theme::Radius::graph);
     }
 }
 
@@ -149,7 +148,7 @@ double LiveLevelHistoryGraph::plotFraction(double x) const {
     return std::clamp((x - plot.left()) / plot.width(), 0.0, 1.0);
 }
 
-// Zoomed out to the whole session, that is the preset too.
+// Zooming out to the whole session also picks that preset.
 void LiveLevelHistoryGraph::rangeMoved(bool staysZoomedIn) {
     if (!staysZoomedIn) {
         engine_.levelHistoryZoom.set(LevelHistoryZoom::session);
@@ -181,7 +180,7 @@ void LiveLevelHistoryGraph::mouseReleaseEvent(QMouseEvent*) {
     view_.viewport.endPan();
 }
 
-// Its second press may begin a drag as any other.
+// The second press may begin a drag, too.
 void LiveLevelHistoryGraph::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) {
         clearOwnRange();
@@ -196,7 +195,7 @@ void LiveLevelHistoryGraph::leaveEvent(QEvent*) {
 
 void LiveLevelHistoryGraph::wheelEvent(QWheelEvent* event) {
     event->accept();
-    // A touchpad tells pixels; a wheel tells notches, and under X11 pixels of no meaning too.
+    // A touchpad reports pixels; a wheel reports notches, and under X11 also meaningless pixels.
     const bool isTouchpad = event->phase() != Qt::NoScrollPhase ||
                             event->device()->type() == QInputDevice::DeviceType::TouchPad;
     const bool isPrecise = isTouchpad && !event->pixelDelta().isNull();
@@ -213,7 +212,7 @@ void LiveLevelHistoryGraph::scroll(const LevelHistoryViewport::Scroll& scroll, d
     }
 }
 
-// As wheel and touchpad do, at the pointer or in the middle.
+// Like wheel and touchpad, at the pointer or in the middle.
 void LiveLevelHistoryGraph::keyPressEvent(QKeyEvent* event) {
     const QRectF plot = view_.plot(size());
     const double x = view_.hover.xPosition.value_or(plot.center().x());

@@ -28,10 +28,10 @@ class LiveLevelHistoryGraph final : public QWidget, public SpokenDisplay {
     void setOverlayIDs(std::vector<TarvaneKit::UUID> ids);
 
     const LevelHistoryView& view() const { return view_; }
-    /// Whether the user has a range of his own, instead of the preset's.
+    /// Whether the user has chosen a range instead of the preset's.
     bool hasOwnRange() const { return view_.viewport.custom.has_value(); }
     void clearOwnRange();
-    /// Up to a minute about a moment of the session.
+    /// Shows up to a minute around a moment of the session.
     void showMoment(double elapsedSeconds);
     /// How often the picture was drawn.
     int picturesDrawn() const { return raster_.picturesDrawn(); }
@@ -40,7 +40,7 @@ class LiveLevelHistoryGraph final : public QWidget, public SpokenDisplay {
     std::vector<SpokenPart> spokenParts() const override;
 
   Q_SIGNALS:
-    /// The shown history took a point, or another one is shown.
+    /// The history has a new point, or another history is shown.
     void historyChanged();
     void ownRangeChanged();
 

@@ -13,6 +13,7 @@
 #include "Displays/Readouts/ClipBadge.h"
 #include "Displays/Readouts/ReadoutPlate.h"
 #include "Displays/Readouts/ReadoutText.h"
+#include "Displays/Theme.h"
 #include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
@@ -37,11 +38,8 @@ constexpr double silentSideDB = -200.0;
 constexpr double barRedFromDBFS = -3.0;
 constexpr double barYellowFromDBFS = -12.0;
 
-// A screen reader is told of a new value at most this often; asked, it always gets the newest.
+// How often a screen reader is notified of a new value; on request it always gets the newest.
 constexpr int announcementMilliseconds = 1000;
-
-constexpr double barMarginAcross = 16.0;
-constexpr double barMarginBottom = 6.0;
 
 // The bar grows with the view, from this size on and up to three times.
 constexpr QSizeF barReferenceSize(900.0, 330.0);
@@ -66,7 +64,7 @@ QString barUnit(const LevelBarView& bar) {
     return bar.unitLabel.startsWith(peak) ? bar.unitLabel.mid(peak.size()) : bar.unitLabel;
 }
 
-// What a readout draws beside the large value, its label and the badge.
+// What a readout draws besides the large value, its label and the badge.
 struct DrawnValue {
     QString name;
     QString text;
@@ -123,7 +121,7 @@ LiveSPLReadoutView::LiveSPLReadoutView(MeterEngine& engine, const UUID& channelI
     installDisplayAccessibility();
     setAttribute(Qt::WA_OpaquePaintEvent);
     resetButton_->setFocusPolicy(Qt::TabFocus);
-    resetButton_->setFont(Typeface::installed().systemFont(11));
+    resetButton_->setFont(Typeface::installed().systemFont(Theme::Text::caption));
     connect(resetButton_, &QPushButton::clicked, this, [this] { reset(); });
     showResetButton();
     binding_.bind(engine_, {channelID_});
@@ -183,7 +181,7 @@ SPLReadoutView LiveSPLReadoutView::currentReadout() const {
         .maxValueDB = now.maxSPLValueDB - offset,
         .clipState = now.inputClipState,
         .sideValuesDB = {},
-        .onResetMinMax = [this] { engine_.resetMinMax(); },
+        .offersReset = true,
     };
     for (const double side : now.sideSPLValuesDB) {
         view.sideValuesDB.push_back(side <= silentSideDB ? noValue : side - offset);
@@ -200,7 +198,7 @@ LoudnessReadoutView LiveSPLReadoutView::currentLoudness() const {
         .colors = engine_.loudnessColors(),
         .color = {},
         .clipState = now.inputClipState,
-        .onReset = [this] { engine_.resetLoudness(channelID_); },
+        .offersReset = true,
     };
     view.color = view.judgement(view.headline);
     return view;
@@ -238,8 +236,7 @@ LevelBarView LiveSPLReadoutView::currentLevelBar() const {
     };
 }
 
-// The record takes the place of the one before. Nothing is returned when their parts stand in
-// different places, else what of them looks different.
+// Replaces the record. Returns what looks different, or nothing where the parts have moved.
 template <class View>
 std::optional<QRegion> LiveSPLReadoutView::put(View view) {
     auto* placed = std::get_if<Placed<View>>(&readout_);
@@ -299,9 +296,10 @@ void LiveSPLReadoutView::showResetButton() {
 }
 
 void LiveSPLReadoutView::reset() {
-    const auto& action = loudness() != nullptr ? loudness()->onReset : readout().onResetMinMax;
-    if (action) {
-        action();
+    if (loudness() != nullptr) {
+        engine_.resetLoudness(channelID_);
+    } else {
+        engine_.resetMinMax();
     }
 }
 
@@ -337,9 +335,9 @@ void LiveSPLReadoutView::placeParts(double barHeight) {
     readoutRect_ = plate_;
     levelBarRect_ = QRectF();
     if (levelBar_) {
-        levelBarRect_ =
-            QRectF(plate_.left() + barMarginAcross, plate_.bottom() - barMarginBottom - barHeight,
-                   plate_.width() - 2.0 * barMarginAcross, barHeight);
+        levelBarRect_ = QRectF(plate_.left() + Theme::Space::panel,
+                               plate_.bottom() - Theme::Space::related - barHeight,
+                               plate_.width() - 2.0 * Theme::Space::panel, barHeight);
         readoutRect_.setBottom(levelBarRect_.top());
         levelBarGeometry_ = TarvaneApp::layout(*levelBar_, levelBarRect_);
     }
@@ -404,8 +402,8 @@ bool LiveSPLReadoutView::event(QEvent* event) {
     return QWidget::event(event);
 }
 
-// The parts of both readouts, since a widget's parts are the same for its life; those of the one
-// that isn't shown have no value and no place.
+// The parts of both readouts, since a widget's parts are fixed for its life; those of the hidden
+// readout have no value and no place.
 std::vector<SpokenPart> LiveSPLReadoutView::spokenParts() const {
     const auto* spl = std::get_if<Placed<SPLReadoutView>>(&readout_);
     const auto* loudness = std::get_if<Placed<LoudnessReadoutView>>(&readout_);

@@ -1,4 +1,4 @@
-// The readout of a channel on the screen, of its level or of its loudness, above the level bar: it
+// The readout of a channel on the screen, of its level or its loudness, above the level bar. It
 // fills their records from the engine and the channel's live data, once per publication, and
 // repaints only the parts that look different. Main thread.
 #pragma once
@@ -44,7 +44,7 @@ class LiveSPLReadoutView final : public QWidget, public SpokenDisplay {
     }
     /// Absent while the bar is switched off.
     const std::optional<LevelBarView>& levelBar() const { return levelBar_; }
-    /// How many parts of the view were ordered to be drawn anew since it was made.
+    /// How many repaints of parts were requested since the view was made.
     int repaintsOrdered() const { return repaintsOrdered_; }
 
     std::vector<SpokenPart> spokenParts() const override;
@@ -55,14 +55,14 @@ class LiveSPLReadoutView final : public QWidget, public SpokenDisplay {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
-    // A readout, and where its parts stand.
+    // A readout, and where its parts are.
     template <class View>
     struct Placed {
         View view;
         decltype(TarvaneApp::layout(std::declval<const View&>(), QSizeF())) geometry;
     };
 
-    // What of the records follows from settings alone, and changes only with them.
+    // The part of the records that depends on settings alone.
     struct Context {
         QString metricLabel;
         bool isLeq = false;
@@ -71,7 +71,7 @@ class LiveSPLReadoutView final : public QWidget, public SpokenDisplay {
         bool showsDBFS = false;
         bool isRunning = false;
         bool showsLevelBar = false;
-        double displayOffsetDB = 0.0;  // taken off the readings
+        double displayOffsetDB = 0.0;  // subtracted from the readings
         double barOffsetDB = 0.0;      // added to the digital peaks
     };
 

@@ -7,6 +7,7 @@
 
 #include "DSP/SpectrogramRow.h"
 #include "Displays/FocusRing.h"
+#include "Displays/Theme.h"
 #include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
 #include "Metering/SpectrogramPace.h"
@@ -18,10 +19,8 @@ using TarvaneKit::UUID;
 
 namespace {
 
-// Less is a click that trembled.
+// A shorter movement is an unsteady click.
 constexpr double shortestDrag = 2.0;
-
-constexpr double focusRadius = 3.0;
 
 }  // namespace
 
@@ -82,7 +81,7 @@ void LiveSpectrogramView::showEvent(QShowEvent*) {
     registerDemand();
 }
 
-// Also when the window is minimised: nobody sees it then.
+// Also runs when the window is minimised.
 void LiveSpectrogramView::hideEvent(QHideEvent*) {
     demand_.clear();
 }
@@ -97,13 +96,13 @@ void LiveSpectrogramView::refresh() {
 }
 
 void LiveSpectrogramView::paintEvent(QPaintEvent*) {
-    // The rows stay where the engine has them; nothing writes there while this paints.
+    // Drawn from the engine's own rows, which nothing writes to while this paints.
     view_.history = SpectrogramRows(engine_.meterChannel(channelID_).live.spectrogramHistory);
     QPainter painter(this);
     painter.drawImage(QPointF(0.0, 0.0), raster_.image(view_, size(), devicePixelRatioF()));
     badge().paint(painter, size());
     if (hasFocus()) {
-        paintFocusRing(painter, rect(), focusRadius);
+        paintFocusRing(painter, rect(), Theme::Radius::graph);
     }
     view_.history = {};
 }
@@ -153,7 +152,7 @@ void LiveSpectrogramView::resumeLive() {
     update();
 }
 
-// Each key is a drag of its own: a tenth of the picture, or all of it.
+// Each key is one drag: by a tenth of the picture, or all of it.
 void LiveSpectrogramView::keyPressEvent(QKeyEvent* event) {
     const double page = height();
     switch (event->key()) {

@@ -1,7 +1,6 @@
 // The spectrogram of a channel on the screen: it fills the picture's record from the engine and
-// the channel's live data once per publication, and scrolls back by a drag or the arrow
-// keys. While it is on screen,
-// and only then, it asks the engine for rows. Main thread.
+// the channel's live data once per publication, and scrolls back by a drag or the arrow keys. It
+// requests rows from the engine only while it is on screen. Main thread.
 #pragma once
 
 #include <QWidget>

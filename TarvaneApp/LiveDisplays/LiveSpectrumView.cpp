@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "Displays/FocusRing.h"
+#include "Displays/Spectrum/SpectrumHover.h"
 #include "Displays/Theme.h"
 #include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
@@ -17,11 +18,9 @@ using TarvaneKit::UUID;
 
 namespace {
 
-// The read-out's way per arrow key, with and without Shift, in pixels.
+// How far an arrow key moves the readout, with and without Shift, in pixels.
 constexpr double fineStep = 1.0;
 constexpr double coarseStep = 8.0;
-
-constexpr double focusRadius = 3.0;
 
 }  // namespace
 
@@ -57,7 +56,7 @@ void LiveSpectrumView::setOverlayIDs(std::vector<UUID> ids) {
     contextChanged();
 }
 
-// Takes a channel that is displayed in dBFS from its calibrated scale back to full scale.
+// What a channel that is displayed in dBFS has to lose of its calibrated levels.
 double LiveSpectrumView::levelOffsetDB(const UUID& channelID) const {
     const auto channel = engine_.channelInfo(channelID);
     return view_.scale == RTAScale::dbfs && channel ? channel->calibration.broadbandOffsetDB()
@@ -119,7 +118,7 @@ void LiveSpectrumView::showEvent(QShowEvent*) {
     registerDemand();
 }
 
-// Also when the window is minimised: nobody sees it then.
+// Also runs when the window is minimised.
 void LiveSpectrumView::hideEvent(QHideEvent*) {
     demand_.clear();
 }
@@ -150,7 +149,7 @@ void LiveSpectrumView::paintEvent(QPaintEvent*) {
     paintHover(painter, view_, size());
     bannerFade_.shown().paint(painter, size());
     if (hasFocus()) {
-        paintFocusRing(painter, rect(), focusRadius);
+        paintFocusRing(painter, rect(), Theme::Radius::graph);
     }
 }
 
@@ -172,7 +171,7 @@ void LiveSpectrumView::leaveHover() {
     update();
 }
 
-// The read-out without a pointer: it begins in the middle.
+// The readout by keys; without a pointer it begins in the middle.
 void LiveSpectrumView::keyPressEvent(QKeyEvent* event) {
     const double step = (event->modifiers() & Qt::ShiftModifier) != 0 ? fineStep : coarseStep;
     const double x = view_.hover.xPosition.value_or(width() / 2.0);

@@ -1,7 +1,7 @@
 // The spectrum of a channel on the screen: it fills the graph's record from the engine and the
 // live data of the channel and of those laid over it, once per publication, and follows the
-// pointer, or the arrow keys. While it is on screen, and only then, it asks the engine for the
-// spectra that it shows. Main thread.
+// pointer, or the arrow keys. It requests the spectra that it shows from the engine
+// only while it is on screen. Main thread.
 #pragma once
 
 #include <QWidget>

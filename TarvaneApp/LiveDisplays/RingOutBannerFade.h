@@ -1,5 +1,5 @@
-// Lets the banner of a ring fade in when it comes and out when it goes. It keeps the last alert for
-// as long as that takes. Main thread.
+// Fades the banner of a ring in and out. It keeps the last alert until the banner has faded out.
+// Main thread.
 #pragma once
 
 #include <QVariantAnimation>
@@ -16,14 +16,14 @@ class RingOutBannerFade {
     /// `repaint` runs for every step of a fade.
     explicit RingOutBannerFade(std::function<void()> repaint);
 
-    /// What the banner is from now on.
+    /// The banner to fade to.
     void follow(const RingOutBannerView& banner);
     /// What is to be drawn.
     const RingOutBannerView& shown() const { return shown_; }
 
   private:
     RingOutBannerView shown_;
-    bool isThere_ = false;  // where the fade goes
+    bool isThere_ = false;  // what it fades to
     QVariantAnimation fade_;
 };
 

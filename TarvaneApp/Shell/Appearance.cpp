@@ -11,6 +11,7 @@
 #include <algorithm>
 
 #include "Displays/FocusRing.h"
+#include "Displays/Plate.h"
 #include "Displays/Theme.h"
 #include "Shell/Controls/Icon.h"
 
@@ -46,8 +47,8 @@ QPalette darkPalette() {
     return palette;
 }
 
-// The toolkit's buttons and pickers drawn as flat as our own controls, with room about their
-// texts and a ring about the one that has the focus.
+// Draws the toolkit's buttons and pickers as flat as our own controls, with room around their texts
+// and a ring around the focused one.
 class FlatStyle final : public QProxyStyle {
   public:
     FlatStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
@@ -55,7 +56,7 @@ class FlatStyle final : public QProxyStyle {
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override {
         if (element == PE_PanelButtonCommand) {
-            paintPlate(*painter, *option);
+            paintButton(*painter, *option);
         } else if (element == PE_IndicatorCheckBox) {
             paintCheckBox(*painter, *option);
         } else if (element != PE_FrameFocusRect) {
@@ -90,10 +91,10 @@ class FlatStyle final : public QProxyStyle {
             QProxyStyle::drawComplexControl(control, option, painter, widget);
             return;
         }
-        paintPlate(*painter, *option);
-        const QRectF arrow(option->rect.right() - chevronSize - chevronMargin,
-                           option->rect.center().y() - chevronSize / 2.0 + 1.0, chevronSize,
-                           chevronSize);
+        paintButton(*painter, *option);
+        const QRectF arrow(option->rect.right() - Theme::Symbol::chevron - chevronMargin,
+                           option->rect.center().y() - Theme::Symbol::chevron / 2.0 + 1.0,
+                           Theme::Symbol::chevron, Theme::Symbol::chevron);
         Icon::paint(*painter, QStringLiteral("chevron.down"), arrow, Theme::axisText);
         ringIfFocused(*option, *painter);
     }
@@ -106,15 +107,13 @@ class FlatStyle final : public QProxyStyle {
             return {natural.width(), menuSectionHeight};
         }
         return type == CT_PushButton || type == CT_ComboBox
-                   ? QSize(natural.width() + textPadding, std::max(natural.height(), controlHeight))
+                   ? QSize(natural.width() + textPadding,
+                           std::max(natural.height(), Theme::controlHeight))
                    : natural;
     }
 
   private:
-    static constexpr double cornerRadius = 6.0;
-    static constexpr int controlHeight = 26;
     static constexpr int textPadding = 12;
-    static constexpr double chevronSize = 9.0;
     static constexpr double chevronMargin = 8.0;
     static constexpr int menuSectionHeight = 28;
     static constexpr int menuSectionIndent = 10;
@@ -125,7 +124,7 @@ class FlatStyle final : public QProxyStyle {
                                                                                         : nullptr;
     }
 
-    // With a text it is the heading of the items under it, without one a line.
+    // With a text it is the heading of the items below, without one a line.
     static void paintMenuSeparator(QPainter& painter, const QStyleOptionMenuItem& separator) {
         if (separator.text.isEmpty()) {
             const QRect& room = separator.rect;
@@ -142,17 +141,15 @@ class FlatStyle final : public QProxyStyle {
         painter.restore();
     }
 
-    static void paintPlate(QPainter& painter, const QStyleOption& option) {
+    static void paintButton(QPainter& painter, const QStyleOption& option) {
         const bool isEnabled = (option.state & State_Enabled) != 0;
         const bool isPressed = isEnabled && (option.state & State_Sunken) != 0;
         const bool isHovered = isEnabled && (option.state & State_MouseOver) != 0;
         painter.save();
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(isPressed   ? Theme::controlBackground
-                         : isHovered ? Theme::gridLineStrong
-                                     : Theme::gridLine);
-        painter.drawRoundedRect(option.rect, cornerRadius, cornerRadius);
+        paintPlate(painter, option.rect, Theme::Radius::control,
+                   isPressed   ? Theme::controlBackground
+                   : isHovered ? Theme::gridLineStrong
+                               : Theme::gridLine);
         painter.restore();
     }
 
@@ -176,7 +173,7 @@ class FlatStyle final : public QProxyStyle {
 
     static void ringIfFocused(const QStyleOption& option, QPainter& painter) {
         if ((option.state & State_HasFocus) != 0) {
-            paintFocusRing(painter, option.rect, cornerRadius - 1.0);
+            paintFocusRing(painter, option.rect, Theme::Radius::control - 1.0);
         }
     }
 };

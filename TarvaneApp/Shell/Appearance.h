@@ -4,7 +4,7 @@
 
 namespace TarvaneApp {
 
-/// Puts style and palette in force for the whole program. Once, before the first window.
+/// Sets style and palette of the whole program. Call it once, before the first window.
 void applyAppearance();
 
 }  // namespace TarvaneApp

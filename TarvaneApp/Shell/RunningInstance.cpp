@@ -7,10 +7,10 @@ namespace TarvaneApp {
 
 namespace {
 
-// The other one's system answers at once, even while the program is busy.
+// The system answers at once, even while the other program is busy.
 constexpr int connectMilliseconds = 1000;
 
-// The connection is the whole message.
+// To connect is the whole message.
 bool canConnect(const QString& socketPath) {
     QLocalSocket socket;
     socket.connectToServer(socketPath);
@@ -26,7 +26,7 @@ RunningInstance::RunningInstance(const QString& socketPath) {
     });
     hasHandedOver_ = canConnect(socketPath);
     if (!hasHandedOver_) {
-        // A crash leaves its socket behind.
+        // A crash leaves a socket behind.
         QLocalServer::removeServer(socketPath);
         server_.listen(socketPath);
     }

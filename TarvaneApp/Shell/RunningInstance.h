@@ -12,12 +12,13 @@ class RunningInstance final : public QObject {
     /// `socketPath` is where running programs listen.
     explicit RunningInstance(const QString& socketPath = userSocketPath());
 
-    /// Another one runs, and has been asked.
+    /// Another one runs, and has been brought to the front.
     bool hasHandedOver() const { return hasHandedOver_; }
-    /// A later launch will find this one. False as well where the system has no place for that.
+    /// Whether a later launch will find this one; false where the system has no place for the
+    /// socket.
     bool isListening() const { return server_.isListening(); }
 
-    /// The same for all launches of one user.
+    /// The same path for all launches of one user.
     static QString userSocketPath();
 
   Q_SIGNALS:

@@ -1,4 +1,4 @@
-// The application's top: it makes the engine and all windows, and lives as long as the process.
+// The top of the application: it owns the engine and all windows, and lives as long as the process.
 #pragma once
 
 #include <QObject>
@@ -20,18 +20,18 @@ class WindowScenes;
 class TarvaneApplication final : public QObject {
     Q_OBJECT
   public:
-    /// Both outlive the application. A QApplication is there, and stays. Metering doesn't start
-    /// by itself, and no window is shown yet.
+    /// Both outlive the application, as does the QApplication. Metering isn't started, and no
+    /// window is shown.
     TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueStore& store);
     ~TarvaneApplication() override;
 
-    /// The first time, all other windows that were there when the program last ended come with it.
+    /// The first time, all windows that were open when the program last ended come with it.
     void showMainWindow();
     void showSettings();
 
     MeterEngine& engine() { return engine_; }
 
-    /// What the desktop knows the program by, and its look. Right after the QApplication.
+    /// Sets the program's name for the desktop, and its look. Call it right after the QApplication.
     static void introduce();
 
   private:

@@ -6,10 +6,12 @@
 #include <QPainter>
 #include <iostream>
 
+#include "Displays/LevelHistory/LevelHistoryHover.h"
 #include "Displays/LevelHistory/LevelHistoryRaster.h"
 #include "Displays/Spectrogram/SpectrogramFrequencyAxisView.h"
 #include "Displays/Spectrogram/SpectrogramRaster.h"
 #include "Displays/Spectrogram/SpectrogramStatusBadge.h"
+#include "Displays/Spectrum/SpectrumHover.h"
 #include "Displays/Spectrum/SpectrumRaster.h"
 #include "Support/LevelHistoryScenes.h"
 #include "Support/SpectrogramScenes.h"

@@ -11,8 +11,7 @@ namespace TarvaneKit::Testing {
 /// Whether the lists are as long as each other and no two entries further apart than `tolerance`;
 /// if not, it names the first place. NaN is near nothing.
 template <std::ranges::random_access_range Actual, std::ranges::random_access_range Expected>
-testing::AssertionResult allNear(const Actual& actual, const Expected& expected,
-                                 double tolerance) {
+testing::AssertionResult allNear(const Actual& actual, const Expected& expected, double tolerance) {
     const auto count = std::ranges::ssize(actual);
     if (count != std::ranges::ssize(expected)) {
         return testing::AssertionFailure()

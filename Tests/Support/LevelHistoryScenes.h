@@ -75,4 +75,19 @@ inline TarvaneApp::LevelHistoryView historyOf(const Recorder& recorder) {
     return view;
 }
 
+/// A level that stays.
+inline auto constant(double levelDB) {
+    return [levelDB](double) { return levelDB; };
+}
+
+inline TarvaneApp::LevelHistoryOverlay overlayOf(const Recorder& recorder,
+                                                 const TarvaneKit::RGBAColor& color) {
+    return {.id = TarvaneKit::UUID::main(),
+            .recorder = &recorder,
+            .revision = 1,
+            .metricIndex = 0,
+            .color = color,
+            .displayOffsetDB = 0.0};
+}
+
 }  // namespace TarvaneTests

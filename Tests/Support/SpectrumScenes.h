@@ -123,4 +123,18 @@ inline TarvaneApp::SpectrumView fullSpectrum() {
     return view;
 }
 
+/// An empty graph in dBFS.
+inline TarvaneApp::SpectrumView spectrumInDBFS() {
+    TarvaneApp::SpectrumView view;
+    view.scale = TarvaneApp::RTAScale::dbfs;
+    return view;
+}
+
+inline TarvaneKit::OctaveBand bandBetween(double lowerHz, double upperHz) {
+    return {.centerFrequencyHz = std::sqrt(lowerHz * upperHz),
+            .lowerEdgeHz = lowerHz,
+            .upperEdgeHz = upperHz,
+            .label = {}};
+}
+
 }  // namespace TarvaneTests

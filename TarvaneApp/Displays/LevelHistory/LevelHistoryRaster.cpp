@@ -4,21 +4,19 @@
 #include <algorithm>
 #include <iterator>
 
+#include "Displays/LevelHistory/LevelHistoryDrawing.h"
 #include "Displays/PixelBlend.h"
 
 namespace TarvaneApp {
 
 using PixelBlend::fullWeight;
 using PixelBlend::over;
+using PixelBlend::premultiplied;
 
 namespace {
 
 std::size_t at(int index) {
     return static_cast<std::size_t>(index);
-}
-
-QRgb premultiplied(const QColor& color) {
-    return qPremultiply(color.rgba());
 }
 
 }  // namespace
@@ -90,8 +88,8 @@ void LevelHistoryRaster::drawColumns(const LevelHistoryView& view) {
     });
 }
 
-// Under the columns lies the grid, which has two different columns in the plot: on a time rule
-// and beside it. A row between two level rules tells them apart.
+// Under the columns lies the grid, which has two different columns in the plot: on a vertical line
+// and beside it. A row between two horizontal lines shows which is which.
 void LevelHistoryRaster::takeGrounds(const QRect& plot) {
     grounds_.clear();
     groundOfColumn_.clear();

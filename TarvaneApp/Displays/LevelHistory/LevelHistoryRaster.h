@@ -1,6 +1,6 @@
 // The fast drawing of the level history into a picture. It looks like the plain drawing of
 // LevelHistoryView; its columns are copied from the few different columns that there are (on a
-// time rule or beside it, band or foot, by colour), and its lines are drawn by pixel column.
+// grid line or beside it, band or foot, by colour), and its lines are drawn by pixel column.
 //
 // One raster per view, kept from frame to frame with all its storage. Main thread.
 #pragma once
@@ -12,22 +12,23 @@
 #include <vector>
 
 #include "Displays/ColumnTiles.h"
-#include "Displays/LevelHistory/LevelHistoryView.h"
+#include "Displays/LevelHistory/LevelHistoryGeometry.h"
+#include "Displays/Theme.h"
 #include "Displays/TraceColumns.h"
 
 namespace TarvaneApp {
 
 class LevelHistoryRaster {
   public:
-    /// `ground` is what the graph stands on.
+    /// `ground` is the background's colour.
     explicit LevelHistoryRaster(const QColor& ground, Typeface typeface = Typeface::installed());
 
-    /// The graph without its read-out, in RGB32 with `pixelRatio` device pixels per logical one;
-    /// drawn anew only when record, size or ratio differ from the last ones. Valid until the next
-    /// call. Null for a size without pixels.
+    /// The graph without its readout, in RGB32 with `pixelRatio` device pixels per logical one;
+    /// repainted only when record, size or ratio have changed. Valid until the next call. Null for
+    /// a size without pixels.
     const QImage& image(const LevelHistoryView& view, const QSizeF& size, double pixelRatio);
 
-    /// Of the picture, for its read-out.
+    /// The picture's, for its readout.
     const LevelHistoryGeometry& geometry() const { return geometry_; }
 
     /// How often a picture was drawn.
@@ -58,7 +59,7 @@ class LevelHistoryRaster {
     LevelHistoryGeometry geometry_;
     int picturesDrawn_ = 0;
 
-    // Scratch of a picture.
+    // Reused from picture to picture.
     std::vector<std::vector<QRgb>> grounds_;
     std::vector<int> groundOfColumn_;  // by column of the plot
     std::vector<int> columnAt_;        // by column of the plot; -1 for a gap

@@ -28,46 +28,51 @@ class LevelHistoryViewport {
 
         bool operator==(const Custom&) const = default;
     };
-    /// What a session and its preset are; the range follows from them until the user takes over.
+    /// The session's length and its preset, which give the range until the user takes over.
     struct Session {
         double duration = 0.0;
         std::optional<double> presetWindow;
     };
-
-    static constexpr double shortestSpan = 10.0;
-
-    /// Absent: the preset rules.
-    std::optional<Custom> custom;
-    /// The range when the drag began.
-    std::optional<Range> dragStartRange;
-
-    Range range(const Session& session) const;
-
-    /// Shows `span` seconds from `from` on, as far as the session goes. A range that ends close
-    /// to the live edge follows it. Returns false when that is the whole session, which is
-    /// where the user's own range ends.
-    bool show(double from, double span, double duration);
-
-    /// The pointer is that far right of where the drag began, on a plot of that width.
-    void pan(double translationX, double plotWidth, const Session& session);
-    void endPan() { dragStartRange.reset(); }
-
-    /// Shows `factor` times as much, with the instant at that fraction of the plot held in its
-    /// place. Returns false when that is the whole session.
-    bool zoom(double factor, double atFraction, const Session& session);
 
     struct Scroll {
         double deltaX = 0.0;
         double deltaY = 0.0;
         bool isPrecise = false;  ///< in pixels, as of a touchpad; else in notches of a wheel
     };
-    /// Pans by what goes mostly sideways, zooms by anything else.
+
+    static constexpr double shortestSpan = 10.0;
+
+    // --- its state
+
+    /// Absent while the preset applies.
+    std::optional<Custom> custom;
+    /// The range when the drag began.
+    std::optional<Range> dragStartRange;
+
+    // --- operations
+
+    Range range(const Session& session) const;
+
+    /// Shows `span` seconds from `from` on, as far as the session goes. A range that ends close
+    /// to the live edge follows it. Returns false for the whole session: the user's own range is
+    /// then gone.
+    bool show(double from, double span, double duration);
+
+    /// The pointer is that far to the right of where the drag began, on a plot of that width.
+    void pan(double translationX, double plotWidth, const Session& session);
+    void endPan() { dragStartRange.reset(); }
+
+    /// Shows `factor` times as much, and keeps the moment at that fraction of the plot in its
+    /// place. Returns false for the whole session.
+    bool zoom(double factor, double atFraction, const Session& session);
+
+    /// Pans if the movement is mostly sideways, else zooms.
     bool scroll(const Scroll& scroll, double atFraction, double plotWidth, const Session& session);
 
-    /// Of a pinch: 0 for no change.
+    /// By a pinch; 0 changes nothing.
     bool magnify(double magnification, double atFraction, const Session& session);
 
-    /// Up to a minute about a moment.
+    /// Shows up to a minute around a moment.
     void showMoment(double elapsed, const Session& session);
 
     bool operator==(const LevelHistoryViewport&) const = default;

@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include "Displays/PixelGrid.h"
+#include "Displays/Plate.h"
 
 namespace TarvaneApp {
 
@@ -11,14 +12,11 @@ using TarvaneKit::InputClipState;
 
 namespace {
 
-constexpr double fontSize = 10.0;
 constexpr double tracking = 0.5;
-constexpr double paddingAcross = 6.0;
 constexpr double paddingUpDown = 2.0;
-constexpr double cornerRadius = 3.0;
 
 QFont badgeFont(double textScale, const Typeface& typeface) {
-    QFont font = typeface.systemFont(fontSize * textScale, QFont::Bold);
+    QFont font = typeface.systemFont(Theme::Text::footnote * textScale, QFont::Bold);
     font.setLetterSpacing(QFont::AbsoluteSpacing, tracking * textScale);
     return font;
 }
@@ -29,7 +27,7 @@ double textWidth(const QString& text, const QFont& font, double textScale) {
 
 QSizeF badgeSize(const QString& text, double textScale, const Typeface& typeface) {
     const QFont font = badgeFont(textScale, typeface);
-    return {textWidth(text, font, textScale) + 2.0 * paddingAcross * textScale,
+    return {textWidth(text, font, textScale) + 2.0 * Theme::Space::related * textScale,
             QFontMetricsF(font).height() + 2.0 * paddingUpDown * textScale};
 }
 
@@ -93,9 +91,8 @@ void ClipBadge::paint(QPainter& painter, const QRectF& rect, double textScale,
     const QFontMetricsF metrics(font);
     painter.save();
     painter.setOpacity(painter.opacity() * opacity());
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::color(TarvaneKit::SignalColors::red));
-    painter.drawRoundedRect(plate, cornerRadius * textScale, cornerRadius * textScale);
+    paintPlate(painter, plate, Theme::Radius::graph * textScale,
+               Theme::color(TarvaneKit::SignalColors::red));
     painter.setFont(font);
     painter.setPen(Qt::white);
     painter.drawText(QPointF(plate.center().x() - textWidth(text(), font, textScale) / 2.0,

@@ -22,7 +22,7 @@ struct ClipBadge {
     /// What the tooltip says; empty for `none`.
     QString help() const;
 
-    /// The room that the longer of the two texts needs at that text scale.
+    /// The room for the longer of the two texts at that text scale.
     static QSizeF size(double textScale, const Typeface& typeface);
     /// In the middle of `rect`, which has `size`.
     void paint(QPainter& painter, const QRectF& rect, double textScale,

@@ -21,6 +21,8 @@ struct ClockReadoutView {
     QString timeText;
     QString dateText;
 
+    // --- what it says
+
     /// Hours to seconds, and the date in the locale's long style.
     static ClockReadoutView at(const QDateTime& moment, const QLocale& locale = QLocale());
 
@@ -38,10 +40,10 @@ void paint(QPainter& painter, const ClockReadoutView& view, const ReadoutFrame& 
 void paint(QPainter& painter, const ClockReadoutView& view, const QSizeF& size,
            const Typeface& typeface = Typeface::installed());
 
-/// Whether the parts of the two records stand in the same places.
+/// Whether both records have their parts in the same places.
 bool sameShape(const ClockReadoutView& a, const ClockReadoutView& b);
 
-/// What has to be drawn anew when the second record takes the first one's place in the same
+/// What has to be repainted when the second record replaces the first in the same
 /// frame: empty when both look the same.
 QRegion changedArea(const ClockReadoutView& before, const ClockReadoutView& after,
                     const ReadoutFrame& frame);

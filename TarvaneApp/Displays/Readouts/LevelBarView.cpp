@@ -19,7 +19,6 @@ constexpr double coarseStepDB = 20.0;
 constexpr double widestFineRangeDB = 60.0;
 
 // Heights from top to bottom at scale 1: 11 captions, 4, 10 track, 3, 4 ticks, 1, 11 labels.
-constexpr double textSize = 9.0;
 constexpr double captionHeight = 11.0;
 constexpr double trackTop = 15.0;
 constexpr double trackHeight = 10.0;
@@ -27,17 +26,15 @@ constexpr double tickTop = 28.0;
 constexpr double tickHeight = 4.0;
 constexpr double tickLabelTop = 33.0;
 constexpr double tickLabelHeight = 11.0;
-constexpr double cornerRadius = 3.0;
 constexpr double markerWidth = 2.0;
-constexpr double labelGap = 4.0;
 constexpr double targetBandOpacity = 0.35;
 
 QFont captionFont(double scale, const Typeface& typeface) {
-    return typeface.systemFont(textSize * scale);
+    return typeface.systemFont(Theme::Text::tick * scale);
 }
 
 QFont tickFont(double scale, const Typeface& typeface) {
-    return typeface.monospacedFont(textSize * scale);
+    return typeface.monospacedFont(Theme::Text::tick * scale);
 }
 
 double xAt(double fraction, const QRectF& track) {
@@ -60,7 +57,8 @@ void paintTrack(QPainter& painter, const LevelBarView& view, const LevelBarGeome
     const PixelGrid grid(painter);
     const QRectF track = grid.snapped(geometry.track);
     QPainterPath outline;
-    outline.addRoundedRect(track, cornerRadius * geometry.scale, cornerRadius * geometry.scale);
+    outline.addRoundedRect(track, Theme::Radius::graph * geometry.scale,
+                           Theme::Radius::graph * geometry.scale);
     painter.fillPath(outline, Theme::gridLine);
 
     painter.save();
@@ -68,7 +66,7 @@ void paintTrack(QPainter& painter, const LevelBarView& view, const LevelBarGeome
     QRectF fill = track;
     fill.setRight(fillEnd(view, track, grid));
     painter.fillRect(fill, Theme::color(view.color));
-    // Over the fill, so that a level beyond the target leaves it in sight.
+    // Over the fill, so that it stays visible under a level beyond the target.
     if (view.targetBand) {
         const double left = xAt(LevelBarView::fraction(view.targetBand->lower, view.range), track);
         const double right = xAt(LevelBarView::fraction(view.targetBand->upper, view.range), track);
@@ -164,7 +162,7 @@ LevelBarGeometry layout(const LevelBarView& view, const QRectF& rect, const Type
         const double width = TabularText::width(tick.text, font);
         const double left = std::clamp(tick.x - width / 2.0, rect.left(),
                                        std::max(rect.right() - width, rect.left()));
-        if (left >= previousRight + labelGap && width <= rect.width()) {
+        if (left >= previousRight + Theme::Space::label && width <= rect.width()) {
             tick.label =
                 QRectF(left, rect.top() + tickLabelTop * scale, width, tickLabelHeight * scale);
             previousRight = tick.label.right();

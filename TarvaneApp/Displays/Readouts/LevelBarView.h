@@ -4,7 +4,6 @@
 
 #include <QRectF>
 #include <QRegion>
-#include <QSizeF>
 #include <QString>
 #include <optional>
 #include <vector>
@@ -23,7 +22,7 @@ struct LevelBarView {
         bool operator==(const Range&) const = default;
     };
 
-    /// Minus infinity draws no bar, and as marker no line.
+    /// Minus infinity draws no bar; as the marker's level, no line.
     double valueDB = 0.0;
     double markerDB = 0.0;
     Range range;
@@ -32,7 +31,7 @@ struct LevelBarView {
     std::optional<Range> targetBand;
     QString legend;
 
-    bool operator==(const LevelBarView&) const = default;
+    // --- its scale
 
     /// The place of a level along the range, limited to 0 and 1. NaN, and any level in a range
     /// without width, are at 0.
@@ -41,6 +40,8 @@ struct LevelBarView {
     static double level(double fraction, const Range& range);
     /// The whole tens within the range, or the whole twenties when it is wider than 60 dB.
     static std::vector<double> ticks(const Range& range);
+
+    bool operator==(const LevelBarView&) const = default;
 };
 
 struct LevelBarGeometry {
@@ -61,8 +62,8 @@ struct LevelBarGeometry {
     static constexpr double bareHeight = 16.0;
 };
 
-/// In `bareHeight` and less the track alone. All of it scales with the height. A tick's label that
-/// would touch the one before it is left out.
+/// Up to `bareHeight` the track alone. Everything scales with the height. A tick's label that would
+/// touch its neighbour is left out.
 LevelBarGeometry layout(const LevelBarView& view, const QRectF& rect,
                         const Typeface& typeface = Typeface::installed());
 
@@ -70,7 +71,7 @@ LevelBarGeometry layout(const LevelBarView& view, const QRectF& rect,
 void paint(QPainter& painter, const LevelBarView& view, const LevelBarGeometry& geometry,
            const QRegion& dirty, const Typeface& typeface = Typeface::installed());
 
-/// What has to be drawn anew when the second record takes the first one's place: the track when
+/// What has to be repainted when the second record replaces the first: the track when
 /// a level moved by a device pixel, all of it when the range or a text changed. `pixelRatio` is
 /// device pixels per logical pixel.
 QRegion changedArea(const LevelBarView& before, const LevelBarView& after,

@@ -6,6 +6,8 @@
 #include <cmath>
 
 #include "Displays/PixelGrid.h"
+#include "Displays/Plate.h"
+#include "Displays/RawText.h"
 #include "Displays/Readouts/ClipBadge.h"
 #include "Displays/Readouts/ReadoutDrawing.h"
 #include "Displays/Readouts/ReadoutText.h"
@@ -21,16 +23,11 @@ using TarvaneKit::RGBAColor;
 namespace {
 
 // Sizes at scale 1, in logical pixels.
-constexpr double readingTitleSize = 10.0;
-constexpr double readingValueSize = 13.0;
-constexpr double readingUnitSize = 9.0;
-constexpr double readingsGap = 4.0;
-constexpr double readingPaddingAcross = 6.0;
+constexpr double readingsGap = Theme::Space::label;
+constexpr double readingPaddingAcross = Theme::Space::related;
 constexpr double readingPaddingUpDown = 1.0;
 constexpr double readingTitleGap = 5.0;
 constexpr double readingUnitGap = 3.0;
-constexpr double readingRadius = 4.0;
-constexpr double rowGap = 4.0;
 
 const QString& widthTemplate() {
     static const QString text = QStringLiteral("-00.0");
@@ -38,18 +35,18 @@ const QString& widthTemplate() {
 }
 
 QFont titleFont(double scale, const Typeface& typeface) {
-    return typeface.systemFont(readingTitleSize * scale, QFont::DemiBold);
+    return typeface.systemFont(Theme::Text::footnote * scale, QFont::DemiBold);
 }
 
 QFont valueFont(double scale, const Typeface& typeface) {
-    return typeface.roundedFont(readingValueSize * scale, QFont::DemiBold);
+    return typeface.roundedFont(Theme::Text::title * scale, QFont::DemiBold);
 }
 
 QFont unitFont(double scale, const Typeface& typeface) {
-    return typeface.systemFont(readingUnitSize * scale);
+    return typeface.systemFont(Theme::Text::tick * scale);
 }
 
-// Where the parts of one reading stand in its plate; all as wide as they can get.
+// The parts of one reading in its plate, each as wide as it can get.
 struct ReadingColumns {
     double title = 0.0;
     double value = 0.0;
@@ -106,12 +103,10 @@ void paintReading(QPainter& painter, const LoudnessReadoutView& view, LoudnessMe
                   const QRectF& rect, double scale, const Typeface& typeface) {
     const LoudnessReadoutView::Reading reading = view.reading(metric);
     const ReadingColumns columns = columnsOf(metric, scale, typeface);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::controlBackground);
-    painter.drawRoundedRect(PixelGrid(painter).snapped(rect), readingRadius * scale,
-                            readingRadius * scale);
+    paintPlate(painter, PixelGrid(painter).snapped(rect), Theme::Radius::plate * scale,
+               Theme::controlBackground);
 
-    // All three texts stand on the number's base line.
+    // All three texts share the number's base line.
     const QFont ordinary = valueFont(scale, typeface);
     const QFontMetricsF metrics(ordinary);
     const double baseline = rect.center().y() + metrics.capHeight() / 2.0;
@@ -163,10 +158,8 @@ SideLabel LoudnessReadoutView::targetLabel() const {
 }
 
 QString LoudnessReadoutView::targetHelp() const {
-    const std::string_view name = target.menuName();
-    return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())) +
-           QStringLiteral(": on target within ±") + QString::number(target.toleranceLU, 'g', 6) +
-           QStringLiteral(" LU");
+    return utf8Text(target.menuName()) + QStringLiteral(": on target within ±") +
+           QString::number(target.toleranceLU, 'g', 6) + QStringLiteral(" LU");
 }
 
 SideLabel LoudnessReadoutView::truePeakLabel() const {
@@ -204,9 +197,9 @@ LoudnessReadoutGeometry layout(const LoudnessReadoutView& view, const QSizeF& si
         .value = ReadoutDrawing::valueSize(widthTemplate(), typeface),
         .side = widestSideLabel(view).size(scale, typeface) / scale,
         .label = ReadoutDrawing::labelSize(view.labelText(), typeface),
-        .rows = {{.size = rowSize(scale, typeface) / scale, .gapAbove = rowGap}},
+        .rows = {{.size = rowSize(scale, typeface) / scale, .gapAbove = Theme::Space::label}},
         .badge = ClipBadge::size(scale, typeface) / scale,
-        .hasResetButton = view.onReset != nullptr,
+        .hasResetButton = view.offersReset,
     };
     const ReadoutLayout shared = ReadoutLayout::of(parts, size);
     LoudnessReadoutGeometry geometry;

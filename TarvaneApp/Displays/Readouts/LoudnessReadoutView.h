@@ -1,5 +1,5 @@
 // The loudness readout: one reading of the programme large between the target that it is held
-// against and the true peak, four readings under it, and the clip badge. EBU R128.
+// against and the true peak, with four readings under it and the clip badge. EBU R128.
 //
 // A value record with all that is drawn, and pure functions from it and a size to rectangles and
 // painter calls. Nothing here measures. Coordinates are logical pixels, the origin at the top
@@ -11,7 +11,6 @@
 #include <QSizeF>
 #include <QString>
 #include <array>
-#include <functional>
 
 #include "Core/RGBAColor.h"
 #include "Displays/Readouts/ReadoutLayout.h"
@@ -35,8 +34,10 @@ struct LoudnessReadoutView {
     /// Of the large value.
     TarvaneKit::RGBAColor color;
     TarvaneKit::InputClipState clipState = TarvaneKit::InputClipState::none;
-    /// Where present, room is kept for the button "Reset Integration".
-    std::function<void()> onReset;
+    /// Keeps room for the button "Reset Integration".
+    bool offersReset = false;
+
+    // --- what it says
 
     /// The readings in the row under the large value.
     static constexpr std::array rowMetrics{
@@ -48,8 +49,8 @@ struct LoudnessReadoutView {
     /// The headline with its unit, as "-23.0 LUFS"; "—" without a value.
     QString spokenValue() const;
 
-    /// A reading's colour by the target's thresholds, of the true peak by its ceiling. The range
-    /// is held against nothing.
+    /// A reading's colour by the target's thresholds; of the true peak by its ceiling. The range
+    /// isn't judged.
     TarvaneKit::RGBAColor judgement(TarvaneKit::LoudnessMetric metric) const;
 
     SideLabel targetLabel() const;
@@ -76,7 +77,7 @@ struct LoudnessReadoutGeometry : ReadoutFrame {
     std::array<QRectF, LoudnessReadoutView::rowMetrics.size()> readings;
 };
 
-/// As ReadoutLayout tells. The values have no part in it: numbers change, and nothing moves.
+/// Laid out by ReadoutLayout. It doesn't depend on the values: numbers change, and nothing moves.
 LoudnessReadoutGeometry layout(const LoudnessReadoutView& view, const QSizeF& size,
                                const Typeface& typeface = Typeface::installed());
 
@@ -89,10 +90,10 @@ void paint(QPainter& painter, const LoudnessReadoutView& view,
 void paint(QPainter& painter, const LoudnessReadoutView& view, const QSizeF& size,
            const Typeface& typeface = Typeface::installed());
 
-/// Whether the parts of the two records stand in the same places.
+/// Whether both records have their parts in the same places.
 bool sameShape(const LoudnessReadoutView& a, const LoudnessReadoutView& b);
 
-/// What has to be drawn anew when the second record takes the first one's place in the same
+/// What has to be repainted when the second record replaces the first in the same
 /// geometry: empty when both look the same.
 QRegion changedArea(const LoudnessReadoutView& before, const LoudnessReadoutView& after,
                     const LoudnessReadoutGeometry& geometry);

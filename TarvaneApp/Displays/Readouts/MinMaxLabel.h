@@ -15,7 +15,7 @@ struct MinMaxLabel {
     QString title;
     double valueDB = 0.0;
 
-    /// The room that any value down to "-240.0" needs at that text scale.
+    /// The room for any value down to "-240.0" at that text scale.
     static QSizeF size(double textScale, const Typeface& typeface);
     /// In the middle of `rect`, which has `size`.
     void paint(QPainter& painter, const QRectF& rect, double textScale,

@@ -12,17 +12,16 @@ namespace TarvaneApp::ReadoutDrawing {
 
 namespace {
 
-constexpr double labelSizeAtOne = 12.0;
 constexpr double labelOpacity = 0.7;
 
-// The value's font is measured at this size, and its measures scale from there.
+// The value's font is measured at this size; other sizes are scaled from it.
 constexpr double measuringSize = 100.0;
 
 QFont labelFont(double textScale, const Typeface& typeface) {
-    return typeface.systemFont(labelSizeAtOne * textScale, QFont::Medium);
+    return typeface.systemFont(Theme::Text::body * textScale, QFont::Medium);
 }
 
-// The ink of the digits about the base line.
+// How far the digits' ink reaches above and below the base line.
 struct DigitBox {
     double top = 0.0;     // above the base line, positive
     double bottom = 0.0;  // under it
@@ -52,7 +51,7 @@ QRect inkArea(const QRectF& rect, double overhang) {
 QSizeF valueSize(const QString& widthTemplate, const Typeface& typeface) {
     const QFont font = typeface.roundedFont(measuringSize);
     return QSizeF(TabularText::width(widthTemplate, font), digitBox(font).height()) *
-           (Theme::readoutFontSize / measuringSize);
+           (Theme::Text::readout / measuringSize);
 }
 
 QSizeF labelSize(const QString& text, const Typeface& typeface) {

@@ -25,11 +25,11 @@ inline constexpr double measuringScale = 8.0;
 QSizeF valueSize(const QString& widthTemplate, const Typeface& typeface);
 QSizeF labelSize(const QString& text, const Typeface& typeface);
 
-/// Within `frame.value`, which a wider number is shrunk into. It ends at the right edge, so that
-/// the decimal point keeps its place when a digit is added in front; "—" stands in the middle.
+/// Within `frame.value`; a wider number shrinks to fit. It is aligned to the right, so that the
+/// decimal point keeps its place when a digit is added in front; "—" is centred.
 void paintValue(QPainter& painter, double value, const TarvaneKit::RGBAColor& color,
                 const ReadoutFrame& frame, const Typeface& typeface);
-/// The same of a text that is as wide as its template, in the middle.
+/// The same for a text that is as wide as its template, centred.
 void paintValueText(QPainter& painter, const QString& text, const QColor& color,
                     const ReadoutFrame& frame, const Typeface& typeface);
 void paintLabel(QPainter& painter, const QString& text, const ReadoutFrame& frame,

@@ -41,13 +41,13 @@ struct Demand {
         if (scale >= 1.0) {
             return scale;
         }
-        // Below 1 only the value shrinks; a demand of texts alone can't be helped by it.
+        // Below 1 only the value shrinks; shrinking it doesn't help a row of texts alone.
         return perValue > 0.0 ? std::min((room - perText) / perValue, 1.0) : 1.0;
     }
 };
 
-// Where badge and button stand: in a row of their own under the texts, or, where there is
-// little height, beside what they belong to.
+// Where badge and button are: in a row of their own under the texts, or, where height is short,
+// beside what they belong to.
 enum class Arrangement { stacked, beside };
 
 bool hasBadge(const ReadoutParts& parts) {
@@ -63,8 +63,8 @@ double labelRowHeight(const ReadoutParts& parts, Arrangement arrangement) {
                                               : parts.label.height();
 }
 
-// The first row is as high as the value or as the labels beside it, the last as the badge or the
-// button, whichever is the higher: each combination is a demand of its own.
+// The first row is as high as the value or the labels beside it, the last as the badge or the
+// button, whichever is higher: each combination is a demand of its own.
 std::vector<Demand> rowDemands(const ReadoutParts& parts, Arrangement arrangement) {
     Demand rows;
     rows.fixed = 2.0 * marginUpDown;
@@ -124,8 +124,8 @@ double valueScaleFor(const ReadoutParts& parts, const QSizeF& size, Arrangement 
     return std::max(scale, ReadoutLayout::smallestValueScale);
 }
 
-// Under the label behind the value, clear of the badge, and within the width, for which the badge
-// makes room where it must.
+// Under the label to the right of the value, clear of the badge and within the width. Where both
+// don't fit, the badge moves left.
 QRectF placeResetButton(ReadoutLayout& layout, const QRectF& row) {
     QRectF button(QPointF(), resetButtonSize);
     button.moveCenter(QPointF(layout.right.center().x(), row.center().y()));
@@ -155,7 +155,7 @@ ReadoutLayout ReadoutLayout::of(const ReadoutParts& parts, const QSizeF& size) {
 
     ReadoutLayout layout;
     ReadoutFrame& frame = layout.frame;
-    frame.valuePixelSize = std::floor(Theme::readoutFontSize * valueScale);
+    frame.valuePixelSize = std::floor(Theme::Text::readout * valueScale);
     frame.textScale = textScale;
 
     const QSizeF value = parts.value * valueScale;

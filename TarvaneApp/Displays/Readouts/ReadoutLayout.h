@@ -9,7 +9,7 @@
 
 namespace TarvaneApp {
 
-/// The sizes of a readout's parts at scale 1. A part without a size isn't there.
+/// The sizes of a readout's parts at scale 1. A part without a size is left out.
 struct ReadoutParts {
     struct Row {
         QSizeF size;
@@ -24,7 +24,7 @@ struct ReadoutParts {
     bool hasResetButton = false;
 };
 
-/// Where the parts stand that several readouts have. A part that isn't there is empty.
+/// Where the parts are that all readouts share. A part that a readout doesn't have is empty.
 struct ReadoutFrame {
     double valuePixelSize = 0.0;
     /// The scale of all other texts, 1 at the readout's ordinary size.
@@ -33,18 +33,17 @@ struct ReadoutFrame {
     QRectF label;
     QRectF clipBadge;
     QRectF resetButton;
-    /// All parts lie within the room.
+    /// Whether all parts lie within the room.
     bool fits = true;
 };
 
-/// A readout grows with the room that it is given, so that it reads from across a hall: the big
-/// value as far as neither height nor width runs out and not under 0.4 of its ordinary size, the
-/// other texts half as fast. Where there is little height, badge and button stand beside what
-/// they belong to.
+/// A readout grows with its room, so that it can be read from across a hall: the big value as far
+/// as height and width allow, but never below 0.4 of its ordinary size, the other texts half as
+/// fast. Where height is short, badge and button move beside what they belong to.
 struct ReadoutLayout {
     ReadoutFrame frame;
-    QRectF left;               ///< the label before the value
-    QRectF right;              ///< the label behind it
+    QRectF left;               ///< the label left of the value
+    QRectF right;              ///< the label to the right of it
     std::vector<QRectF> rows;  ///< as wide as the room
 
     /// Between two rows, at scale 1.

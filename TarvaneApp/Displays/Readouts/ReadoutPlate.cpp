@@ -3,36 +3,29 @@
 #include <QPainter>
 
 #include "Displays/PixelGrid.h"
+#include "Displays/Plate.h"
 #include "Displays/Theme.h"
 
 namespace TarvaneApp {
 
-namespace {
-
-constexpr double cornerRadius = 10.0;
-constexpr double marginAcross = 16.0;
-constexpr double marginUpDown = 12.0;
-
-}  // namespace
-
 QRectF ReadoutPlate::rect(const QSize& view) {
-    return QRectF(QPointF(), view).adjusted(marginAcross, 0.0, -marginAcross, -marginUpDown);
+    return QRectF(QPointF(), view)
+        .adjusted(Theme::Space::panel, 0.0, -Theme::Space::panel, -Theme::Space::section);
 }
 
 QRectF ReadoutPlate::rectAtTop(const QSize& view) {
-    return rect(view).adjusted(0.0, marginUpDown, 0.0, 0.0);
+    return rect(view).adjusted(0.0, Theme::Space::section, 0.0, 0.0);
 }
 
 void ReadoutPlate::paint(QPainter& painter, const QRectF& plate, const QRectF& dirty) {
+    constexpr double radius = Theme::Radius::panel;
     painter.setRenderHint(QPainter::Antialiasing);
-    if (plate.adjusted(cornerRadius, cornerRadius, -cornerRadius, -cornerRadius).contains(dirty)) {
+    if (plate.adjusted(radius, radius, -radius, -radius).contains(dirty)) {
         painter.fillRect(dirty, Theme::panelBackground);
         return;
     }
     painter.fillRect(dirty, Theme::background);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::panelBackground);
-    painter.drawRoundedRect(PixelGrid(painter).snapped(plate), cornerRadius, cornerRadius);
+    paintPlate(painter, PixelGrid(painter).snapped(plate), radius, Theme::panelBackground);
 }
 
 }  // namespace TarvaneApp

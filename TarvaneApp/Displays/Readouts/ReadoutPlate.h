@@ -1,4 +1,4 @@
-// The rounded plate that a readout stands on, with the window's ground about it.
+// The rounded plate behind a readout, and the window's background around it.
 #pragma once
 
 #include <QRectF>
@@ -8,11 +8,11 @@ class QPainter;
 
 namespace TarvaneApp::ReadoutPlate {
 
-/// Its place in a view of that size: under controls, or with a margin where it is the first.
+/// Its place in a view of that size: under controls, or with a margin above where there are none.
 QRectF rect(const QSize& view);
 QRectF rectAtTop(const QSize& view);
 
-/// Ground and plate, as far as they touch `dirty`.
+/// Background and plate, as far as they touch `dirty`.
 void paint(QPainter& painter, const QRectF& plate, const QRectF& dirty);
 
 }  // namespace TarvaneApp::ReadoutPlate

@@ -1,4 +1,4 @@
-// The words and numbers of the readouts, letter for letter.
+// The words and numbers that readouts show.
 #pragma once
 
 #include <QString>
@@ -23,7 +23,7 @@ QString shortLabel(TarvaneKit::LoudnessMetric metric);
 /// "LUFS", "LU" of the range, "dBTP" of the true peak.
 QString loudnessUnit(TarvaneKit::LoudnessMetric metric);
 
-/// What follows the metric's name: nothing for dB SPL, else why the numbers are digital.
+/// What follows the metric's name: nothing for dB SPL, else that the numbers are in dBFS.
 QString metricSuffix(bool isCalibrated, bool showsDBFS);
 
 /// The widest ordinary number of the readout, which sets the width of its column.

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "Displays/PixelGrid.h"
+#include "Displays/Plate.h"
 #include "Displays/Readouts/ClipBadge.h"
 #include "Displays/Readouts/MinMaxLabel.h"
 #include "Displays/Readouts/ReadoutDrawing.h"
@@ -20,12 +21,11 @@ using ReadoutDrawing::valueArea;
 namespace {
 
 // Sizes at scale 1, in logical pixels.
-constexpr double sidesSize = 11.0;
 constexpr double progressHeight = 4.0;
 constexpr double progressWidthShare = 0.8;  // of the value's column
 
 QFont sidesFont(double textScale, const Typeface& typeface) {
-    return typeface.monospacedFont(sidesSize * textScale);
+    return typeface.monospacedFont(Theme::Text::caption * textScale);
 }
 
 bool hasSides(const SPLReadoutView& view) {
@@ -41,7 +41,7 @@ ReadoutParts partsOf(const SPLReadoutView& view, const Typeface& typeface) {
         .label = ReadoutDrawing::labelSize(view.labelText(), typeface),
         .rows = {},
         .badge = ClipBadge::size(scale, typeface) / scale,
-        .hasResetButton = view.onResetMinMax != nullptr,
+        .hasResetButton = view.offersReset,
     };
     if (hasSides(view)) {
         const QFontMetricsF metrics(sidesFont(scale, typeface));
@@ -75,9 +75,7 @@ double progressFillWidth(double progress, const QRectF& track) {
 void paintProgress(QPainter& painter, double progress, const SPLReadoutGeometry& geometry) {
     const QRectF track = PixelGrid(painter).snapped(geometry.progress);
     const double radius = track.height() / 2.0;
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::gridLine);
-    painter.drawRoundedRect(track, radius, radius);
+    paintPlate(painter, track, radius, Theme::gridLine);
     QRectF fill = track;
     fill.setWidth(progressFillWidth(progress, track));
     if (fill.width() <= 0.0) {

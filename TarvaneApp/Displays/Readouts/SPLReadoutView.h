@@ -10,7 +10,6 @@
 #include <QRegion>
 #include <QSizeF>
 #include <QString>
-#include <functional>
 #include <optional>
 #include <vector>
 
@@ -30,17 +29,19 @@ struct SPLReadoutView {
     TarvaneKit::RGBAColor color;
     bool isCalibrated = false;
     bool showsDBFS = false;
-    /// Present only with a Leq metric.
+    /// Present only with an Leq metric.
     std::optional<double> leqElapsedFraction;
     double minValueDB = 0.0;
     double maxValueDB = 0.0;
     TarvaneKit::InputClipState clipState = TarvaneKit::InputClipState::none;
     /// The two sides of a stereo channel, else empty.
     std::vector<double> sideValuesDB;
-    /// Where present, room is kept for the button "Reset Min/Max".
-    std::function<void()> onResetMinMax;
+    /// Keeps room for the button "Reset Min/Max".
+    bool offersReset = false;
 
-    /// `metricLabel` and why its numbers are digital, where they are.
+    // --- what it says
+
+    /// `metricLabel`, and where its numbers are in dBFS a note that they are.
     QString labelText() const;
     /// The big value with its unit, as "-23.0 dBFS"; "—" without a value.
     QString spokenValue() const;
@@ -48,7 +49,7 @@ struct SPLReadoutView {
     double progress() const;
 };
 
-/// Where the readout's parts stand. Parts that the record doesn't have are empty rectangles.
+/// Where the readout's parts are. Parts that the record doesn't have are empty rectangles.
 struct SPLReadoutGeometry : ReadoutFrame {
     QRectF min;
     QRectF max;
@@ -56,7 +57,7 @@ struct SPLReadoutGeometry : ReadoutFrame {
     QRectF progress;
 };
 
-/// As ReadoutLayout tells. The value has no part in it: numbers change, and nothing moves.
+/// Laid out by ReadoutLayout. It doesn't depend on the value: numbers change, and nothing moves.
 SPLReadoutGeometry layout(const SPLReadoutView& view, const QSizeF& size,
                           const Typeface& typeface = Typeface::installed());
 
@@ -68,10 +69,10 @@ void paint(QPainter& painter, const SPLReadoutView& view, const SPLReadoutGeomet
 void paint(QPainter& painter, const SPLReadoutView& view, const QSizeF& size,
            const Typeface& typeface = Typeface::installed());
 
-/// Whether the parts of the two records stand in the same places.
+/// Whether both records have their parts in the same places.
 bool sameShape(const SPLReadoutView& a, const SPLReadoutView& b);
 
-/// What has to be drawn anew when the second record takes the first one's place in the same
+/// What has to be repainted when the second record replaces the first in the same
 /// geometry: empty when both look the same.
 QRegion changedArea(const SPLReadoutView& before, const SPLReadoutView& after,
                     const SPLReadoutGeometry& geometry);

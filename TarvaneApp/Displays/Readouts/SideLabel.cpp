@@ -10,24 +10,21 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr double titleSize = 9.0;
 constexpr double titleTracking = 0.5;
-constexpr double valueSize = 16.0;
-constexpr double unitSize = 9.0;
 constexpr double rowGap = 3.0;
 
 QFont titleFont(double textScale, const Typeface& typeface) {
-    QFont font = typeface.systemFont(titleSize * textScale, QFont::DemiBold);
+    QFont font = typeface.systemFont(Theme::Text::tick * textScale, QFont::DemiBold);
     font.setLetterSpacing(QFont::AbsoluteSpacing, titleTracking * textScale);
     return font;
 }
 
 QFont valueFont(double textScale, const Typeface& typeface) {
-    return typeface.roundedFont(valueSize * textScale, QFont::DemiBold);
+    return typeface.roundedFont(Theme::Text::number * textScale, QFont::DemiBold);
 }
 
 QFont unitFont(double textScale, const Typeface& typeface) {
-    return typeface.systemFont(unitSize * textScale);
+    return typeface.systemFont(Theme::Text::tick * textScale);
 }
 
 double unitHeight(const QString& unit, double textScale, const Typeface& typeface) {

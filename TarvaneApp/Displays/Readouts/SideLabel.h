@@ -1,4 +1,4 @@
-// A labelled number beside the big value: a small title, the number, and where it has one its unit.
+// A labelled number beside the big value: a small title, the number, and its unit if it has one.
 #pragma once
 
 #include <QColor>
@@ -18,7 +18,7 @@ struct SideLabel {
     QString unit;
     QColor color = Theme::primaryText;
 
-    /// The room that the title, any value down to "-240.0" and the unit need at that text scale.
+    /// The room for title, unit and any value down to "-240.0" at that text scale.
     QSizeF size(double textScale, const Typeface& typeface) const;
     /// In the middle of `rect`, which is at least as wide and as high as `size`.
     void paint(QPainter& painter, const QRectF& rect, double textScale,

@@ -11,12 +11,10 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr double textSize = 9.0;
 constexpr double endInset = 12.0;
-constexpr double labelGap = 4.0;
 
 QFont labelFont(const Typeface& typeface) {
-    return typeface.systemFont(textSize, QFont::Medium);
+    return typeface.systemFont(Theme::Text::tick, QFont::Medium);
 }
 
 }  // namespace
@@ -32,7 +30,7 @@ std::vector<SpectrogramFrequencyAxisView::Label> SpectrogramFrequencyAxisView::l
         const QString text = FrequencyAxis::label(frequencyHz);
         const double textWidth = TabularText::width(text, font);
         const QRectF rect(x - textWidth / 2.0, 0.0, textWidth, height);
-        const QRectF withGap = rect.adjusted(-labelGap, 0.0, labelGap, 0.0);
+        const QRectF withGap = rect.adjusted(-Theme::Space::label, 0.0, Theme::Space::label, 0.0);
         if (std::ranges::none_of(
                 labels, [&](const Label& other) { return other.rect.intersects(withGap); })) {
             labels.push_back({text, rect});

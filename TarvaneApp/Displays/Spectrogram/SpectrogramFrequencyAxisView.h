@@ -22,7 +22,7 @@ struct SpectrogramFrequencyAxisView {
         QString text;
         QRectF rect;
     };
-    /// Centred under the rules, those of the ends moved onto the strip. A label that would touch
+    /// Centred under the grid lines, those at the ends moved inwards. A label that would touch
     /// a more important one is left out.
     std::vector<Label> labels(double width, const Typeface& typeface = Typeface::installed()) const;
 

@@ -1,9 +1,8 @@
 // The fast drawing of the spectrogram into a picture, for windows that show it sixty times a
-// second: each row is coloured and brought to the picture's width once, when it arrives, and a
-// frame is no more than a blend of rows that lie above each other. The frequency rules are
-// blended into each row too, which gives the same picture as blending them over it. Upwards
-// neighbouring rows are blended; downwards all the rows that fall into a line are averaged, so that
-// a short sound is never lost between two lines.
+// second: each row is coloured and scaled to the picture's width once, when it arrives, and a frame
+// only blends rows vertically. The grid lines are blended into each row too, which gives the same
+// picture as blending them over it. Enlarged, neighbouring rows are blended; reduced, all rows that
+// fall into a line are averaged, so that a short sound is never lost between two lines.
 //
 // One raster per view, kept from frame to frame with all its storage. Main thread.
 #pragma once
@@ -55,7 +54,7 @@ class SpectrogramRaster {
     double maxHz_ = 0.0;
     bool hasRows_ = false;
     std::int64_t rowsPainted_ = 0;
-    // The pixels of the frequency rules in a row, premultiplied.
+    // The pixels of the grid lines in a row, premultiplied.
     struct RulePixel {
         int x;
         QRgb color;

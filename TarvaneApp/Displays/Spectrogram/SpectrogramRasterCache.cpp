@@ -1,7 +1,6 @@
 #include "Displays/Spectrogram/SpectrogramRasterCache.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 
 #include "Displays/Spectrogram/SpectrogramView.h"
@@ -44,7 +43,7 @@ int SpectrogramRasterCache::update(const SpectrogramRows& rows, std::int64_t row
         pixels_.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
         first_ = 0;
     }
-    // The slots of the rows that went are those of the rows that came.
+    // New rows take the slots of those that left.
     first_ = (first_ + painted) % height;
     const auto scale =
         static_cast<float>(lastIndex / std::max(ceilingDB - floorDB, smallestRangeDB));
@@ -60,7 +59,7 @@ int SpectrogramRasterCache::update(const SpectrogramRows& rows, std::int64_t row
     return painted;
 }
 
-// A cell beyond the end of its row, and one that is no number, take the ramp's first colour.
+// A cell beyond the end of its row, or NaN, gets the ramp's first colour.
 void SpectrogramRasterCache::paintRow(std::span<const float> levelsDB, float floorDB, float scale,
                                       QRgb* pixels) const {
     const std::size_t count = std::min(levelsDB.size(), width());

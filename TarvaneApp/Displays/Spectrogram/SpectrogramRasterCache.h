@@ -32,13 +32,13 @@ class SpectrogramRasterCache {
     using LUT = std::array<QRgb, 256>;
 
     /// Paints what is not painted yet. `rowsAdded` counts every row that ever came; `isLive` says
-    /// that the last of `rows` is the newest. Without rows or columns the cache stays as it was.
+    /// that the last of `rows` is the newest. Without rows or columns the cache stays unchanged.
     /// @returns how many rows were painted, the newest ones; all of them after a change.
     int update(const SpectrogramRows& rows, std::int64_t rowsAdded, bool isLive, int width,
                double floorDB, double ceilingDB, const std::vector<SpectrogramColorStop>& stops);
 
-    /// The same as a picture of one pixel per cell, the oldest row on top; the same picture as
-    /// before while nothing was painted. Null without rows or columns.
+    /// The same as a picture of one pixel per cell, the oldest row on top. It stays the same
+    /// picture while nothing is painted. Null without rows or columns.
     QImage image(const SpectrogramRows& rows, std::int64_t rowsAdded, bool isLive, int width,
                  double floorDB, double ceilingDB, const std::vector<SpectrogramColorStop>& stops);
 

@@ -1,6 +1,6 @@
 // How far a spectrogram is scrolled back into its history, and the drag that does it. Offsets
-// count rows from the newest and are not moved along as rows arrive: a history that is looked at
-// while metering runs creeps on with the live rows.
+// count rows from the newest and stay as rows arrive: history that is looked at while metering
+// runs moves on with the live rows.
 #pragma once
 
 namespace TarvaneApp {
@@ -10,8 +10,10 @@ struct SpectrogramScrollState {
     int baseOffset = 0;  ///< where the drag began
     bool isDragging = false;
 
-    /// The pointer is `translationY` pixels under the place where the drag began, on a plot of
-    /// that height which shows `visibleRows` of `historyRows`. Down reveals older rows.
+    // --- operations
+
+    /// The pointer is `translationY` pixels below where the drag began, on a plot of that height
+    /// which shows `visibleRows` of `historyRows`. Down reveals older rows.
     void drag(double translationY, double height, int visibleRows, int historyRows);
     void endDrag() { isDragging = false; }
     /// Back to live.

@@ -1,4 +1,5 @@
 #include "Displays/Spectrogram/SpectrogramStatusBadge.h"
+#include "Displays/Plate.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -8,15 +9,13 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr double textSize = 9.0;
-constexpr double marginAcross = 6.0;
+constexpr double inset = Theme::Space::related;  // from the plot's corner
+constexpr double marginAcross = Theme::Space::related;
 constexpr double marginUpDown = 3.0;
-constexpr double inset = 6.0;  // from the plot's corner
-constexpr double radius = 4.0;
 constexpr double plateOpacity = 0.85;
 
 QFont badgeFont(const Typeface& typeface) {
-    return typeface.monospacedFont(textSize, QFont::DemiBold);
+    return typeface.monospacedFont(Theme::Text::tick, QFont::DemiBold);
 }
 
 }  // namespace
@@ -37,10 +36,8 @@ void SpectrogramStatusBadge::paint(QPainter& painter, const QSizeF& plot,
     const QFont font = badgeFont(typeface);
     const QFontMetricsF metrics(font);
     const QRectF plate = rect(plot, typeface);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::faded(Theme::panelBackground, plateOpacity));
-    painter.drawRoundedRect(plate, radius, radius);
+    paintPlate(painter, plate, Theme::Radius::plate,
+               Theme::faded(Theme::panelBackground, plateOpacity));
     painter.setFont(font);
     painter.setPen(isLive ? Theme::color(TarvaneKit::SignalColors::green) : Theme::axisText);
     painter.drawText(

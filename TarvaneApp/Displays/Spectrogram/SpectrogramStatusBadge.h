@@ -1,5 +1,5 @@
-// The badge over a spectrogram's top right corner: live, or scrolled back into history. Drawing;
-// what a click does is the widget's.
+// The badge over a spectrogram's top right corner: live, or scrolled back into history. Drawing
+// alone; clicks are the widget's.
 #pragma once
 
 #include <QRectF>

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Displays/PixelGrid.h"
+#include "Displays/SharpLine.h"
 #include "Displays/Theme.h"
 
 namespace TarvaneApp {
@@ -89,14 +89,10 @@ void paint(QPainter& painter, const SpectrogramView& view, SpectrogramRasterCach
 }
 
 void paintFrequencyRules(QPainter& painter, const SpectrogramView& view, const QSizeF& size) {
-    const PixelGrid grid(painter);
-    const double hairline = grid.lineWidth(1.0);
     const FrequencyAxis axis = view.frequencyAxis();
     for (const double frequencyHz : FrequencyAxis::gridLines) {
-        const double left = std::clamp(axis.x(frequencyHz, size.width()) - hairline / 2.0, 0.0,
-                                       std::max(size.width() - hairline, 0.0));
-        painter.fillRect(QRectF(grid.snapped(left), 0.0, hairline, size.height()),
-                         Theme::faded(Theme::gridLine, ruleOpacity));
+        paintVerticalLine(painter, axis.x(frequencyHz, size.width()), QRectF(QPointF(), size),
+                          Theme::faded(Theme::gridLine, ruleOpacity));
     }
 }
 

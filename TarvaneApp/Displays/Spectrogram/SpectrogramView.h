@@ -1,8 +1,8 @@
 // The spectrogram: how a channel's spectrum evolves, frequency across on a logarithmic axis, time
 // down, the newest row at the bottom, levels as colours of a ramp.
 //
-// A value record with all that is drawn, its arithmetic, and the plain drawing with any painter:
-// what the fast drawing of windows (SpectrogramRaster) must look like. Columns are spaced as the
+// A value record with all that is drawn, its scales, and the plain drawing with any painter: what
+// the fast drawing of windows (SpectrogramRaster) must look like. Columns are spaced as the
 // axis is, so that a row needs no resampling. Coordinates are logical pixels, the origin at the
 // top left.
 #pragma once
@@ -27,8 +27,8 @@ struct SpectrogramView {
     SpectrogramRows history;              ///< all rows, in dB
     std::int64_t rowsAdded = 0;           ///< every row that ever came
     std::span<const double> frequencies;  ///< of the columns
-    double floorDB = 30.0;                ///< the level of the ramp's beginning
-    double ceilingDB = 110.0;             ///< and of its end
+    double floorDB = 30.0;                ///< the level where the ramp begins
+    double ceilingDB = 110.0;             ///< and where it ends
     std::vector<SpectrogramColorStop> colorStops = defaultSpectrogramColorStops();
     double rowsPerSecond = 60.0;
     double timeSpanSeconds = 2.0;
@@ -37,7 +37,7 @@ struct SpectrogramView {
     double minHz = 20.0;
     double maxHz = 20000.0;
 
-    // --- arithmetic
+    // --- its scales
 
     struct VisibleRows {
         int first = 0;
@@ -47,7 +47,7 @@ struct SpectrogramView {
     };
 
     FrequencyAxis frequencyAxis() const { return {minHz, maxHz}; }
-    /// How many rows fill the plot, at least 1: a greater height of the slices shows fewer.
+    /// How many rows fill the plot, at least 1; the taller the slices, the fewer.
     int rows() const;
     /// The part of the history that the plot shows; fewer than `rows` shortly after a start.
     VisibleRows visibleRows() const;
@@ -62,7 +62,7 @@ struct SpectrogramView {
 void paint(QPainter& painter, const SpectrogramView& view, SpectrogramRasterCache& raster,
            const QSizeF& size);
 
-/// The frequency rules alone.
+/// The grid lines alone.
 void paintFrequencyRules(QPainter& painter, const SpectrogramView& view, const QSizeF& size);
 
 }  // namespace TarvaneApp

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <cmath>
 
+#include "Displays/Plate.h"
 #include "Displays/TabularText.h"
 
 namespace TarvaneApp {
@@ -12,19 +13,16 @@ namespace {
 
 constexpr double graphMargin = 10.0;
 constexpr double paddingAcross = 14.0;
-constexpr double paddingUpDown = 8.0;
-constexpr double textGap = 8.0;
-constexpr double centsGap = 4.0;
 constexpr double radius = 8.0;
 constexpr double plateOpacity = 0.95;
 constexpr double heldOpacity = 0.55;
 
 QFont frequencyFont(const Typeface& typeface) {
-    return typeface.roundedFont(22.0, QFont::Bold);
+    return typeface.roundedFont(Theme::Text::banner, QFont::Bold);
 }
 
 QFont noteFont(const Typeface& typeface) {
-    return typeface.systemFont(13.0, QFont::DemiBold);
+    return typeface.systemFont(Theme::Text::title, QFont::DemiBold);
 }
 
 double widthOf(const QFont& font, const QString& text) {
@@ -62,11 +60,11 @@ QRectF RingOutBannerView::rect(const QSizeF& graph, const Typeface& typeface) co
     if (!alert) {
         return {};
     }
-    const double width = widthOf(frequencyFont(typeface), frequencyText()) + textGap +
-                         widthOf(noteFont(typeface), noteText()) + centsGap +
+    const double width = widthOf(frequencyFont(typeface), frequencyText()) + Theme::Space::row +
+                         widthOf(noteFont(typeface), noteText()) + Theme::Space::label +
                          widthOf(noteFont(typeface), centsText()) + 2.0 * paddingAcross;
     const double height =
-        std::ceil(QFontMetricsF(frequencyFont(typeface)).height()) + 2.0 * paddingUpDown;
+        std::ceil(QFontMetricsF(frequencyFont(typeface)).height()) + 2.0 * Theme::Space::row;
     return {graph.width() - graphMargin - width, graphMargin, width, height};
 }
 
@@ -77,22 +75,19 @@ void RingOutBannerView::paint(QPainter& painter, const QSizeF& graph,
     }
     const QRectF plate = rect(graph, typeface);
     painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(presence * (isLive ? 1.0 : heldOpacity));
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::faded(Theme::panelBackground, plateOpacity));
-    painter.drawRoundedRect(plate, radius, radius);
+    paintPlate(painter, plate, radius, Theme::faded(Theme::panelBackground, plateOpacity));
 
     const QFontMetricsF metrics(frequencyFont(typeface));
-    const double baseline = plate.top() + paddingUpDown + metrics.ascent();
+    const double baseline = plate.top() + Theme::Space::row + metrics.ascent();
     double x = plate.left() + paddingAcross;
     const auto draw = [&](const QFont& font, const QColor& color, const QString& text, double gap) {
         painter.setPen(color);
         TabularText::draw(painter, QPointF(x, baseline), text, font);
         x += widthOf(font, text) + gap;
     };
-    draw(frequencyFont(typeface), Theme::ringAlert, frequencyText(), textGap);
-    draw(noteFont(typeface), Theme::primaryText, noteText(), centsGap);
+    draw(frequencyFont(typeface), Theme::ringAlert, frequencyText(), Theme::Space::row);
+    draw(noteFont(typeface), Theme::primaryText, noteText(), Theme::Space::label);
     draw(noteFont(typeface), Theme::axisText, centsText(), 0.0);
     painter.restore();
 }

@@ -1,4 +1,4 @@
-// The banner over a spectrum that names a ring: its frequency, its note and how far it is off that
+// The banner over a spectrum at feedback: the ring's frequency, its note and how far it is off that
 // note. A value record, its layout and its drawing. Coordinates are logical pixels.
 #pragma once
 
@@ -16,10 +16,12 @@ namespace TarvaneApp {
 
 struct RingOutBannerView {
     std::optional<TarvaneKit::RingAlert> alert;
-    /// It sounds right now; else it has just stopped, and the banner is dimmed.
+    /// The ring sounds right now; else it has just stopped, and the banner is dimmed.
     bool isLive = false;
-    /// From 0, not there, to 1; between the two while it fades.
+    /// From 0 (hidden) to 1; in between while it fades.
     double presence = 1.0;
+
+    // --- what it says
 
     /// "440Hz", "1.25kHz".
     QString frequencyText() const;
@@ -29,6 +31,8 @@ struct RingOutBannerView {
     QString centsText() const;
     /// All three, for a screen reader; empty without an alert.
     QString spokenText() const;
+
+    // --- its drawing
 
     /// In the top right corner of a graph of that size; empty without an alert.
     QRectF rect(const QSizeF& graph, const Typeface& typeface = Typeface::installed()) const;

@@ -8,11 +8,14 @@
 #include <map>
 
 #include "Displays/PixelBlend.h"
+#include "Displays/Spectrum/SpectrumDrawing.h"
+#include "Displays/Spectrum/SpectrumGeometry.h"
 
 namespace TarvaneApp {
 
 using PixelBlend::fullWeight;
 using PixelBlend::over;
+using PixelBlend::premultiplied;
 using TarvaneKit::OctaveBand;
 
 namespace {
@@ -20,10 +23,6 @@ namespace {
 // Still columns are made for bars of this many weights; narrow bars cover parts of a column.
 constexpr std::uint32_t weightSteps = 64;
 constexpr std::uint32_t weightStep = fullWeight / weightSteps;
-
-QRgb premultiplied(const QColor& color) {
-    return qPremultiply(color.rgba());
-}
 
 std::size_t at(int index) {
     return static_cast<std::size_t>(index);
@@ -50,8 +49,7 @@ const QImage& SpectrumRaster::image(const SpectrumView& view, const QSizeF& size
     hasLine_ = view.showsLine() && !view.lineSpectrumDB.empty();
     hasHold_ = view.showsLine() && view.showPeakHold &&
                view.linePeakHoldDB.size() == view.lineSpectrumDB.size();
-    hasBars_ =
-        view.showsBands() && !view.bands.empty() && view.bands.size() == view.bandLevelsDB.size();
+    hasBars_ = view.showsBands() && match(view.bands, view.bandLevelsDB);
     if (hasLine_) {
         placeTrace(line_, view, view.lineSpectrumDB, view.sampleRate, view.levelOffsetDB,
                    SpectrumStroke::line);
@@ -68,8 +66,7 @@ const QImage& SpectrumRaster::image(const SpectrumView& view, const QSizeF& size
     if (hasBars_) {
         drawBandLines(bars_, barTops_, SpectrumStroke::bandCap, view.traceColor);
     }
-    if (view.showsBands() && view.showPeakHold && !view.bands.empty() &&
-        view.bands.size() == view.bandPeakHoldDB.size()) {
+    if (view.showsBands() && view.showPeakHold && match(view.bands, view.bandPeakHoldDB)) {
         barTops(view, view.bandPeakHoldDB, view.levelOffsetDB, holdTops_);
         drawBandLines(bars_, holdTops_, SpectrumStroke::bandPeakHold, view.peakColor);
     }
@@ -78,7 +75,7 @@ const QImage& SpectrumRaster::image(const SpectrumView& view, const QSizeF& size
             placeTrace(overlay_, view, overlay.lineSpectrumDB, overlay.sampleRate,
                        overlay.levelOffsetDB, SpectrumStroke::overlay);
             overlay_.blendStroke(image_, premultiplied(overlay.color));
-        } else if (overlay.bands.size() == overlay.bandLevelsDB.size()) {
+        } else if (match(overlay.bands, overlay.bandLevelsDB)) {
             barTops(view, overlay.bandLevelsDB, overlay.levelOffsetDB, holdTops_);
             drawBandLines(barPlaces(view, overlay.bands), holdTops_, SpectrumStroke::bandPeakHold,
                           overlay.color);
@@ -87,7 +84,7 @@ const QImage& SpectrumRaster::image(const SpectrumView& view, const QSizeF& size
     curve_.blendInto(image_);
     if (view.activeRingAlert) {
         QPainter painter(&image_);
-        view.drawRingAlertMarker(painter, *view.activeRingAlert, size);
+        drawRingAlertMarker(painter, view, size);
     }
     labels_.blendInto(image_);
     return image_;
@@ -133,15 +130,13 @@ void SpectrumRaster::prepareGrid(const SpectrumView& view, const QSizeF& size, d
     QImage ground = layer(QImage::Format_RGB32);
     {
         QPainter painter(&ground);
-        view.drawGridLines(painter, size);
-        view.drawFloorCeilingLines(painter, size);
+        drawRules(painter, view, size);
     }
     takeGroundColumns(ground);
     QImage labels = layer(QImage::Format_ARGB32_Premultiplied);
     {
         QPainter painter(&labels);
-        view.drawGridLabels(painter, size, typeface_);
-        view.drawFloorCeilingLabels(painter, size, typeface_);
+        drawLabels(painter, view, size, typeface_);
     }
     labels_ = SparseLayer(labels);
 }
@@ -201,8 +196,8 @@ std::vector<SpectrumRaster::BarPlace> SpectrumRaster::barPlaces(
     std::vector<BarPlace> places;
     places.reserve(bands.size());
     for (const OctaveBand& band : bands) {
-        const QRectF bar =
-            sharpened(view.bar(axis, band, view.axisBottomDB(), gridKey_->size), PixelGrid(ratio));
+        const QRectF bar = sharpened(bandBar(view, axis, band, view.axisBottomDB(), gridKey_->size),
+                                     PixelGrid(ratio));
         places.push_back(
             {static_cast<float>(bar.left() * ratio), static_cast<float>(bar.right() * ratio)});
     }
@@ -244,9 +239,9 @@ void SpectrumRaster::prepareCurve(const SpectrumView& view) {
     curveKey_ = {.curve = view.targetCurve, .referenceDB = view.targetCurveReferenceDB};
     ++layersDrawn_;
     QImage picture = layer(QImage::Format_ARGB32_Premultiplied);
-    if (view.targetCurve) {
+    {
         QPainter painter(&picture);
-        view.drawTargetCurve(painter, *view.targetCurve, gridKey_->size);
+        drawTargetCurve(painter, view, gridKey_->size);
     }
     curve_ = SparseLayer(picture);
 }

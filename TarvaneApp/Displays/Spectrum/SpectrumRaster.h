@@ -24,18 +24,18 @@ namespace TarvaneApp {
 
 class SpectrumRaster {
   public:
-    /// `ground` is what the graph stands on.
+    /// `ground` is the background's colour.
     explicit SpectrumRaster(const QColor& ground, Typeface typeface = Typeface::installed());
 
-    /// The graph without its read-out, in RGB32 with `pixelRatio` device pixels per logical one.
+    /// The graph without its readout, in RGB32 with `pixelRatio` device pixels per logical one.
     /// Valid until the next call. Null for a size without pixels.
     const QImage& image(const SpectrumView& view, const QSizeF& size, double pixelRatio);
 
-    /// How often the still parts were drawn anew.
+    /// How often the still parts were drawn.
     int layersDrawn() const { return layersDrawn_; }
 
   private:
-    // What the still parts follow from.
+    // What the still parts depend on.
     struct GridKey {
         QSizeF size;
         double pixelRatio;
@@ -119,7 +119,7 @@ class SpectrumRaster {
     };
     std::vector<LinePositions> linePositions_;  // by sample rate
 
-    // Scratch of a frame.
+    // Reused from frame to frame.
     std::vector<QPointF> points_;
     TraceColumns line_;
     TraceColumns hold_;

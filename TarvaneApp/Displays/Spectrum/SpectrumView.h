@@ -1,18 +1,14 @@
 // The real-time analyzer's graph: band levels and line spectrum of a channel over a logarithmic
-// frequency axis, peak hold, a target curve, the traces of other channels, and a read-out under
+// frequency axis, peak hold, a target curve, the traces of other channels, and a readout under
 // the pointer.
 //
-// A value record with all that is drawn, its arithmetic, and the plain drawing with any painter:
-// what pages are drawn with, and what the fast drawing of windows (SpectrumRaster) must look like.
-// Coordinates are logical pixels, the origin at the top left; the graph fills its size and its
-// labels stand inside.
+// A value record with all that is drawn, and its scales. SpectrumGeometry has the shapes that
+// follow from it, SpectrumLabels the places of its labels, SpectrumDrawing the plain drawing and
+// SpectrumRaster the fast one of windows. Coordinates are logical pixels, the origin at the top
+// left; the graph fills its size, with its labels inside.
 #pragma once
 
 #include <QColor>
-#include <QPainterPath>
-#include <QPointF>
-#include <QRectF>
-#include <QSizeF>
 #include <QString>
 #include <optional>
 #include <vector>
@@ -21,14 +17,10 @@
 #include "DSP/OctaveBands.h"
 #include "DSP/RingAlert.h"
 #include "Displays/FrequencyAxis.h"
-#include "Displays/PixelGrid.h"
 #include "Displays/Theme.h"
 #include "Records/RTAScale.h"
 #include "Records/SpectrumViewMode.h"
 #include "TargetCurves/TargetCurve.h"
-
-class QLinearGradient;
-class QPainter;
 
 namespace TarvaneApp {
 
@@ -57,7 +49,7 @@ struct SpectrumHoverState {
 };
 
 struct SpectrumView {
-    // A piece whose arrays don't match in length is left out of the picture.
+    // Parts whose arrays don't match in length are not drawn.
     std::vector<TarvaneKit::OctaveBand> bands;
     std::vector<double> bandLevelsDB;
     std::vector<double> bandPeakHoldDB;
@@ -72,7 +64,7 @@ struct SpectrumView {
     std::optional<double> spectrogramFloorDB;
     std::optional<double> spectrogramCeilingDB;
     RTAScale scale = RTAScale::spl;
-    /// Taken off every level of this channel; not off the target curve, floor and ceiling.
+    /// Subtracted from every level of this channel, but not from target curve, floor and ceiling.
     double levelOffsetDB = 0.0;
     std::optional<TarvaneKit::TargetCurve> targetCurve;
     double targetCurveReferenceDB = 0.0;
@@ -82,12 +74,12 @@ struct SpectrumView {
     double minHz = 20.0;
     double maxHz = 20000.0;
 
-    // --- arithmetic
+    // --- its scales
 
     FrequencyAxis frequencyAxis() const { return {minHz, maxHz}; }
     double axisBottomDB() const { return scale == RTAScale::spl ? 0.0 : -140.0; }
     double axisTopDB() const { return scale == RTAScale::spl ? 140.0 : 0.0; }
-    /// A level beyond the axis pins to its end, NaN to the bottom.
+    /// A level beyond the axis maps to its end, NaN to the bottom.
     double y(double levelDB, double height) const;
     double levelAt(double y, double height) const;
     /// In steps of 20 dB, from the bottom up.
@@ -95,97 +87,15 @@ struct SpectrumView {
     bool showsLine() const { return viewMode != SpectrumViewMode::banded; }
     bool showsBands() const { return viewMode != SpectrumViewMode::line; }
 
-    /// The points of a line trace, as far as the axis goes. Absent arguments mean the view's own.
-    std::vector<QPointF> linePoints(const std::vector<double>& levelsDB, const QSizeF& size,
-                                    std::optional<double> sampleRate = std::nullopt,
-                                    std::optional<double> offsetDB = std::nullopt) const;
-    /// The bar of a band at a level less its offset: one pixel of air between neighbours, and
-    /// never thinner than one.
-    QRectF bar(const FrequencyAxis& axis, const TarvaneKit::OctaveBand& band, double levelDB,
-               const QSizeF& size) const;
-    /// None for a curve without points.
-    std::vector<QPointF> targetCurvePoints(const TarvaneKit::TargetCurve& curve,
-                                           const QSizeF& size) const;
-    /// The floor's or the ceiling's y; absent unless it lies strictly inside the axis.
+    /// The y of floor or ceiling; absent unless it lies inside the axis, ends excluded.
     std::optional<double> ruleY(const std::optional<double>& levelDB, double height) const;
 
-    /// What is measured there, from the line spectrum where there is one.
+    /// The level at a frequency, from the line spectrum if there is one.
     std::optional<double> levelDB(double atFrequencyHz) const;
     /// "1.00 kHz  62.1 dB".
     QString hoverLabel(double forFrequencyHz) const;
 
-    // --- the plain drawing, in this order
-
-    void drawGridLines(QPainter& painter, const QSizeF& size) const;
-    void drawFloorCeilingLines(QPainter& painter, const QSizeF& size) const;
-    void drawLine(QPainter& painter, const QSizeF& size) const;
-    void drawLinePeakHold(QPainter& painter, const QSizeF& size) const;
-    void drawBands(QPainter& painter, const QSizeF& size) const;
-    void drawPeakHold(QPainter& painter, const QSizeF& size) const;
-    void drawOverlay(QPainter& painter, const SpectrumOverlay& overlay, const QSizeF& size) const;
-    void drawTargetCurve(QPainter& painter, const TarvaneKit::TargetCurve& curve,
-                         const QSizeF& size) const;
-    void drawRingAlertMarker(QPainter& painter, const TarvaneKit::RingAlert& alert,
-                             const QSizeF& size) const;
-    void drawGridLabels(QPainter& painter, const QSizeF& size,
-                        const Typeface& typeface = Typeface::installed()) const;
-    void drawFloorCeilingLabels(QPainter& painter, const QSizeF& size,
-                                const Typeface& typeface = Typeface::installed()) const;
-
     bool operator==(const SpectrumView&) const = default;
 };
-
-/// Moves a bar's sides onto whole device pixels, so that bars and the air between them are sharp
-/// and even. Bars of few device pixels stay where they are: moved, they would beat.
-QRectF sharpened(const QRectF& bar, const PixelGrid& grid);
-
-/// Softens a line: it runs through the middles between neighbouring points. With a baseline it
-/// is closed down to it.
-QPainterPath smoothedPath(const std::vector<QPointF>& points,
-                          std::optional<double> closingBaseline = std::nullopt);
-
-/// A label on its plate.
-struct SpectrumLabel {
-    QString text;
-    QRectF rect;  ///< of the text
-    QRectF plate() const { return rect.adjusted(-2.0, -1.0, 2.0, 1.0); }
-};
-
-/// Labels that would run into another one, or out of the graph, are left out: first those of
-/// frequencies between the decades, and levels between the axis' ends.
-struct SpectrumLabels {
-    std::vector<SpectrumLabel> grid;
-    std::vector<SpectrumLabel> floorCeiling;
-};
-SpectrumLabels layoutLabels(const SpectrumView& view, const QSizeF& size,
-                            const Typeface& typeface = Typeface::installed());
-
-/// The whole graph; the background is left as it is. The read-out is drawn apart, since it
-/// follows the pointer.
-void paint(QPainter& painter, const SpectrumView& view, const QSizeF& size,
-           const Typeface& typeface = Typeface::installed());
-
-/// The read-out's plate. Empty without a pointer.
-QRectF hoverPlate(const SpectrumView& view, const QSizeF& size,
-                  const Typeface& typeface = Typeface::installed());
-void paintHover(QPainter& painter, const SpectrumView& view, const QSizeF& size,
-                const Typeface& typeface = Typeface::installed());
-
-/// How thick the strokes are.
-namespace SpectrumStroke {
-inline constexpr double line = 1.2;
-inline constexpr double linePeakHold = 1.0;
-inline constexpr double overlay = 1.4;
-inline constexpr double bandCap = 1.5;
-inline constexpr double bandPeakHold = 2.0;
-inline constexpr double ringAlert = 1.5;
-}  // namespace SpectrumStroke
-
-namespace Theme {
-
-/// Under a line and in bars, over the whole height of the graph: a low bar shows its dark part.
-QLinearGradient spectrumFillGradient(const QColor& color, double height);
-
-}  // namespace Theme
 
 }  // namespace TarvaneApp

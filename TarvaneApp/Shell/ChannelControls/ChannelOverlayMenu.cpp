@@ -12,12 +12,6 @@ namespace TarvaneApp {
 
 using TarvaneKit::UUID;
 
-namespace {
-
-constexpr int symbolSize = 12;
-
-}  // namespace
-
 struct ChannelOverlayMenu::Choice {
     UUID id;
     std::string name;
@@ -28,12 +22,11 @@ ChannelOverlayMenu::ChannelOverlayMenu(MeterEngine& engine, Setting<IDs>& overla
                                        const QString& help, const UUID& baseChannelID,
                                        QWidget* parent)
     : IconMenuButton(
-          symbolSize, [this](QMenu& menu) { fill(menu); }, parent),
+          Theme::Symbol::header, [this](QMenu& menu) { fill(menu); }, parent),
       engine_(engine),
       overlays_(overlays),
       baseChannelID_(baseChannelID) {
-    setToolTip(help);
-    setAccessibleName(help);
+    setHelp(help);
     followChannels(engine.channelChanges(), this, [this] { showState(); });
     follow(overlays, this, [this] { showState(); });
 }
@@ -43,7 +36,7 @@ void ChannelOverlayMenu::setBaseChannelID(const UUID& id) {
     showState();
 }
 
-// A channel that was switched off while it lay over the base can still be taken away.
+// An overlay whose channel was switched off can still be removed.
 std::vector<ChannelOverlayMenu::Choice> ChannelOverlayMenu::choices() const {
     const UUID base = engine_.resolvedChannelID(baseChannelID_);
     std::vector<Choice> choices;

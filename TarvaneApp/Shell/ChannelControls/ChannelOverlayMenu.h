@@ -1,4 +1,4 @@
-// Which other channels lie over a panel's own. Not there while there is no other channel.
+// Which other channels are drawn over a panel's own. Hidden while there is no other channel.
 #pragma once
 
 #include <vector>
@@ -17,7 +17,7 @@ class ChannelOverlayMenu : public IconMenuButton {
   public:
     using IDs = std::vector<TarvaneKit::UUID>;
 
-    /// The channel under the overlays, which is no overlay itself.
+    /// The panel's own channel, which can't be an overlay.
     void setBaseChannelID(const TarvaneKit::UUID& id);
 
   protected:
@@ -25,7 +25,7 @@ class ChannelOverlayMenu : public IconMenuButton {
     ChannelOverlayMenu(MeterEngine& engine, Setting<IDs>& overlays, const QString& help,
                        const TarvaneKit::UUID& baseChannelID, QWidget* parent);
 
-    /// Adds a check item for each channel that can lie over the base.
+    /// Adds a check item for each channel that can be an overlay.
     virtual void fill(QMenu& menu);
 
     MeterEngine& engine_;

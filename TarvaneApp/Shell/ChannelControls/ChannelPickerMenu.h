@@ -1,4 +1,4 @@
-// Which channel a panel shows. Not there while there is only one.
+// Which channel a panel shows. Hidden while there is only one.
 #pragma once
 
 #include "Core/UUID.h"

@@ -22,7 +22,7 @@ inline constexpr std::array leqPresets{
 /// The user's Leq in words, as "A-weighted, 15 min".
 QString leqDescription(TarvaneKit::Weighting weighting, double seconds);
 
-/// The preset's label, or the seconds for a time that none has.
+/// The preset's label; for any other time the seconds.
 QString leqTimeLabel(double seconds);
 
 }  // namespace TarvaneApp

@@ -1,5 +1,5 @@
-// What a loudness meter shows large, and the target that the programme is held against. Both hold
-// for every channel that measures loudness.
+// What a loudness meter shows large, and the target that the programme is held against. Both apply
+// to every channel that measures loudness.
 #pragma once
 
 #include <QWidget>

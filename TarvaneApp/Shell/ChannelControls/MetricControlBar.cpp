@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QHBoxLayout>
 
+#include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
 #include "Shell/ChannelControls/ChannelPickerMenu.h"
@@ -10,14 +11,12 @@
 #include "Shell/ChannelControls/ReadoutUnitPicker.h"
 #include "Shell/ChannelControls/SPLControlMenus.h"
 #include "Shell/ChannelControls/SPLControls.h"
-#include "Shell/Controls/ControlRow.h"
+#include "Shell/Controls/Divider.h"
 
 namespace TarvaneApp {
 
 namespace {
 
-constexpr int paddingAcross = 16;
-constexpr int paddingUpDown = 8;
 constexpr int narrowestWidth = 320;
 
 }  // namespace
@@ -29,11 +28,11 @@ MetricControlBar::MetricControlBar(MeterEngine& engine,
       fixedChannelID_(fixedChannelID),
       row_(new QHBoxLayout(this)),
       unitPicker_(new ReadoutUnitPicker(engine, channelID(), this)),
-      divider_(ControlRow::makeDivider(this)),
+      divider_(makeGroupDivider(this)),
       splControls_(new SPLControls(engine, channelID(), this)),
       splMenus_(new SPLControlMenus(engine, channelID(), this)),
       loudnessControls_(new LoudnessControls(engine, this)) {
-    row_->setContentsMargins(paddingAcross, paddingUpDown, paddingAcross, paddingUpDown);
+    row_->setContentsMargins(Theme::Margins::row);
     if (!fixedChannelID_) {
         channelPicker_ = new ChannelPickerMenu(engine, engine.splMeterChannelID, this);
         channelPicker_->letShrink();
@@ -60,23 +59,23 @@ void MetricControlBar::channelChanged() {
     arrange();
 }
 
-// The row as it is where there is room for it.
+// The width of the whole row, where there is room for it.
 int MetricControlBar::ordinaryWidth() const {
     const int controls = engine_.readoutUnit(channelID()) == ReadoutUnit::lufs
                              ? loudnessControls_->ordinaryWidth()
                              : splControls_->sizeHint().width();
     const int pickers = channelPicker_ != nullptr && !channelPicker_->isHidden()
-                            ? channelPicker_->sizeHint().width() + ControlRow::groupSpacing
+                            ? channelPicker_->sizeHint().width() + Theme::Space::group
                             : 0;
-    return 2 * paddingAcross + pickers + unitPicker_->sizeHint().width() + divider_->width() +
-           2 * ControlRow::groupSpacing + controls;
+    return 2 * Theme::Space::panel + pickers + unitPicker_->sizeHint().width() + divider_->width() +
+           2 * Theme::Space::group + controls;
 }
 
-// What is as it should be is left alone: a change orders another layout, which comes back here.
+// Nothing is set twice: a change requests another layout, which comes back here.
 void MetricControlBar::arrange() {
     const bool isLoudness = engine_.readoutUnit(channelID()) == ReadoutUnit::lufs;
     const bool isNarrow = width() < ordinaryWidth();
-    const int spacing = isNarrow ? ControlRow::narrowSpacing : ControlRow::groupSpacing;
+    const int spacing = isNarrow ? Theme::Space::row : Theme::Space::group;
     if (row_->spacing() != spacing) {
         row_->setSpacing(spacing);
     }
@@ -91,7 +90,7 @@ QSize MetricControlBar::minimumSizeHint() const {
     return {narrowestWidth, QWidget::minimumSizeHint().height()};
 }
 
-// A control has got another width.
+// A control's width has changed.
 bool MetricControlBar::event(QEvent* event) {
     const bool handled = QWidget::event(event);
     if (event->type() == QEvent::LayoutRequest) {

@@ -20,11 +20,11 @@ class SPLControls;
 class MetricControlBar final : public QWidget {
     Q_OBJECT
   public:
-    /// With a fixed channel, that one; without, the one that the main window's meter shows.
+    /// For the fixed channel, or without one for the channel that the main window's meter shows.
     MetricControlBar(MeterEngine& engine, std::optional<TarvaneKit::UUID> fixedChannelID,
                      QWidget* parent = nullptr);
 
-    /// What the smallest meter's window has: the controls shrink into it.
+    /// As narrow as the smallest meter window: the controls shrink to fit.
     QSize minimumSizeHint() const override;
 
   protected:

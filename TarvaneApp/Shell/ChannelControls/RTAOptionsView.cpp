@@ -4,22 +4,23 @@
 #include <QLabel>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
-#include <algorithm>
 #include <array>
 
+#include "Displays/RawText.h"
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Records/ChannelColors.h"
 #include "Settings/Observable.h"
 #include "Shell/ChannelControls/TargetCurveControls.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/ColorSwatches.h"
+#include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Controls/SegmentedPicker.h"
 #include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
 
-using TarvaneKit::allCases;
 using TarvaneKit::OctaveFraction;
 using TarvaneKit::RGBAColor;
 using TarvaneKit::RingOutSensitivity;
@@ -27,12 +28,7 @@ using TarvaneKit::RingOutSensitivity;
 namespace {
 
 constexpr int popoverWidth = 300;
-constexpr int popoverPadding = 16;
-constexpr int rowSpacing = 12;
-constexpr int labelGap = 12;
 constexpr int viewPickerWidth = 180;
-constexpr double textSize = 11.0;
-constexpr double footnoteSize = 10.0;
 
 constexpr std::array traceColors{
     ColorSwatches::Swatch{"Green", mainChannelColor},
@@ -45,7 +41,7 @@ constexpr std::array traceColors{
     ColorSwatches::Swatch{"White", {0.95, 0.95, 0.95, 1.0}},
 };
 
-// Holds stand over traces of the colours above, so they are rather warm and bright.
+// Peak holds are drawn over traces in the colours above, so these are warm and bright.
 constexpr std::array peakColors{
     ColorSwatches::Swatch{"Orange", {1.0, 0.6, 0.2, 1.0}},
     ColorSwatches::Swatch{"Red", {1.0, 0.3, 0.25, 1.0}},
@@ -55,46 +51,27 @@ constexpr std::array peakColors{
     ColorSwatches::Swatch{"Pink", channelColors[1]},
 };
 
-QString text(std::string_view label) {
-    return QString::fromUtf8(label.data(), static_cast<qsizetype>(label.size()));
-}
-
-/// An item for each case of an enum.
-template <class E, class Label, class Pick>
-std::vector<MenuButton::Item> itemsOf(E current, Label label, Pick pick) {
-    std::vector<MenuButton::Item> items;
-    for (const E value : allCases<E>()) {
-        items.push_back({.text = text(label(value)),
-                         .isCurrent = value == current,
-                         .action = [pick, value] { pick(value); },
-                         .dot = std::nullopt});
-    }
-    return items;
-}
-
 }  // namespace
 
 RTAOptionsView::RTAOptionsView(MeterEngine& engine, const TarvaneKit::UUID& channelID,
                                QWidget* parent)
     : QWidget(parent), engine_(engine), requestedChannelID_(channelID) {
-    setFixedWidth(popoverWidth - 2 * popoverPadding);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(rowSpacing);
+    setFixedWidth(popoverWidth - 2 * Theme::Space::panel);
+    auto* column = layOutColumn(this, Theme::Space::section);
     const auto addRow = [&](QWidget* left, QWidget* control) {
         auto* row = new QHBoxLayout;
-        row->setSpacing(labelGap);
+        row->setSpacing(Theme::Space::section);
         row->addWidget(left);
         row->addStretch(1);
         row->addWidget(control);
         column->addLayout(row);
     };
     const auto label = [this](const QString& name) {
-        return makeTextLabel(name, textSize, Theme::axisText, this);
+        return makeTextLabel(name, Theme::Text::caption, Theme::axisText, this);
     };
     const auto toggle = [this](const QString& name, std::function<void(bool)> change) {
         auto* box = new QCheckBox(name, this);
-        box->setFont(Typeface::installed().systemFont(textSize));
+        box->setFont(Typeface::installed().systemFont(Theme::Text::caption));
         connect(box, &QCheckBox::toggled, this, std::move(change));
         return box;
     };
@@ -113,7 +90,7 @@ RTAOptionsView::RTAOptionsView(MeterEngine& engine, const TarvaneKit::UUID& chan
         {QStringLiteral("Bands"), QStringLiteral("Line"), QStringLiteral("Both")}, viewPickerWidth,
         [this](int index) {
             write([index](ChannelDisplaySettings& display) {
-                display.viewMode = allCases<SpectrumViewMode>()[static_cast<std::size_t>(index)];
+                display.viewMode = EnumChoice<SpectrumViewMode>::at(index);
             });
         },
         this);
@@ -153,7 +130,7 @@ RTAOptionsView::RTAOptionsView(MeterEngine& engine, const TarvaneKit::UUID& chan
 
     auto* footnote = makeTextLabel(
         QStringLiteral("Also in this channel's Display section in Preferences > Audio."),
-        footnoteSize, Theme::axisText, this);
+        Theme::Text::footnote, Theme::axisText, this);
     footnote->setWordWrap(true);
     column->addWidget(footnote);
 
@@ -177,30 +154,29 @@ void RTAOptionsView::showChannel() {
         box->setChecked(on);
     };
     color_->setSelected(channel.color);
-    constexpr auto modes = allCases<SpectrumViewMode>();
-    viewMode_->setSelectedIndex(
-        static_cast<int>(std::ranges::find(modes, display.viewMode) - modes.begin()));
-    bands_->setItems(itemsOf(
-        display.octaveFraction, [](OctaveFraction fraction) { return TarvaneKit::label(fraction); },
+    viewMode_->setSelectedIndex(EnumChoice<SpectrumViewMode>::index(display.viewMode));
+    bands_->setItems(EnumChoice<OctaveFraction>::items(
+        display.octaveFraction,
         [this](OctaveFraction fraction) {
             write([fraction](ChannelDisplaySettings& settings) {
                 settings.octaveFraction = fraction;
             });
-        }));
+        },
+        [](OctaveFraction fraction) { return utf8Text(TarvaneKit::label(fraction)); }));
     show(peakHold_, display.showsPeakHold);
     peakColor_->setSelected(display.peakHoldColor);
     peakColor_->setEnabled(display.showsPeakHold);
     show(octaveNormalized_, display.octaveNormalized);
     targetCurve_->setChannelID(channelID());
     show(ringOut_, channel.ringOutEnabled);
-    sensitivity_->setItems(itemsOf(
+    sensitivity_->setItems(EnumChoice<RingOutSensitivity>::items(
         display.ringOutSensitivity,
-        [](RingOutSensitivity sensitivity) { return TarvaneKit::label(sensitivity); },
         [this](RingOutSensitivity sensitivity) {
             write([sensitivity](ChannelDisplaySettings& settings) {
                 settings.ringOutSensitivity = sensitivity;
             });
-        }));
+        },
+        [](RingOutSensitivity sensitivity) { return utf8Text(TarvaneKit::label(sensitivity)); }));
 }
 
 }  // namespace TarvaneApp

@@ -21,7 +21,7 @@ struct ChannelDisplaySettings;
 class RTAOptionsView final : public QWidget {
     Q_OBJECT
   public:
-    /// A channel that doesn't exist any more stands for the main input.
+    /// A channel that doesn't exist any more means the main input.
     RTAOptionsView(MeterEngine& engine, const TarvaneKit::UUID& channelID,
                    QWidget* parent = nullptr);
 

@@ -1,8 +1,8 @@
 #include "Shell/ChannelControls/ReadoutUnitPicker.h"
 
-#include "Displays/RawText.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
+#include "Shell/Controls/EnumChoice.h"
 
 namespace TarvaneApp {
 
@@ -38,10 +38,8 @@ void ReadoutUnitPicker::showChoices() {
         if (unit == ReadoutUnit::spl && !engine_.isCalibrated(channelID_)) {
             continue;
         }
-        items.push_back({.text = rawText(unit),
-                         .isCurrent = unit == current,
-                         .action = [this, unit] { choose(unit); },
-                         .dot = std::nullopt});
+        items.push_back(EnumChoice<ReadoutUnit>::item(
+            unit, current, [this](ReadoutUnit picked) { choose(picked); }));
     }
     setItems(std::move(items));
 }

@@ -3,12 +3,12 @@
 #include <QHBoxLayout>
 #include <QLabel>
 
-#include "Displays/RawText.h"
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
 #include "Shell/ChannelControls/LeqPresets.h"
-#include "Shell/Controls/ControlRow.h"
+#include "Shell/Controls/BareLayout.h"
+#include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Controls/TextLabel.h"
 
@@ -23,8 +23,8 @@ SPLControlMenus::SPLControlMenus(MeterEngine& engine, const UUID& channelID, QWi
       mode_(new MenuButton(QStringLiteral("Metric"), this)),
       weighting_(new MenuButton(QStringLiteral("Weighting"), this)),
       timeWeighting_(new MenuButton(QStringLiteral("Time weighting"), this)),
-      leqNote_(makeTextLabel({}, 11, Theme::axisText, this)) {
-    auto* row = ControlRow::make(this, ControlRow::narrowSpacing);
+      leqNote_(makeTextLabel({}, Theme::Text::caption, Theme::axisText, this)) {
+    auto* row = layOutRow(this, Theme::Space::row);
     for (MenuButton* menu : {mode_, weighting_, timeWeighting_}) {
         menu->letShrink();
         row->addWidget(menu);
@@ -44,20 +44,11 @@ void SPLControlMenus::setChannelID(const UUID& channelID) {
 template <class E>
 void SPLControlMenus::offer(MenuButton& menu, E ChannelDisplaySettings::*field) {
     const E current = engine_.display(channelID_).*field;
-    std::vector<MenuButton::Item> items;
-    for (const E value : TarvaneKit::allCases<E>()) {
-        items.push_back({.text = rawText(value),
-                         .isCurrent = value == current,
-                         .action =
-                             [this, field, value] {
-                                 engine_.updateDisplay(
-                                     channelID_, [field, value](ChannelDisplaySettings& display) {
-                                         display.*field = value;
-                                     });
-                             },
-                         .dot = std::nullopt});
-    }
-    menu.setItems(std::move(items));
+    menu.setItems(EnumChoice<E>::items(current, [this, field](E value) {
+        engine_.updateDisplay(channelID_, [field, value](ChannelDisplaySettings& display) {
+            display.*field = value;
+        });
+    }));
 }
 
 void SPLControlMenus::showDisplay() {

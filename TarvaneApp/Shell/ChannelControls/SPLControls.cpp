@@ -2,40 +2,26 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <algorithm>
 
 #include "Displays/RawText.h"
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
 #include "Shell/ChannelControls/LeqPresets.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/CompactToggleButton.h"
-#include "Shell/Controls/ControlRow.h"
+#include "Shell/Controls/Divider.h"
+#include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/SegmentedPicker.h"
 #include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
 
-using TarvaneKit::allCases;
 using TarvaneKit::UUID;
 
 namespace {
 
-constexpr int buttonSpacing = 6;
 constexpr int modePickerWidth = 150;
-
-QStringList modeLabels() {
-    QStringList labels;
-    for (const MetricMode mode : allCases<MetricMode>()) {
-        labels.append(rawText(mode));
-    }
-    return labels;
-}
-
-int modeIndex(MetricMode mode) {
-    constexpr auto modes = allCases<MetricMode>();
-    return static_cast<int>(std::ranges::find(modes, mode) - modes.begin());
-}
 
 }  // namespace
 
@@ -43,9 +29,9 @@ template <class E>
 SPLControls::ToggleRow<E> SPLControls::makeRow(QWidget* group, const char* what,
                                                E ChannelDisplaySettings::*field) {
     auto* holder = new QWidget(group);
-    auto* layout = ControlRow::make(holder, buttonSpacing);
+    auto* layout = layOutRow(holder, Theme::Space::related);
     ToggleRow<E> row;
-    for (const E value : allCases<E>()) {
+    for (const E value : TarvaneKit::allCases<E>()) {
         const QString label = rawText(value);
         auto* button = new CompactToggleButton(
             label,
@@ -65,33 +51,33 @@ SPLControls::ToggleRow<E> SPLControls::makeRow(QWidget* group, const char* what,
 
 SPLControls::SPLControls(MeterEngine& engine, const UUID& channelID, QWidget* parent)
     : QWidget(parent), engine_(engine), channelID_(channelID) {
-    auto* row = ControlRow::make(this, ControlRow::groupSpacing);
+    auto* row = layOutRow(this, Theme::Space::group);
     modePicker_ = new SegmentedPicker(
-        modeLabels(), modePickerWidth,
+        EnumChoice<MetricMode>::labels(), modePickerWidth,
         [this](int index) {
             engine_.updateDisplay(channelID_, [index](ChannelDisplaySettings& display) {
-                display.metricMode = allCases<MetricMode>()[static_cast<std::size_t>(index)];
+                display.metricMode = EnumChoice<MetricMode>::at(index);
             });
         },
         this);
     modePicker_->setAccessibleName(QStringLiteral("Metric"));
     row->addWidget(modePicker_);
-    row->addWidget(ControlRow::makeDivider(this));
+    row->addWidget(makeGroupDivider(this));
 
     splGroup_ = new QWidget(this);
-    ControlRow::make(splGroup_, ControlRow::groupSpacing);
+    layOutRow(splGroup_, Theme::Space::group);
     splWeightings_ = makeRow(splGroup_, "weighting", &ChannelDisplaySettings::splWeighting);
-    splGroup_->layout()->addWidget(ControlRow::makeDivider(splGroup_));
+    splGroup_->layout()->addWidget(makeGroupDivider(splGroup_));
     splTimeWeightings_ =
         makeRow(splGroup_, "time weighting", &ChannelDisplaySettings::splTimeWeighting);
     row->addWidget(splGroup_);
 
     peakGroup_ = new QWidget(this);
-    ControlRow::make(peakGroup_, ControlRow::groupSpacing);
+    layOutRow(peakGroup_, Theme::Space::group);
     peakWeightings_ = makeRow(peakGroup_, "peak weighting", &ChannelDisplaySettings::peakWeighting);
     row->addWidget(peakGroup_);
 
-    leqNote_ = makeTextLabel({}, 12, Theme::axisText, this);
+    leqNote_ = makeTextLabel({}, Theme::Text::body, Theme::axisText, this);
     row->addWidget(leqNote_);
 
     followChannels(
@@ -106,7 +92,7 @@ void SPLControls::setChannelID(const UUID& channelID) {
 
 void SPLControls::showDisplay() {
     const ChannelDisplaySettings display = engine_.display(channelID_);
-    modePicker_->setSelectedIndex(modeIndex(display.metricMode));
+    modePicker_->setSelectedIndex(EnumChoice<MetricMode>::index(display.metricMode));
     splGroup_->setVisible(display.metricMode == MetricMode::spl);
     peakGroup_->setVisible(display.metricMode == MetricMode::peak);
     leqNote_->setVisible(display.metricMode == MetricMode::leq);

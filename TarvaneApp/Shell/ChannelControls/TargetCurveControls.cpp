@@ -7,20 +7,13 @@
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
 #include "Shell/ChannelControls/TargetCurveReferenceControl.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
 
 using TarvaneKit::TargetCurve;
-
-namespace {
-
-constexpr double textSize = 11.0;
-constexpr int rowSpacing = 8;
-constexpr int labelGap = 4;
-
-}  // namespace
 
 TargetCurveControls::TargetCurveControls(MeterEngine& engine, const TarvaneKit::UUID& channelID,
                                          const QString& referenceLabel, QWidget* parent)
@@ -31,20 +24,16 @@ TargetCurveControls::TargetCurveControls(MeterEngine& engine, const TarvaneKit::
       reference_(new QWidget(this)),
       level_(new TargetCurveReferenceControl(engine, channelID, reference_)) {
     const auto label = [](const QString& text, QWidget* on) {
-        return makeTextLabel(text, textSize, Theme::axisText, on);
+        return makeTextLabel(text, Theme::Text::caption, Theme::axisText, on);
     };
-    // The curves have long names: their menu takes a line of its own.
+    // The curves have long names, so their menu has its own line.
     curves_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(labelGap);
+    auto* column = layOutColumn(this, Theme::Space::label);
     column->addWidget(label(QStringLiteral("Target curve"), this));
     column->addWidget(curves_);
-    column->addSpacing(rowSpacing - labelGap);
+    column->addSpacing(Theme::Space::row - Theme::Space::label);
     column->addWidget(reference_);
-    auto* referenceColumn = new QVBoxLayout(reference_);
-    referenceColumn->setContentsMargins(0, 0, 0, 0);
-    referenceColumn->setSpacing(labelGap);
+    auto* referenceColumn = layOutColumn(reference_, Theme::Space::label);
     referenceColumn->addWidget(label(referenceLabel, reference_));
     referenceColumn->addWidget(level_);
     followChannels(

@@ -14,7 +14,7 @@ class TargetCurveReferenceControl;
 class TargetCurveControls final : public QWidget {
     Q_OBJECT
   public:
-    /// `referenceLabel` stands above the level, which is there only while there is a curve.
+    /// `referenceLabel` is the label of the level. Both are hidden while there is no curve.
     TargetCurveControls(MeterEngine& engine, const TarvaneKit::UUID& channelID,
                         const QString& referenceLabel, QWidget* parent = nullptr);
 

@@ -9,17 +9,16 @@
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
 
 namespace {
 
-constexpr double textSize = 11.0;
 constexpr int valueWidth = 70;
-constexpr int gap = 6;
 
-// A channel's level in one unit, and how far it can be moved.
+// A channel's level in one unit, and its range.
 struct Reference {
     double ChannelDisplaySettings::*level;
     int lowest;
@@ -42,16 +41,14 @@ TargetCurveReferenceControl::TargetCurveReferenceControl(MeterEngine& engine,
       engine_(engine),
       channelID_(channelID),
       slider_(new QSlider(Qt::Horizontal, this)),
-      value_(makeTextLabel({}, textSize, Theme::axisText, this)) {
+      value_(makeTextLabel({}, Theme::Text::caption, Theme::axisText, this)) {
     setToolTip(
         QStringLiteral("Where the target curve's 0 dB sits — set separately for the SPL and dBFS "
                        "readouts"));
     slider_->setAccessibleName(QStringLiteral("Target curve level"));
     value_->setFixedWidth(valueWidth);
     value_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(gap);
+    auto* row = layOutRow(this, Theme::Space::related);
     row->addWidget(slider_, 1);
     row->addWidget(value_);
     connect(slider_, &QSlider::valueChanged, this, &TargetCurveReferenceControl::setLevel);

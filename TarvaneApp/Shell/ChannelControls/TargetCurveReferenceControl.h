@@ -1,5 +1,5 @@
-// The level at which a channel's target curve has its 0 dB, in the unit that the channel is read
-// in: each unit has a level of its own.
+// The level at which a channel's target curve has its 0 dB, in the unit of the channel's
+// readout: each unit has its own level.
 #pragma once
 
 #include <QWidget>

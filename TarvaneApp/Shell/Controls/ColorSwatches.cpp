@@ -8,6 +8,7 @@
 
 #include "Displays/FocusRing.h"
 #include "Displays/Theme.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/PickedTabStop.h"
 
 namespace TarvaneApp {
@@ -61,9 +62,7 @@ ColorSwatches::ColorSwatches(std::span<const Swatch> swatches,
                              QWidget* parent)
     : QWidget(parent) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(0);
+    auto* row = layOutRow(this, 0);
     for (const Swatch& swatch : swatches) {
         auto* button = new SwatchButton(swatch, this);
         group_.addButton(button, static_cast<int>(colors_.size()));

@@ -1,4 +1,4 @@
-// A row of round colour swatches, the current colour's with a ring. Arrow keys move within it.
+// A row of round colour swatches, with a ring around the current one. Arrow keys move within it.
 #pragma once
 
 #include <QButtonGroup>
@@ -24,7 +24,7 @@ class ColorSwatches final : public QWidget {
                   std::function<void(const TarvaneKit::RGBAColor&)> onPick,
                   QWidget* parent = nullptr);
 
-    /// A colour that no swatch has leaves all without a ring.
+    /// For a colour without a swatch none has a ring.
     void setSelected(const TarvaneKit::RGBAColor& color);
 
   private:

@@ -5,19 +5,19 @@
 #include <QSignalBlocker>
 #include <algorithm>
 
+#include "Displays/FocusRing.h"
+#include "Displays/Plate.h"
 #include "Displays/Theme.h"
 
 namespace TarvaneApp {
 
 namespace {
 
-// A label wider than a letter widens the button.
-constexpr QSize smallestSize(30, 26);
-constexpr int paddingAcross = 9;
-constexpr double cornerRadius = 6.0;
+// A label of more than a letter widens the button.
+constexpr QSize smallestSize(30, Theme::controlHeight);
 
 QFont labelFont() {
-    return Typeface::installed().systemFont(13);
+    return Typeface::installed().systemFont(Theme::Text::title);
 }
 
 }  // namespace
@@ -47,30 +47,26 @@ void CompactToggleButton::setSelected(bool selected) {
 }
 
 QSize CompactToggleButton::sizeHint() const {
-    const int width = QFontMetrics(labelFont()).horizontalAdvance(text()) + 2 * paddingAcross;
+    const int width =
+        QFontMetrics(labelFont()).horizontalAdvance(text()) + 2 * Theme::Space::button;
     return {std::max(width, smallestSize.width()), smallestSize.height()};
 }
 
 void CompactToggleButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
     QColor ground = isSelected() ? Theme::accent : Theme::controlBackground;
     if (isDown()) {
         ground = ground.darker(120);
     } else if (underMouse() && !isSelected()) {
         ground = Theme::gridLine;
     }
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(ground);
-    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    paintPlate(painter, rect(), Theme::Radius::control, ground);
     painter.setFont(labelFont());
     painter.setPen(isSelected() ? Theme::primaryText : Theme::axisText);
     painter.drawText(rect(), Qt::AlignCenter, text());
     if (hasFocus()) {
-        painter.setPen(QPen(isSelected() ? Theme::primaryText : Theme::accent, 2.0));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), cornerRadius - 1.0,
-                                cornerRadius - 1.0);
+        paintFocusRing(painter, rect(), Theme::Radius::control - 1.0,
+                       isSelected() ? Theme::primaryText : Theme::accent);
     }
 }
 

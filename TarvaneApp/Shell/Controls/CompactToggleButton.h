@@ -9,7 +9,7 @@ namespace TarvaneApp {
 class CompactToggleButton final : public QAbstractButton {
     Q_OBJECT
   public:
-    /// `action` runs when the user presses it; the selection itself follows from the model.
+    /// `action` runs when the user presses it; the owner then sets the selection.
     CompactToggleButton(const QString& label, std::function<void()> action,
                         QWidget* parent = nullptr);
 

@@ -6,13 +6,30 @@
 
 namespace TarvaneApp {
 
+namespace {
+
+constexpr int groupDividerHeight = 10;
+
+QWidget* makeFilled(QWidget* parent, const QColor& color) {
+    auto* filled = new QWidget(parent);
+    filled->setAutoFillBackground(true);
+    QPalette palette = filled->palette();
+    palette.setColor(QPalette::Window, color);
+    filled->setPalette(palette);
+    return filled;
+}
+
+}  // namespace
+
 QWidget* makeDivider(QWidget* parent) {
-    auto* divider = new QWidget(parent);
+    QWidget* divider = makeFilled(parent, Theme::gridLine);
     divider->setFixedHeight(1);
-    divider->setAutoFillBackground(true);
-    QPalette palette = divider->palette();
-    palette.setColor(QPalette::Window, Theme::gridLine);
-    divider->setPalette(palette);
+    return divider;
+}
+
+QWidget* makeGroupDivider(QWidget* parent) {
+    QWidget* divider = makeFilled(parent, Theme::gridLineStrong);
+    divider->setFixedSize(1, groupDividerHeight);
     return divider;
 }
 

@@ -1,5 +1,5 @@
-// A line of plain text that gives way: where it has no room it ends in an ellipsis, and a tooltip
-// has the whole of it.
+// A line of plain text that can shrink: without room for all of it, it ends in an ellipsis, and a
+// tooltip shows the whole text.
 #pragma once
 
 #include <QColor>

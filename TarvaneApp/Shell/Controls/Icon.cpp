@@ -2,13 +2,14 @@
 
 #include <QFile>
 #include <QPainter>
+#include <QPixmap>
 #include <QPixmapCache>
 #include <QSvgRenderer>
 #include <cmath>
 
 #include "Core/Contract.h"
 
-// Outside any namespace, as the resource system demands of a library's resources.
+// Outside any namespace, as Qt requires for a library's resources.
 static void loadIconResource() {
     Q_INIT_RESOURCE(icons);
 }

@@ -3,7 +3,6 @@
 
 #include <QColor>
 #include <QIcon>
-#include <QPixmap>
 #include <QRectF>
 #include <QString>
 
@@ -11,8 +10,8 @@ class QPainter;
 
 namespace TarvaneApp::Icon {
 
-/// Draws the symbol in one colour into `rect`, at the painter's own resolution. A name that
-/// there is no drawing for stops the program.
+/// Draws the symbol in one colour into `rect`, at the painter's own resolution. An unknown name
+/// stops the program.
 void paint(QPainter& painter, const QString& name, const QRectF& rect, const QColor& color);
 
 /// For the toolkit's own controls: `size` in logical pixels, made for up to scale 3.

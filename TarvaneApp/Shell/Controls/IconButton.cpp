@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include "Displays/FocusRing.h"
+#include "Displays/Theme.h"
 #include "Shell/Controls/Icon.h"
 
 namespace TarvaneApp {
@@ -22,6 +23,11 @@ void IconButton::setSymbol(const QString& name, const QColor& color) {
     }
 }
 
+void IconButton::setHelp(const QString& name, const QString& toolTip) {
+    setAccessibleName(name);
+    setToolTip(toolTip);
+}
+
 QSize IconButton::sizeHint() const {
     return {iconSize_ + 2 * margin, iconSize_ + 2 * margin};
 }
@@ -35,7 +41,7 @@ void IconButton::paintEvent(QPaintEvent*) {
         Icon::paint(painter, symbol_, QRectF(margin, margin, iconSize_, iconSize_), color);
     }
     if (hasFocus()) {
-        paintFocusRing(painter, rect(), 6.0);
+        paintFocusRing(painter, rect(), Theme::Radius::control);
     }
 }
 

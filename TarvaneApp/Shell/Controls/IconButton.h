@@ -1,4 +1,4 @@
-// A button that is nothing but a symbol.
+// A button that is only a symbol.
 #pragma once
 
 #include <QAbstractButton>
@@ -15,9 +15,14 @@ class IconButton : public QAbstractButton {
     /// How far the button reaches beyond its symbol on each side.
     static constexpr int margin = 3;
 
-    /// An empty name draws nothing, and keeps the place.
+    /// An empty name draws nothing; the button keeps its place.
     void setSymbol(const QString& name, const QColor& color);
     QString symbol() const { return symbol_; }
+
+    /// What the button does, as a tooltip and for a screen reader; or a name of its own for the
+    /// latter.
+    void setHelp(const QString& help) { setHelp(help, help); }
+    void setHelp(const QString& name, const QString& toolTip);
 
     QSize sizeHint() const override;
 

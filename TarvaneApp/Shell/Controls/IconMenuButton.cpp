@@ -7,7 +7,7 @@ namespace TarvaneApp {
 IconMenuButton::IconMenuButton(int iconSize, std::function<void(QMenu&)> fill, QWidget* parent)
     : IconButton(iconSize, parent), menu_(new QMenu(this)) {
     connect(menu_, &QMenu::aboutToShow, this, [this, fill = std::move(fill)] {
-        // What goes with the items are not their submenus.
+        // Clearing removes the items, but not their submenus.
         menu_->clear();
         qDeleteAll(menu_->findChildren<QMenu*>(Qt::FindDirectChildrenOnly));
         fill(*menu_);

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "Displays/FocusRing.h"
+#include "Displays/Plate.h"
 #include "Displays/Theme.h"
 #include "Shell/Controls/Icon.h"
 #include "Shell/Controls/MenuItems.h"
@@ -15,18 +16,13 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr int buttonHeight = 26;
-constexpr int padding = 9;
 constexpr int dotSize = 8;
 constexpr int dotGap = 5;
-constexpr int chevronSize = 9;
-constexpr int chevronGap = 6;
 constexpr int widestText = 220;
 constexpr int narrowestText = 12;
-constexpr double cornerRadius = 6.0;
 
 QFont labelFont() {
-    return Typeface::installed().systemFont(11);
+    return Typeface::installed().systemFont(Theme::Text::caption);
 }
 
 }  // namespace
@@ -40,11 +36,12 @@ MenuButton::MenuButton(const QString& name, QWidget* parent) : QToolButton(paren
 
 void MenuButton::letShrink() {
     setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
-    setMinimumWidth(2 * padding + narrowestText + chevronGap + chevronSize);
+    setMinimumWidth(2 * Theme::Space::button + narrowestText + Theme::Space::related +
+                    Theme::Symbol::chevron);
 }
 
 void MenuButton::setItems(std::vector<Item> items) {
-    // The choice that leads here may come from one of the old actions: they go later.
+    // This may run from one of the old actions, so they are deleted later.
     for (QAction* old : menu()->actions()) {
         menu()->removeAction(old);
         old->deleteLater();
@@ -71,34 +68,34 @@ void MenuButton::setItems(std::vector<Item> items) {
 
 QSize MenuButton::sizeHint() const {
     const int textWidth = std::min(QFontMetrics(labelFont()).horizontalAdvance(text()), widestText);
-    return {2 * padding + (dot_ ? dotSize + dotGap : 0) + textWidth + chevronGap + chevronSize,
-            buttonHeight};
+    return {2 * Theme::Space::button + (dot_ ? dotSize + dotGap : 0) + textWidth +
+                Theme::Space::related + Theme::Symbol::chevron,
+            Theme::controlHeight};
 }
 
 void MenuButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(isDown() || underMouse() ? Theme::gridLine : Theme::controlBackground);
-    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
-    double x = padding;
+    paintPlate(painter, rect(), Theme::Radius::control,
+               isDown() || underMouse() ? Theme::gridLine : Theme::controlBackground);
+    double x = Theme::Space::button;
     if (dot_) {
         painter.setBrush(*dot_);
         painter.drawEllipse(QRectF(x, (height() - dotSize) / 2.0, dotSize, dotSize));
         x += dotSize + dotGap;
     }
-    const double right = width() - padding - chevronSize;
-    const QRectF textRect(x, 0.0, right - chevronGap - x, height());
+    const double right = width() - Theme::Space::button - Theme::Symbol::chevron;
+    const QRectF textRect(x, 0.0, right - Theme::Space::related - x, height());
     painter.setFont(labelFont());
     painter.setPen(Theme::primaryText);
     painter.drawText(textRect, Qt::AlignLeft | Qt::AlignVCenter,
                      painter.fontMetrics().elidedText(text(), Qt::ElideRight,
                                                       static_cast<int>(textRect.width()) + 1));
     Icon::paint(painter, QStringLiteral("chevron.down"),
-                QRectF(right, (height() - chevronSize) / 2.0, chevronSize, chevronSize),
+                QRectF(right, (height() - Theme::Symbol::chevron) / 2.0, Theme::Symbol::chevron,
+                       Theme::Symbol::chevron),
                 Theme::axisText);
     if (hasFocus()) {
-        paintFocusRing(painter, rect(), cornerRadius - 1.0);
+        paintFocusRing(painter, rect(), Theme::Radius::control - 1.0);
     }
 }
 

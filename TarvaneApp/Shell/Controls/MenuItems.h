@@ -7,16 +7,16 @@
 #include <string_view>
 
 #include "Core/RawEnum.h"
+#include "Displays/RawText.h"
 
 namespace TarvaneApp {
 
 /// A name as the text of a menu item or of a form's label, in which an ampersand stands for itself.
 inline QString menuText(std::string_view name) {
-    return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()))
-        .replace(u'&', QStringLiteral("&&"));
+    return utf8Text(name).replace(u'&', QStringLiteral("&&"));
 }
 
-/// A submenu of all cases of a choice, the current one checked.
+/// A submenu of all cases of an enum, the current one checked.
 template <class E, class Choose>
 void addPicker(QMenu& menu, std::string_view title, E current, Choose choose) {
     QMenu* picker = menu.addMenu(menuText(title));

@@ -1,5 +1,5 @@
-// In a row of buttons of which one is picked Tab stops once, at the picked one, and arrow keys move
-// within. The toolkit comes to that only after a button of the row has had the focus.
+// Lets Tab stop once in a row of buttons, at the picked one; arrow keys move within the row. The
+// toolkit does so only after a button of the row has had the focus.
 #pragma once
 
 #include <QAbstractButton>
@@ -7,7 +7,7 @@
 
 namespace TarvaneApp {
 
-/// After each change of what is picked. While nothing is, Tab stops at the first.
+/// Call it after each change of the pick. While nothing is picked, Tab stops at the first button.
 inline void stopTabAtPicked(const QButtonGroup& row) {
     const QList<QAbstractButton*> buttons = row.buttons();
     const QAbstractButton* stop =

@@ -12,24 +12,24 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr int padding = 16;
-constexpr int gap = 4;  // between the button and the popover
+constexpr int gap = Theme::Space::label;  // between the button and the popover
 
 class Popover final : public QWidget {
   public:
     Popover(QWidget* parent, const PopoverPresentationState::Content& makeContent)
         : QWidget(parent, Qt::Popup | Qt::FramelessWindowHint) {
         setAttribute(Qt::WA_DeleteOnClose);
-        // The click that closes it does nothing else: on the button it would open it again.
+        // The click that closes it does nothing else; passed on to the button it would open it
+        // again.
         setAttribute(Qt::WA_NoMouseReplay);
         auto* layout = new QVBoxLayout(this);
-        layout->setContentsMargins(padding, padding, padding, padding);
+        layout->setContentsMargins(Theme::Margins::form);
         layout->setSizeConstraint(QLayout::SetFixedSize);
         layout->addWidget(makeContent(this));
         layout->activate();
     }
 
-    // Under the button, its right end under the button's, as far as the screen goes.
+    // Under the button and aligned with its right end, as far as the screen allows.
     void standUnder(const QAbstractButton& button) {
         const QRect screen = button.screen()->availableGeometry();
         const QPoint corner = button.mapToGlobal(QPoint(button.width(), button.height()));

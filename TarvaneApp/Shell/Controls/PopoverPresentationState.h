@@ -1,6 +1,6 @@
-// Whether a popover stands open: a small window of controls under the button that opens and closes
-// it. Its content is made when it opens and goes when it closes, by the button, by Escape or by a
-// click anywhere else. Owned by the panel that the controls belong to; main thread.
+// Whether a popover is open: a small window of controls under the button that opens and closes it.
+// Its content is made when it opens and goes when it closes, by the button, by Escape or by a click
+// anywhere else. Owned by the panel that the controls belong to; main thread.
 #pragma once
 
 #include <QObject>

@@ -4,15 +4,17 @@
 #include <QHBoxLayout>
 #include <QPainter>
 
+#include "Displays/FocusRing.h"
+#include "Displays/Plate.h"
 #include "Displays/Theme.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/PickedTabStop.h"
 
 namespace TarvaneApp {
 
 namespace {
 
-constexpr int pickerHeight = 26;
-constexpr double cornerRadius = 6.0;
+constexpr double inset = 2.0;  // of a segment in the picker
 
 class Segment final : public QAbstractButton {
   public:
@@ -21,26 +23,21 @@ class Segment final : public QAbstractButton {
         setCheckable(true);
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     }
-    QSize sizeHint() const override { return {20, pickerHeight}; }
+    QSize sizeHint() const override { return {20, Theme::controlHeight}; }
 
   protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        const QRectF body = QRectF(rect()).adjusted(2, 2, -2, -2);
+        const QRectF body = QRectF(rect()).adjusted(inset, inset, -inset, -inset);
         if (isChecked()) {
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(Theme::accent);
-            painter.drawRoundedRect(body, cornerRadius - 2.0, cornerRadius - 2.0);
+            paintPlate(painter, body, Theme::Radius::control - inset, Theme::accent);
         }
-        painter.setFont(Typeface::installed().systemFont(13));
+        painter.setFont(Typeface::installed().systemFont(Theme::Text::title));
         painter.setPen(isChecked() || isDown() ? Theme::primaryText : Theme::axisText);
         painter.drawText(rect(), Qt::AlignCenter, text());
         if (hasFocus()) {
-            painter.setPen(QPen(isChecked() ? Theme::primaryText : Theme::accent, 2.0));
-            painter.setBrush(Qt::NoBrush);
-            painter.drawRoundedRect(body.adjusted(1, 1, -1, -1), cornerRadius - 3.0,
-                                    cornerRadius - 3.0);
+            paintFocusRing(painter, body, Theme::Radius::control - inset - 1.0,
+                           isChecked() ? Theme::primaryText : Theme::accent);
         }
     }
 };
@@ -50,10 +47,8 @@ class Segment final : public QAbstractButton {
 SegmentedPicker::SegmentedPicker(const QStringList& labels, int width,
                                  std::function<void(int)> onPick, QWidget* parent)
     : QWidget(parent) {
-    setFixedSize(width, pickerHeight);
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(0);
+    setFixedSize(width, Theme::controlHeight);
+    auto* row = layOutRow(this, 0);
     for (int i = 0; i < labels.size(); ++i) {
         auto* segment = new Segment(labels[i], this);
         group_.addButton(segment, i);
@@ -80,10 +75,7 @@ void SegmentedPicker::setSelectedIndex(int index) {
 
 void SegmentedPicker::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::controlBackground);
-    painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    paintPlate(painter, rect(), Theme::Radius::control, Theme::controlBackground);
 }
 
 }  // namespace TarvaneApp

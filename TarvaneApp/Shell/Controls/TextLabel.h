@@ -12,7 +12,7 @@ namespace TarvaneApp {
 /// `size` in logical pixels.
 QLabel* makeTextLabel(const QString& text, double size, const QColor& color, QWidget* parent);
 
-/// The same look for a label that is there already.
+/// The same look for an existing label.
 void styleTextLabel(QLabel& label, double size, const QColor& color);
 
 }  // namespace TarvaneApp

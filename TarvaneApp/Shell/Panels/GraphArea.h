@@ -29,7 +29,7 @@ struct SplitGeometry {
                               double firstFraction);
 };
 
-/// The analyzer's share of the area, from the first panel's; and the way back.
+/// Turns the first panel's share of the area into the analyzer's, and back.
 double swappedForOrder(double fraction, GraphOrder order);
 
 class GraphArea final : public QWidget {

@@ -1,7 +1,5 @@
 #include "Shell/Panels/LevelHistoryChannelMenu.h"
 
-#include <algorithm>
-
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"

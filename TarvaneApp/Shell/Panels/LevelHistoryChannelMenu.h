@@ -1,5 +1,5 @@
-// Which channel the level history shows: the meter's, or one of its own. The button names the
-// channel that is shown. Not there while there is only one.
+// Which channel the level history shows: the meter's, or another. The button names the channel that
+// is shown. Hidden while there is only one.
 #pragma once
 
 #include "Shell/Controls/MenuButton.h"

@@ -7,9 +7,11 @@
 #include <cmath>
 
 #include "Displays/FocusRing.h"
+#include "Displays/Plate.h"
 #include "Displays/TabularText.h"
 #include "Displays/Theme.h"
 #include "LiveDisplays/LiveLevelHistoryGraph.h"
+#include "Shell/Controls/BareLayout.h"
 
 namespace TarvaneApp {
 
@@ -17,9 +19,6 @@ using TarvaneKit::LevelHistoryExtreme;
 
 namespace {
 
-constexpr double titleSize = 9.0;
-constexpr double valueSize = 11.0;
-constexpr int gap = 6;
 constexpr int margin = 6;  // holds the ring of the focus, too
 constexpr int buttonHeight = 24;
 constexpr double cornerRadius = 5.0;
@@ -54,7 +53,8 @@ class LevelHistoryExtremesSummary::Button final : public QAbstractButton {
     QSize sizeHint() const override {
         const double width =
             TabularText::width(title_, titleFont()) +
-            (value_.isEmpty() ? 0.0 : gap + TabularText::width(value_, valueFont()));
+            (value_.isEmpty() ? 0.0
+                              : Theme::Space::related + TabularText::width(value_, valueFont()));
         return {static_cast<int>(std::ceil(width)) + 2 * margin, buttonHeight};
     }
 
@@ -63,28 +63,29 @@ class LevelHistoryExtremesSummary::Button final : public QAbstractButton {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         if (isEnabled() && (underMouse() || isDown())) {
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(isDown() ? Theme::gridLine : Theme::controlBackground);
-            painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+            paintPlate(painter, rect(), cornerRadius,
+                       isDown() ? Theme::gridLine : Theme::controlBackground);
         }
-        // Both texts stand on the base line of the larger one.
+        // Both texts share the base line of the larger one.
         const QFontMetricsF metrics(valueFont());
         const double baseline = (height() + metrics.capHeight()) / 2.0;
         painter.setOpacity(isEnabled() ? 1.0 : dimmed);
         painter.setPen(Theme::axisText);
         TabularText::draw(painter, QPointF(margin, baseline), title_, titleFont());
         painter.setPen(Theme::primaryText);
-        TabularText::draw(painter,
-                          QPointF(margin + TabularText::width(title_, titleFont()) + gap, baseline),
-                          value_, valueFont());
+        TabularText::draw(
+            painter,
+            QPointF(margin + TabularText::width(title_, titleFont()) + Theme::Space::related,
+                    baseline),
+            value_, valueFont());
         if (hasFocus()) {
             paintFocusRing(painter, rect(), cornerRadius - 1.0);
         }
     }
 
   private:
-    static QFont titleFont() { return Typeface::installed().systemFont(titleSize); }
-    static QFont valueFont() { return Typeface::installed().systemFont(valueSize); }
+    static QFont titleFont() { return Typeface::installed().systemFont(Theme::Text::tick); }
+    static QFont valueFont() { return Typeface::installed().systemFont(Theme::Text::caption); }
 
     const QString title_;
     QString value_;
@@ -98,9 +99,7 @@ LevelHistoryExtremesSummary::LevelHistoryExtremesSummary(LiveLevelHistoryGraph& 
       max_(new Button(QStringLiteral("MAX"), this)),
       min_(new Button(QStringLiteral("MIN"), this)) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(0);
+    auto* row = layOutRow(this, 0);
     for (Button* button : {max_, min_}) {
         row->addWidget(button);
         connect(button, &QAbstractButton::clicked, this,

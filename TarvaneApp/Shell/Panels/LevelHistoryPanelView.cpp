@@ -3,7 +3,6 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QSignalBlocker>
-#include <QVBoxLayout>
 
 #include "Displays/RawText.h"
 #include "Displays/Readouts/ReadoutText.h"
@@ -11,12 +10,14 @@
 #include "Engine/MeterEngine.h"
 #include "LiveDisplays/LiveLevelHistoryGraph.h"
 #include "Settings/Observable.h"
+#include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/IconButton.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Controls/TextLabel.h"
 #include "Shell/Panels/LevelHistoryChannelMenu.h"
 #include "Shell/Panels/LevelHistoryExtremesSummary.h"
 #include "Shell/Panels/LevelHistoryOverlayMenu.h"
+#include "Shell/Panels/PanelFrame.h"
 #include "Shell/Panels/PanelHeader.h"
 
 namespace TarvaneApp {
@@ -25,11 +26,7 @@ using TarvaneKit::UUID;
 
 namespace {
 
-constexpr int paddingAcross = 16;
-constexpr int paddingBottom = 8;
 constexpr int stripHeight = 170;
-constexpr int resetIconSize = 12;
-constexpr double textSize = 11.0;
 
 }  // namespace
 
@@ -41,11 +38,11 @@ LevelHistoryPanelView::LevelHistoryPanelView(MeterEngine& engine,
       fixedChannelID_(fixedChannelID),
       graph_(new LiveLevelHistoryGraph(engine, channelID(), this)),
       overlayMenu_(new LevelHistoryOverlayMenu(engine, channelID(), this)),
-      caption_(makeTextLabel({}, textSize, Theme::axisText, this)),
+      caption_(makeTextLabel({}, Theme::Text::caption, Theme::axisText, this)),
       momentary_(new QCheckBox(QStringLiteral("Momentary"), this)),
-      resetButton_(new IconButton(resetIconSize, this)),
+      resetButton_(new IconButton(Theme::Symbol::header, this)),
       zoomMenu_(new MenuButton(QStringLiteral("Time range"), this)) {
-    momentary_->setFont(Typeface::installed().systemFont(textSize));
+    momentary_->setFont(Typeface::installed().systemFont(Theme::Text::caption));
     momentary_->setToolTip(
         QStringLiteral("Draw Momentary loudness (400 ms) over the Short-Term history"));
     resetButton_->setSymbol(QStringLiteral("arrow.uturn.backward"), Theme::axisText);
@@ -68,14 +65,7 @@ LevelHistoryPanelView::LevelHistoryPanelView(MeterEngine& engine,
     header->setExpendable({caption_, extremes});
     header->orderTabs(*graph_);
 
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, paddingBottom);
-    column->setSpacing(0);
-    column->addWidget(header);
-    auto* frame = new QHBoxLayout;
-    frame->setContentsMargins(paddingAcross, 0, paddingAcross, 0);
-    frame->addWidget(graph_);
-    column->addLayout(frame, 1);
+    framePanel(this, header, graph_, Theme::Space::row);
 
     connect(graph_, &LiveLevelHistoryGraph::ownRangeChanged, this,
             [this] { resetButton_->setVisible(graph_->hasOwnRange()); });
@@ -106,22 +96,13 @@ void LevelHistoryPanelView::channelChanged() {
 }
 
 void LevelHistoryPanelView::showZoom() {
-    std::vector<MenuButton::Item> items;
-    for (const LevelHistoryZoom zoom : TarvaneKit::allCases<LevelHistoryZoom>()) {
-        items.push_back({.text = rawText(zoom),
-                         .isCurrent = zoom == engine_.levelHistoryZoom(),
-                         .action =
-                             [this, zoom] {
-                                 engine_.levelHistoryZoom.set(zoom);
-                                 graph_->clearOwnRange();
-                             },
-                         .dot = std::nullopt});
-    }
-    zoomMenu_->setItems(std::move(items));
-    const QString help = QStringLiteral("Back to %1 (or double-click the graph)")
-                             .arg(rawText(engine_.levelHistoryZoom()));
-    resetButton_->setToolTip(help);
-    resetButton_->setAccessibleName(help);
+    zoomMenu_->setItems(EnumChoice<LevelHistoryZoom>::items(engine_.levelHistoryZoom(),
+                                                            [this](LevelHistoryZoom zoom) {
+                                                                engine_.levelHistoryZoom.set(zoom);
+                                                                graph_->clearOwnRange();
+                                                            }));
+    resetButton_->setHelp(QStringLiteral("Back to %1 (or double-click the graph)")
+                              .arg(rawText(engine_.levelHistoryZoom())));
 }
 
 void LevelHistoryPanelView::showMetric() {

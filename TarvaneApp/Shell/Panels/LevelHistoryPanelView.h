@@ -26,7 +26,7 @@ class LevelHistoryPanelView final : public QWidget {
                           const std::optional<TarvaneKit::UUID>& fixedChannelID,
                           QWidget* parent = nullptr);
 
-    /// As high as the strip that it is beside graphs.
+    /// The height of the strip above or below the graphs.
     QSize sizeHint() const override;
 
   private:

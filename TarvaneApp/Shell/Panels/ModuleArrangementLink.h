@@ -1,6 +1,6 @@
-// Ties the modules of a window to where their arrangement is kept: for the main window that is the
-// engine's own settings, for a channel's window the channel's layout. The window's content owns it;
-// main thread.
+// Where the arrangement of a window's modules is kept: for the main window in the engine's
+// settings, for a channel's window in the channel's layout. The window's content owns it; main
+// thread.
 #pragma once
 
 #include <QObject>
@@ -16,7 +16,7 @@ class ModuleArrangementLink : public QObject {
 
     virtual ModuleArrangement arrangement() const = 0;
 
-    // What is changed from within the arranged modules: the expand buttons and the handle.
+    // What the arranged modules change themselves, by expand buttons and handle.
     virtual void setPanelLayout(PanelLayout layout) = 0;
     virtual void setSplitFraction(double fraction) = 0;
 

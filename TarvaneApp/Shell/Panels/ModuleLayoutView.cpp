@@ -3,6 +3,7 @@
 #include <QVBoxLayout>
 #include <memory>
 
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/Divider.h"
 #include "Shell/Panels/GraphArea.h"
 #include "Shell/Panels/LevelHistoryPanelView.h"
@@ -13,7 +14,7 @@ namespace TarvaneApp {
 
 namespace {
 
-// Its own height and no more, or as much as there is.
+// Limits a module to its own height, or lets it fill the window.
 void limitHeight(QWidget& module, bool leavesTheRest) {
     module.setMaximumHeight(leavesTheRest ? module.sizeHint().height() : QWIDGETSIZE_MAX);
 }
@@ -25,14 +26,12 @@ ModuleLayoutView::ModuleLayoutView(MeterEngine& engine, ModuleArrangementLink& a
                                    QWidget* parent)
     : QWidget(parent),
       arrangement_(arrangement),
-      column_(new QVBoxLayout(this)),
+      column_(layOutColumn(this, 0)),
       meter_(new SPLMeterPanelView(engine, fixedChannelID, this)),
       meterDivider_(makeDivider(this)),
       history_(new LevelHistoryPanelView(engine, fixedChannelID, this)),
       historyDivider_(makeDivider(this)),
       graphs_(new GraphArea(engine, arrangement, fixedChannelID, this)) {
-    column_->setContentsMargins(0, 0, 0, 0);
-    column_->setSpacing(0);
     connect(&arrangement, &ModuleArrangementLink::changed, this, [this] { arrange(); });
     arrange();
 }

@@ -1,7 +1,7 @@
 // The modules of a window, arranged: the sound level meter on top, below it the graph area, the
-// level history as a strip above or below that. A module that is hidden or elsewhere leaves its
-// room to the others. Where the window is too low for all of them, the graphs give way first, then
-// the history.
+// level history as a strip above or below that. The room of a module that is hidden
+// or elsewhere goes to the others. Where the window is too low for all of them, the graphs give way
+// first, then the history.
 #pragma once
 
 #include <QWidget>

@@ -5,19 +5,15 @@
 #include <utility>
 
 #include "Displays/Theme.h"
+#include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
 
 namespace {
 
-constexpr int paddingAcross = 16;
-constexpr int paddingUpDown = 8;
-constexpr int spacing = 16;
-// That of a menu button, so that graphs beside each other begin at one height.
-constexpr int controlHeight = 26;
 constexpr double letterSpacing = 0.5;
 
-// From left to right, with those inside of others.
+// From left to right, including those inside other widgets.
 void collectTabStops(const QLayout& layout, std::vector<QWidget*>& stops) {
     for (int i = 0; i < layout.count(); ++i) {
         if (const QLayout* inner = layout.itemAt(i)->layout()) {
@@ -36,16 +32,14 @@ void collectTabStops(const QLayout& layout, std::vector<QWidget*>& stops) {
 
 PanelHeader::PanelHeader(const QString& title, QWidget* parent)
     : QWidget(parent), row_(new QHBoxLayout(this)) {
-    row_->setContentsMargins(paddingAcross, paddingUpDown, paddingAcross, paddingUpDown);
-    row_->setSpacing(spacing);
-    setMinimumHeight(controlHeight + 2 * paddingUpDown);
-    auto* label = new QLabel(title.toUpper(), this);
+    row_->setContentsMargins(Theme::Margins::row);
+    row_->setSpacing(Theme::Space::panel);
+    // With and without controls, so that graphs beside each other begin at one height.
+    setMinimumHeight(Theme::controlHeight + 2 * Theme::Space::row);
+    auto* label = makeTextLabel(title.toUpper(), Theme::Text::caption, Theme::axisText, this);
     QFont font = Theme::sectionLabelFont();
     font.setLetterSpacing(QFont::AbsoluteSpacing, letterSpacing);
     label->setFont(font);
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, Theme::axisText);
-    label->setPalette(palette);
     row_->addWidget(label);
     expendable_ = {label};
 }
@@ -56,7 +50,7 @@ void PanelHeader::setExpendable(std::vector<QWidget*> widgets) {
     fit();
 }
 
-// In a row within the row it takes its room without the spacing.
+// A widget in a row within the row has no spacing of its own.
 int PanelHeader::widthOf(const QWidget& widget) const {
     const bool isOfRow = row_->indexOf(&widget) >= 0;
     return widget.sizeHint().width() + (isOfRow ? row_->spacing() : 0);

@@ -1,5 +1,5 @@
-// The row above a graph: what the panel is, and its controls. Where it is too narrow for all, those
-// that can be missed leave it.
+// The row above a graph: what the panel is, and its controls. Where it is too narrow for all,
+// the expendable ones are hidden.
 #pragma once
 
 #include <QHBoxLayout>
@@ -13,14 +13,15 @@ class PanelHeader final : public QWidget {
   public:
     explicit PanelHeader(const QString& title, QWidget* parent = nullptr);
 
-    /// Controls join here, behind the title.
+    /// Where controls are added, after the title.
     QHBoxLayout& row() { return *row_; }
 
-    /// These leave the row where it has no room for all, the first one first and the title last.
-    /// Nothing else shows or hides them.
+    /// These are hidden where there is no room for all, the first one first and the title last.
+    /// Only the header shows and hides them.
     void setExpendable(std::vector<QWidget*> widgets);
 
-    /// Tab goes through the row from left to right, then to `content`. Once all controls stand.
+    /// Tab goes through the row from left to right, then to `content`. Call it once all controls
+    /// are in the row.
     void orderTabs(QWidget& content);
 
     QSize minimumSizeHint() const override;

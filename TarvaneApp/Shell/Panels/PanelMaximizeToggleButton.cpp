@@ -5,15 +5,9 @@
 
 namespace TarvaneApp {
 
-namespace {
-
-constexpr int symbolSize = 12;
-
-}  // namespace
-
 PanelMaximizeToggleButton::PanelMaximizeToggleButton(ModuleArrangementLink& arrangement,
                                                      PanelLayout panel, QWidget* parent)
-    : IconButton(symbolSize, parent), arrangement_(arrangement), panel_(panel) {
+    : IconButton(Theme::Symbol::header, parent), arrangement_(arrangement), panel_(panel) {
     connect(this, &QAbstractButton::clicked, this, [this] {
         const bool isSplit = arrangement_.arrangement().panelLayout == PanelLayout::both;
         arrangement_.setPanelLayout(isSplit ? panel_ : PanelLayout::both);
@@ -25,13 +19,11 @@ PanelMaximizeToggleButton::PanelMaximizeToggleButton(ModuleArrangementLink& arra
 void PanelMaximizeToggleButton::showState() {
     const ModuleArrangement shown = arrangement_.arrangement();
     const bool isSplit = shown.panelLayout == PanelLayout::both;
-    const QString help =
-        isSplit ? QStringLiteral("Expand to fill this area") : QStringLiteral("Restore split view");
     setSymbol(isSplit ? QStringLiteral("arrow.up.left.and.arrow.down.right")
                       : QStringLiteral("arrow.down.right.and.arrow.up.left"),
               Theme::axisText);
-    setToolTip(help);
-    setAccessibleName(help);
+    setHelp(isSplit ? QStringLiteral("Expand to fill this area")
+                    : QStringLiteral("Restore split view"));
     setVisible(shown.showsBothGraphs());
 }
 

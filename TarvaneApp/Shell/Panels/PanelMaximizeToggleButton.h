@@ -11,8 +11,8 @@ class ModuleArrangementLink;
 class PanelMaximizeToggleButton final : public IconButton {
     Q_OBJECT
   public:
-    /// `panel` is the layout in which this button's graph has the area to itself. Not there while
-    /// the window shows one graph alone. The arrangement outlives the button.
+    /// `panel` is the layout in which this button's graph has the area to itself. Hidden while the
+    /// window shows only one graph. The arrangement outlives the button.
     PanelMaximizeToggleButton(ModuleArrangementLink& arrangement, PanelLayout panel,
                               QWidget* parent = nullptr);
 

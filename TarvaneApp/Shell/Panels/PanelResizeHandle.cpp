@@ -5,6 +5,7 @@
 #include <QPainter>
 
 #include "Displays/PixelGrid.h"
+#include "Displays/Plate.h"
 #include "Displays/Theme.h"
 
 namespace TarvaneApp {
@@ -44,9 +45,8 @@ void PanelResizeHandle::paintEvent(QPaintEvent*) {
             QRectF(center - QPointF(size.width() / 2.0, size.height() / 2.0), size));
     };
     painter.fillRect(centered(line), Theme::gridLine);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(hasFocus() ? Theme::accent : Theme::gridLineStrong);
-    painter.drawRoundedRect(centered(grip), gripRadius, gripRadius);
+    paintPlate(painter, centered(grip), gripRadius,
+               hasFocus() ? Theme::accent : Theme::gridLineStrong);
 }
 
 void PanelResizeHandle::mousePressEvent(QMouseEvent* event) {

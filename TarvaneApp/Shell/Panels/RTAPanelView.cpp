@@ -1,9 +1,7 @@
 #include "Shell/Panels/RTAPanelView.h"
 
 #include <QLabel>
-#include <QVBoxLayout>
 
-#include "Displays/RawText.h"
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "LiveDisplays/LiveSpectrumView.h"
@@ -11,9 +9,11 @@
 #include "Shell/ChannelControls/ChannelPickerMenu.h"
 #include "Shell/ChannelControls/RTAOptionsView.h"
 #include "Shell/ChannelControls/ReadoutUnitPicker.h"
+#include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/IconButton.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Controls/TextLabel.h"
+#include "Shell/Panels/PanelFrame.h"
 #include "Shell/Panels/PanelHeader.h"
 #include "Shell/Panels/PanelMaximizeToggleButton.h"
 #include "Shell/Panels/RTAOverlayMenu.h"
@@ -25,11 +25,7 @@ using TarvaneKit::UUID;
 
 namespace {
 
-constexpr int paddingAcross = 16;
-constexpr int paddingBottom = 8;
-constexpr int averagingGap = 6;
 constexpr int averagingWidth = 90;
-constexpr int optionsIconSize = 14;
 
 }  // namespace
 
@@ -42,16 +38,14 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, const std::optional<UUID>& fixed
       averaging_(new MenuButton(QStringLiteral("Averaging"), this)),
       unitPicker_(new ReadoutUnitPicker(engine, channelID(), this)),
       overlayMenu_(new RTAOverlayMenu(engine, channelID(), this)),
-      optionsButton_(new IconButton(optionsIconSize, this)),
+      optionsButton_(new IconButton(Theme::Symbol::options, this)),
       optionsPopover_(*optionsButton_, [this](QWidget* popover) {
           return new RTAOptionsView(engine_, channelID(), popover);
       }) {
-    const QString optionsHelp = QStringLiteral(
-        "RTA options for this channel: color, view, band resolution, peak hold, "
-        "target curve, ring-out alerts");
     optionsButton_->setSymbol(QStringLiteral("slider.horizontal.3"), Theme::axisText);
-    optionsButton_->setToolTip(optionsHelp);
-    optionsButton_->setAccessibleName(optionsHelp);
+    optionsButton_->setHelp(
+        QStringLiteral("RTA options for this channel: color, view, band resolution, peak hold, "
+                       "target curve, ring-out alerts"));
     auto* header = new PanelHeader(QStringLiteral("Real-Time Analyzer"), this);
     if (!fixedChannelID_) {
         auto* picker = new ChannelPickerMenu(engine, engine.rtaChannelID, header);
@@ -61,8 +55,9 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, const std::optional<UUID>& fixed
     header->row().addWidget(overlayMenu_);
     header->row().addStretch(1);
     averaging_->setFixedWidth(averagingWidth);
-    auto* averagingLabel = makeTextLabel(QStringLiteral("Averaging"), 11, Theme::axisText, header);
-    averagingLabel->setContentsMargins(0, 0, averagingGap, 0);
+    auto* averagingLabel =
+        makeTextLabel(QStringLiteral("Averaging"), Theme::Text::caption, Theme::axisText, header);
+    averagingLabel->setContentsMargins(0, 0, Theme::Space::related, 0);
     auto* averagingRow = new QHBoxLayout;
     averagingRow->setSpacing(0);
     averagingRow->addWidget(averagingLabel);
@@ -77,14 +72,7 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, const std::optional<UUID>& fixed
     header->setExpendable({averagingLabel});
     header->orderTabs(*graph_);
 
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, paddingBottom);
-    column->setSpacing(0);
-    column->addWidget(header);
-    auto* frame = new QHBoxLayout;
-    frame->setContentsMargins(paddingAcross, 0, paddingAcross, 0);
-    frame->addWidget(graph_);
-    column->addLayout(frame, 1);
+    framePanel(this, header, graph_, Theme::Space::row);
 
     followAll(
         this, [this] { channelChanged(); }, engine.rtaChannelID, engine.rtaOverlayChannelIDs);
@@ -104,14 +92,9 @@ void RTAPanelView::channelChanged() {
 }
 
 void RTAPanelView::showAveraging() {
-    std::vector<MenuButton::Item> items;
-    for (const TimeWeighting weighting : TarvaneKit::allCases<TimeWeighting>()) {
-        items.push_back({.text = rawText(weighting),
-                         .isCurrent = weighting == engine_.rtaTimeWeighting(),
-                         .action = [this, weighting] { engine_.rtaTimeWeighting.set(weighting); },
-                         .dot = std::nullopt});
-    }
-    averaging_->setItems(std::move(items));
+    averaging_->setItems(EnumChoice<TimeWeighting>::items(
+        engine_.rtaTimeWeighting(),
+        [this](TimeWeighting weighting) { engine_.rtaTimeWeighting.set(weighting); }));
 }
 
 }  // namespace TarvaneApp

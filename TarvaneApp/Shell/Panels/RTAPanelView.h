@@ -21,8 +21,8 @@ class RTAPanelView final : public QWidget {
     Q_OBJECT
   public:
     /// Shows the fixed channel, or without one the channel that the engine's `rtaChannelID` names,
-    /// and the overlays over it. `arrangement` is the one that its expand button serves, and
-    /// outlives it; null where the panel has its window to itself.
+    /// and the overlays over it. `arrangement` is what its expand button changes, and outlives the
+    /// panel; null where the panel fills its window.
     RTAPanelView(MeterEngine& engine, const std::optional<TarvaneKit::UUID>& fixedChannelID,
                  ModuleArrangementLink* arrangement, QWidget* parent = nullptr);
 

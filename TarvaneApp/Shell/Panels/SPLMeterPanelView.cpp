@@ -6,6 +6,7 @@
 #include "LiveDisplays/LiveClockReadoutView.h"
 #include "LiveDisplays/LiveSPLReadoutView.h"
 #include "Shell/ChannelControls/MetricControlBar.h"
+#include "Shell/Controls/BareLayout.h"
 
 namespace TarvaneApp {
 
@@ -23,9 +24,7 @@ SPLMeterPanelView::SPLMeterPanelView(MeterEngine& engine,
     const auto channelID = [&engine, fixedChannelID] {
         return fixedChannelID.value_or(engine.splMeterChannelID());
     };
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
+    auto* column = layOutColumn(this, 0);
     auto* controls = new MetricControlBar(engine, fixedChannelID, this);
     column->addWidget(controls);
     auto* readout = new LiveSPLReadoutView(engine, channelID(), this);

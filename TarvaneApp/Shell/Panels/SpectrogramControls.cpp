@@ -15,12 +15,9 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr double textSize = 11.0;
 constexpr int sliderWidth = 100;
 constexpr int levelValueWidth = 64;
 constexpr int factorValueWidth = 48;
-constexpr int labelGap = 6;
-constexpr int controlGap = 12;
 
 // Sliders count whole numbers: of dB, and of twentieths for the other two.
 constexpr double stepsPerUnit = 20.0;
@@ -42,7 +39,7 @@ SpectrogramControls::SpectrogramControls(MeterEngine& engine,
     auto* layout = new QBoxLayout(
         orientation == Qt::Horizontal ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom, this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(controlGap);
+    layout->setSpacing(Theme::Space::section);
     const auto showLevel = [this](Control& control, double levelDB) {
         const SpectrogramRange bounds = engine_.spectrogramSliderBounds(channelID());
         control.slider->setRange(static_cast<int>(bounds.floorDB),
@@ -65,7 +62,7 @@ SpectrogramControls::SpectrogramControls(MeterEngine& engine,
         [this, showLevel](Control& control) {
             showLevel(control, engine_.spectrogramRange(channelID()).ceilingDB);
         });
-    // To the right is faster: the slider runs against the time span.
+    // To the right is faster, which is a shorter time span.
     add(
         *layout, QStringLiteral("Speed"), factorValueWidth,
         [this](int value) {
@@ -100,9 +97,9 @@ SpectrogramControls::SpectrogramControls(MeterEngine& engine,
 void SpectrogramControls::add(QBoxLayout& layout, const QString& name, int valueWidth,
                               std::function<void(int)> write, std::function<void(Control&)> show) {
     auto* row = new QHBoxLayout;
-    row->setSpacing(labelGap);
-    row->addWidget(makeTextLabel(name, textSize, Theme::axisText, this));
-    // Under each other the sliders stand in a column.
+    row->setSpacing(Theme::Space::related);
+    row->addWidget(makeTextLabel(name, Theme::Text::caption, Theme::axisText, this));
+    // Under each other the sliders are aligned in a column.
     const bool isColumn = layout.direction() == QBoxLayout::TopToBottom;
     if (isColumn) {
         row->addStretch(1);
@@ -112,7 +109,7 @@ void SpectrogramControls::add(QBoxLayout& layout, const QString& name, int value
     slider->setAccessibleName(name);
     connect(slider, &QSlider::valueChanged, this, std::move(write));
     row->addWidget(slider);
-    auto* value = makeTextLabel({}, textSize, Theme::axisText, this);
+    auto* value = makeTextLabel({}, Theme::Text::caption, Theme::axisText, this);
     value->setFixedWidth(isColumn ? levelValueWidth : valueWidth);
     row->addWidget(value);
     layout.addLayout(row);

@@ -10,6 +10,7 @@
 #include "Settings/Observable.h"
 #include "Shell/ChannelControls/ChannelPickerMenu.h"
 #include "Shell/Controls/IconButton.h"
+#include "Shell/Panels/PanelFrame.h"
 #include "Shell/Panels/PanelHeader.h"
 #include "Shell/Panels/PanelMaximizeToggleButton.h"
 #include "Shell/Panels/SpectrogramControls.h"
@@ -19,9 +20,6 @@ namespace TarvaneApp {
 using TarvaneKit::UUID;
 
 namespace {
-
-constexpr int paddingAcross = 16;
-constexpr int adjustIconSize = 14;
 
 class FrequencyAxisStrip final : public QWidget {
   public:
@@ -47,14 +45,12 @@ SpectrogramPanelView::SpectrogramPanelView(MeterEngine& engine,
       picture_(new LiveSpectrogramView(engine, channelID(), this)),
       header_(new PanelHeader(QStringLiteral("Spectrogram"), this)),
       controls_(new SpectrogramControls(engine, fixedChannelID, Qt::Horizontal, header_)),
-      adjustButton_(new IconButton(adjustIconSize, header_)),
+      adjustButton_(new IconButton(Theme::Symbol::options, header_)),
       adjustPopover_(*adjustButton_, [this](QWidget* popover) {
           return new SpectrogramControls(engine_, fixedChannelID_, Qt::Vertical, popover);
       }) {
-    const QString adjustHelp = QStringLiteral("Adjust Floor, Ceiling, Speed, Slice Height");
     adjustButton_->setSymbol(QStringLiteral("slider.horizontal.3"), Theme::axisText);
-    adjustButton_->setToolTip(adjustHelp);
-    adjustButton_->setAccessibleName(adjustHelp);
+    adjustButton_->setHelp(QStringLiteral("Adjust Floor, Ceiling, Speed, Slice Height"));
     if (!fixedChannelID_) {
         auto* picker = new ChannelPickerMenu(engine, engine.spectrogramChannelID, header_);
         picker->letShrink();
@@ -70,16 +66,7 @@ SpectrogramPanelView::SpectrogramPanelView(MeterEngine& engine,
     }
     header_->orderTabs(*picture_);
 
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
-    column->addWidget(header_);
-    auto* frame = new QVBoxLayout;
-    frame->setContentsMargins(paddingAcross, 0, paddingAcross, 0);
-    frame->setSpacing(0);
-    frame->addWidget(picture_, 1);
-    frame->addWidget(new FrequencyAxisStrip(this));
-    column->addLayout(frame, 1);
+    framePanel(this, header_, picture_, 0)->addWidget(new FrequencyAxisStrip(this));
 
     const auto showChannel = [this] { picture_->setChannelID(channelID()); };
     follow(engine.spectrogramChannelID, this, showChannel);
@@ -91,7 +78,7 @@ UUID SpectrogramPanelView::channelID() const {
 }
 
 void SpectrogramPanelView::resizeEvent(QResizeEvent* event) {
-    // The header asks for room for what it shows: the sliders, or their button.
+    // What the header's size hint counts: the sliders, or their button.
     const int shown = (controls_->isHidden() ? static_cast<QWidget*>(adjustButton_) : controls_)
                           ->sizeHint()
                           .width();

@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
 #include "Shell/Preferences/DeviceSourcePicker.h"
@@ -17,8 +18,8 @@ namespace TarvaneApp {
 AudioSettingsView::AudioSettingsView(MeterEngine& engine, QWidget* parent)
     : QWidget(parent), engine_(engine) {
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(16, 16, 16, 16);
-    column->setSpacing(12);
+    column->setContentsMargins(Theme::Margins::form);
+    column->setSpacing(Theme::Space::section);
     column->addWidget(makeRestartRow());
     QFormLayout* rows = addSection(this, QStringLiteral("Main Input"));
     addSourceRows(*rows);

@@ -3,18 +3,27 @@
 #include <QBoxLayout>
 #include <QFormLayout>
 #include <QGroupBox>
+#include <QSignalBlocker>
 #include <algorithm>
 
 #include "Displays/Theme.h"
+#include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
+
+namespace {
+
+constexpr int paddingUpDown = 14;
+
+}  // namespace
 
 QFormLayout* addSection(QWidget* form, const QString& title) {
     auto* section = new QGroupBox(title, form);
     auto* rows = new QFormLayout(section);
-    rows->setContentsMargins(16, 14, 16, 14);
-    rows->setHorizontalSpacing(16);
-    rows->setVerticalSpacing(8);
+    rows->setContentsMargins(Theme::Space::panel, paddingUpDown, Theme::Space::panel,
+                             paddingUpDown);
+    rows->setHorizontalSpacing(Theme::Space::panel);
+    rows->setVerticalSpacing(Theme::Space::row);
     rows->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     rows->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
     static_cast<QBoxLayout*>(form->layout())->addWidget(section);
@@ -22,13 +31,8 @@ QFormLayout* addSection(QWidget* form, const QString& title) {
 }
 
 QLabel* makeHelp(const QString& text, QWidget* parent) {
-    auto* help = new QLabel(text, parent);
-    help->setFont(Typeface::installed().systemFont(11));
+    auto* help = makeTextLabel(text, Theme::Text::caption, Theme::axisText, parent);
     help->setWordWrap(true);
-    help->setTextFormat(Qt::PlainText);
-    QPalette palette = help->palette();
-    palette.setColor(QPalette::WindowText, Theme::axisText);
-    help->setPalette(palette);
     return help;
 }
 

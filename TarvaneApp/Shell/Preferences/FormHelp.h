@@ -3,19 +3,17 @@
 
 #include <QComboBox>
 #include <QLabel>
-#include <QSignalBlocker>
 #include <QVariant>
 #include <vector>
 
 class QFormLayout;
-class QGroupBox;
 
 namespace TarvaneApp {
 
 /// A titled section at the end of the form, and the layout of its rows.
 QFormLayout* addSection(QWidget* form, const QString& title);
 
-/// A small explaining text under a control.
+/// A small explanation under a control.
 QLabel* makeHelp(const QString& text, QWidget* parent);
 
 struct ComboEntry {
@@ -23,7 +21,7 @@ struct ComboEntry {
     QVariant value;
 };
 
-/// Puts the entries in without telling anyone, and selects the one with that value.
+/// Replaces the entries without a signal, and selects the entry with that value.
 void setEntries(QComboBox& combo, const std::vector<ComboEntry>& entries, const QVariant& current);
 
 }  // namespace TarvaneApp

@@ -15,7 +15,8 @@ InputChannelPicker::InputChannelPicker(MeterEngine& engine, Setting<int>& input,
         this, [this] { showInputs(); }, engine.selectedDeviceUID, engine.availableDevices, input);
 }
 
-// A stored input that the device doesn't have keeps its entry: what is shown is what is set.
+// A stored input that the device doesn't have keeps its entry, so that the picker shows the
+// setting.
 void InputChannelPicker::showInputs() {
     const int inputs = std::max(engine_.channelCount(engine_.selectedDeviceUID()), 1);
     std::vector<ComboEntry> entries;

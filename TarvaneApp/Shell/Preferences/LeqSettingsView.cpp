@@ -6,10 +6,11 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "Displays/RawText.h"
+#include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
 #include "Shell/ChannelControls/LeqPresets.h"
+#include "Shell/Controls/EnumChoice.h"
 #include "Shell/Preferences/FormHelp.h"
 
 namespace TarvaneApp {
@@ -21,19 +22,16 @@ namespace {
 QComboBox* makeWeightingPicker(MeterEngine& engine, QWidget* parent) {
     auto* picker = new QComboBox(parent);
     QObject::connect(picker, &QComboBox::activated, parent, [&engine](int index) {
-        engine.leqWeighting.set(TarvaneKit::allCases<Weighting>()[static_cast<std::size_t>(index)]);
+        engine.leqWeighting.set(EnumChoice<Weighting>::at(index));
     });
-    std::vector<ComboEntry> entries;
-    for (const Weighting weighting : TarvaneKit::allCases<Weighting>()) {
-        entries.push_back({rawText(weighting), static_cast<int>(weighting)});
-    }
-    follow(engine.leqWeighting, picker, [&engine, picker, entries] {
-        setEntries(*picker, entries, static_cast<int>(engine.leqWeighting()));
+    picker->addItems(EnumChoice<Weighting>::labels());
+    follow(engine.leqWeighting, picker, [&engine, picker] {
+        picker->setCurrentIndex(EnumChoice<Weighting>::index(engine.leqWeighting()));
     });
     return picker;
 }
 
-// A stored time that no preset has is shown as what it is.
+// A stored time without a preset has an entry of its own.
 QComboBox* makeTimePicker(MeterEngine& engine, QWidget* parent) {
     auto* picker = new QComboBox(parent);
     QObject::connect(picker, &QComboBox::activated, parent, [&engine, picker] {
@@ -57,7 +55,7 @@ QComboBox* makeTimePicker(MeterEngine& engine, QWidget* parent) {
 
 LeqSettingsView::LeqSettingsView(MeterEngine& engine, QWidget* parent) : QWidget(parent) {
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(16, 16, 16, 16);
+    column->setContentsMargins(Theme::Margins::form);
     QFormLayout* rows = addSection(this, QStringLiteral("User-Definable Leq"));
     QWidget* section = rows->parentWidget();
     rows->addRow(QStringLiteral("Weighting"), makeWeightingPicker(engine, section));

@@ -14,7 +14,6 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr int tabIconSize = 18;
 constexpr QSize smallestSize(520, 360);
 constexpr QSize firstSize(660, 540);
 
@@ -27,10 +26,11 @@ PreferencesWindow::PreferencesWindow(MeterEngine& engine)
     setMinimumSize(smallestSize);
     resize(firstSize);
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(12, 12, 12, 12);
+    column->setContentsMargins(Theme::Space::section, Theme::Space::section, Theme::Space::section,
+                               Theme::Space::section);
     column->addWidget(tabs_);
     tabs_->setDocumentMode(true);
-    tabs_->setIconSize(QSize(tabIconSize, tabIconSize));
+    tabs_->setIconSize(QSize(Theme::Symbol::tab, Theme::Symbol::tab));
     addTab(QStringLiteral("Audio"), QStringLiteral("waveform.circle"),
            new AudioSettingsView(engine));
     addTab(QStringLiteral("Leq"), QStringLiteral("waveform"), new LeqSettingsView(engine));
@@ -42,7 +42,7 @@ void PreferencesWindow::addTab(const QString& title, const QString& symbol, QWid
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setFocusPolicy(Qt::NoFocus);
     scroll->setWidget(form);
-    tabs_->addTab(scroll, Icon::tinted(symbol, tabIconSize, Theme::primaryText), title);
+    tabs_->addTab(scroll, Icon::tinted(symbol, Theme::Symbol::tab, Theme::primaryText), title);
 }
 
 void PreferencesWindow::keyPressEvent(QKeyEvent* event) {

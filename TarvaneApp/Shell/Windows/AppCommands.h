@@ -1,5 +1,5 @@
-// What menus, toolbars and keys ask of the application: its windows by name, and its end. One that
-// isn't given does nothing.
+// What menus, toolbars and keys can have the application do: open its windows, and quit. A command
+// that isn't given does nothing.
 #pragma once
 
 #include <functional>

@@ -23,8 +23,8 @@ bool AppTermination::isTerminating() {
     return isTerminatingNow;
 }
 
-// Quit reaches the application object from the menu, from the desktop's end and from the last
-// window alike, and closes the windows on its way.
+// Quit reaches the application object whether it comes from the menu, from the end of the desktop
+// session or from the last window, and it gets there before the windows close.
 bool AppTermination::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Quit && watched == QCoreApplication::instance()) {
         isTerminatingNow = true;

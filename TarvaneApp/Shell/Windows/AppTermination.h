@@ -1,5 +1,5 @@
-// Tells quitting from closing. The application's windows close in either case; what a closed window
-// means for the next launch depends on it. The application owns the one there is; main thread.
+// Whether the application is quitting. Its windows close in either case; what a closed window means
+// for the next launch depends on it. One per application, which owns it; main thread.
 #pragma once
 
 #include <QObject>
@@ -12,7 +12,7 @@ class AppTermination final : public QObject {
     AppTermination();
     ~AppTermination() override;
 
-    /// From the moment at which the program was told to quit, ahead of the closing of its windows.
+    /// True from the request to quit on, before the windows close.
     static bool isTerminating();
 
   protected:

@@ -5,36 +5,28 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <algorithm>
 
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
+#include "Shell/Controls/BareLayout.h"
+#include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/MenuItems.h"
 #include "Shell/Controls/TextLabel.h"
 #include "Shell/Windows/StandaloneModule.h"
 
 namespace TarvaneApp {
 
-using TarvaneKit::allCases;
 using TarvaneKit::UUID;
-
-namespace {
-
-constexpr int sectionSpacing = 12;
-constexpr int toggleSpacing = 6;
-
-}  // namespace
 
 ChannelWindowLayoutControls::ChannelWindowLayoutControls(MeterEngine& engine, const UUID& channelID,
                                                          QWidget* parent)
     : QWidget(parent), engine_(engine), channelID_(channelID) {
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(sectionSpacing);
-    column->addWidget(makeTextLabel(QStringLiteral("Show"), 11, Theme::axisText, this));
+    auto* column = layOutColumn(this, Theme::Space::section);
+    column->addWidget(
+        makeTextLabel(QStringLiteral("Show"), Theme::Text::caption, Theme::axisText, this));
     auto* toggles = new QVBoxLayout;
-    toggles->setSpacing(toggleSpacing);
+    toggles->setSpacing(Theme::Space::related);
     addToggle(*toggles, label(StandaloneModule::splMeter), &ChannelWindowLayout::showsSPLMeter);
     addToggle(*toggles, label(StandaloneModule::rta), &ChannelWindowLayout::showsRTA);
     addToggle(*toggles, label(StandaloneModule::spectrogram),
@@ -55,7 +47,7 @@ ChannelWindowLayoutControls::ChannelWindowLayoutControls(MeterEngine& engine, co
     follow(engine.channelWindowLayouts, this, [this] { showLayout(); });
 }
 
-// The last module that is shown stays: a click on its toggle changes nothing.
+// The last module shown can't be hidden: a click on its toggle changes nothing.
 void ChannelWindowLayoutControls::addToggle(QVBoxLayout& column, const QString& name,
                                             bool ChannelWindowLayout::*shows) {
     auto* toggle = new QCheckBox(name, this);
@@ -80,22 +72,15 @@ void ChannelWindowLayoutControls::addPicker(QFormLayout& rows, const QString& na
     auto* picker = new QComboBox(this);
     picker->setAccessibleName(name);
     picker->addItem(QStringLiteral("Same as Main Window"));
-    for (const E value : allCases<E>()) {
-        const auto label = TarvaneKit::rawValue(value);
-        picker->addItem(QString::fromUtf8(label.data(), static_cast<qsizetype>(label.size())));
-    }
+    picker->addItems(EnumChoice<E>::labels());
     connect(picker, &QComboBox::activated, this, [this, field](int index) {
         engine_.updateWindowLayout(channelID_, [field, index](ChannelWindowLayout& layout) {
-            layout.*field = index > 0
-                                ? std::optional(allCases<E>()[static_cast<std::size_t>(index - 1)])
-                                : std::nullopt;
+            layout.*field = index > 0 ? std::optional(EnumChoice<E>::at(index - 1)) : std::nullopt;
         });
     });
     shows_.emplace_back([picker, field](const ChannelWindowLayout& layout) {
         const auto& chosen = layout.*field;
-        const auto cases = allCases<E>();
-        picker->setCurrentIndex(
-            chosen ? 1 + static_cast<int>(std::ranges::find(cases, *chosen) - cases.begin()) : 0);
+        picker->setCurrentIndex(chosen ? 1 + EnumChoice<E>::index(*chosen) : 0);
     });
     rows.addRow(menuText(name.toStdString()), picker);
 }

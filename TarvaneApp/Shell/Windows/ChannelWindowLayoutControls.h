@@ -31,7 +31,7 @@ class ChannelWindowLayoutControls final : public QWidget {
 
     MeterEngine& engine_;
     const TarvaneKit::UUID channelID_;
-    /// Each puts one control in the state that the layout has.
+    /// Each shows the layout in one control.
     std::vector<std::function<void(const ChannelWindowLayout&)>> shows_;
 };
 

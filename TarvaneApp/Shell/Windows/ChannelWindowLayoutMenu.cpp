@@ -7,22 +7,16 @@
 
 namespace TarvaneApp {
 
-namespace {
-
-constexpr int symbolSize = 16;
-
-}  // namespace
-
 ChannelWindowLayoutMenu::ChannelWindowLayoutMenu(MeterEngine& engine,
                                                  const TarvaneKit::UUID& channelID, QWidget* parent)
-    : IconButton(symbolSize, parent),
+    : IconButton(Theme::Symbol::toolbar, parent),
       popover_(
           std::make_unique<PopoverPresentationState>(*this, [&engine, channelID](QWidget* popover) {
               return new ChannelWindowLayoutControls(engine, channelID, popover);
           })) {
     setSymbol(QStringLiteral("rectangle.3.group"), Theme::axisText);
-    setAccessibleName(QStringLiteral("Layout"));
-    setToolTip(QStringLiteral("Choose which modules this window shows and how they're arranged"));
+    setHelp(QStringLiteral("Layout"),
+            QStringLiteral("Choose which modules this window shows and how they're arranged"));
 }
 
 ChannelWindowLayoutMenu::~ChannelWindowLayoutMenu() = default;

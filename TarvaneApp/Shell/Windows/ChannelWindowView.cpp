@@ -7,6 +7,7 @@
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/ChannelColorDot.h"
 #include "Shell/Controls/Divider.h"
 #include "Shell/Controls/ElidedLabel.h"
@@ -25,18 +26,14 @@ namespace {
 
 constexpr QSize smallestSize(360, 200);
 constexpr QSize firstSize(960, 820);
-constexpr int paddingAcross = 16;
-constexpr int paddingUpDown = 8;
-constexpr int spacing = 8;
-constexpr double removedNoteSize = 13.0;
 
 }  // namespace
 
 ChannelWindowView::ChannelWindowView(MeterEngine& engine, const std::optional<UUID>& channelID)
     : engine_(engine),
       channelID_(channelID),
-      removedNote_(makeTextLabel(QStringLiteral("This channel has been removed."), removedNoteSize,
-                                 Theme::axisText, this)) {
+      removedNote_(makeTextLabel(QStringLiteral("This channel has been removed."),
+                                 Theme::Text::title, Theme::axisText, this)) {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowRole(QStringLiteral("channel"));
     setWindowIcon(Icon::application());
@@ -60,9 +57,7 @@ ChannelWindowView::ChannelWindowView(MeterEngine& engine, const std::optional<UU
 
 QWidget* ChannelWindowView::makeContent(const UUID& channelID) {
     auto* content = new QWidget(this);
-    auto* column = new QVBoxLayout(content);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
+    auto* column = layOutColumn(content, 0);
     column->addWidget(makeHeader(channelID, content));
     column->addWidget(makeDivider(content));
     auto* arrangement = new ChannelWindowArrangement(engine_, channelID, content);
@@ -73,12 +68,12 @@ QWidget* ChannelWindowView::makeContent(const UUID& channelID) {
 QWidget* ChannelWindowView::makeHeader(const UUID& channelID, QWidget* parent) {
     auto* header = new QWidget(parent);
     dot_ = new ChannelColorDot(header);
-    name_ = new ElidedLabel(13, Theme::primaryText, header);
-    input_ = new ElidedLabel(12, Theme::axisText, header);
-    status_ = new ElidedLabel(11, Theme::axisText, header);
+    name_ = new ElidedLabel(Theme::Text::title, Theme::primaryText, header);
+    input_ = new ElidedLabel(Theme::Text::body, Theme::axisText, header);
+    status_ = new ElidedLabel(Theme::Text::caption, Theme::axisText, header);
     auto* row = new QHBoxLayout(header);
-    row->setContentsMargins(paddingAcross, paddingUpDown, paddingAcross, paddingUpDown);
-    row->setSpacing(spacing);
+    row->setContentsMargins(Theme::Margins::row);
+    row->setSpacing(Theme::Space::row);
     row->addWidget(dot_);
     row->addWidget(name_);
     row->addWidget(input_);

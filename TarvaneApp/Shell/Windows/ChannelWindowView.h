@@ -1,5 +1,5 @@
 // A channel in a window of its own: a header that says which one, over its own copy of the modules.
-// It stays when the channel is removed, and says so. It goes when it is closed.
+// It stays when the channel is removed, and says so. Closing deletes it.
 #pragma once
 
 #include <QMainWindow>

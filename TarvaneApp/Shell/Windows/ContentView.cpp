@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "Engine/MeterEngine.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/Divider.h"
 #include "Shell/Panels/MainWindowArrangement.h"
 #include "Shell/Panels/ModuleLayoutView.h"
@@ -14,9 +15,7 @@ namespace TarvaneApp {
 
 ContentView::ContentView(MeterEngine& engine, const AppCommands& commands, QWidget* parent)
     : QWidget(parent), engine_(engine), commands_(commands) {
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
+    auto* column = layOutColumn(this, 0);
     column->addWidget(new MainToolbar(engine, commands, this));
     column->addWidget(makeDivider(this));
     auto* arrangement = new MainWindowArrangement(engine, this);
@@ -31,8 +30,8 @@ ContentView::ContentView(MeterEngine& engine, const AppCommands& commands, QWidg
 void ContentView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     if (!event->spontaneous()) {
-        // Not before the window itself is on its way to the screen: an alert or a module's window
-        // that comes first would lie behind it.
+        // Only once the window itself is being shown: an alert or a module's window that came first
+        // would be behind it.
         QMetaObject::invokeMethod(this, &ContentView::appeared, Qt::QueuedConnection);
     }
 }

@@ -1,5 +1,5 @@
-// What the main window holds: the toolbar, a divider, the modules. It sees that the modules whose
-// placement is elsewhere have their windows.
+// What the main window holds: the toolbar, a divider, the modules. It opens and closes the windows
+// of modules that are placed elsewhere.
 #pragma once
 
 #include <QWidget>

@@ -1,5 +1,5 @@
-// Shows the engine's error message to the user: one alert at a time, over the main window, that
-// holds nothing up while it stands. Dismissing it clears the message.
+// Shows the engine's error message to the user: one alert at a time, over the main window. It
+// blocks nothing while it is open; dismissing it clears the message.
 #pragma once
 
 #include <QObject>

@@ -6,21 +6,15 @@
 
 namespace TarvaneApp {
 
-namespace {
-
-constexpr int symbolSize = 16;
-
-}  // namespace
-
 ExtraChannelsMenu::ExtraChannelsMenu(MeterEngine& engine, const AppCommands& commands,
                                      QWidget* parent)
     : IconMenuButton(
-          symbolSize, [this](QMenu& menu) { fill(menu); }, parent),
+          Theme::Symbol::toolbar, [this](QMenu& menu) { fill(menu); }, parent),
       engine_(engine),
       commands_(commands) {
     setSymbol(QStringLiteral("square.stack.3d.up"), Theme::axisText);
-    setAccessibleName(QStringLiteral("Extra channels"));
-    setToolTip(QStringLiteral("Extra channels — open one in its own window"));
+    setHelp(QStringLiteral("Extra channels"),
+            QStringLiteral("Extra channels — open one in its own window"));
     follow(engine.extraChannels, this, [this] { setVisible(!engine_.extraChannels().empty()); });
 }
 

@@ -1,4 +1,4 @@
-// The channels as windows of their own, as a menu of the toolbar. Not there without extra channels.
+// The channels as windows of their own, as a menu of the toolbar. Hidden without extra channels.
 #pragma once
 
 #include "Shell/Controls/IconMenuButton.h"

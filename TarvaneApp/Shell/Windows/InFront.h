@@ -1,4 +1,4 @@
-// Bringing a window to the user, whether it is closed, minimised or behind others.
+// Brings a window to the front, whether it is closed, minimised or behind others.
 #pragma once
 
 class QWidget;

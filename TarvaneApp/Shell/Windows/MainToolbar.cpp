@@ -24,19 +24,11 @@ using TarvaneKit::UUID;
 
 namespace {
 
-constexpr int symbolSize = 22;
-constexpr int ellipsisSize = 14;
-constexpr int paddingAcross = 16;
 constexpr int paddingUpDown = 10;
 constexpr int spacing = 14;
 constexpr int spinnerInset = 2;
 
 constexpr QLatin1String resetPeakHold("Reset Peak Hold");
-
-void name(IconButton& button, const QString& name, const QString& toolTip) {
-    button.setAccessibleName(name);
-    button.setToolTip(toolTip);
-}
 
 }  // namespace
 
@@ -44,21 +36,21 @@ MainToolbar::MainToolbar(MeterEngine& engine, const AppCommands& commands, QWidg
     : QWidget(parent),
       engine_(engine),
       row_(new QHBoxLayout(this)),
-      startButton_(new IconButton(symbolSize, this)),
+      startButton_(new IconButton(Theme::Symbol::transport, this)),
       spinner_(new Spinner(startButton_)),
-      pauseButton_(new IconButton(symbolSize, this)),
-      pausedNote_(makeTextLabel({}, 11, Theme::peakHold, this)),
-      deviceName_(new ElidedLabel(12, Theme::axisText, this)),
+      pauseButton_(new IconButton(Theme::Symbol::transport, this)),
+      pausedNote_(makeTextLabel({}, Theme::Text::caption, Theme::peakHold, this)),
+      deviceName_(new ElidedLabel(Theme::Text::body, Theme::axisText, this)),
       resetPeakHoldButton_(new QPushButton(resetPeakHold, this)),
       resetPeakHoldMenu_(new IconMenuButton(
-          ellipsisSize,
+          Theme::Symbol::options,
           [&engine](QMenu& menu) {
               menu.addAction(resetPeakHold, [&engine] { engine.resetPeakHold(); });
           },
           this)) {
     constexpr int ring = IconButton::margin;
-    row_->setContentsMargins(paddingAcross - ring, paddingUpDown - ring, paddingAcross - ring,
-                             paddingUpDown - ring);
+    row_->setContentsMargins(Theme::Space::panel - ring, paddingUpDown - ring,
+                             Theme::Space::panel - ring, paddingUpDown - ring);
     row_->setSpacing(spacing - ring);
     row_->addWidget(startButton_);
     row_->addWidget(pauseButton_);
@@ -70,17 +62,18 @@ MainToolbar::MainToolbar(MeterEngine& engine, const AppCommands& commands, QWidg
     row_->addWidget(resetPeakHoldButton_);
     row_->addWidget(resetPeakHoldMenu_);
 
-    spinner_->setGeometry(ring + spinnerInset, ring + spinnerInset, symbolSize - 2 * spinnerInset,
-                          symbolSize - 2 * spinnerInset);
+    spinner_->setGeometry(ring + spinnerInset, ring + spinnerInset,
+                          Theme::Symbol::transport - 2 * spinnerInset,
+                          Theme::Symbol::transport - 2 * spinnerInset);
     pausedNote_->setText(QStringLiteral("PAUSED"));
     resetPeakHoldButton_->setFlat(true);
     resetPeakHoldButton_->setFocusPolicy(Qt::TabFocus);
-    resetPeakHoldButton_->setFont(Typeface::installed().systemFont(12));
+    resetPeakHoldButton_->setFont(Typeface::installed().systemFont(Theme::Text::body));
     QPalette palette = resetPeakHoldButton_->palette();
     palette.setColor(QPalette::ButtonText, Theme::axisText);
     resetPeakHoldButton_->setPalette(palette);
     resetPeakHoldMenu_->setSymbol(QStringLiteral("ellipsis"), Theme::axisText);
-    name(*resetPeakHoldMenu_, QStringLiteral("More"), resetPeakHold);
+    resetPeakHoldMenu_->setHelp(QStringLiteral("More"), resetPeakHold);
 
     connect(startButton_, &QAbstractButton::clicked, this, [this] { toggleRunning(engine_); });
     connect(pauseButton_, &QAbstractButton::clicked, this, [this] { togglePause(engine_); });
@@ -106,7 +99,7 @@ void MainToolbar::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
 }
 
-// The text where the row has room for it beside all that it shows, else the menu.
+// The button with its text where the row has room for it, else the menu.
 void MainToolbar::showPeakHoldReset() {
     const UUID shown = engine_.resolvedChannelID(engine_.rtaChannelID());
     const bool isOffered = engine_.display(shown).showsPeakHold;
@@ -128,24 +121,24 @@ void MainToolbar::showRunState() {
     spinner_->setVisible(isStarting);
     if (isStarting) {
         startButton_->setSymbol(QString(), QColor());
-        name(*startButton_, QStringLiteral("Starting"), QStringLiteral("Cancel start (Space)"));
+        startButton_->setHelp(QStringLiteral("Starting"), QStringLiteral("Cancel start (Space)"));
     } else if (isRunning) {
         startButton_->setSymbol(QStringLiteral("stop.circle.fill"),
                                 Theme::color(TarvaneKit::SignalColors::red));
-        name(*startButton_, QStringLiteral("Stop"), QStringLiteral("Stop metering (Space)"));
+        startButton_->setHelp(QStringLiteral("Stop"), QStringLiteral("Stop metering (Space)"));
     } else {
         startButton_->setSymbol(QStringLiteral("play.circle.fill"), Theme::accent);
-        name(*startButton_, QStringLiteral("Start"), QStringLiteral("Start metering (Space)"));
+        startButton_->setHelp(QStringLiteral("Start"), QStringLiteral("Start metering (Space)"));
     }
     pauseButton_->setVisible(isRunning);
     pausedNote_->setVisible(isRunning && isPaused);
     if (isPaused) {
         pauseButton_->setSymbol(QStringLiteral("play.circle"), Theme::primaryText);
-        name(*pauseButton_, QStringLiteral("Resume"), QStringLiteral("Resume metering (P)"));
+        pauseButton_->setHelp(QStringLiteral("Resume"), QStringLiteral("Resume metering (P)"));
     } else {
         pauseButton_->setSymbol(QStringLiteral("pause.circle"), Theme::primaryText);
-        name(*pauseButton_, QStringLiteral("Pause"),
-             QStringLiteral("Pause metering without clearing (P)"));
+        pauseButton_->setHelp(QStringLiteral("Pause"),
+                              QStringLiteral("Pause metering without clearing (P)"));
     }
 }
 

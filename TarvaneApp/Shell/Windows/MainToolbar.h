@@ -1,5 +1,5 @@
 // The toolbar across the top of the main window: start and stop, pause, the input's name, the menus
-// of channels and layout, and what starts held peaks over.
+// of channels and layout, and the reset of held peaks.
 #pragma once
 
 #include <QWidget>

@@ -14,7 +14,7 @@ class MainWindow final : public QMainWindow {
   public:
     MainWindow(MeterEngine& engine, const AppCommands& commands);
 
-    /// The items of the menus that have keys of their own, which are to work in every window.
+    /// The menu items with shortcuts, which are to work in every window.
     QList<QAction*> keyedActions() const;
 
   private:

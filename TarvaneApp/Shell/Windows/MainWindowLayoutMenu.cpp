@@ -9,8 +9,6 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr int symbolSize = 16;
-
 void fill(QMenu& menu, MeterEngine& engine) {
     const auto addSettingPicker = [&menu]<class E>(std::string_view title, Setting<E>& setting) {
         addPicker(menu, title, setting(), [&setting](E value) { setting.set(value); });
@@ -34,10 +32,10 @@ void fill(QMenu& menu, MeterEngine& engine) {
 
 MainWindowLayoutMenu::MainWindowLayoutMenu(MeterEngine& engine, QWidget* parent)
     : IconMenuButton(
-          symbolSize, [&engine](QMenu& menu) { fill(menu, engine); }, parent) {
+          Theme::Symbol::toolbar, [&engine](QMenu& menu) { fill(menu, engine); }, parent) {
     setSymbol(QStringLiteral("rectangle.3.group"), Theme::axisText);
-    setAccessibleName(QStringLiteral("Layout"));
-    setToolTip(QStringLiteral("Choose where each module goes and how the main window is arranged"));
+    setHelp(QStringLiteral("Layout"),
+            QStringLiteral("Choose where each module goes and how the main window is arranged"));
 }
 
 }  // namespace TarvaneApp

@@ -1,5 +1,4 @@
-// A module in a window of its own: one panel, which has the window to itself. It goes when it is
-// closed.
+// A module in a window of its own: one panel, which fills the window. Closing deletes it.
 #pragma once
 
 #include <QMainWindow>

@@ -50,7 +50,7 @@ void StandaloneWindowGuard::enforce() {
     }
 }
 
-// The placement changes when the window is gone altogether, guard included.
+// The placement changes only after the window is deleted, guard included.
 void StandaloneWindowGuard::disappeared() {
     if (state_.closingAsDuplicate) {
         return;

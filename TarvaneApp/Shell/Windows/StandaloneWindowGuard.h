@@ -1,5 +1,5 @@
 // Keeps a module's own window in step with the module's placement: a window that shouldn't be there
-// closes, of two for one module the later one does, and closing the window by hand returns the
+// closes, a second window for the same module closes, and closing the window by hand returns the
 // module to the main window. The window owns it; main thread.
 #pragma once
 
@@ -11,7 +11,7 @@
 
 namespace TarvaneApp {
 
-/// The window of that module on the screen, other than `besides`; null when there is none.
+/// The visible window of that module, other than `besides`; null if there is none.
 QWidget* visibleStandaloneWindow(StandaloneModule module, const QWidget* besides = nullptr);
 
 struct StandaloneWindowState {

@@ -9,7 +9,7 @@ namespace TarvaneApp {
 
 namespace {
 
-// A window that is being dragged is stored when it rests.
+// The frame of a window is stored once it has stopped moving.
 constexpr int restMilliseconds = 500;
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Where a window was when the program was last used: it is put back there before it is first shown,
+// Where a window was when the program was last used: it is restored before it is first shown,
 // and its frame is stored as it is moved and when it closes. The window owns it; main thread.
 #pragma once
 
@@ -15,8 +15,7 @@ class KeyValueStore;
 class WindowFrame final : public QObject {
     Q_OBJECT
   public:
-    /// `name` tells the window's frame from the others'. A frame that lies on no screen any more
-    /// is brought onto one.
+    /// The frame is stored under `name`. A frame that lies on no screen any more is moved onto one.
     WindowFrame(KeyValueStore& store, const std::string& name, QWidget& window);
 
   protected:

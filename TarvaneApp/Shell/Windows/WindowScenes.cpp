@@ -80,7 +80,7 @@ ChannelWindowView* WindowScenes::channelWindow(const UUID& channelID) const {
     return nullptr;
 }
 
-// Windows that close because the program ends are to come back.
+// Windows that close because the program ends come back at the next launch.
 void WindowScenes::storeOpenChannels() {
     if (AppTermination::isTerminating()) {
         return;

@@ -12,8 +12,8 @@ struct EngineInsides {
                                              const TarvaneKit::UUID& id) {
         return engine.owners_->run.channelOf(id);
     }
-    static std::shared_ptr<TarvaneApp::ChannelProcessor>& processor(
-        TarvaneApp::MeterEngine& engine, const TarvaneKit::UUID& id) {
+    static std::shared_ptr<TarvaneApp::ChannelProcessor>& processor(TarvaneApp::MeterEngine& engine,
+                                                                    const TarvaneKit::UUID& id) {
         return channel(engine, id).processor;
     }
     static std::optional<TarvaneKit::Date>& heldRingAlertDate(TarvaneApp::MeterEngine& engine,

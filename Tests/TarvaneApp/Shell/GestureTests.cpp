@@ -215,7 +215,7 @@ TEST_F(HistoryGestureTests, keysPanZoomAndReset) {
     EXPECT_FALSE(graph.hasOwnRange());
 }
 
-TEST_F(HistoryGestureTests, theReadOutFollowsThePointerUntilItLeaves) {
+TEST_F(HistoryGestureTests, theReadoutFollowsThePointerUntilItLeaves) {
     play(100);
     move(graph, {540.0, 100.0}, Qt::NoButton);
     graph.grab();
@@ -301,7 +301,7 @@ TEST_F(SpectrumGestureTests, thePointerReadsFromEndToEndUntilItLeaves) {
     EXPECT_TRUE(readOut().isEmpty());
 }
 
-TEST_F(SpectrumGestureTests, pausedTheReadOutStillFollowsThePointer) {
+TEST_F(SpectrumGestureTests, pausedTheReadoutStillFollowsThePointer) {
     play(1);
     engine->pause();
     settle();
@@ -309,7 +309,7 @@ TEST_F(SpectrumGestureTests, pausedTheReadOutStillFollowsThePointer) {
     EXPECT_TRUE(readOut().startsWith(QStringLiteral("200 Hz  "))) << readOut().toStdString();
 }
 
-TEST_F(SpectrumGestureTests, arrowKeysMoveTheReadOutAndEscapeTakesItAway) {
+TEST_F(SpectrumGestureTests, arrowKeysMoveTheReadoutAndEscapeTakesItAway) {
     EXPECT_EQ(graph.focusPolicy(), Qt::TabFocus);
     QTest::keyClick(&graph, Qt::Key_Right);
     EXPECT_DOUBLE_EQ(*graph.view().hover.xPosition, 458.0) << "from the middle";

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <QPainter>
-
+#include "Displays/LevelHistory/LevelHistoryDrawing.h"
+#include "Support/GraphPictures.h"
 #include "Support/ImageSimilarity.h"
 #include "Support/LevelHistoryScenes.h"
 #include "Support/PinnedTypeface.h"
@@ -12,18 +12,10 @@ namespace TarvaneApp {
 namespace {
 
 using TarvaneTests::concert;
+using TarvaneTests::graphPicture;
 using TarvaneTests::historyOf;
 
 const Typeface& pinned = TarvaneTests::pinnedTypeface();
-
-QImage plain(const LevelHistoryView& view, const QSize& size, double scale) {
-    QImage image((QSizeF(size) * scale).toSize(), QImage::Format_RGB32);
-    image.setDevicePixelRatio(scale);
-    image.fill(Theme::panelBackground);
-    QPainter painter(&image);
-    paint(painter, view, QSizeF(size), pinned);
-    return image;
-}
 
 QImage fast(const LevelHistoryView& view, const QSize& size, double scale) {
     LevelHistoryRaster raster(Theme::panelBackground, pinned);
@@ -53,7 +45,7 @@ TEST(LevelHistoryRaster, looksLikeThePlainDrawing) {
             for (const LevelHistoryView& view :
                  {historyOf(*none), historyOf(*recorder), historyOf(*started),
                   withLines(*recorder, *other)}) {
-                EXPECT_GT(TarvaneTests::peakSignalToNoiseDB(plain(view, size, scale),
+                EXPECT_GT(TarvaneTests::peakSignalToNoiseDB(graphPicture(view, size, scale),
                                                             fast(view, size, scale)),
                           36.0)
                     << size.width() << '@' << scale;
@@ -69,7 +61,7 @@ TEST(LevelHistoryRaster, theComparisonSeesAMissingLine) {
     view.fixedDBRange = {.lowest = 40.0, .highest = 120.0};
     LevelHistoryView without = view;
     without.overlays.clear();
-    EXPECT_LT(TarvaneTests::peakSignalToNoiseDB(plain(view, {900, 300}, 1.0),
+    EXPECT_LT(TarvaneTests::peakSignalToNoiseDB(graphPicture(view, {900, 300}, 1.0),
                                                 fast(without, {900, 300}, 1.0)),
               34.0);
 }
@@ -110,14 +102,7 @@ TEST(LevelHistoryRaster, everySmallSizeIsDrawnAtEveryScale) {
     const LevelHistoryView view = withLines(*recorder, *other);
     EXPECT_TRUE(fast(view, {0, 200}, 1.0).isNull());
     LevelHistoryRaster raster(Theme::panelBackground, pinned);
-    for (const double scale : {1.0, 1.25, 1.5, 2.0, 3.0}) {
-        for (int width = 1; width < 80; width += 7) {
-            for (int height = 1; height < 60; height += 9) {
-                const QImage& image = raster.image(view, QSizeF(width, height), scale);
-                EXPECT_EQ(image.size(), QSize(qRound(width * scale), qRound(height * scale)));
-            }
-        }
-    }
+    TarvaneTests::expectPicturesOfAllSmallSizes(raster, view);
 }
 
 }  // namespace

@@ -37,7 +37,7 @@ LoudnessReadoutView programme() {
                              .colors = {},
                              .color = {},
                              .clipState = InputClipState::none,
-                             .onReset = [] {}};
+                             .offersReset = true};
     view.color = view.judgement(view.headline);
     return view;
 }
@@ -73,7 +73,7 @@ TarvaneTests::ReadoutPartRects parts(const LoudnessReadoutGeometry& geometry) {
 
 TEST(LoudnessReadoutView, noPartTouchesAnotherOrLeavesTheViewAtAnySize) {
     LoudnessReadoutView plain = programme();
-    plain.onReset = nullptr;
+    plain.offersReset = false;
     for (const Typeface& typeface : {pinned, Typeface::installed()}) {
         for (const LoudnessReadoutView& view : {programme(), extreme(), plain}) {
             for (const QSize& size : readoutSizes()) {

@@ -32,7 +32,7 @@ SPLReadoutView uncalibrated() {
             .maxValueDB = -20.4,
             .clipState = InputClipState::none,
             .sideValuesDB = {},
-            .onResetMinMax = [] {}};
+            .offersReset = true};
 }
 
 SPLReadoutView calibrated() {
@@ -61,7 +61,7 @@ const std::vector<std::pair<const char*, SPLReadoutView>>& shapes() {
         SPLReadoutView leq = calibrated();
         leq.leqElapsedFraction = 0.3;
         SPLReadoutView plain = uncalibrated();
-        plain.onResetMinMax = nullptr;
+        plain.offersReset = false;
         return std::vector<std::pair<const char*, SPLReadoutView>>{{"uncalibrated", uncalibrated()},
                                                                    {"calibrated", calibrated()},
                                                                    {"stereo", stereo},
@@ -160,7 +160,7 @@ TEST(SPLReadoutView, theValueIsAtItsOrdinarySizeOrMoreInTheSmallestMainWindow) {
     // 900 by 260 less menu, toolbar, control bar, level bar and margins.
     for (const Typeface& typeface : {pinned, Typeface::installed()}) {
         EXPECT_GE(layout(calibrated(), QSizeF(868, 92), typeface).valuePixelSize,
-                  0.9 * Theme::readoutFontSize);
+                  0.9 * Theme::Text::readout);
     }
 }
 
@@ -178,7 +178,7 @@ TEST(SPLReadoutView, theValueGrowsWithTheView) {
 
 TEST(SPLReadoutView, theValueIsNeverSmallerThanTwoFifthsOfItsOrdinarySize) {
     EXPECT_EQ(layout(everything(), QSizeF(100, 40), pinned).valuePixelSize,
-              std::floor(0.4 * Theme::readoutFontSize));
+              std::floor(0.4 * Theme::Text::readout));
 }
 
 TEST(SPLReadoutView, theMetricCarriesItsSuffix) {

@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "Displays/Theme.h"
+#include "Support/GraphPictures.h"
 #include "Support/ImageSimilarity.h"
 #include "Support/SpectrogramScenes.h"
 
@@ -278,14 +279,7 @@ TEST(SpectrogramRaster, everySmallSizeIsDrawnAtEveryScale) {
     const SpectrogramHistory history = spectrogramHistory(40);
     SpectrogramRaster raster;
     const SpectrogramView view = spectrogramOf(history);
-    for (const double scale : {1.0, 1.25, 1.5, 2.0, 3.0}) {
-        for (int width = 1; width < 60; width += 7) {
-            for (int height = 1; height < 60; height += 9) {
-                const QImage& image = raster.image(view, QSizeF(width, height), scale);
-                EXPECT_EQ(image.size(), QSize(qRound(width * scale), qRound(height * scale)));
-            }
-        }
-    }
+    TarvaneTests::expectPicturesOfAllSmallSizes(raster, view);
 }
 
 }  // namespace

@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <QPainter>
 #include <cmath>
 
+#include "Displays/Spectrum/SpectrumDrawing.h"
+#include "Support/GraphPictures.h"
 #include "Support/ImageSimilarity.h"
 #include "Support/PinnedTypeface.h"
 #include "Support/SpectrumScenes.h"
@@ -14,19 +15,11 @@ namespace {
 
 using TarvaneKit::OctaveFraction;
 using TarvaneTests::fullSpectrum;
+using TarvaneTests::graphPicture;
 using TarvaneTests::ordinarySpectrum;
 using TarvaneTests::peakSignalToNoiseDB;
 
 const Typeface& pinned = TarvaneTests::pinnedTypeface();
-
-QImage plain(const SpectrumView& view, const QSize& size, double scale) {
-    QImage image((QSizeF(size) * scale).toSize(), QImage::Format_RGB32);
-    image.setDevicePixelRatio(scale);
-    image.fill(Theme::panelBackground);
-    QPainter painter(&image);
-    paint(painter, view, QSizeF(size), pinned);
-    return image;
-}
 
 QImage fast(const SpectrumView& view, const QSize& size, double scale) {
     SpectrumRaster raster(Theme::panelBackground, pinned);
@@ -62,8 +55,9 @@ TEST(SpectrumRaster, looksLikeThePlainDrawing) {
     for (const auto& [name, view] : scenes()) {
         for (const QSize size : {QSize(900, 300), QSize(333, 141)}) {
             for (const double scale : {1.0, 1.5, 2.0}) {
-                EXPECT_GT(peakSignalToNoiseDB(plain(view, size, scale), fast(view, size, scale)),
-                          sameLookDB)
+                EXPECT_GT(
+                    peakSignalToNoiseDB(graphPicture(view, size, scale), fast(view, size, scale)),
+                    sameLookDB)
                     << name << ' ' << size.width() << '@' << scale;
             }
         }
@@ -72,7 +66,7 @@ TEST(SpectrumRaster, looksLikeThePlainDrawing) {
 
 TEST(SpectrumRaster, theComparisonSeesWhatIsMissing) {
     const QSize size(900, 300);
-    const QImage whole = plain(fullSpectrum(), size, 1.0);
+    const QImage whole = graphPicture(fullSpectrum(), size, 1.0);
     const auto without = [&](auto change) {
         SpectrumView view = fullSpectrum();
         change(view);
@@ -90,7 +84,7 @@ TEST(SpectrumRaster, anEmptyGraphIsThePlainOneToThePixel) {
     view.spectrogramFloorDB = 30.0;
     view.spectrogramCeilingDB = 110.0;
     for (const double scale : {1.0, 1.5, 2.0}) {
-        const QImage a = plain(view, {480, 200}, scale);
+        const QImage a = graphPicture(view, {480, 200}, scale);
         const QImage b = fast(view, {480, 200}, scale);
         EXPECT_EQ(TarvaneTests::largestDifference(a, b) > 1, false) << scale;
     }
@@ -131,14 +125,7 @@ TEST(SpectrumRaster, aSizeWithoutPixelsGivesNoPicture) {
 TEST(SpectrumRaster, everySmallSizeIsDrawnAtEveryScale) {
     SpectrumRaster raster(Theme::panelBackground, pinned);
     const SpectrumView view = fullSpectrum();
-    for (const double scale : {1.0, 1.25, 1.5, 2.0, 3.0}) {
-        for (int width = 1; width < 60; width += 7) {
-            for (int height = 1; height < 60; height += 9) {
-                const QImage& image = raster.image(view, QSizeF(width, height), scale);
-                EXPECT_EQ(image.size(), QSize(qRound(width * scale), qRound(height * scale)));
-            }
-        }
-    }
+    TarvaneTests::expectPicturesOfAllSmallSizes(raster, view);
 }
 
 }  // namespace
