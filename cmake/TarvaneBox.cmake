@@ -104,7 +104,12 @@ function(tarvane_headers_alone box)
   endforeach()
   file(CONFIGURE OUTPUT "${folder}/${box}.cpp" CONTENT "${all}")
   add_library(${box}HeadersAlone OBJECT EXCLUDE_FROM_ALL ${sources})
-  set_target_properties(${box}HeadersAlone PROPERTIES AUTOMOC OFF)
-  target_link_libraries(${box}HeadersAlone PRIVATE TarvaneFlags ${box})
+  set_target_properties(${box}HeadersAlone PROPERTIES AUTOMOC OFF POSITION_INDEPENDENT_CODE ON)
+  target_link_libraries(${box}HeadersAlone PRIVATE TarvaneFlags)
+  # What a user of the box sees of it, without waiting for its library.
+  target_include_directories(${box}HeadersAlone SYSTEM PRIVATE
+    $<TARGET_PROPERTY:${box},INTERFACE_INCLUDE_DIRECTORIES>)
+  target_compile_definitions(${box}HeadersAlone PRIVATE
+    $<TARGET_PROPERTY:${box},INTERFACE_COMPILE_DEFINITIONS>)
   add_dependencies(headers-alone ${box}HeadersAlone)
 endfunction()
