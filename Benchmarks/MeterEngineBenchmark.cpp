@@ -12,7 +12,9 @@
 #include <memory>
 #include <vector>
 
+#include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
+#include "Metering/ChannelAnalysis.h"
 #include "Settings/UserDefaults.h"
 #include "Support/FakeAudioSystem.h"
 #include "Support/ManualTime.h"

@@ -9,6 +9,7 @@
 #include "AudioIO/PipeWire/PipeWireAudioSystem.h"
 #include "Engine/Clock.h"
 #include "Engine/DisplayTimer.h"
+#include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
 #include "Support/MemoryStore.h"
 #include "Support/PrivateAudioServer.h"

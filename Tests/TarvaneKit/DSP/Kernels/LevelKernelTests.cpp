@@ -42,8 +42,8 @@ class LevelKernel : public Testing::EachVectorTarget {
     }
 
     // As many of the values as `out` has room for.
-    template <class T>
-    static std::span<const T> first(const std::vector<T>& values, std::span<T> out) {
+    template <class T, class Out>
+    static std::span<const T> first(const std::vector<T>& values, std::span<Out> out) {
         return std::span(values).first(out.size());
     }
 
