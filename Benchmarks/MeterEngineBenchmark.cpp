@@ -49,7 +49,7 @@ class Desk {
         audio_.plugIn({.id = 40, .uid = "desk", .name = "Desk", .channelCount = 2});
         audio_.setDefaultInput(40);
         engine_ = std::make_unique<MeterEngine>(MeterEngine::Environment{
-            .audio = audio_, .store = store_, .clock = clock_, .displayTimer = timer_});
+            .audio = audio_, .store = store_, .clock = clock_, .tickTimer = timer_});
         engine_->refreshDevices();
         engine_->selectedDeviceUID.set("desk");
         std::vector<ChannelConfig> channels(static_cast<std::size_t>(channelCount - 1));
@@ -136,7 +136,7 @@ void draggedSetting(benchmark::State& state) {
     TarvaneTests::ManualClock clock;
     TarvaneTests::ManualTickTimer timer;
     UserDefaults store(QString::fromStdString((folder.path() / "Tarvane.ini").string()));
-    MeterEngine engine({.audio = audio, .store = store, .clock = clock, .displayTimer = timer});
+    MeterEngine engine({.audio = audio, .store = store, .clock = clock, .tickTimer = timer});
     double longest = 0.0;
     double value = 0.15;
     for (auto _ : state) {

@@ -31,7 +31,7 @@ struct MeterEngine::Owners {
           layout(settings),
           run({.audio = audio,
                .clock = environment.clock,
-               .displayTimer = environment.displayTimer,
+               .tickTimer = environment.tickTimer,
                .mainThread = mainThread,
                .settings = settings,
                .devices = devices,

@@ -81,7 +81,7 @@ class MeterEngine : public QObject, public MeterSettings {
         TarvaneKit::AudioSystem& audio;
         KeyValueStore& store;
         const Clock& clock;
-        TickTimer& displayTimer;
+        TickTimer& tickTimer;
     };
 
     /// Loads the settings; metering doesn't start by itself.

@@ -39,7 +39,7 @@ bool feedsMainInput(const CaptureGroup& group) {
 Run::Run(const Environment& environment)
     : audio_(environment.audio),
       clock_(environment.clock),
-      displayTimer_(environment.displayTimer),
+      tickTimer_(environment.tickTimer),
       mainThread_(environment.mainThread),
       settings_(environment.settings),
       devices_(environment.devices),
@@ -218,7 +218,7 @@ void Run::finishStart(const std::vector<ChannelInfo>& infos, const std::vector<S
     isRunning.set(true);
     takeCalibrations();
     takeLoudnessSwitches();
-    startDisplayTimer();
+    startTicks();
     Q_EMIT changes_.changed(std::nullopt);
     if (!failures.empty()) {
         errorMessage_.tell("Some channels couldn't start:" + joinedLines(failures));
@@ -272,8 +272,8 @@ void Run::closeGroup(const std::shared_ptr<CaptureGroup>& group) {
     }
 }
 
-void Run::startDisplayTimer() {
-    displayTimer_.start([this] { tick(); });
+void Run::startTicks() {
+    tickTimer_.start([this] { tick(); });
 }
 
 void Run::stop() {
@@ -290,7 +290,7 @@ void Run::stop() {
         group->shut();
     }
     captureGroups_.clear();
-    displayTimer_.stop();
+    tickTimer_.stop();
     ++runGeneration_;
     channelSourcesChangedWhileRunning.set(false);
     isPaused.set(false);
@@ -303,7 +303,7 @@ void Run::pause() {
         return;
     }
     forEachProcessor([](ChannelProcessor& processor) { processor.setDropsIncomingAudio(true); });
-    displayTimer_.stop();
+    tickTimer_.stop();
     isPaused.set(true);
     Q_EMIT changes_.changed(std::nullopt);
 }
@@ -315,7 +315,7 @@ void Run::resume() {
     forEachProcessor([](ChannelProcessor& processor) { processor.resumeAfterPause(); });
     ++timingGeneration_;
     isPaused.set(false);
-    startDisplayTimer();
+    startTicks();
     Q_EMIT changes_.changed(std::nullopt);
 }
 

@@ -42,7 +42,7 @@ class Run {
     struct Environment {
         TarvaneKit::AudioSystem& audio;
         const Clock& clock;
-        TickTimer& displayTimer;
+        TickTimer& tickTimer;
         MainThreadQueue& mainThread;
         const MeterSettings& settings;
         const InputDevices& devices;
@@ -108,7 +108,7 @@ class Run {
                      std::vector<StartResult> results, const std::vector<std::string>& failures);
     void sourceLost(const std::shared_ptr<CaptureGroup>& group);
     void closeGroup(const std::shared_ptr<CaptureGroup>& group);
-    void startDisplayTimer();
+    void startTicks();
     template <class Action>
     void forEachProcessor(Action action) {
         for (const auto& [id, channel] : channels_) {
@@ -139,7 +139,7 @@ class Run {
 
     TarvaneKit::AudioSystem& audio_;
     const Clock& clock_;
-    TickTimer& displayTimer_;
+    TickTimer& tickTimer_;
     MainThreadQueue& mainThread_;
     const MeterSettings& settings_;
     const InputDevices& devices_;

@@ -22,7 +22,7 @@ void TarvaneApplication::introduce() {
 }
 
 TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueStore& store)
-    : engine_({.audio = audio, .store = store, .clock = clock_, .displayTimer = displayTimer_}),
+    : engine_({.audio = audio, .store = store, .clock = clock_, .tickTimer = tickTimer_}),
       mainWindow_(std::make_unique<MainWindow>(
           engine_,
           AppCommands{.showSettings = [this] { showSettings(); },

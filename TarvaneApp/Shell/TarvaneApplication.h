@@ -6,7 +6,7 @@
 
 #include "AudioIO/AudioSystem.h"
 #include "Engine/Clock.h"
-#include "Engine/DisplayTimer.h"
+#include "Engine/KernelTickTimer.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/KeyValueStore.h"
 #include "Shell/Windows/AppTermination.h"
@@ -37,7 +37,7 @@ class TarvaneApplication final : public QObject {
   private:
     AppTermination termination_;
     SystemClock clock_;
-    DisplayTimer displayTimer_;
+    KernelTickTimer tickTimer_;
     MeterEngine engine_;
     std::unique_ptr<MainWindow> mainWindow_;
     std::unique_ptr<PreferencesWindow> preferences_;

@@ -104,7 +104,7 @@ class Stage {
     TarvaneTests::MemoryStore store;
     TarvaneTests::ManualClock clock;
     TarvaneTests::ManualTickTimer timer;
-    MeterEngine engine{{.audio = audio, .store = store, .clock = clock, .displayTimer = timer}};
+    MeterEngine engine{{.audio = audio, .store = store, .clock = clock, .tickTimer = timer}};
     TarvaneApp::MainWindow window{engine, {.showSettings = [] {}, .quit = [] {}}};
 
   private:

@@ -1,4 +1,4 @@
-// Time in the test's hand: a clock that stands until it is moved, and a display timer that
+// Time in the test's hand: a clock that stands until it is moved, and a tick timer that
 // ticks when it is told to.
 #pragma once
 

@@ -14,7 +14,7 @@
 #include "AudioIO/PipeWire/PipeWireAudioSystem.h"
 #include "AudioIO/PipeWire/PipeWireInputEngine.h"
 #include "Engine/Clock.h"
-#include "Engine/DisplayTimer.h"
+#include "Engine/KernelTickTimer.h"
 #include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
 #include "Support/MemoryStore.h"
@@ -80,7 +80,7 @@ std::vector<std::unique_ptr<ToneDevice>> plugInDesks() {
 class EngineOnPipeWireTests : public testing::Test {
   protected:
     EngineOnPipeWireTests()
-        : engine({.audio = audio, .store = store, .clock = clock, .displayTimer = displayTimer}) {
+        : engine({.audio = audio, .store = store, .clock = clock, .tickTimer = tickTimer}) {
         engine.splWeighting.set(Weighting::z);
         engine.splTimeWeighting.set(TimeWeighting::fast);
     }
@@ -141,7 +141,7 @@ class EngineOnPipeWireTests : public testing::Test {
     CountedAudioSystem audio;
     MemoryStore store;
     SystemClock clock;
-    DisplayTimer displayTimer;
+    KernelTickTimer tickTimer;
     MeterEngine engine;
 };
 

@@ -8,7 +8,7 @@
 
 #include "AudioIO/PipeWire/PipeWireAudioSystem.h"
 #include "Engine/Clock.h"
-#include "Engine/DisplayTimer.h"
+#include "Engine/KernelTickTimer.h"
 #include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
 #include "Support/MemoryStore.h"
@@ -27,7 +27,7 @@ constexpr double calibratorSPL = 94.0;
 class GainOnPipeWireTests : public testing::Test {
   protected:
     GainOnPipeWireTests()
-        : engine({.audio = audio, .store = store, .clock = clock, .displayTimer = displayTimer}) {
+        : engine({.audio = audio, .store = store, .clock = clock, .tickTimer = tickTimer}) {
         device = deviceNamed(audio, toneUID);
         engine.refreshDevices();
         engine.selectedDeviceUID.set(toneUID);
@@ -90,7 +90,7 @@ class GainOnPipeWireTests : public testing::Test {
     TarvaneKit::AudioInputDevice device;
     MemoryStore store;
     SystemClock clock;
-    DisplayTimer displayTimer;
+    KernelTickTimer tickTimer;
     MeterEngine engine;
     UUID extra = UUID::main();
 };

@@ -42,7 +42,7 @@ class EngineFixture : public testing::Test {
     void makeEngine() {
         engine.reset();
         engine = std::make_unique<TarvaneApp::MeterEngine>(TarvaneApp::MeterEngine::Environment{
-            .audio = audio, .store = store, .clock = clock, .displayTimer = timer});
+            .audio = audio, .store = store, .clock = clock, .tickTimer = timer});
         engine->refreshDevices();
     }
 
@@ -65,7 +65,7 @@ class EngineFixture : public testing::Test {
         waitUntil([&] { return !engine->isStarting(); });
     }
 
-    /// One firing of the display timer and its publication on the channel.
+    /// One firing of the tick timer and its publication on the channel.
     void tick(const TarvaneKit::UUID& id = TarvaneKit::UUID::main()) {
         int publications = 0;
         const auto connection =

@@ -1,4 +1,4 @@
-#include "Engine/DisplayTimer.h"
+#include "Engine/KernelTickTimer.h"
 
 #include <sys/timerfd.h>
 #include <unistd.h>
@@ -16,7 +16,7 @@ constexpr long periodNanoseconds = 16'666'667;  // 1/60 s
 
 }  // namespace
 
-DisplayTimer::DisplayTimer()
+KernelTickTimer::KernelTickTimer()
     : descriptor_(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)) {
     TARVANE_PRECONDITION(descriptor_ >= 0);
     notifier_ = std::make_unique<QSocketNotifier>(descriptor_, QSocketNotifier::Read);
@@ -29,23 +29,23 @@ DisplayTimer::DisplayTimer()
     });
 }
 
-DisplayTimer::~DisplayTimer() {
+KernelTickTimer::~KernelTickTimer() {
     notifier_.reset();
     close(descriptor_);
 }
 
-void DisplayTimer::start(std::function<void()> onTick) {
+void KernelTickTimer::start(std::function<void()> onTick) {
     onTick_ = std::move(onTick);
     arm(periodNanoseconds);
     notifier_->setEnabled(true);
 }
 
-void DisplayTimer::stop() {
+void KernelTickTimer::stop() {
     notifier_->setEnabled(false);
     arm(0);
 }
 
-void DisplayTimer::arm(long period) {
+void KernelTickTimer::arm(long period) {
     const itimerspec spec{.it_interval = {0, period}, .it_value = {0, period}};
     timerfd_settime(descriptor_, 0, &spec, nullptr);
 }

@@ -13,10 +13,10 @@ class QSocketNotifier;
 
 namespace TarvaneApp {
 
-class DisplayTimer final : public TickTimer {
+class KernelTickTimer final : public TickTimer {
   public:
-    DisplayTimer();
-    ~DisplayTimer() override;
+    KernelTickTimer();
+    ~KernelTickTimer() override;
 
     void start(std::function<void()> onTick) override;
     void stop() override;
