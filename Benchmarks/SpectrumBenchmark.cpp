@@ -111,15 +111,14 @@ constexpr int levelsPerTick = 6000;
 
 std::vector<double> powersOf(int count) {
     std::vector<double> powers = roughLevels(count);
-    powersOfLevels(powers.data(), powers.data(), count);
+    powersOfLevels(powers, powers);
     return powers;
 }
 
 void levels(benchmark::State& state) {
     const auto powers = powersOf(levelsPerTick);
     std::vector<double> levelsDB(powers.size());
-    measureTicks(state,
-                 [&] { levelsOfPowers(powers.data(), lineFloor, levelsDB.data(), levelsPerTick); });
+    measureTicks(state, [&] { levelsOfPowers(powers, lineFloor, levelsDB); });
 }
 
 void plainLevels(benchmark::State& state) {

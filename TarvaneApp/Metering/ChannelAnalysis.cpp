@@ -30,10 +30,6 @@ constexpr double spectrogramReleaseSeconds = 0.06;
 // A ring has to be this loud to count on a calibrated channel: a quiet room.
 constexpr double ringFloorSPL = 40.0;
 
-int count(std::span<const double> values) {
-    return static_cast<int>(values.size());
-}
-
 // Working memory of the thread, one for all channels that it analyses.
 struct Scratch {
     AlignedVector<float> left = AlignedVector<float>(ChannelAnalysis::spectrogramFFTSize / 2);
@@ -75,9 +71,8 @@ void updateHold(std::span<const double> levelsDB, double elapsedSeconds,
     if (heldDB.size() != levelsDB.size()) {
         heldDB.assign(levelsDB.size(), emptyHoldDB);
     }
-    TarvaneKit::holdLevels(levelsDB.data(),
-                           ChannelAnalysis::peakHoldDecayPerSecond * elapsedSeconds, heldDB.data(),
-                           count(levelsDB));
+    TarvaneKit::holdLevels(levelsDB, ChannelAnalysis::peakHoldDecayPerSecond * elapsedSeconds,
+                           heldDB);
 }
 
 }  // namespace
@@ -205,16 +200,14 @@ void ChannelAnalysis::analyzeSpectrum(const AnalysisSettings& settings,
     if (!window.right.empty()) {
         const std::span right(scratch.right.data(), lineCount);
         fftAnalyzer_->magnitudeSpectrum(window.right.last(fftSize), right);
-        TarvaneKit::rootMeanSquare(magnitudes.data(), right.data(), magnitudes.data(), lineCount);
+        TarvaneKit::rootMeanSquare(magnitudes, right, magnitudes);
     }
-    TarvaneKit::multiplyFinite(magnitudes.data(), correctionGains_.data(), magnitudes.data(),
-                               lineCount);
+    TarvaneKit::multiplyFinite(magnitudes, correctionGains_, magnitudes);
 
     const std::span powers(scratch.linePowers.data(), lineCount);
     const std::span levelsDB(scratch.lineLevelsDB.data(), lineCount);
-    TarvaneKit::squareAmplitudes(magnitudes.data(), TarvaneKit::lineFloor.power, powers.data(),
-                                 lineCount);
-    TarvaneKit::levelsOfPowers(powers.data(), TarvaneKit::lineFloor, levelsDB.data(), lineCount);
+    TarvaneKit::squareAmplitudes(magnitudes, TarvaneKit::lineFloor.power, powers);
+    TarvaneKit::levelsOfPowers(powers, TarvaneKit::lineFloor, levelsDB);
     rta.ringAlert.reset();
     if (request.ringOutEnabled) {
         ringOutDetector_.update({.levelsDB = levelsDB, .magnitudes = magnitudes}, settings.now);
@@ -225,8 +218,7 @@ void ChannelAnalysis::analyzeSpectrum(const AnalysisSettings& settings,
     scratch.bandPowers.resize(bandCount);
     scratch.bandLevelsDB.resize(bandCount);
     octaveAnalyzer_->bandPowers(magnitudes, scratch.bandPowers);
-    TarvaneKit::levelsOfPowers(scratch.bandPowers.data(), TarvaneKit::bandFloor,
-                               scratch.bandLevelsDB.data(), count(scratch.bandPowers));
+    TarvaneKit::levelsOfPowers(scratch.bandPowers, TarvaneKit::bandFloor, scratch.bandLevelsDB);
     rta.bandLevelsDB.resize(bandCount);
     TarvaneKit::smoothLevels({.powers = scratch.bandPowers, .levelsDB = scratch.bandLevelsDB},
                              bandAverage_, settings.rtaTimeWeighting, elapsedSeconds,
@@ -237,9 +229,8 @@ void ChannelAnalysis::analyzeSpectrum(const AnalysisSettings& settings,
     std::span<const double> shownDB = levelsDB;
     if (request.octaveNormalized) {
         const TarvaneKit::OctaveTilt& tilt = tables_->lineTilt;
-        TarvaneKit::add(levelsDB.data(), tilt.levelsDB().data(), scratch.shownLevelsDB.data(),
-                        lineCount);
-        TarvaneKit::multiply(powers.data(), tilt.factors().data(), powers.data(), lineCount);
+        TarvaneKit::add(levelsDB, tilt.levelsDB(), scratch.shownLevelsDB);
+        TarvaneKit::multiply(powers, tilt.factors(), powers);
         shownDB = scratch.shownLevelsDB;
     }
     rta.lineSpectrumDB.resize(lineCount);
@@ -254,37 +245,33 @@ std::vector<float> ChannelAnalysis::spectrogramRow(const ChannelAnalysisRequest&
     Scratch& scratch = Scratch::ofThisThread();
     const TarvaneKit::SpectrogramColumns& columns = tables_->spectrogramColumns;
     const auto lines = columns.lines();
-    const int lineTotal = static_cast<int>(lines.size());
+    const std::span magnitudes(scratch.left.data(), lines.size());
 
-    const auto magnitudesAtLines = [&](std::span<const float> side, AlignedVector<float>& out) {
+    const auto magnitudesAtLines = [&](std::span<const float> side, std::span<float> out) {
         spectrogramFFTAnalyzer_->magnitudeSpectrum(side, scratch.magnitudes);
-        TarvaneKit::gather(scratch.magnitudes.data(), lines.data(), out.data(), lineTotal);
+        TarvaneKit::gather(scratch.magnitudes, lines, out);
     };
-    magnitudesAtLines(window.left, scratch.left);
+    magnitudesAtLines(window.left, magnitudes);
     if (!window.right.empty()) {
-        magnitudesAtLines(window.right, scratch.right);
-        TarvaneKit::rootMeanSquare(scratch.left.data(), scratch.right.data(), scratch.left.data(),
-                                   lineTotal);
+        const std::span right(scratch.right.data(), lines.size());
+        magnitudesAtLines(window.right, right);
+        TarvaneKit::rootMeanSquare(magnitudes, right, magnitudes);
     }
-    TarvaneKit::multiplyFinite(scratch.left.data(), spectrogramCorrectionGains_.data(),
-                               scratch.left.data(), lineTotal);
+    TarvaneKit::multiplyFinite(magnitudes, spectrogramCorrectionGains_, magnitudes);
 
     const std::span powers(scratch.linePowers.data(), lines.size());
     const std::span levelsDB(scratch.lineLevelsDB.data(), lines.size());
-    TarvaneKit::squareAmplitudes(scratch.left.data(), TarvaneKit::lineFloor.power, powers.data(),
-                                 lineTotal);
-    TarvaneKit::levelsOfPowers(powers.data(), TarvaneKit::lineFloor, levelsDB.data(), lineTotal);
+    TarvaneKit::squareAmplitudes(magnitudes, TarvaneKit::lineFloor.power, powers);
+    TarvaneKit::levelsOfPowers(powers, TarvaneKit::lineFloor, levelsDB);
     if (request.octaveNormalized) {
-        TarvaneKit::add(levelsDB.data(), tables_->spectrogramTiltDB.data(), levelsDB.data(),
-                        lineTotal);
+        TarvaneKit::add(levelsDB, tables_->spectrogramTiltDB, levelsDB);
     }
     if (spectrogramLevelsDB_.size() != levelsDB.size()) {
         spectrogramLevelsDB_.assign(levelsDB.begin(), levelsDB.end());
     } else {
-        TarvaneKit::followLevels(levelsDB.data(),
-                                 1.0 - std::exp(elapsedSeconds / -spectrogramAttackSeconds),
-                                 1.0 - std::exp(elapsedSeconds / -spectrogramReleaseSeconds),
-                                 spectrogramLevelsDB_.data(), lineTotal);
+        TarvaneKit::followLevels(
+            levelsDB, 1.0 - std::exp(elapsedSeconds / -spectrogramAttackSeconds),
+            1.0 - std::exp(elapsedSeconds / -spectrogramReleaseSeconds), spectrogramLevelsDB_);
     }
     std::vector<float> row(static_cast<std::size_t>(columns.columnCount()));
     columns.row(spectrogramLevelsDB_, row);

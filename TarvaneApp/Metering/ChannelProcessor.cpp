@@ -78,10 +78,13 @@ void ChannelProcessor::ingest(const float* left, const float* right, int frameCo
     const auto frames = static_cast<std::size_t>(frameCount);
     const bool hasRight = isStereo && right != nullptr;
     makeRoom(leftBlock_, frames);
-    float peak = TarvaneKit::copySanitized(left, leftBlock_.data(), frameCount);
+    const auto sanitized = [frames](const float* in, std::vector<float>& out) {
+        return TarvaneKit::copySanitized({in, frames}, std::span(out).first(frames));
+    };
+    float peak = sanitized(left, leftBlock_);
     if (hasRight) {
         makeRoom(rightBlock_, frames);
-        peak = std::max(peak, TarvaneKit::copySanitized(right, rightBlock_.data(), frameCount));
+        peak = std::max(peak, sanitized(right, rightBlock_));
     }
     const std::span<const float> leftBlock(leftBlock_.data(), frames);
     if (isStereo && !hasRight) {

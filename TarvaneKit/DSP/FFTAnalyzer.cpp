@@ -164,7 +164,7 @@ void FFTAnalyzer::magnitudeSpectrum(std::span<const float> samples,
     TARVANE_PRECONDITION(magnitudes.size() == asSize(binCount()));
     Workspace& workspace = workspaceOfThisThread();
     workspace.makeRoom(size);
-    applyWindow(samples.data(), tables_->window.data(), workspace.windowed.data(), size);
+    applyWindow(samples, tables_->window, workspace.windowed);
     const Transform& transform = tables_->transform;
     fftwf_execute_dft(transform.plan, asComplex(workspace.windowed),
                       asComplex(workspace.transformed));

@@ -71,8 +71,7 @@ double KWeightingFilter::process(double sample) {
 }
 
 double KWeightingFilter::sumOfSquares(std::span<const float> samples) {
-    const double sum =
-        kWeightedSumOfSquares(*tables_, samples.data(), static_cast<int>(samples.size()), states_);
+    const double sum = kWeightedSumOfSquares(*tables_, samples, states_);
     return sum * shelf_.b0 * shelf_.b0;
 }
 

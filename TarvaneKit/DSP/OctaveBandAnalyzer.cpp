@@ -50,14 +50,13 @@ OctaveBandAnalyzer::OctaveBandAnalyzer(std::vector<OctaveBand> bands, int fftSiz
 
 void OctaveBandAnalyzer::bandPowers(std::span<const float> magnitudes,
                                     std::span<double> powers) const {
-    TARVANE_PRECONDITION(powers.size() == bands_.size());
-    sumBandPowers(table_, magnitudes.data(), static_cast<int>(magnitudes.size()), powers.data());
+    sumBandPowers(table_, magnitudes, powers);
 }
 
 void OctaveBandAnalyzer::bandLevels(std::span<const float> magnitudes,
                                     std::span<double> levelsDB) const {
     bandPowers(magnitudes, levelsDB);
-    levelsOfPowers(levelsDB.data(), bandFloor, levelsDB.data(), bandCount());
+    levelsOfPowers(levelsDB, bandFloor, levelsDB);
 }
 
 std::vector<double> OctaveBandAnalyzer::bandLevels(std::span<const float> magnitudes) const {

@@ -20,8 +20,7 @@ void octaveNormalized(std::span<const double> levelsDB, int fftSize, double samp
                       std::span<double> normalizedDB) {
     TARVANE_PRECONDITION(fftSize > 0);
     TARVANE_PRECONDITION(levelsDB.size() == normalizedDB.size());
-    tiltLevels(levelsDB.data(), lineStep(fftSize, sampleRate), normalizedDB.data(),
-               static_cast<int>(levelsDB.size()));
+    tiltLevels(levelsDB, lineStep(fftSize, sampleRate), normalizedDB);
 }
 
 OctaveTilt::OctaveTilt(int lineCount, int fftSize, double sampleRate)

@@ -34,8 +34,7 @@ void spectrogramRow(std::span<const double> lineLevelsDB, std::span<const double
         std::ranges::fill(row, emptySpectrogramLevelDB);
         return;
     }
-    interpolateAt(lineLevelsDB.data(), static_cast<int>(lineLevelsDB.size()), frequencies.data(),
-                  fftSize / sampleRate, row.data(), static_cast<int>(row.size()));
+    interpolateAt(lineLevelsDB, frequencies, fftSize / sampleRate, row);
 }
 
 SpectrogramColumns::SpectrogramColumns(std::span<const double> frequencies, double sampleRate,
@@ -66,8 +65,7 @@ SpectrogramColumns::SpectrogramColumns(std::span<const double> frequencies, doub
 void SpectrogramColumns::row(std::span<const double> levelsAtLinesDB, std::span<float> row) const {
     TARVANE_PRECONDITION(levelsAtLinesDB.size() == lines_.size());
     TARVANE_PRECONDITION(row.size() == positions_.size());
-    interpolate(levelsAtLinesDB.data(), positions_.data(), fractions_.data(), row.data(),
-                columnCount());
+    interpolate(levelsAtLinesDB, positions_, fractions_, row);
 }
 
 }  // namespace TarvaneKit

@@ -44,14 +44,13 @@ void smoothLevels(const SpectrumFrame& frame, SpectrumAverage& average, TimeWeig
         std::ranges::copy(frame.levelsDB, smoothedDB.begin());
         return;
     }
-    const int count = static_cast<int>(frame.powers.size());
     const double share = newShare(average, timeWeighting, elapsedSeconds);
     if (timeWeighting == TimeWeighting::none) {
         std::ranges::copy(frame.powers, average.state.begin());
     } else {
-        moveTowards(frame.powers.data(), share, average.state.data(), count);
+        moveTowards(frame.powers, share, average.state);
     }
-    levelsOfPowers(average.state.data(), averageFloor, smoothedDB.data(), count);
+    levelsOfPowers(average.state, averageFloor, smoothedDB);
 }
 
 void smoothedLevelsDB(std::span<const double> newLevelsDB, SpectrumAverage& average,
@@ -59,7 +58,7 @@ void smoothedLevelsDB(std::span<const double> newLevelsDB, SpectrumAverage& aver
                       std::span<double> smoothedDB) {
     TARVANE_PRECONDITION(newLevelsDB.size() == smoothedDB.size());
     // The result's own room serves for the powers until the result is written.
-    powersOfLevels(newLevelsDB.data(), smoothedDB.data(), static_cast<int>(newLevelsDB.size()));
+    powersOfLevels(newLevelsDB, smoothedDB);
     smoothLevels({.powers = smoothedDB, .levelsDB = newLevelsDB}, average, timeWeighting,
                  elapsedSeconds, smoothedDB);
 }

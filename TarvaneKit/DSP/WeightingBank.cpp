@@ -54,8 +54,7 @@ WeightingBank::WeightingBank(double sampleRate) {
 }
 
 std::array<WeightedRun, 3> WeightingBank::process(std::span<const float> samples, double gain) {
-    const WeightingSums sums =
-        weightBlock(*tables_, gain, samples.data(), static_cast<int>(samples.size()), carry_);
+    const WeightingSums sums = weightBlock(*tables_, gain, samples, carry_);
     return {
         WeightedRun{sums.sumOfSquaresA * scaleA_ * scaleA_, std::sqrt(sums.squaredPeakA) * scaleA_},
         WeightedRun{sums.sumOfSquaresC * scaleC_ * scaleC_, std::sqrt(sums.squaredPeakC) * scaleC_},

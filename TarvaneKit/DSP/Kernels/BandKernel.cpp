@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "Core/Contract.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "DSP/Kernels/BandKernel.cpp"
 #include <hwy/foreach_target.h>
@@ -119,9 +121,11 @@ namespace TarvaneKit {
 
 HWY_EXPORT(sumBandPowersOnTarget);
 
-void sumBandPowers(const BandTable& table, const float* magnitudes, int magnitudeCount,
-                   double* powers) {
-    HWY_DYNAMIC_DISPATCH(sumBandPowersOnTarget)(table, magnitudes, magnitudeCount, powers);
+void sumBandPowers(const BandTable& table, std::span<const float> magnitudes,
+                   std::span<double> powers) {
+    TARVANE_PRECONDITION(powers.size() == table.bands().size());
+    HWY_DYNAMIC_DISPATCH(sumBandPowersOnTarget)
+    (table, magnitudes.data(), static_cast<int>(magnitudes.size()), powers.data());
 }
 
 void BandTable::add(int firstBin, std::span<const double> proportions) {

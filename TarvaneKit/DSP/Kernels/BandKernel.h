@@ -31,9 +31,9 @@ class BandTable {
     int narrowCount_ = 0;
 };
 
-/// powers[band] = sum over the band's bins of proportion magnitude^2, in 64 bits. Magnitudes are
-/// finite; bins from `magnitudeCount` on have no power.
-void sumBandPowers(const BandTable& table, const float* magnitudes, int magnitudeCount,
-                   double* powers);
+/// powers[band] = sum over the band's bins of proportion magnitude^2, in 64 bits; one of each
+/// band. Magnitudes are finite; bins behind the last one have no power.
+void sumBandPowers(const BandTable& table, std::span<const float> magnitudes,
+                   std::span<double> powers);
 
 }  // namespace TarvaneKit

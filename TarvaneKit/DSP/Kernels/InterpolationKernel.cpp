@@ -8,6 +8,8 @@
 #include <array>
 #include <cstddef>
 
+#include "Core/Contract.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "DSP/Kernels/InterpolationKernel.cpp"
 #include <hwy/foreach_target.h>
@@ -84,31 +86,41 @@ HWY_EXPORT(interpolateOnTarget);
 HWY_EXPORT(placesOnTarget);
 
 // A load and a store for each; no instruction set's gather is faster by much, and most are slower.
-void gather(const float* values, const std::int32_t* indexes, float* out, int count) {
-    for (int i = 0; i < count; ++i) {
-        out[i] = values[indexes[i]];
+void gather(std::span<const float> values, std::span<const std::int32_t> indexes,
+            std::span<float> out) {
+    TARVANE_PRECONDITION(indexes.size() == out.size());
+    const float* from = values.data();
+    const std::int32_t* index = indexes.data();
+    for (float& value : out) {
+        value = from[*index++];
     }
 }
 
-void interpolate(const double* values, const std::int32_t* indexes, const double* fractions,
-                 float* out, int count) {
-    HWY_DYNAMIC_DISPATCH(interpolateOnTarget)(values, indexes, fractions, out, count);
+void interpolate(std::span<const double> values, std::span<const std::int32_t> indexes,
+                 std::span<const double> fractions, std::span<float> out) {
+    TARVANE_PRECONDITION(indexes.size() == out.size() && fractions.size() == out.size());
+    HWY_DYNAMIC_DISPATCH(interpolateOnTarget)
+    (values.data(), indexes.data(), fractions.data(), out.data(), static_cast<int>(out.size()));
 }
 
-void interpolateAt(const double* values, int valueCount, const double* frequencies, double scale,
-                   float* out, int count) {
-    if (valueCount == 1) {
-        std::fill_n(out, count, static_cast<float>(values[0]));
+void interpolateAt(std::span<const double> values, std::span<const double> frequencies,
+                   double scale, std::span<float> out) {
+    TARVANE_PRECONDITION(!values.empty() && frequencies.size() == out.size());
+    if (values.size() == 1) {
+        std::ranges::fill(out, static_cast<float>(values[0]));
         return;
     }
     constexpr int runLength = 256;
     std::array<std::int32_t, runLength> indexes;
     std::array<double, runLength> fractions;
+    const double lastIndex = static_cast<double>(values.size()) - 1.0;
+    const int count = static_cast<int>(out.size());
     for (int done = 0; done < count; done += runLength) {
         const int length = std::min(count - done, runLength);
         HWY_DYNAMIC_DISPATCH(placesOnTarget)
-        (frequencies + done, scale, valueCount - 1.0, indexes.data(), fractions.data(), length);
-        interpolate(values, indexes.data(), fractions.data(), out + done, length);
+        (frequencies.data() + done, scale, lastIndex, indexes.data(), fractions.data(), length);
+        HWY_DYNAMIC_DISPATCH(interpolateOnTarget)
+        (values.data(), indexes.data(), fractions.data(), out.data() + done, length);
     }
 }
 

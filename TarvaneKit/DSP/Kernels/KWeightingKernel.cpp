@@ -185,9 +185,10 @@ namespace TarvaneKit {
 
 HWY_EXPORT(sumOfSquaresOnTarget);
 
-double kWeightedSumOfSquares(const KWeightingTables& tables, const float* samples, int sampleCount,
+double kWeightedSumOfSquares(const KWeightingTables& tables, std::span<const float> samples,
                              KWeightingStates& states) {
-    return HWY_DYNAMIC_DISPATCH(sumOfSquaresOnTarget)(tables, samples, sampleCount, states);
+    return HWY_DYNAMIC_DISPATCH(sumOfSquaresOnTarget)(tables, samples.data(),
+                                                      static_cast<int>(samples.size()), states);
 }
 
 double kWeightSample(const KWeightingTables& tables, double sample, KWeightingStates& states) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <span>
 
 namespace TarvaneKit {
 
@@ -56,7 +57,7 @@ struct KWeightingTables {
 double kWeightSample(const KWeightingTables& tables, double sample, KWeightingStates& states);
 
 /// The same for a run of samples, reduced to the sum of the squares; 0 for an empty run.
-double kWeightedSumOfSquares(const KWeightingTables& tables, const float* samples, int sampleCount,
+double kWeightedSumOfSquares(const KWeightingTables& tables, std::span<const float> samples,
                              KWeightingStates& states);
 
 }  // namespace TarvaneKit

@@ -6,6 +6,8 @@
 #include <limits>
 #include <numbers>
 
+#include "Core/Contract.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "DSP/Kernels/LevelKernel.cpp"
 #include <hwy/foreach_target.h>
@@ -159,49 +161,84 @@ HWY_EXPORT(moveTowardsOnTarget);
 HWY_EXPORT(followLevelsOnTarget);
 HWY_EXPORT(holdLevelsOnTarget);
 
-void squareAmplitudes(const float* amplitudes, double floorPower, double* powers, int count) {
-    HWY_DYNAMIC_DISPATCH(squareAmplitudesOnTarget)(amplitudes, floorPower, powers, count);
+namespace {
+
+int countOf(std::span<const double> values) {
+    return static_cast<int>(values.size());
 }
 
-void levelsOfPowers(const double* powers, LevelFloor floor, double* levelsDB, int count) {
-    HWY_DYNAMIC_DISPATCH(levelsOfPowersOnTarget)(powers, floor, levelsDB, count);
+int countOf(std::span<const float> values) {
+    return static_cast<int>(values.size());
 }
 
-void powersOfLevels(const double* levelsDB, double* powers, int count) {
-    HWY_DYNAMIC_DISPATCH(powersOfLevelsOnTarget)(levelsDB, powers, count);
+}  // namespace
+
+void squareAmplitudes(std::span<const float> amplitudes, double floorPower,
+                      std::span<double> powers) {
+    TARVANE_PRECONDITION(amplitudes.size() == powers.size());
+    HWY_DYNAMIC_DISPATCH(squareAmplitudesOnTarget)
+    (amplitudes.data(), floorPower, powers.data(), countOf(powers));
 }
 
-void tiltLevels(const double* levelsDB, double frequencyStep, double* tiltedDB, int count) {
-    HWY_DYNAMIC_DISPATCH(tiltLevelsOnTarget)(levelsDB, frequencyStep, tiltedDB, count);
+void levelsOfPowers(std::span<const double> powers, LevelFloor floor, std::span<double> levelsDB) {
+    TARVANE_PRECONDITION(powers.size() == levelsDB.size());
+    HWY_DYNAMIC_DISPATCH(levelsOfPowersOnTarget)
+    (powers.data(), floor, levelsDB.data(), countOf(levelsDB));
 }
 
-void add(const double* a, const double* b, double* out, int count) {
-    HWY_DYNAMIC_DISPATCH(addOnTarget)(a, b, out, count);
+void powersOfLevels(std::span<const double> levelsDB, std::span<double> powers) {
+    TARVANE_PRECONDITION(levelsDB.size() == powers.size());
+    HWY_DYNAMIC_DISPATCH(powersOfLevelsOnTarget)(levelsDB.data(), powers.data(), countOf(powers));
 }
 
-void multiply(const double* a, const double* b, double* out, int count) {
-    HWY_DYNAMIC_DISPATCH(multiplyOnTarget)(a, b, out, count);
+void tiltLevels(std::span<const double> levelsDB, double frequencyStep,
+                std::span<double> tiltedDB) {
+    TARVANE_PRECONDITION(levelsDB.size() == tiltedDB.size());
+    HWY_DYNAMIC_DISPATCH(tiltLevelsOnTarget)
+    (levelsDB.data(), frequencyStep, tiltedDB.data(), countOf(tiltedDB));
 }
 
-void multiplyFinite(const float* a, const float* b, float* out, int count) {
-    HWY_DYNAMIC_DISPATCH(multiplyFiniteOnTarget)(a, b, out, count);
+void add(std::span<const double> a, std::span<const double> b, std::span<double> out) {
+    TARVANE_PRECONDITION(a.size() == out.size());
+    TARVANE_PRECONDITION(b.size() == out.size());
+    HWY_DYNAMIC_DISPATCH(addOnTarget)(a.data(), b.data(), out.data(), countOf(out));
 }
 
-void rootMeanSquare(const float* a, const float* b, float* out, int count) {
-    HWY_DYNAMIC_DISPATCH(rootMeanSquareOnTarget)(a, b, out, count);
+void multiply(std::span<const double> a, std::span<const double> b, std::span<double> out) {
+    TARVANE_PRECONDITION(a.size() == out.size());
+    TARVANE_PRECONDITION(b.size() == out.size());
+    HWY_DYNAMIC_DISPATCH(multiplyOnTarget)(a.data(), b.data(), out.data(), countOf(out));
 }
 
-void moveTowards(const double* values, double share, double* average, int count) {
-    HWY_DYNAMIC_DISPATCH(moveTowardsOnTarget)(values, share, average, count);
+void multiplyFinite(std::span<const float> a, std::span<const float> b, std::span<float> out) {
+    TARVANE_PRECONDITION(a.size() == out.size());
+    TARVANE_PRECONDITION(b.size() == out.size());
+    HWY_DYNAMIC_DISPATCH(multiplyFiniteOnTarget)(a.data(), b.data(), out.data(), countOf(out));
 }
 
-void followLevels(const double* values, double riseShare, double fallShare, double* average,
-                  int count) {
-    HWY_DYNAMIC_DISPATCH(followLevelsOnTarget)(values, riseShare, fallShare, average, count);
+void rootMeanSquare(std::span<const float> a, std::span<const float> b, std::span<float> out) {
+    TARVANE_PRECONDITION(a.size() == out.size());
+    TARVANE_PRECONDITION(b.size() == out.size());
+    HWY_DYNAMIC_DISPATCH(rootMeanSquareOnTarget)(a.data(), b.data(), out.data(), countOf(out));
 }
 
-void holdLevels(const double* valuesDB, double fallDB, double* heldDB, int count) {
-    HWY_DYNAMIC_DISPATCH(holdLevelsOnTarget)(valuesDB, fallDB, heldDB, count);
+void moveTowards(std::span<const double> values, double share, std::span<double> average) {
+    TARVANE_PRECONDITION(values.size() == average.size());
+    HWY_DYNAMIC_DISPATCH(moveTowardsOnTarget)
+    (values.data(), share, average.data(), countOf(average));
+}
+
+void followLevels(std::span<const double> values, double riseShare, double fallShare,
+                  std::span<double> average) {
+    TARVANE_PRECONDITION(values.size() == average.size());
+    HWY_DYNAMIC_DISPATCH(followLevelsOnTarget)
+    (values.data(), riseShare, fallShare, average.data(), countOf(average));
+}
+
+void holdLevels(std::span<const double> valuesDB, double fallDB, std::span<double> heldDB) {
+    TARVANE_PRECONDITION(valuesDB.size() == heldDB.size());
+    HWY_DYNAMIC_DISPATCH(holdLevelsOnTarget)
+    (valuesDB.data(), fallDB, heldDB.data(), countOf(heldDB));
 }
 
 }  // namespace TarvaneKit

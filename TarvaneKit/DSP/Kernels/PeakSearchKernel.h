@@ -5,7 +5,6 @@
 #pragma once
 
 #include <algorithm>
-#include <cstddef>
 
 namespace TarvaneKit {
 

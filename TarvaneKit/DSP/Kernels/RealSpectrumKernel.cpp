@@ -12,7 +12,8 @@
 #include "DSP/Kernels/RealSpectrumKernel.h"
 
 #include <cmath>
-#include <cstddef>
+
+#include "Core/Contract.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "DSP/Kernels/RealSpectrumKernel.cpp"
@@ -93,8 +94,11 @@ namespace TarvaneKit {
 HWY_EXPORT(applyWindowOnTarget);
 HWY_EXPORT(packedMagnitudesOnTarget);
 
-void applyWindow(const float* samples, const float* window, float* out, int count) {
-    HWY_DYNAMIC_DISPATCH(applyWindowOnTarget)(samples, window, out, count);
+void applyWindow(std::span<const float> samples, std::span<const float> window,
+                 std::span<float> out) {
+    TARVANE_PRECONDITION(samples.size() == window.size() && out.size() >= window.size());
+    HWY_DYNAMIC_DISPATCH(applyWindowOnTarget)
+    (samples.data(), window.data(), out.data(), static_cast<int>(window.size()));
 }
 
 void packedMagnitudes(const PackedSpectrum& packed, float scale, float* magnitudes) {

@@ -2,10 +2,13 @@
 // Called by FFTAnalyzer.
 #pragma once
 
+#include <span>
+
 namespace TarvaneKit {
 
-/// out[i] = samples[i] window[i].
-void applyWindow(const float* samples, const float* window, float* out, int count);
+/// out[i] = samples[i] window[i], for all of the window.
+void applyWindow(std::span<const float> samples, std::span<const float> window,
+                 std::span<float> out);
 
 /// How a real signal of N samples was transformed: as M = N/2 complex values, the even samples
 /// being the real parts and the odd samples the imaginary parts.

@@ -2,7 +2,7 @@
 
 #include "DSP/Kernels/SanitizeKernel.h"
 
-#include <cstddef>
+#include "Core/Contract.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "DSP/Kernels/SanitizeKernel.cpp"
@@ -51,8 +51,10 @@ namespace TarvaneKit {
 
 HWY_EXPORT(copySanitizedOnTarget);
 
-float copySanitized(const float* in, float* out, int count) {
-    return HWY_DYNAMIC_DISPATCH(copySanitizedOnTarget)(in, out, count);
+float copySanitized(std::span<const float> in, std::span<float> out) {
+    TARVANE_PRECONDITION(in.size() == out.size());
+    return HWY_DYNAMIC_DISPATCH(copySanitizedOnTarget)(in.data(), out.data(),
+                                                       static_cast<int>(out.size()));
 }
 
 }  // namespace TarvaneKit

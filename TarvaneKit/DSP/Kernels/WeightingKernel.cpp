@@ -41,7 +41,6 @@
 #include "DSP/Kernels/WeightingKernel.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 
 #undef HWY_TARGET_INCLUDE
@@ -258,9 +257,10 @@ namespace TarvaneKit {
 
 HWY_EXPORT(weightBlockOnTarget);
 
-WeightingSums weightBlock(const WeightingTables& tables, double gain, const float* samples,
-                          int sampleCount, WeightingCarry& carry) {
-    return HWY_DYNAMIC_DISPATCH(weightBlockOnTarget)(tables, gain, samples, sampleCount, carry);
+WeightingSums weightBlock(const WeightingTables& tables, double gain,
+                          std::span<const float> samples, WeightingCarry& carry) {
+    return HWY_DYNAMIC_DISPATCH(weightBlockOnTarget)(tables, gain, samples.data(),
+                                                     static_cast<int>(samples.size()), carry);
 }
 
 namespace {

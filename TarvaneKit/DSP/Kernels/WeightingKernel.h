@@ -5,6 +5,7 @@
 #pragma once
 
 #include <array>
+#include <span>
 
 namespace TarvaneKit {
 
@@ -60,8 +61,8 @@ struct WeightingSums {
     double peakZ = 0.0;
 };
 
-/// Filters `sampleCount` samples, each times `gain`.
-WeightingSums weightBlock(const WeightingTables& tables, double gain, const float* samples,
-                          int sampleCount, WeightingCarry& carry);
+/// Filters the samples, each times `gain`.
+WeightingSums weightBlock(const WeightingTables& tables, double gain,
+                          std::span<const float> samples, WeightingCarry& carry);
 
 }  // namespace TarvaneKit

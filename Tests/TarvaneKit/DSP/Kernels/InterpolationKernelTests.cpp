@@ -26,7 +26,7 @@ TEST_P(InterpolationKernel, gathersFromAnyPlace) {
             indexes.push_back(i == 0 ? 299 : static_cast<std::int32_t>(random_() % 300));
         }
         std::vector<float> out(indexes.size() + 1, -1.0F);
-        gather(values.data(), indexes.data(), out.data(), count);
+        gather(values, indexes, std::span(out).first(indexes.size()));
         for (std::size_t i = 0; i < indexes.size(); ++i) {
             ASSERT_EQ(out[i], static_cast<float>(indexes[i]) * 0.5F);
         }
@@ -49,7 +49,7 @@ TEST_P(InterpolationKernel, readsAStraightLineBetweenItsEntries) {
             fractions.push_back(part(random_));
         }
         std::vector<float> out(indexes.size() + 1, 99.0F);
-        interpolate(values.data(), indexes.data(), fractions.data(), out.data(), count);
+        interpolate(values, indexes, fractions, std::span(out).first(indexes.size()));
         for (std::size_t i = 0; i < indexes.size(); ++i) {
             ASSERT_NEAR(out[i], 3.0 - 0.25 * (indexes[i] + fractions[i]), 1e-6);
         }

@@ -10,6 +10,7 @@
 #include <limits>
 #include <numbers>
 #include <random>
+#include <span>
 #include <vector>
 
 #include "Support/EachVectorTarget.h"
@@ -40,13 +41,19 @@ class LevelKernel : public Testing::EachVectorTarget {
         return {values.begin(), values.end()};
     }
 
+    // As many of the values as `out` has room for.
+    template <class T, class Out>
+    static std::span<const T> first(const std::vector<T>& values, std::span<Out> out) {
+        return std::span(values).first(out.size());
+    }
+
     // Lists of every length, written to a place with one value more behind it.
     template <class T>
-    static void expectWrites(const std::function<void(T* out, int count)>& write,
+    static void expectWrites(const std::function<void(std::span<T> out)>& write,
                              const std::function<T(std::size_t i)>& expected, int count) {
         constexpr T behind = 12345;
         std::vector<T> out(static_cast<std::size_t>(count) + 1, behind);
-        write(out.data(), count);
+        write(std::span(out).first(static_cast<std::size_t>(count)));
         for (std::size_t i = 0; i + 1 < out.size(); ++i) {
             ASSERT_EQ(out[i], expected(i)) << i << " of " << count;
         }
@@ -59,7 +66,7 @@ class LevelKernel : public Testing::EachVectorTarget {
 // Against the extended format's logarithm, in proportion to it.
 void expectLogarithms(const Doubles& powers) {
     Doubles levels(powers.size());
-    levelsOfPowers(powers.data(), smallestNormal, levels.data(), static_cast<int>(powers.size()));
+    levelsOfPowers(powers, smallestNormal, levels);
     for (std::size_t i = 0; i < powers.size(); ++i) {
         if (powers[i] <= smallestNormal.power) {
             continue;
@@ -106,7 +113,7 @@ TEST_P(LevelKernel, aLevelIsItsPowersLogarithmWhereTheNumbersPartsChange) {
 TEST_P(LevelKernel, aPowerOf1IsExactly0DB) {
     for (int count = 1; count < longest; ++count) {
         Doubles values(static_cast<std::size_t>(count), 1.0);
-        levelsOfPowers(values.data(), smallestNormal, values.data(), count);
+        levelsOfPowers(values, smallestNormal, values);
         ASSERT_EQ(values, Doubles(values.size(), 0.0));
     }
 }
@@ -115,7 +122,7 @@ TEST_P(LevelKernel, aLevelRisesWithItsPower) {
     Doubles powers = doubles(100000, 0.25, 4.0);
     std::ranges::sort(powers);
     Doubles levels(powers.size());
-    levelsOfPowers(powers.data(), smallestNormal, levels.data(), static_cast<int>(powers.size()));
+    levelsOfPowers(powers, smallestNormal, levels);
     // To within the error of either.
     for (std::size_t i = 1; i < levels.size(); ++i) {
         ASSERT_GE(levels[i], levels[i - 1] - 8e-16 * std::abs(levels[i]));
@@ -128,18 +135,18 @@ TEST_P(LevelKernel, whatIsNotAboveTheFloorReadsItExactly) {
                       -0.0,  -1.0,  DoubleLimits::quiet_NaN(),  -DoubleLimits::infinity()};
     for (int count = 0; count < longest; ++count) {
         expectWrites<double>(
-            [&](double* out, int n) {
-                Doubles powers(static_cast<std::size_t>(n));
+            [&](std::span<double> out) {
+                Doubles powers(out.size());
                 for (std::size_t i = 0; i < powers.size(); ++i) {
                     powers[i] = i % 3 == 1 ? 1.0 : low[i % low.size()];
                 }
-                levelsOfPowers(powers.data(), floor, out, n);
+                levelsOfPowers(powers, floor, out);
             },
             [](std::size_t i) { return i % 3 == 1 ? 0.0 : -240.0; }, count);
     }
     const double above = std::nextafter(1e-24, 1.0);
     double level = 0.0;
-    levelsOfPowers(&above, floor, &level, 1);
+    levelsOfPowers({&above, 1}, floor, {&level, 1});
     EXPECT_NEAR(level, -240.0, 1e-12);
 }
 
@@ -147,7 +154,7 @@ TEST_P(LevelKernel, aPowerIsItsLevelsExponentialAtAnyLevel) {
     for (const double range : {1.6, 10.0, 240.0, 3070.0}) {
         const Doubles levels = doubles(50000, -range, range);
         Doubles powers(levels.size());
-        powersOfLevels(levels.data(), powers.data(), static_cast<int>(levels.size()));
+        powersOfLevels(levels, powers);
         for (std::size_t i = 0; i < levels.size(); ++i) {
             const long double exact = std::pow(10.0L, static_cast<long double>(levels[i]) / 10.0L);
             const long double error = std::abs(static_cast<long double>(powers[i]) - exact);
@@ -161,12 +168,12 @@ TEST_P(LevelKernel, aLevelBeyondAllPowersReadsThatOfTheEnds) {
                          3080.0,  3081.0,  DoubleLimits::infinity(),  0.0};
     for (int count = 0; count <= 8; ++count) {
         expectWrites<double>(
-            [&](double* out, int n) {
-                powersOfLevels(levels.data(), out, n);
-                for (int i = 0; i < n && i < 7; ++i) {
+            [&](std::span<double> out) {
+                powersOfLevels(std::span(levels).first(out.size()), out);
+                for (std::size_t i = 0; i < out.size() && i < 7; ++i) {
                     const double end = i < 4 ? 1e-307 : 1e308;
-                    EXPECT_NEAR(out[i] / end, 1.0, 1e-15) << levels[static_cast<std::size_t>(i)];
-                    out[i] = i;
+                    EXPECT_NEAR(out[i] / end, 1.0, 1e-15) << levels[i];
+                    out[i] = static_cast<double>(i);
                 }
             },
             [](std::size_t i) { return i < 7 ? static_cast<double>(i) : 1.0; }, count);
@@ -181,7 +188,7 @@ TEST_P(LevelKernel, aSquaredAmplitudeIsRaisedToTheFloor) {
     amplitudes[17] = 0.0F;
     for (int count = 0; count <= longest; ++count) {
         expectWrites<double>(
-            [&](double* out, int n) { squareAmplitudes(amplitudes.data(), 1e-18, out, n); },
+            [&](std::span<double> out) { squareAmplitudes(first(amplitudes, out), 1e-18, out); },
             [&](std::size_t i) {
                 const auto amplitude = static_cast<double>(amplitudes[i]);
                 return amplitude * amplitude > 1e-18 ? amplitude * amplitude : 1e-18;
@@ -194,13 +201,14 @@ TEST_P(LevelKernel, sumsAndProductsAreThoseOfTheEntries) {
     const Doubles a = doubles(longest, -100.0, 100.0);
     const Doubles b = doubles(longest, -100.0, 100.0);
     for (int count = 0; count <= longest; ++count) {
-        expectWrites<double>([&](double* out, int n) { add(a.data(), b.data(), out, n); },
+        expectWrites<double>([&](std::span<double> out) { add(first(a, out), first(b, out), out); },
                              [&](std::size_t i) { return a[i] + b[i]; }, count);
-        expectWrites<double>([&](double* out, int n) { multiply(a.data(), b.data(), out, n); },
-                             [&](std::size_t i) { return a[i] * b[i]; }, count);
+        expectWrites<double>(
+            [&](std::span<double> out) { multiply(first(a, out), first(b, out), out); },
+            [&](std::size_t i) { return a[i] * b[i]; }, count);
     }
     Doubles inPlace = a;
-    add(inPlace.data(), b.data(), inPlace.data(), longest);
+    add(inPlace, b, inPlace);
     EXPECT_EQ(inPlace[longest - 1], a[longest - 1] + b[longest - 1]);
 }
 
@@ -214,13 +222,13 @@ TEST_P(LevelKernel, aProductThatIsNoNumberCountsAs0AndEndsAtTheLargest) {
     a[19] = FloatLimits::quiet_NaN();
     b[20] = FloatLimits::infinity();
     for (int count = 0; count <= longest; ++count) {
-        expectWrites<float>([&](float* out, int n) { multiplyFinite(a.data(), b.data(), out, n); },
-                            [&](std::size_t i) {
-                                const float product = a[i] * b[i];
-                                return std::isnan(product) ? 0.0F
-                                                           : std::min(product, FloatLimits::max());
-                            },
-                            count);
+        expectWrites<float>(
+            [&](std::span<float> out) { multiplyFinite(first(a, out), first(b, out), out); },
+            [&](std::size_t i) {
+                const float product = a[i] * b[i];
+                return std::isnan(product) ? 0.0F : std::min(product, FloatLimits::max());
+            },
+            count);
     }
 }
 
@@ -230,12 +238,12 @@ TEST_P(LevelKernel, twoSidesCombineToTheirRootMeanSquare) {
     const Floats b = floats(longest, 0.0, 2.0);
     for (int count = 0; count <= longest; ++count) {
         expectWrites<float>(
-            [&](float* out, int n) { rootMeanSquare(a.data(), b.data(), out, n); },
+            [&](std::span<float> out) { rootMeanSquare(first(a, out), first(b, out), out); },
             [&](std::size_t i) { return std::sqrt(a[i] * a[i] + b[i] * b[i]) * 0.70710677F; },
             count);
     }
     Floats equal(9, 0.25F);
-    rootMeanSquare(equal.data(), equal.data(), equal.data(), 9);
+    rootMeanSquare(equal, equal, equal);
     EXPECT_FLOAT_EQ(equal[8], 0.25F);
 }
 
@@ -246,10 +254,11 @@ TEST_P(LevelKernel, anAverageGoesItsShareOfTheWay) {
     for (int count = 0; count <= longest; ++count) {
         Doubles one = before;
         Doubles two = before;
-        moveTowards(values.data(), 0.3, one.data(), count);
-        followLevels(values.data(), 0.7, 0.2, two.data(), count);
+        const auto written = static_cast<std::size_t>(count);
+        moveTowards(std::span(values).first(written), 0.3, std::span(one).first(written));
+        followLevels(std::span(values).first(written), 0.7, 0.2, std::span(two).first(written));
         for (std::size_t i = 0; i < before.size(); ++i) {
-            const bool isWritten = i < static_cast<std::size_t>(count);
+            const bool isWritten = i < written;
             const double way = isWritten ? values[i] - before[i] : 0.0;
             ASSERT_NEAR(one[i], before[i] + 0.3 * way, 1e-13);
             ASSERT_NEAR(two[i], before[i] + (way >= 0.0 ? 0.7 : 0.2) * way, 1e-13);
@@ -264,10 +273,11 @@ TEST_P(LevelKernel, aHeldLevelTakesWhatIsAboveItAndFallsOtherwise) {
     values[23] = before[23];
     for (int count = 0; count <= longest; ++count) {
         Doubles held = before;
-        holdLevels(values.data(), 0.1, held.data(), count);
+        const auto written = static_cast<std::size_t>(count);
+        holdLevels(std::span(values).first(written), 0.1, std::span(held).first(written));
         for (std::size_t i = 0; i < before.size(); ++i) {
             const double fallen = before[i] < values[i] ? values[i] : before[i] - 0.1;
-            ASSERT_EQ(held[i], i < static_cast<std::size_t>(count) ? fallen : before[i]);
+            ASSERT_EQ(held[i], i < written ? fallen : before[i]);
         }
     }
 }

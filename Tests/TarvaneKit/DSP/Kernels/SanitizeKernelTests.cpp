@@ -30,7 +30,7 @@ TEST_P(SanitizeKernel, replacesWhatIsNoNumberAtEveryPlace) {
                 in[static_cast<std::size_t>(badPlace)] = bad[badPlace % 4];
             }
             std::vector<float> out(in.size() + 1, 99.0F);
-            const float largest = copySanitized(in.data(), out.data(), count);
+            const float largest = copySanitized(in, std::span(out).first(in.size()));
             float expectedLargest = 0.0F;
             for (std::size_t i = 0; i < in.size(); ++i) {
                 const float expected = std::isfinite(in[i]) ? in[i] : 0.0F;
@@ -46,7 +46,7 @@ TEST_P(SanitizeKernel, replacesWhatIsNoNumberAtEveryPlace) {
 TEST_P(SanitizeKernel, worksInPlaceAndKeepsTheLargestNumbers) {
     std::vector<float> samples{std::numeric_limits<float>::max(), -0.0F, 1.0F,
                                std::numeric_limits<float>::signaling_NaN()};
-    EXPECT_EQ(copySanitized(samples.data(), samples.data(), 4), std::numeric_limits<float>::max());
+    EXPECT_EQ(copySanitized(samples, samples), std::numeric_limits<float>::max());
     EXPECT_EQ(samples[0], std::numeric_limits<float>::max());
     EXPECT_EQ(samples[3], 0.0F);
 }

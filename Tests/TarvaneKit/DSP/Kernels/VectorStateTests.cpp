@@ -67,7 +67,6 @@ TEST_P(VectorState, theUpperHalvesOfRegistersAreLeftEmpty) {
     const auto magnitudes = Testing::roughSpectrum(2051);
     std::vector<double> levels = rough;
     std::vector<float> narrow = magnitudes;
-    const int count = static_cast<int>(levels.size());
 
     const auto fft = FFTAnalyzer::create(4096, FFTAnalyzer::WindowType::hann).value();
     const OctaveBandAnalyzer bands(
@@ -91,7 +90,8 @@ TEST_P(VectorState, theUpperHalvesOfRegistersAreLeftEmpty) {
         {"bands", [&] { bands.bandLevels(magnitudes, bandLevels); }},
         {"row", [&] { spectrogramRow(rough, spectrogramFrequencies(), 48000, 4096, row); }},
         {"columns", [&] { columns.row(columnLevels, row); }},
-        {"gather", [&] { gather(magnitudes.data(), columns.lines().data(), row.data(), 300); }},
+        {"gather",
+         [&] { gather(magnitudes, columns.lines().first(300), std::span(row).first(300)); }},
         {"peaks from levels",
          [&] { findPeaks({.levelsDB = rough}, 48000, 4096, search, workspace, peaks); }},
         {"peaks from magnitudes",
@@ -106,23 +106,21 @@ TEST_P(VectorState, theUpperHalvesOfRegistersAreLeftEmpty) {
         {"true peak by an odd filter", [&] { odd.processBlock(samples); }},
         {"weightings", [&] { weightings.process(samples, 1.5); }},
         {"weightings of a few", [&] { weightings.process(std::span(samples).first(5), 1.0); }},
-        {"sanitizing", [&] { copySanitized(narrow.data(), narrow.data(), count); }},
-        {"squares", [&] { squareAmplitudes(magnitudes.data(), 1e-18, levels.data(), count); }},
-        {"powers", [&] { powersOfLevels(rough.data(), levels.data(), count); }},
+        {"sanitizing", [&] { copySanitized(narrow, narrow); }},
+        {"squares", [&] { squareAmplitudes(magnitudes, 1e-18, levels); }},
+        {"powers", [&] { powersOfLevels(rough, levels); }},
         {"levels",
          [&] {
-             levelsOfPowers(levels.data(), {1e-24, -240}, levels.data(), count);
+             levelsOfPowers(levels, {1e-24, -240}, levels);
          }},
-        {"tilt", [&] { tiltLevels(rough.data(), 0.01, levels.data(), count); }},
-        {"sums", [&] { add(rough.data(), rough.data(), levels.data(), count); }},
-        {"products", [&] { multiply(rough.data(), rough.data(), levels.data(), count); }},
-        {"finite products",
-         [&] { multiplyFinite(magnitudes.data(), magnitudes.data(), narrow.data(), count); }},
-        {"root mean squares",
-         [&] { rootMeanSquare(magnitudes.data(), magnitudes.data(), narrow.data(), count); }},
-        {"averages", [&] { moveTowards(rough.data(), 0.1, levels.data(), count); }},
-        {"followed levels", [&] { followLevels(rough.data(), 0.2, 0.1, levels.data(), count); }},
-        {"held levels", [&] { holdLevels(rough.data(), 0.1, levels.data(), count); }},
+        {"tilt", [&] { tiltLevels(rough, 0.01, levels); }},
+        {"sums", [&] { add(rough, rough, levels); }},
+        {"products", [&] { multiply(rough, rough, levels); }},
+        {"finite products", [&] { multiplyFinite(magnitudes, magnitudes, narrow); }},
+        {"root mean squares", [&] { rootMeanSquare(magnitudes, magnitudes, narrow); }},
+        {"averages", [&] { moveTowards(rough, 0.1, levels); }},
+        {"followed levels", [&] { followLevels(rough, 0.2, 0.1, levels); }},
+        {"held levels", [&] { holdLevels(rough, 0.1, levels); }},
     };
     ASSERT_EQ(leftInUseBy([] {}), 0U);
     for (const auto& [name, kernel] : kernels) {
