@@ -5,12 +5,12 @@
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
 
-#include <random>
 #include <vector>
 
 #include "FrameCost.h"
 #include "Metering/ChannelProcessor.h"
 #include "Support/ScalarSPLMeter.h"
+#include "Support/Signals.h"
 
 namespace TarvaneBenchmarks {
 namespace {
@@ -18,16 +18,7 @@ namespace {
 using TarvaneApp::ChannelProcessor;
 using TarvaneKit::Weighting;
 using TarvaneKit::Testing::ScalarSPLMeter;
-
-std::vector<float> noise(int count) {
-    std::mt19937 random(1);
-    std::normal_distribution<float> sample(0.0F, 0.1F);
-    std::vector<float> samples(static_cast<std::size_t>(count));
-    for (float& x : samples) {
-        x = sample(random);
-    }
-    return samples;
-}
+using TarvaneKit::Testing::whiteNoise;
 
 // Arguments: sides, frames per block.
 void ingest(benchmark::State& state) {
@@ -35,7 +26,7 @@ void ingest(benchmark::State& state) {
     const int frameCount = static_cast<int>(state.range(1));
     ChannelProcessor processor(TarvaneKit::UUID::main(), isStereo);
     processor.configure({});
-    const auto samples = noise(frameCount);
+    const auto samples = whiteNoise(frameCount);
     const float* right = isStereo ? samples.data() : nullptr;
     measureFrames(state, frameCount, [&] { processor.ingest(samples.data(), right, frameCount); });
 }
@@ -47,7 +38,7 @@ void plainMeters(benchmark::State& state) {
         meters.emplace_back(benchmarkSampleRate);
         meters.back().addLeq(Weighting::a);
     }
-    const auto samples = noise(frameCount);
+    const auto samples = whiteNoise(frameCount);
     measureFrames(state, frameCount, [&] {
         for (ScalarSPLMeter& meter : meters) {
             meter.processBlock(samples);

@@ -8,6 +8,8 @@
 #include <random>
 #include <vector>
 
+#include "Support/Signals.h"
+
 namespace TarvaneKit::Testing {
 
 using Samples = std::vector<float>;
@@ -27,17 +29,6 @@ inline Samples sine(double sampleRate, double frequencyHz, double amplitude, dou
 
 inline Samples silence(double sampleRate, double seconds) {
     return Samples(static_cast<std::size_t>(std::llround(seconds * sampleRate)));
-}
-
-/// White and Gaussian.
-inline Samples noise(int count, double rms, unsigned seed) {
-    std::mt19937 random(seed);
-    std::normal_distribution<double> normal(0.0, rms);
-    Samples samples(static_cast<std::size_t>(count));
-    for (float& sample : samples) {
-        sample = static_cast<float>(normal(random));
-    }
-    return samples;
 }
 
 /// From 20 Hz to 20 kHz, or 0.45 of the sample rate, at a constant number of octaves a second.

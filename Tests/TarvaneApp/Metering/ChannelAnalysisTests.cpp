@@ -9,6 +9,7 @@
 #include "Core/RealtimeScope.h"
 #include "DSP/Kernels/VectorTarget.h"
 #include "Metering/ChannelProcessor.h"
+#include "Support/AllNear.h"
 #include "Support/RealtimeGuard.h"
 #include "Support/ScalarSpectrum.h"
 #include "Support/Signals.h"
@@ -21,6 +22,7 @@ using TarvaneKit::CalibrationProfile;
 using TarvaneKit::OctaveFraction;
 using TarvaneKit::TimeWeighting;
 using TarvaneKit::UUID;
+using TarvaneKit::Testing::allNear;
 using TarvaneKit::Testing::ScalarChannelAnalysis;
 using TarvaneKit::Testing::whiteNoise;
 using TarvaneTests::sine;
@@ -45,15 +47,6 @@ CalibrationProfile withMicrophoneFile(double offsetDB) {
     profile.micCalFile =
         TarvaneKit::MicCalFile::parse("20 -1.5\n1000 0.0\n5000 0.7\n10000 2.5\n20000 -4.0\n");
     return profile;
-}
-
-double largestDifference(std::span<const double> a, std::span<const double> b) {
-    EXPECT_EQ(a.size(), b.size());
-    double largest = 0.0;
-    for (std::size_t i = 0; i < std::min(a.size(), b.size()); ++i) {
-        largest = std::max(largest, std::abs(a[i] - b[i]));
-    }
-    return largest;
 }
 
 // A channel whose ticks are driven by hand: feeds, advances the time, analyzes.
@@ -294,8 +287,7 @@ TEST(ChannelAnalysisTests, aPauseCountsAsNoTime) {
     Channel unpaused;
     unpaused.tickOn(noise);
     unpaused.feed(silence);
-    EXPECT_LT(largestDifference(frame.rta->bandLevelsDB, unpaused.tick().rta->bandLevelsDB),
-              clockStepDB);
+    EXPECT_TRUE(allNear(frame.rta->bandLevelsDB, unpaused.tick().rta->bandLevelsDB, clockStepDB));
     EXPECT_EQ(frame.spectrogramRows.size(), 1U);
 }
 
@@ -524,16 +516,12 @@ TEST_P(ChannelAnalysisAgainstPlainReading, everyArrayIsTheSame) {
                                                  .octaveNormalized = with.octaveNormalized,
                                                  .elapsedSeconds = elapsed},
                                                 left, with.isStereo ? right : std::vector<float>{});
-            EXPECT_LT(largestDifference(frame.rta->bandLevelsDB, expected.bandLevelsDB), 1e-8);
-            EXPECT_LT(largestDifference(frame.rta->bandPeakHoldDB, expected.bandPeakHoldDB), 1e-8);
-            EXPECT_LT(largestDifference(frame.rta->lineSpectrumDB, expected.lineSpectrumDB), 1e-8);
-            EXPECT_LT(largestDifference(frame.rta->linePeakHoldDB, expected.linePeakHoldDB), 1e-8);
-            const auto& row = frame.spectrogramRows.back();
-            ASSERT_EQ(row.size(), expected.spectrogramRow.size());
-            for (std::size_t i = 0; i < row.size(); ++i) {
-                // A step of 32 bits at 180 dB.
-                ASSERT_NEAR(row[i], expected.spectrogramRow[i], 1.6e-5) << i;
-            }
+            EXPECT_TRUE(allNear(frame.rta->bandLevelsDB, expected.bandLevelsDB, 1e-8));
+            EXPECT_TRUE(allNear(frame.rta->bandPeakHoldDB, expected.bandPeakHoldDB, 1e-8));
+            EXPECT_TRUE(allNear(frame.rta->lineSpectrumDB, expected.lineSpectrumDB, 1e-8));
+            EXPECT_TRUE(allNear(frame.rta->linePeakHoldDB, expected.linePeakHoldDB, 1e-8));
+            // To a step of 32 bits at 180 dB.
+            ASSERT_TRUE(allNear(frame.spectrogramRows.back(), expected.spectrogramRow, 1.6e-5));
         }
     }
 }

@@ -34,7 +34,7 @@ TEST(KWeightingFilter, processIsTheTransposedDirectFormSampleBySample) {
     for (const double rate : rates) {
         KWeightingFilter filter(rate);
         ScalarKWeighting plain(rate);
-        for (const float sample : noise(20000, 0.3, 5)) {
+        for (const float sample : whiteNoise(20000, 0.3, 5)) {
             const double x = static_cast<double>(sample);
             // The direct form's own rounding grows with the inverse square of the high-pass's
             // distance from z = 1.
@@ -58,7 +58,7 @@ TARVANE_ON_EACH_VECTOR_TARGET(KWeightingOnTargets);
 TEST_P(KWeightingOnTargets, anEmptyRunGivesZeroAndLeavesTheStateAlone) {
     KWeightingFilter a(48000);
     KWeightingFilter b(48000);
-    const Samples samples = noise(100, 0.3, 1);
+    const Samples samples = whiteNoise(100, 0.3, 1);
     a.sumOfSquares(samples);
     b.sumOfSquares(samples);
     EXPECT_EQ(a.sumOfSquares({}), 0.0);
@@ -79,7 +79,7 @@ TEST_P(KWeightingOnTargets, anOffsetDecaysToNothing) {
 
 TEST_P(KWeightingOnTargets, resetForgetsTheSamplesBefore) {
     KWeightingFilter filter(48000);
-    const Samples samples = noise(500, 0.3, 2);
+    const Samples samples = whiteNoise(500, 0.3, 2);
     const double first = filter.sumOfSquares(samples);
     filter.sumOfSquares(samples);
     filter.reset();
@@ -88,7 +88,7 @@ TEST_P(KWeightingOnTargets, resetForgetsTheSamplesBefore) {
 
 TEST_P(KWeightingOnTargets, anyBlockSizeSumsWhatThePlainFilterSums) {
     for (const double rate : rates) {
-        const Samples samples = noise(30000, 0.3, 3);
+        const Samples samples = whiteNoise(30000, 0.3, 3);
         for (const int size :
              {1, 2, 3, 7, 16, 47, 48, 49, 64, 235, 256, 512, 1000, 1024, 4096, 8192}) {
             KWeightingFilter filter(rate);
@@ -113,7 +113,7 @@ TEST_P(KWeightingOnTargets, anyBlockSizeSumsWhatThePlainFilterSums) {
 TEST_P(KWeightingOnTargets, processAndSumOfSquaresShareOneState) {
     KWeightingFilter mixed(48000);
     KWeightingFilter single(48000);
-    const Samples samples = noise(1000, 0.3, 4);
+    const Samples samples = whiteNoise(1000, 0.3, 4);
     for (int round = 0; round < 10; ++round) {
         const double sum = mixed.sumOfSquares(samples);
         double expected = 0.0;

@@ -6,6 +6,7 @@
 
 #include "Core/RealtimeScope.h"
 #include "DSP/FFTAnalyzer.h"
+#include "Support/AllNear.h"
 #include "Support/EachVectorTarget.h"
 #include "Support/RealtimeGuard.h"
 #include "Support/ScalarSpectrum.h"
@@ -14,6 +15,7 @@
 namespace TarvaneKit {
 namespace {
 
+using Testing::allNear;
 using Testing::plainBandLevels;
 using Testing::roughSpectrum;
 using Testing::sineOfCycles;
@@ -34,10 +36,7 @@ TEST_P(OctaveBandLevels, areThoseOfAWalkOverTheBins) {
                 const auto magnitudes = roughSpectrum(fftSize / 2);
                 const auto levels = analyzer.bandLevels(magnitudes);
                 const auto expected = plainBandLevels(analyzer.bands(), fftSize, rate, magnitudes);
-                ASSERT_EQ(levels.size(), expected.size());
-                for (std::size_t i = 0; i < levels.size(); ++i) {
-                    ASSERT_NEAR(levels[i], expected[i], 1e-9) << label(fraction) << " " << i;
-                }
+                ASSERT_TRUE(allNear(levels, expected, 1e-9)) << label(fraction);
             }
         }
     }
@@ -57,9 +56,7 @@ TEST_P(OctaveBandLevels, ofASpectrumOfAnyLengthAreThoseOfAWalkOverTheBins) {
             const auto magnitudes = roughSpectrum(count);
             const auto levels = analyzer.bandLevels(magnitudes);
             const auto expected = plainBandLevels(analyzer.bands(), 4096, 48000.0, magnitudes);
-            for (std::size_t i = 0; i < levels.size(); ++i) {
-                ASSERT_NEAR(levels[i], expected[i], 1e-9) << count << " " << i;
-            }
+            ASSERT_TRUE(allNear(levels, expected, 1e-9)) << count;
         }
     }
 }
@@ -143,9 +140,7 @@ TEST_P(OctaveBandLevels, ofTablesOfAnyShapeAreThoseOfAWalkOverTheBins) {
     const auto magnitudes = roughSpectrum(2048, 3);
     const auto levels = analyzer.bandLevels(magnitudes);
     const auto expected = plainBandLevels(bands, 4096, 48000.0, magnitudes);
-    for (std::size_t i = 0; i < levels.size(); ++i) {
-        EXPECT_NEAR(levels[i], expected[i], 1e-9) << i;
-    }
+    EXPECT_TRUE(allNear(levels, expected, 1e-9));
     EXPECT_TRUE(OctaveBandAnalyzer({}, 4096, 48000.0).bandLevels(magnitudes).empty());
 }
 

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "Support/AllNear.h"
 #include "Support/EachVectorTarget.h"
 #include "Support/ScalarSpectrum.h"
 #include "Support/Signals.h"
@@ -20,9 +21,7 @@ TEST_P(OctaveNormalization, isThePlainReadingOfItsFormula) {
             std::vector<double> normalized(levels.size());
             octaveNormalized(levels, 4096, rate, normalized);
             const auto expected = Testing::plainOctaveNormalized(levels, 4096, rate);
-            for (std::size_t i = 0; i < levels.size(); ++i) {
-                ASSERT_NEAR(normalized[i], expected[i], 1e-12) << rate << " " << i;
-            }
+            ASSERT_TRUE(Testing::allNear(normalized, expected, 1e-12)) << rate;
         }
     }
 }

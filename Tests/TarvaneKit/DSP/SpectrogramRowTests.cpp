@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Support/AllNear.h"
 #include "Support/EachVectorTarget.h"
 #include "Support/ScalarSpectrum.h"
 #include "Support/Signals.h"
@@ -12,6 +13,7 @@
 namespace TarvaneKit {
 namespace {
 
+using Testing::allNear;
 using Testing::plainSpectrogramRow;
 using Testing::roughLevels;
 
@@ -49,9 +51,7 @@ TEST_P(SpectrogramRow, isThePlainReadingOfItsFormula) {
             const auto result = row(levels, spectrogramFrequencies(), rate, 2 * lineCount);
             const auto expected =
                 plainSpectrogramRow(levels, spectrogramFrequencies(), rate, 2 * lineCount);
-            for (std::size_t i = 0; i < result.size(); ++i) {
-                ASSERT_NEAR(result[i], expected[i], floatStep) << rate << " " << lineCount;
-            }
+            ASSERT_TRUE(allNear(result, expected, floatStep)) << rate << " " << lineCount;
         }
     }
 }
@@ -85,9 +85,7 @@ TEST_P(SpectrogramRow, comesOutTheSameFromTheLinesThatItReads) {
             columns.row(readLevels, result);
             const auto expected =
                 plainSpectrogramRow(levels, spectrogramFrequencies(), rate, fftSize);
-            for (std::size_t i = 0; i < result.size(); ++i) {
-                ASSERT_NEAR(result[i], expected[i], floatStep) << rate << " " << fftSize;
-            }
+            ASSERT_TRUE(allNear(result, expected, floatStep)) << rate << " " << fftSize;
         }
     }
 }

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "Core/RealtimeScope.h"
+#include "Support/AllNear.h"
 #include "Support/EachVectorTarget.h"
 #include "Support/RealtimeGuard.h"
 #include "Support/ScalarSpectrum.h"
@@ -39,9 +40,7 @@ TEST_P(SpectrumSmoothing, isThePlainReadingOfItsFormulas) {
                 const double elapsed = frame % 5 == 4 ? 0.4 : 1.0 / 60.0;
                 const auto smoothed = smooth(levels, timeWeighting, elapsed);
                 const auto expected = plainSmoothedLevels(levels, plain, timeWeighting, elapsed);
-                for (std::size_t i = 0; i < levels.size(); ++i) {
-                    ASSERT_NEAR(smoothed[i], expected[i], 1e-9) << rawValue(timeWeighting);
-                }
+                ASSERT_TRUE(Testing::allNear(smoothed, expected, 1e-9)) << rawValue(timeWeighting);
             }
         }
     }

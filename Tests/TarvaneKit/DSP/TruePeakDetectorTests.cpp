@@ -82,7 +82,7 @@ TARVANE_ON_EACH_VECTOR_TARGET(TruePeakOnTargets);
 TEST_P(TruePeakOnTargets, anEmptyBlockReadsZeroAndChangesNothing) {
     TruePeakDetector a(48000, 24);
     TruePeakDetector b(48000, 24);
-    const Samples samples = noise(100, 0.3, 1);
+    const Samples samples = whiteNoise(100, 0.3, 1);
     EXPECT_EQ(a.processBlock(samples), b.processBlock(samples));
     EXPECT_EQ(a.processBlock({}), 0.0);
     EXPECT_EQ(a.maxLinear(), b.maxLinear());
@@ -157,7 +157,7 @@ TEST_P(TruePeakOnTargets, resetMaxKeepsTheHistory) {
 TEST_P(TruePeakOnTargets, oneSampleAtATimeReadsAsABlock) {
     TruePeakDetector single(48000, 24);
     TruePeakDetector block(48000, 24);
-    const Samples samples = noise(2000, 0.3, 7);
+    const Samples samples = whiteNoise(2000, 0.3, 7);
     for (const float sample : samples) {
         single.process(static_cast<double>(sample));
     }
@@ -193,7 +193,7 @@ void expectThePlainReading(std::span<const float> samples, double rate, int taps
 
 std::vector<Samples> difficultSignals() {
     std::vector<Samples> signals;
-    signals.push_back(noise(6000, 0.2, 11));
+    signals.push_back(whiteNoise(6000, 0.2, 11));
     signals.push_back(sweep(48000, 1.0, 0.2));
     signals.push_back(speechLike(48000, 0.2, 3));
     for (const double phase : {0.0, 22.5, 45.0}) {  // where every value is as large as the last
@@ -213,7 +213,7 @@ std::vector<Samples> difficultSignals() {
     }
     signals.push_back(impulses);
     // Loud, then fading through the smallest numbers into silence.
-    Samples fading = noise(6000, 1.0, 12);
+    Samples fading = whiteNoise(6000, 1.0, 12);
     for (std::size_t i = 0; i < fading.size(); ++i) {
         fading[i] *= static_cast<float>(std::pow(10.0, -static_cast<double>(i) / 120.0));
     }
@@ -227,7 +227,7 @@ std::vector<Samples> difficultSignals() {
         }
     }
     signals.push_back(units);
-    Samples huge = noise(2000, 0.2, 13);
+    Samples huge = whiteNoise(2000, 0.2, 13);
     for (float& sample : huge) {
         sample *= 1e38F;
     }
@@ -253,7 +253,7 @@ TEST_P(TruePeakOnTargets, everyBlockReadsBitForBitWhatThePlainFormulaReads) {
 }
 
 TEST_P(TruePeakOnTargets, anyNumberOfTapsWorks) {
-    const Samples samples = noise(4000, 0.3, 21);
+    const Samples samples = whiteNoise(4000, 0.3, 21);
     for (const int taps : {1, 2, 3, 8, 12, 25, 32, 33, 34, 64, 127, 128}) {
         for (const double rate : {48000.0, 96000.0}) {
             expectThePlainReading(samples, rate, taps, 512);
@@ -269,8 +269,8 @@ TEST_P(TruePeakOnTargets, manyRandomProgrammesReadAsThePlainFormulaDoes) {
         std::uniform_real_distribution<double> decibels(-90.0, 0.0);
         Samples samples;
         for (int part = 0; part < 5; ++part) {
-            append(samples, noise(length(random), std::pow(10.0, decibels(random) / 20),
-                                  static_cast<unsigned>(random())));
+            append(samples, whiteNoise(length(random), std::pow(10.0, decibels(random) / 20),
+                                       static_cast<unsigned>(random())));
         }
         expectThePlainReading(samples, 48000, 24, 1 + static_cast<int>(random() % 8192));
     }
@@ -278,10 +278,10 @@ TEST_P(TruePeakOnTargets, manyRandomProgrammesReadAsThePlainFormulaDoes) {
 
 TEST_P(TruePeakOnTargets, aDetectorTakenBackReadsTheSameAgain) {
     TruePeakDetector detector(48000, 24);
-    const Samples samples = noise(600, 0.3, 31);
+    const Samples samples = whiteNoise(600, 0.3, 31);
     detector.processBlock(samples);
     const Samples past(detector.history().begin(), detector.history().end());
-    const Samples block = noise(100, 0.1, 32);
+    const Samples block = whiteNoise(100, 0.1, 32);
     const double first = detector.processBlock(block);
     EXPECT_NE(detector.processBlock(block), first);
     detector.setHistory(past);

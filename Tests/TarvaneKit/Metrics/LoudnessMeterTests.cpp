@@ -187,8 +187,8 @@ TEST(LoudnessMeter, blocksAboveTheLastBinCountInFull) {
 TEST(LoudnessMeter, theShortestChannelCutsTheOthers) {
     LoudnessMeter meter(48000, {1.0, 1.0});
     LoudnessMeter cut(48000, {1.0, 1.0});
-    const Samples a = noise(48000, 0.1, 1);
-    const Samples b = noise(48000, 0.1, 2);
+    const Samples a = whiteNoise(48000, 0.1, 1);
+    const Samples b = whiteNoise(48000, 0.1, 2);
     for (std::size_t i = 0; i + 1000 <= 48000; i += 1000) {
         const std::array<std::span<const float>, 2> uneven{std::span(a).subspan(i, 1000),
                                                            std::span(b).subspan(i, 700)};
@@ -203,7 +203,7 @@ TEST(LoudnessMeter, theShortestChannelCutsTheOthers) {
 
 TEST(LoudnessMeter, nothingToMeasureChangesNothing) {
     LoudnessMeter meter(48000, {1.0, 1.0});
-    const Samples samples = noise(30000, 0.1, 1);
+    const Samples samples = whiteNoise(30000, 0.1, 1);
     play(meter, samples, samples);
     const LoudnessReadings before = meter.readings();
     meter.process({});
@@ -216,8 +216,8 @@ TEST(LoudnessMeter, channelsBeyondTheWeightsAreDroppedAndMissingOnesAdd) {
     LoudnessMeter mono(48000, {1.0});
     LoudnessMeter stereo(48000, {1.0, 1.0});
     LoudnessMeter reference(48000, {1.0});
-    const Samples a = noise(48000, 0.1, 1);
-    const Samples b = noise(48000, 0.5, 2);
+    const Samples a = whiteNoise(48000, 0.1, 1);
+    const Samples b = whiteNoise(48000, 0.5, 2);
     play(mono, a, b);
     play(stereo, a);
     play(reference, a);
@@ -275,7 +275,7 @@ void expectEqual(const LoudnessReadings& actual, const LoudnessReadings& expecte
 TEST_P(LoudnessOnTargets, readsWhatThePlainFormulasReadInBlocksOfAnySize) {
     for (const double rate : {8000.0, 44100.0, 48000.0, 96000.0, 192000.0, 384000.0}) {
         const Samples left = speechLike(rate, 5, 1);
-        const Samples right = noise(static_cast<int>(left.size()), 0.05, 2);
+        const Samples right = whiteNoise(static_cast<int>(left.size()), 0.05, 2);
         ScalarLoudnessMeter plain(rate, {1.0, 1.0});
         play(plain, left, right, 8192);
         for (const int size : {1, 64, 235, 256, 512, 1023, 8192}) {
@@ -298,10 +298,10 @@ TEST_P(LoudnessOnTargets, readsWhatThePlainFormulasReadAcrossResetsAndLevels) {
         ScalarLoudnessMeter plain(48000, {1.0, 1.0});
         for (int part = 0; part < 12; ++part) {
             const int count = static_cast<int>(random() % 60000) + 1;
-            const Samples left = noise(count, std::pow(10.0, decibels(random) / 20),
-                                       static_cast<unsigned>(random()));
-            const Samples right = noise(count, std::pow(10.0, decibels(random) / 20),
-                                        static_cast<unsigned>(random()));
+            const Samples left = whiteNoise(count, std::pow(10.0, decibels(random) / 20),
+                                            static_cast<unsigned>(random()));
+            const Samples right = whiteNoise(count, std::pow(10.0, decibels(random) / 20),
+                                             static_cast<unsigned>(random()));
             const int size = static_cast<int>(random() % 8192) + 1;
             play(meter, left, right, size);
             play(plain, left, right, size);
@@ -319,8 +319,8 @@ TEST_P(LoudnessOnTargets, fullScaleSilenceAndTheSmallestNumbersReadAsPlain) {
     Samples signal = sine(48000, 12000, 1.0, 1, 45);
     append(signal, Samples(48000, 1.0F));
     append(signal, silence(48000, 0.5));
-    append(signal, noise(24000, 1e-20, 3));
-    append(signal, noise(24000, 1e-39, 3));
+    append(signal, whiteNoise(24000, 1e-20, 3));
+    append(signal, whiteNoise(24000, 1e-39, 3));
     append(signal, silence(48000, 1));
     append(signal, sine(48000, 997, 1.0, 1));
     for (const bool flushes : {false, true}) {

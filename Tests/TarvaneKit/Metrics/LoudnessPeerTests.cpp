@@ -121,7 +121,7 @@ INSTANTIATE_TEST_SUITE_P(, LoudnessBesideAPeer,
 
 TEST_P(LoudnessBesideAPeer, onNoise) {
     const int count = static_cast<int>(8 * rate);
-    compare(rate, noise(count, 0.1, 1), noise(count, 0.05, 2), fullBand);
+    compare(rate, whiteNoise(count, 0.1, 1), whiteNoise(count, 0.05, 2), fullBand);
 }
 
 TEST_P(LoudnessBesideAPeer, onTones) {
@@ -147,8 +147,8 @@ TEST_P(LoudnessBesideAPeer, onLevelsOnEitherSideOfTheGates) {
     unsigned seed = 10;
     for (const double peakDB : {-20.0, -75.0, -33.0, -20.0, -45.0, -28.0, -80.0}) {
         const int count = static_cast<int>(4 * rate);
-        append(left, noise(count, std::pow(10.0, peakDB / 20), ++seed));
-        append(right, noise(count, std::pow(10.0, peakDB / 20), ++seed));
+        append(left, whiteNoise(count, std::pow(10.0, peakDB / 20), ++seed));
+        append(right, whiteNoise(count, std::pow(10.0, peakDB / 20), ++seed));
     }
     compare(rate, left, right, fullBand, Range::leftOut);
 }
