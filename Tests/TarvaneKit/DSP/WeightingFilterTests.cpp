@@ -52,6 +52,9 @@ TEST(WeightingFilter, sectionsStandInTheirOrder) {
         const double sign = i < 4 ? -1.0 : 1.0;
         EXPECT_EQ(a.sections()[i].b1, sign * a.sections()[i].b0);
     }
+    for (const double corner : {f1, f2, f3, f4}) {
+        EXPECT_NEAR(WeightingFilter::pole(corner, 48000.0), -pole(corner), 1e-12);
+    }
     for (std::size_t i = 0; i < 4; ++i) {
         EXPECT_NEAR(c.sections()[i].a1, pole(cornersC[i]), 1e-12);
         const double sign = i < 2 ? -1.0 : 1.0;
