@@ -1,11 +1,10 @@
 #include "DSP/KWeightingFilter.h"
 
 #include <cmath>
-#include <map>
-#include <mutex>
 #include <numbers>
 
 #include "Core/Contract.h"
+#include "Core/SharedTables.h"
 
 namespace TarvaneKit {
 
@@ -42,16 +41,9 @@ Biquad designHighPass(double sampleRate) {
 // The tables hold 20 KB and depend on the rate alone, so all channels of a rate share them.
 std::shared_ptr<const KWeightingTables> sharedTables(const Biquad& shelf, const Biquad& highPass,
                                                      double sampleRate) {
-    static std::mutex lock;
-    static std::map<double, std::weak_ptr<const KWeightingTables>> tablesByRate;
-    const std::lock_guard guard(lock);
-    auto& entry = tablesByRate[sampleRate];
-    auto tables = entry.lock();
-    if (!tables) {
-        tables = std::make_shared<const KWeightingTables>(shelf, highPass);
-        entry = tables;
-    }
-    return tables;
+    static SharedTables<double, KWeightingTables> tables;
+    return tables.get(sampleRate,
+                      [&] { return std::make_shared<const KWeightingTables>(shelf, highPass); });
 }
 
 }  // namespace

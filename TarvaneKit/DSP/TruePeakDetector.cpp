@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <map>
-#include <mutex>
 #include <numbers>
 #include <utility>
 
 #include "Core/Contract.h"
+#include "Core/SharedTables.h"
 
 namespace TarvaneKit {
 
@@ -69,16 +68,10 @@ std::vector<double> interpolator(int factor, int taps) {
 }
 
 std::shared_ptr<const TruePeakTable> sharedTable(int factor, int taps) {
-    static std::mutex lock;
-    static std::map<std::pair<int, int>, std::weak_ptr<const TruePeakTable>> tables;
-    const std::lock_guard guard(lock);
-    auto& entry = tables[{factor, taps}];
-    auto table = entry.lock();
-    if (!table) {
-        table = std::make_shared<const TruePeakTable>(factor, taps, interpolator(factor, taps));
-        entry = table;
-    }
-    return table;
+    static SharedTables<std::pair<int, int>, TruePeakTable> tables;
+    return tables.get({factor, taps}, [&] {
+        return std::make_shared<const TruePeakTable>(factor, taps, interpolator(factor, taps));
+    });
 }
 
 }  // namespace

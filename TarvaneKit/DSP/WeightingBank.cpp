@@ -1,9 +1,8 @@
 #include "DSP/WeightingBank.h"
 
 #include <cmath>
-#include <map>
-#include <mutex>
 
+#include "Core/SharedTables.h"
 #include "DSP/WeightingFilter.h"
 
 namespace TarvaneKit {
@@ -31,16 +30,9 @@ double scaleOf(const WeightingFilter& filter) {
 
 // The tables hold 60 KB and depend on the rate alone, so all channels of a rate share them.
 std::shared_ptr<const WeightingTables> sharedTables(double sampleRate) {
-    static std::mutex lock;
-    static std::map<double, std::weak_ptr<const WeightingTables>> tablesByRate;
-    const std::lock_guard guard(lock);
-    auto& entry = tablesByRate[sampleRate];
-    auto tables = entry.lock();
-    if (!tables) {
-        tables = std::make_shared<const WeightingTables>(polesAt(sampleRate));
-        entry = tables;
-    }
-    return tables;
+    static SharedTables<double, WeightingTables> tables;
+    return tables.get(sampleRate,
+                      [&] { return std::make_shared<const WeightingTables>(polesAt(sampleRate)); });
 }
 
 }  // namespace
