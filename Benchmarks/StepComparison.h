@@ -1,6 +1,6 @@
 // One step of a tick on every instruction set of this machine, set beside the plain reading of its
-// formula and, as a peer, beside the analyzer's own transform of 4096 points: what a step may cost
-// is told by what cannot be done without.
+// formula and, as a peer, beside the analyzer's own transform of 4096 points, which no analysis can
+// do without and which so sets what a step may cost.
 #pragma once
 
 #include <string>
