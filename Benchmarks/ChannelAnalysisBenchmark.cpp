@@ -8,7 +8,6 @@
 #include <malloc.h>
 
 #include <memory>
-#include <span>
 #include <string>
 #include <vector>
 

@@ -11,7 +11,6 @@
 #include <ctime>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace TarvaneBenchmarks {
 

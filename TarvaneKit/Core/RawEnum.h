@@ -11,7 +11,6 @@
 #pragma once
 
 #include <array>
-#include <concepts>
 #include <optional>
 #include <string_view>
 #include <type_traits>

@@ -18,8 +18,6 @@ class PeakDetector {
     explicit PeakDetector(double sampleRate, double windowSeconds = defaultWindowSeconds);
 
     int segmentLength() const { return segmentLength_; }
-    /// Absolute sample values, 0 where nothing has been seen.
-    std::span<const double, segmentCount> segmentMaxima() const { return segmentMaxima_; }
     int currentSegment() const { return currentSegment_; }
     int samplesInCurrentSegment() const { return samplesInCurrentSegment_; }
     /// At least 1.

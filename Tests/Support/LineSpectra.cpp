@@ -1,7 +1,6 @@
 #include "Support/LineSpectra.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <complex>
 #include <numbers>

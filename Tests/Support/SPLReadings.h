@@ -1,7 +1,6 @@
 // The names of the sound level meter's readings, and calibrations of a known offset.
 #pragma once
 
-#include <string>
 #include <vector>
 
 #include "Calibration/CalibrationProfile.h"

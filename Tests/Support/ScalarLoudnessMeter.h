@@ -3,7 +3,6 @@
 // the record of its readings.
 #pragma once
 
-#include <array>
 #include <optional>
 #include <span>
 #include <vector>

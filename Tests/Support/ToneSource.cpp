@@ -14,12 +14,10 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <memory>
 #include <numbers>
 #include <random>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace {
