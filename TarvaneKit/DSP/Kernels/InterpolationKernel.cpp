@@ -110,19 +110,17 @@ void interpolateAt(std::span<const double> values, std::span<const double> frequ
         std::ranges::fill(out, static_cast<float>(values[0]));
         return;
     }
-    constexpr std::size_t runLength = 256;
+    constexpr int runLength = 256;
     std::array<std::int32_t, runLength> indexes;
     std::array<double, runLength> fractions;
     const double lastIndex = static_cast<double>(values.size()) - 1.0;
-    while (!out.empty()) {
-        const std::size_t length = std::min(out.size(), runLength);
+    const int count = static_cast<int>(out.size());
+    for (int done = 0; done < count; done += runLength) {
+        const int length = std::min(count - done, runLength);
         HWY_DYNAMIC_DISPATCH(placesOnTarget)
-        (frequencies.data(), scale, lastIndex, indexes.data(), fractions.data(),
-         static_cast<int>(length));
-        interpolate(values, std::span(indexes).first(length), std::span(fractions).first(length),
-                    out.first(length));
-        frequencies = frequencies.subspan(length);
-        out = out.subspan(length);
+        (frequencies.data() + done, scale, lastIndex, indexes.data(), fractions.data(), length);
+        HWY_DYNAMIC_DISPATCH(interpolateOnTarget)
+        (values.data(), indexes.data(), fractions.data(), out.data() + done, length);
     }
 }
 
