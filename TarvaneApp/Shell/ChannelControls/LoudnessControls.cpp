@@ -6,7 +6,7 @@
 #include "Displays/RawText.h"
 #include "Displays/Readouts/ReadoutText.h"
 #include "Displays/Theme.h"
-#include "Engine/MeterEngine.h"
+#include "Engine/MeterSettings.h"
 #include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/MenuButton.h"
@@ -22,9 +22,9 @@ constexpr int readoutWidth = 110;
 
 }  // namespace
 
-LoudnessControls::LoudnessControls(MeterEngine& engine, QWidget* parent)
+LoudnessControls::LoudnessControls(MeterSettings& settings, QWidget* parent)
     : QWidget(parent),
-      engine_(engine),
+      settings_(settings),
       label_(
           makeTextLabel(QStringLiteral("Loudness"), Theme::Text::caption, Theme::axisText, this)),
       readout_(new MenuButton(QStringLiteral("Loudness"), this)),
@@ -38,8 +38,8 @@ LoudnessControls::LoudnessControls(MeterEngine& engine, QWidget* parent)
     target_->letShrink();
     target_->setToolTip(QStringLiteral("Edit targets in Preferences > Loudness"));
     row->addWidget(target_);
-    follow(engine.loudnessReadout, this, [this] { showReadout(); });
-    follow(engine.loudnessTarget, this, [this] { showTarget(); });
+    follow(settings.loudnessReadout, this, [this] { showReadout(); });
+    follow(settings.loudnessTarget, this, [this] { showTarget(); });
 }
 
 void LoudnessControls::setNarrow(bool narrow) {
@@ -53,8 +53,8 @@ int LoudnessControls::ordinaryWidth() const {
 
 void LoudnessControls::showReadout() {
     readout_->setItems(EnumChoice<LoudnessMetric>::items(
-        engine_.loudnessReadout(),
-        [this](LoudnessMetric metric) { engine_.loudnessReadout.set(metric); }, shortLabel));
+        settings_.loudnessReadout(),
+        [this](LoudnessMetric metric) { settings_.loudnessReadout.set(metric); }, shortLabel));
 }
 
 // A custom target is listed while it is set; choosing it changes nothing.
@@ -62,12 +62,12 @@ void LoudnessControls::showTarget() {
     std::vector<MenuButton::Item> items;
     for (const LoudnessTarget& preset : LoudnessTarget::presets()) {
         items.push_back({.text = utf8Text(preset.name),
-                         .isCurrent = preset == engine_.loudnessTarget(),
-                         .action = [this, &preset] { engine_.loudnessTarget.set(preset); },
+                         .isCurrent = preset == settings_.loudnessTarget(),
+                         .action = [this, &preset] { settings_.loudnessTarget.set(preset); },
                          .dot = std::nullopt});
     }
-    if (engine_.loudnessTarget().isCustom()) {
-        items.push_back({.text = utf8Text(engine_.loudnessTarget().menuName()),
+    if (settings_.loudnessTarget().isCustom()) {
+        items.push_back({.text = utf8Text(settings_.loudnessTarget().menuName()),
                          .isCurrent = true,
                          .action = [] {},
                          .dot = std::nullopt});

@@ -9,12 +9,12 @@ class QLabel;
 namespace TarvaneApp {
 
 class MenuButton;
-class MeterEngine;
+class MeterSettings;
 
 class LoudnessControls final : public QWidget {
     Q_OBJECT
   public:
-    explicit LoudnessControls(MeterEngine& engine, QWidget* parent = nullptr);
+    explicit LoudnessControls(MeterSettings& settings, QWidget* parent = nullptr);
 
     /// Without the label, for a window that has no room for it.
     void setNarrow(bool narrow);
@@ -25,7 +25,7 @@ class LoudnessControls final : public QWidget {
     void showReadout();
     void showTarget();
 
-    MeterEngine& engine_;
+    MeterSettings& settings_;
     QLabel* label_;
     MenuButton* readout_;
     MenuButton* target_;

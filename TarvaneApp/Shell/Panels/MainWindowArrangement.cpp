@@ -1,40 +1,40 @@
 #include "Shell/Panels/MainWindowArrangement.h"
 
-#include "Engine/MeterEngine.h"
+#include "Engine/MeterSettings.h"
 #include "Settings/Observable.h"
 
 namespace TarvaneApp {
 
-MainWindowArrangement::MainWindowArrangement(MeterEngine& engine, QObject* parent)
-    : ModuleArrangementLink(parent), engine_(engine) {
+MainWindowArrangement::MainWindowArrangement(MeterSettings& settings, QObject* parent)
+    : ModuleArrangementLink(parent), settings_(settings) {
     followAll(
-        this, [this] { Q_EMIT changed(); }, engine.splMeterPlacement, engine.rtaPlacement,
-        engine.spectrogramPlacement, engine.levelHistoryPlacement, engine.graphOrientation,
-        engine.graphOrder, engine.levelHistoryPosition, engine.panelLayout,
-        engine.panelSplitFraction);
+        this, [this] { Q_EMIT changed(); }, settings.splMeterPlacement, settings.rtaPlacement,
+        settings.spectrogramPlacement, settings.levelHistoryPlacement, settings.graphOrientation,
+        settings.graphOrder, settings.levelHistoryPosition, settings.panelLayout,
+        settings.panelSplitFraction);
 }
 
 ModuleArrangement MainWindowArrangement::arrangement() const {
     const auto isHere = [](const Setting<ModulePlacement>& placement) {
         return placement() == ModulePlacement::mainWindow;
     };
-    return {.showsSPLMeter = isHere(engine_.splMeterPlacement),
-            .showsRTA = isHere(engine_.rtaPlacement),
-            .showsSpectrogram = isHere(engine_.spectrogramPlacement),
-            .showsLevelHistory = isHere(engine_.levelHistoryPlacement),
-            .graphOrientation = engine_.graphOrientation(),
-            .graphOrder = engine_.graphOrder(),
-            .levelHistoryPosition = engine_.levelHistoryPosition(),
-            .panelLayout = engine_.panelLayout(),
-            .splitFraction = engine_.panelSplitFraction()};
+    return {.showsSPLMeter = isHere(settings_.splMeterPlacement),
+            .showsRTA = isHere(settings_.rtaPlacement),
+            .showsSpectrogram = isHere(settings_.spectrogramPlacement),
+            .showsLevelHistory = isHere(settings_.levelHistoryPlacement),
+            .graphOrientation = settings_.graphOrientation(),
+            .graphOrder = settings_.graphOrder(),
+            .levelHistoryPosition = settings_.levelHistoryPosition(),
+            .panelLayout = settings_.panelLayout(),
+            .splitFraction = settings_.panelSplitFraction()};
 }
 
 void MainWindowArrangement::setPanelLayout(PanelLayout layout) {
-    engine_.panelLayout.set(layout);
+    settings_.panelLayout.set(layout);
 }
 
 void MainWindowArrangement::setSplitFraction(double fraction) {
-    engine_.panelSplitFraction.set(fraction);
+    settings_.panelSplitFraction.set(fraction);
 }
 
 }  // namespace TarvaneApp

@@ -1,4 +1,4 @@
-// The main window's arrangement: the modules whose placement is there, arranged as the engine's
+// The main window's arrangement: the modules whose placement is there, arranged as the
 // settings say.
 #pragma once
 
@@ -6,19 +6,19 @@
 
 namespace TarvaneApp {
 
-class MeterEngine;
+class MeterSettings;
 
 class MainWindowArrangement final : public ModuleArrangementLink {
     Q_OBJECT
   public:
-    explicit MainWindowArrangement(MeterEngine& engine, QObject* parent = nullptr);
+    explicit MainWindowArrangement(MeterSettings& settings, QObject* parent = nullptr);
 
     ModuleArrangement arrangement() const override;
     void setPanelLayout(PanelLayout layout) override;
     void setSplitFraction(double fraction) override;
 
   private:
-    MeterEngine& engine_;
+    MeterSettings& settings_;
 };
 
 }  // namespace TarvaneApp

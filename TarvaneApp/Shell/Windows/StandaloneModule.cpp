@@ -1,6 +1,6 @@
 #include "Shell/Windows/StandaloneModule.h"
 
-#include "Engine/MeterEngine.h"
+#include "Engine/MeterSettings.h"
 
 namespace TarvaneApp {
 
@@ -18,19 +18,19 @@ const Traits& traits(StandaloneModule module) {
         Traits{.label = QStringLiteral("SPL Meter"),
                .sceneIdentifier = QStringLiteral("spl-meter"),
                .minimumSize = QSize(320, 200),
-               .placement = &MeterEngine::splMeterPlacement},
+               .placement = &MeterSettings::splMeterPlacement},
         Traits{.label = QStringLiteral("Real-Time Analyzer"),
                .sceneIdentifier = QStringLiteral("rta"),
                .minimumSize = QSize(480, 260),
-               .placement = &MeterEngine::rtaPlacement},
+               .placement = &MeterSettings::rtaPlacement},
         Traits{.label = QStringLiteral("Spectrogram"),
                .sceneIdentifier = QStringLiteral("spectrogram"),
                .minimumSize = QSize(480, 260),
-               .placement = &MeterEngine::spectrogramPlacement},
+               .placement = &MeterSettings::spectrogramPlacement},
         Traits{.label = QStringLiteral("Level History"),
                .sceneIdentifier = QStringLiteral("level-history"),
                .minimumSize = QSize(480, 200),
-               .placement = &MeterEngine::levelHistoryPlacement},
+               .placement = &MeterSettings::levelHistoryPlacement},
     };
     return all[static_cast<std::size_t>(module)];
 }
@@ -53,8 +53,8 @@ QSize minimumWindowSize(StandaloneModule module) {
     return traits(module).minimumSize;
 }
 
-Setting<ModulePlacement>& placement(MeterEngine& engine, StandaloneModule module) {
-    return engine.*traits(module).placement;
+Setting<ModulePlacement>& placement(MeterSettings& settings, StandaloneModule module) {
+    return settings.*traits(module).placement;
 }
 
 }  // namespace TarvaneApp

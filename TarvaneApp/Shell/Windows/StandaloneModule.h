@@ -1,5 +1,5 @@
 // The modules as windows of their own: what each window is called, how small it may be, and which
-// of the engine's placements it serves.
+// of the placements it serves.
 #pragma once
 
 #include <QSize>
@@ -10,7 +10,7 @@
 
 namespace TarvaneApp {
 
-class MeterEngine;
+class MeterSettings;
 template <class T>
 class Setting;
 
@@ -27,6 +27,6 @@ QString windowTitle(StandaloneModule module);
 /// The name that the window is opened by, and that window managers know it by.
 QString sceneIdentifier(StandaloneModule module);
 QSize minimumWindowSize(StandaloneModule module);
-Setting<ModulePlacement>& placement(MeterEngine& engine, StandaloneModule module);
+Setting<ModulePlacement>& placement(MeterSettings& settings, StandaloneModule module);
 
 }  // namespace TarvaneApp

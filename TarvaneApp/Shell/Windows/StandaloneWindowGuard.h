@@ -11,6 +11,8 @@
 
 namespace TarvaneApp {
 
+class MeterEngine;
+
 /// The visible window of that module, other than `besides`; null if there is none.
 QWidget* visibleStandaloneWindow(StandaloneModule module, const QWidget* besides = nullptr);
 

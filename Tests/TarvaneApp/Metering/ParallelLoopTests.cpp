@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 #include <set>
 #include <thread>
+#include <vector>
 
 namespace TarvaneApp {
 namespace {
@@ -28,6 +30,18 @@ std::set<std::thread::id> threadsOfLoopThatNeeds(int threads, ParallelLoop& loop
         }
     });
     return seen;
+}
+
+TEST(ParallelLoop, callsEachIterationOnceAndReturnsAfterTheLast) {
+    for (const int helpers : {0, 1, 3}) {
+        ParallelLoop loop(helpers);
+        for (int round = 0; round < 300; ++round) {
+            const int count = round % 17;
+            std::vector<int> calls(static_cast<std::size_t>(count));
+            loop.run(count, [&](int i) { ++calls[static_cast<std::size_t>(i)]; });
+            EXPECT_EQ(std::ranges::count(calls, 1), count);
+        }
+    }
 }
 
 TEST(ParallelLoop, ofTwoIterationsInvolvesTheCallerAndOneHelperOfFour) {

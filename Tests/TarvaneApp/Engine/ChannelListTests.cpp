@@ -116,9 +116,9 @@ TEST(ChannelDisplaySettings, onlyTheMetricsFieldsMakeTheMetricDiffer) {
     EXPECT_FALSE(differs([](auto& d) { d.octaveNormalized = false; }));
 }
 
-class ChannelModelTests : public TarvaneTests::EngineFixture {};
+class ChannelListTests : public TarvaneTests::EngineFixture {};
 
-TEST_F(ChannelModelTests, theMainInputIsDescribedByTheEnginesFields) {
+TEST_F(ChannelListTests, theMainInputIsDescribedByTheEnginesFields) {
     engine->selectedDeviceUID.set("desk");
     engine->selectedChannelIndex.set(2);
     engine->calibration.set(calibrated(100.0));
@@ -137,7 +137,7 @@ TEST_F(ChannelModelTests, theMainInputIsDescribedByTheEnginesFields) {
     EXPECT_EQ(info.calibration, MeterEngine::uncalibrated());
 }
 
-TEST_F(ChannelModelTests, aDigitalChannelKeepsItsCalibrationOnRecordAndSetsItAside) {
+TEST_F(ChannelListTests, aDigitalChannelKeepsItsCalibrationOnRecordAndSetsItAside) {
     auto config = addChannel("B", "desk", 0);
     auto channels = engine->extraChannels();
     channels[0].calibration = calibrated(90.0);
@@ -150,7 +150,7 @@ TEST_F(ChannelModelTests, aDigitalChannelKeepsItsCalibrationOnRecordAndSetsItAsi
     EXPECT_EQ(engine->channelInfo(config.id)->calibration, calibrated(90.0));
 }
 
-TEST_F(ChannelModelTests, anUnknownChannelIsMadeForItsViewAndResolvesToTheMainInput) {
+TEST_F(ChannelListTests, anUnknownChannelIsMadeForItsViewAndResolvesToTheMainInput) {
     const UUID unknown = UUID::random();
     const MeterChannel& channel = engine->meterChannel(unknown);
     EXPECT_EQ(channel.id, unknown);
@@ -161,7 +161,7 @@ TEST_F(ChannelModelTests, anUnknownChannelIsMadeForItsViewAndResolvesToTheMainIn
     EXPECT_FALSE(engine->channelInfo(unknown));
 }
 
-TEST_F(ChannelModelTests, devicesHaveTheirDisplayNames) {
+TEST_F(ChannelListTests, devicesHaveTheirDisplayNames) {
     EXPECT_EQ(engine->deviceDisplayName(std::nullopt), "Default Input");
     EXPECT_EQ(engine->deviceDisplayName(TarvaneKit::systemOutputUID), "System Output");
     EXPECT_EQ(engine->deviceDisplayName("desk"), "Desk");
@@ -172,7 +172,7 @@ TEST_F(ChannelModelTests, devicesHaveTheirDisplayNames) {
     EXPECT_EQ(engine->selectedDeviceUID(), "desk");
 }
 
-TEST_F(ChannelModelTests, channelCountsFallBackToTheDefaultInput) {
+TEST_F(ChannelListTests, channelCountsFallBackToTheDefaultInput) {
     EXPECT_EQ(engine->channelCount(TarvaneKit::systemOutputUID), 2);
     EXPECT_EQ(engine->channelCount("desk"), 8);
     EXPECT_EQ(engine->channelCount(std::nullopt), 1);
@@ -183,7 +183,7 @@ TEST_F(ChannelModelTests, channelCountsFallBackToTheDefaultInput) {
     EXPECT_EQ(engine->channelCount(std::nullopt), 1);
 }
 
-TEST_F(ChannelModelTests, inputsAreDescribedInHumanNumbers) {
+TEST_F(ChannelListTests, inputsAreDescribedInHumanNumbers) {
     const auto describe = [&](const std::optional<std::string>& uid, int index,
                               std::optional<int> right = std::nullopt) {
         ChannelInfo info = engine->mainChannelInfo();
@@ -200,7 +200,7 @@ TEST_F(ChannelModelTests, inputsAreDescribedInHumanNumbers) {
     EXPECT_EQ(describe(TarvaneKit::systemOutputUID, 1), "System Output (right)");
 }
 
-TEST_F(ChannelModelTests, choosingTheSystemOutputMakesADigitalStereoPair) {
+TEST_F(ChannelListTests, choosingTheSystemOutputMakesADigitalStereoPair) {
     engine->selectedDeviceUID.set("desk");
     engine->selectedChannelIndex.set(5);
     engine->selectedDeviceUID.set(TarvaneKit::systemOutputUID);
@@ -210,7 +210,7 @@ TEST_F(ChannelModelTests, choosingTheSystemOutputMakesADigitalStereoPair) {
     EXPECT_TRUE(engine->mainInputIsDigital());
 }
 
-TEST_F(ChannelModelTests, aSmallerDeviceTakesInputsBackIntoItsRange) {
+TEST_F(ChannelListTests, aSmallerDeviceTakesInputsBackIntoItsRange) {
     engine->selectedDeviceUID.set("desk");
     engine->selectedChannelIndex.set(5);
     engine->mainInputIsStereo.set(true);
@@ -220,7 +220,7 @@ TEST_F(ChannelModelTests, aSmallerDeviceTakesInputsBackIntoItsRange) {
     EXPECT_FALSE(engine->mainInputIsStereo());
 }
 
-TEST_F(ChannelModelTests, virtualAndNetworkDevicesStartOutAsDigital) {
+TEST_F(ChannelListTests, virtualAndNetworkDevicesStartOutAsDigital) {
     EXPECT_FALSE(engine->isLikelyDigitalSource("mic"));
     EXPECT_FALSE(engine->isLikelyDigitalSource("gone"));
     EXPECT_FALSE(engine->isLikelyDigitalSource(std::nullopt));
@@ -236,7 +236,7 @@ TEST_F(ChannelModelTests, virtualAndNetworkDevicesStartOutAsDigital) {
     EXPECT_FALSE(engine->isLikelyDigitalSource(std::nullopt));
 }
 
-TEST_F(ChannelModelTests, aCalibrationReachesARunningChannelAtOnce) {
+TEST_F(ChannelListTests, aCalibrationReachesARunningChannelAtOnce) {
     start();
     engine->calibration.set(calibrated(100.0));
     audio.feed("", {TarvaneTests::sine(1000.0, 0.1, 4800)});

@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <algorithm>
 #include <atomic>
 #include <numeric>
 #include <thread>
 
 #include "Engine/MainThreadQueue.h"
-#include "Metering/ParallelLoop.h"
 
 namespace TarvaneApp {
 namespace {
@@ -47,18 +47,6 @@ TEST(MainThreadQueue, dropsWhatHasNotRunWhenItEnds) {
     }
     QCoreApplication::processEvents();
     EXPECT_FALSE(ran);
-}
-
-TEST(ParallelLoop, callsEachIterationOnceAndReturnsAfterTheLast) {
-    for (const int helpers : {0, 1, 3}) {
-        ParallelLoop loop(helpers);
-        for (int round = 0; round < 300; ++round) {
-            const int count = round % 17;
-            std::vector<int> calls(static_cast<std::size_t>(count));
-            loop.run(count, [&](int i) { ++calls[static_cast<std::size_t>(i)]; });
-            EXPECT_EQ(std::ranges::count(calls, 1), count);
-        }
-    }
 }
 
 }  // namespace

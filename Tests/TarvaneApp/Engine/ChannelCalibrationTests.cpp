@@ -15,7 +15,7 @@ constexpr const char* notRunning =
 constexpr const char* noSignal =
     "No signal detected — make sure the reference tone/calibrator is running.";
 
-class CalibrationTests : public TarvaneTests::EngineFixture {
+class ChannelCalibrationTests : public TarvaneTests::EngineFixture {
   protected:
     /// Two seconds of the calibrator's tone on every input of the source, 1 kHz at -20 dBFS: its
     /// level is 20 log10(0.1 / sqrt 2) = -23.01 dB in A, C and Z. Fast has settled to 1e-6 dB.
@@ -43,7 +43,7 @@ class CalibrationTests : public TarvaneTests::EngineFixture {
     const double toneDB = 20.0 * std::log10(0.1 / std::numbers::sqrt2);
 };
 
-TEST_F(CalibrationTests, theToneReadsItsKnownLevelAfterwards) {
+TEST_F(ChannelCalibrationTests, theToneReadsItsKnownLevelAfterwards) {
     engine->selectedDeviceUID.set("mic");
     start();
     playTone("mic");
@@ -62,7 +62,7 @@ TEST_F(CalibrationTests, theToneReadsItsKnownLevelAfterwards) {
     EXPECT_NEAR(engine->calibration().broadbandOffsetDB(), 94.0 - toneDB, 0.01);
 }
 
-TEST_F(CalibrationTests, anEarlierCalibrationNeverFeedsIntoTheNext) {
+TEST_F(ChannelCalibrationTests, anEarlierCalibrationNeverFeedsIntoTheNext) {
     start();
     for (const double knownSPL : {94.0, 114.0, 94.0}) {
         playTone("");
@@ -71,7 +71,7 @@ TEST_F(CalibrationTests, anEarlierCalibrationNeverFeedsIntoTheNext) {
     }
 }
 
-TEST_F(CalibrationTests, theDefaultInputHasNoNameToRecord) {
+TEST_F(ChannelCalibrationTests, theDefaultInputHasNoNameToRecord) {
     start();
     playTone("");
     engine->calibrateReference(94.0, UUID::main());
@@ -79,7 +79,7 @@ TEST_F(CalibrationTests, theDefaultInputHasNoNameToRecord) {
     EXPECT_FALSE(engine->calibration().reference->referenceDeviceName);
 }
 
-TEST_F(CalibrationTests, theChannelsOwnMetricIsWhatIsCompared) {
+TEST_F(ChannelCalibrationTests, theChannelsOwnMetricIsWhatIsCompared) {
     engine->updateDisplay(UUID::main(), [](auto& display) {
         display.metricMode = MetricMode::peak;
         display.peakWeighting = Weighting::z;
@@ -98,7 +98,7 @@ TEST_F(CalibrationTests, theChannelsOwnMetricIsWhatIsCompared) {
     EXPECT_NEAR(engine->calibration().reference->offsetDB, 94.0 + 20.0, 0.01);
 }
 
-TEST_F(CalibrationTests, anImpossibleKnownLevelIsTurnedDownAheadOfAllElse) {
+TEST_F(ChannelCalibrationTests, anImpossibleKnownLevelIsTurnedDownAheadOfAllElse) {
     for (const double knownSPL : {-0.1, 200.1, std::nan(""), HUGE_VAL, -HUGE_VAL}) {
         engine->calibrateReference(knownSPL, UUID::main());
         EXPECT_EQ(takeMessage(), "Enter a reference SPL between 0 and 200 dB.");
@@ -110,7 +110,7 @@ TEST_F(CalibrationTests, anImpossibleKnownLevelIsTurnedDownAheadOfAllElse) {
     EXPECT_FALSE(engine->calibration().reference);
 }
 
-TEST_F(CalibrationTests, onlyAChannelThatIsLiveCanBeCalibrated) {
+TEST_F(ChannelCalibrationTests, onlyAChannelThatIsLiveCanBeCalibrated) {
     engine->calibrateReference(94.0, UUID::main());
     EXPECT_EQ(takeMessage(), notRunning);
     start();
@@ -127,7 +127,7 @@ TEST_F(CalibrationTests, onlyAChannelThatIsLiveCanBeCalibrated) {
     EXPECT_FALSE(engine->calibration().reference);
 }
 
-TEST_F(CalibrationTests, withoutASignalNothingIsCalibrated) {
+TEST_F(ChannelCalibrationTests, withoutASignalNothingIsCalibrated) {
     start();
     engine->calibrateReference(94.0, UUID::main());
     EXPECT_EQ(takeMessage(), noSignal);  // -240 dB: silence
@@ -137,7 +137,7 @@ TEST_F(CalibrationTests, withoutASignalNothingIsCalibrated) {
     EXPECT_FALSE(engine->calibration().reference);
 }
 
-TEST_F(CalibrationTests, aLevelThatCannotBeTheTonesIsTurnedDown) {
+TEST_F(ChannelCalibrationTests, aLevelThatCannotBeTheTonesIsTurnedDown) {
     start();
     engine->updateDisplay(UUID::main(), [](auto& display) {
         display.metricMode = MetricMode::peak;
@@ -150,7 +150,7 @@ TEST_F(CalibrationTests, aLevelThatCannotBeTheTonesIsTurnedDown) {
     EXPECT_FALSE(engine->calibration().reference);
 }
 
-TEST_F(CalibrationTests, aCalibratedExtraChannelIsNoLongerDigital) {
+TEST_F(ChannelCalibrationTests, aCalibratedExtraChannelIsNoLongerDigital) {
     const UUID id = addChannel("Stage", "desk", 3).id;
     ASSERT_TRUE(extra().isDigital);
     start();
@@ -168,7 +168,7 @@ TEST_F(CalibrationTests, aCalibratedExtraChannelIsNoLongerDigital) {
     EXPECT_FALSE(engine->calibration().reference);
 }
 
-TEST_F(CalibrationTests, aCalibratedMainInputStaysDigital) {
+TEST_F(ChannelCalibrationTests, aCalibratedMainInputStaysDigital) {
     engine->mainInputIsDigital.set(true);
     start();
     playTone("");
@@ -179,7 +179,7 @@ TEST_F(CalibrationTests, aCalibratedMainInputStaysDigital) {
     EXPECT_NEAR(reading(UUID::main()), toneDB, 0.01);
 }
 
-TEST_F(CalibrationTests, clearingTheReferenceReachesTheRunningMetersWithTheNextBlock) {
+TEST_F(ChannelCalibrationTests, clearingTheReferenceReachesTheRunningMetersWithTheNextBlock) {
     start();
     playTone("");
     engine->calibrateReference(94.0, UUID::main());
@@ -193,7 +193,7 @@ TEST_F(CalibrationTests, clearingTheReferenceReachesTheRunningMetersWithTheNextB
     EXPECT_NEAR(reading(UUID::main()), toneDB, 0.01);
 }
 
-TEST_F(CalibrationTests, aCalibrationAndItsEndReachTheSpectrumWithTheNextAnalysis) {
+TEST_F(ChannelCalibrationTests, aCalibrationAndItsEndReachTheSpectrumWithTheNextAnalysis) {
     engine->addDemand(ChannelDemand::rta, UUID::main());
     start();
     const auto line = [&] {
@@ -215,7 +215,7 @@ TEST_F(CalibrationTests, aCalibrationAndItsEndReachTheSpectrumWithTheNextAnalysi
     EXPECT_NEAR(line(), rawDB, 0.001);
 }
 
-TEST_F(CalibrationTests, anAccumulatedLeqIsNotRescaled) {
+TEST_F(ChannelCalibrationTests, anAccumulatedLeqIsNotRescaled) {
     engine->metricMode.set(MetricMode::leq);
     start();
     playTone("");
@@ -224,7 +224,7 @@ TEST_F(CalibrationTests, anAccumulatedLeqIsNotRescaled) {
     EXPECT_EQ(reading(UUID::main()), before);
 }
 
-TEST_F(CalibrationTests, aMicrophoneFileCalibratesByItsSensFactor) {
+TEST_F(ChannelCalibrationTests, aMicrophoneFileCalibratesByItsSensFactor) {
     const auto path = micFile("\"Sens Factor =-30dB, SERNO: 7000123\"\n20 -1.0\n20000 2.0\n");
     engine->loadMicCalFile(path, UUID::main());
     EXPECT_FALSE(engine->errorMessage());
@@ -237,7 +237,7 @@ TEST_F(CalibrationTests, aMicrophoneFileCalibratesByItsSensFactor) {
     EXPECT_FALSE(engine->calibration().micCalFile);
 }
 
-TEST_F(CalibrationTests, aReferenceOverAFileGivesWayToItWhenCleared) {
+TEST_F(ChannelCalibrationTests, aReferenceOverAFileGivesWayToItWhenCleared) {
     engine->loadMicCalFile(micFile("* Sens Factor =-30\n100 0\n"), UUID::main());
     start();
     playTone("");
@@ -247,7 +247,7 @@ TEST_F(CalibrationTests, aReferenceOverAFileGivesWayToItWhenCleared) {
     EXPECT_EQ(engine->calibration().calibrationSource(), CalibrationSource::micCalFileSensFactor);
 }
 
-TEST_F(CalibrationTests, aFileThatCannotBeReadIsToldAndTheOldOneStays) {
+TEST_F(ChannelCalibrationTests, aFileThatCannotBeReadIsToldAndTheOldOneStays) {
     engine->loadMicCalFile(micFile("100 1.5\n"), UUID::main());
     engine->loadMicCalFile(micFile("nothing of use\n"), UUID::main());
     EXPECT_EQ(takeMessage(),
@@ -259,7 +259,7 @@ TEST_F(CalibrationTests, aFileThatCannotBeReadIsToldAndTheOldOneStays) {
     EXPECT_EQ(engine->calibration().micCorrectionDB(100.0), 1.5);
 }
 
-TEST_F(CalibrationTests, anExtraChannelWithoutAProfileGetsOneForItsFile) {
+TEST_F(ChannelCalibrationTests, anExtraChannelWithoutAProfileGetsOneForItsFile) {
     const UUID id = addChannel("Stage", "desk", 0).id;
     engine->clearMicCalFile(id);
     engine->clearReferenceCalibration(id);
@@ -275,7 +275,7 @@ TEST_F(CalibrationTests, anExtraChannelWithoutAProfileGetsOneForItsFile) {
     EXPECT_FALSE(engine->calibration().micCalFile);
 }
 
-TEST_F(CalibrationTests, theSystemsOutputIsDigitalWhateverTheRecordSays) {
+TEST_F(ChannelCalibrationTests, theSystemsOutputIsDigitalWhateverTheRecordSays) {
     const UUID id = addChannel("B", TarvaneKit::systemOutputUID, 0).id;
     engine->setDigitalSource(false, id);
     EXPECT_FALSE(extra().isDigital);

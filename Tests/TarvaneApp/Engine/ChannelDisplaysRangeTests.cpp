@@ -5,7 +5,7 @@ namespace {
 
 using TarvaneKit::UUID;
 
-class SpectrogramRangeTests : public TarvaneTests::EngineFixture {
+class ChannelDisplaysRangeTests : public TarvaneTests::EngineFixture {
   protected:
     void calibrate() {
         TarvaneKit::CalibrationProfile profile;
@@ -18,7 +18,7 @@ class SpectrogramRangeTests : public TarvaneTests::EngineFixture {
     }
 };
 
-TEST_F(SpectrogramRangeTests, eachUnitHasARangeOfItsOwn) {
+TEST_F(ChannelDisplaysRangeTests, eachUnitHasARangeOfItsOwn) {
     EXPECT_EQ(engine->spectrogramRange(UUID::main()), (SpectrogramRange{-100.0, -20.0}));
     calibrate();
     EXPECT_EQ(engine->spectrogramRange(UUID::main()), (SpectrogramRange{30.0, 110.0}));
@@ -29,27 +29,27 @@ TEST_F(SpectrogramRangeTests, eachUnitHasARangeOfItsOwn) {
     EXPECT_EQ(engine->spectrogramRange(UUID::main()), (SpectrogramRange{50.0, 110.0}));
 }
 
-TEST_F(SpectrogramRangeTests, theRowsOfACalibratedChannelAreInSPLWhateverItIsShownIn) {
+TEST_F(ChannelDisplaysRangeTests, theRowsOfACalibratedChannelAreInSPLWhateverItIsShownIn) {
     calibrate();
     EXPECT_EQ(engine->spectrogramColorMapRange(UUID::main()), (SpectrogramRange{30.0, 110.0}));
     engine->splReadoutShowsDBFS.set(true);
     EXPECT_EQ(engine->spectrogramColorMapRange(UUID::main()), (SpectrogramRange{0.0, 80.0}));
 }
 
-TEST_F(SpectrogramRangeTests, floorAndCeilingStayThreeDBApart) {
+TEST_F(ChannelDisplaysRangeTests, floorAndCeilingStayThreeDBApart) {
     engine->setSpectrogramFloorDB(0.0, UUID::main());
     EXPECT_EQ(engine->spectrogramRange(UUID::main()), (SpectrogramRange{-23.0, -20.0}));
     engine->setSpectrogramCeilingDB(-200.0, UUID::main());
     EXPECT_EQ(engine->spectrogramRange(UUID::main()), (SpectrogramRange{-23.0, -20.0}));
 }
 
-TEST_F(SpectrogramRangeTests, theSlidersBoundsGoWithTheUnit) {
+TEST_F(ChannelDisplaysRangeTests, theSlidersBoundsGoWithTheUnit) {
     EXPECT_EQ(engine->spectrogramSliderBounds(UUID::main()), (SpectrogramRange{-140.0, 20.0}));
     calibrate();
     EXPECT_EQ(engine->spectrogramSliderBounds(UUID::main()), (SpectrogramRange{-60.0, 140.0}));
 }
 
-TEST_F(SpectrogramRangeTests, anotherChannelKeepsItsOwn) {
+TEST_F(ChannelDisplaysRangeTests, anotherChannelKeepsItsOwn) {
     const auto stage = addChannel("Stage", "desk", 0);
     engine->setSpectrogramFloorDB(-80.0, stage.id);
     EXPECT_EQ(engine->spectrogramRange(stage.id), (SpectrogramRange{-80.0, -20.0}));

@@ -35,16 +35,16 @@ using TarvaneKit::SignalColors::red;
 
 constexpr double noValue = -std::numeric_limits<double>::infinity();
 
-class ReadoutTests : public TarvaneTests::EngineFixture {
+class SPLMeterPanelViewTests : public TarvaneTests::EngineFixture {
   protected:
-    ReadoutTests() {
+    SPLMeterPanelViewTests() {
         window = std::make_unique<MainWindow>(*engine,
                                               AppCommands{.showSettings = [] {}, .quit = [] {}});
         window->show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(window.get()));
         settle();
     }
-    ~ReadoutTests() override { window.reset(); }
+    ~SPLMeterPanelViewTests() override { window.reset(); }
 
     template <class Widget>
     Widget& the() {
@@ -114,7 +114,7 @@ class ReadoutTests : public TarvaneTests::EngineFixture {
     std::unique_ptr<MainWindow> window;
 };
 
-TEST_F(ReadoutTests, aChannelIsSwitchedToLoudnessAndBack) {
+TEST_F(SPLMeterPanelViewTests, aChannelIsSwitchedToLoudnessAndBack) {
     auto& unit = the<ReadoutUnitPicker>();
     EXPECT_EQ(entries(unit), (QStringList{"dBFS", "LUFS"}));
     EXPECT_TRUE(the<SPLControls>().isVisible());
@@ -140,7 +140,7 @@ TEST_F(ReadoutTests, aChannelIsSwitchedToLoudnessAndBack) {
     EXPECT_EQ(live().readout().metricLabel, QStringLiteral("SPL A Fast"));
 }
 
-TEST_F(ReadoutTests, aCalibratedChannelIsOfferedAllThreeUnits) {
+TEST_F(SPLMeterPanelViewTests, aCalibratedChannelIsOfferedAllThreeUnits) {
     TarvaneKit::CalibrationProfile profile;
     profile.reference = TarvaneKit::ReferenceCalibration{};
     profile.reference->offsetDB = 120.0;
@@ -155,7 +155,7 @@ TEST_F(ReadoutTests, aCalibratedChannelIsOfferedAllThreeUnits) {
     EXPECT_FALSE(engine->splReadoutShowsDBFS());
 }
 
-TEST_F(ReadoutTests, theAnalyzersHeaderOffersLoudnessForItsOwnChannel) {
+TEST_F(SPLMeterPanelViewTests, theAnalyzersHeaderOffersLoudnessForItsOwnChannel) {
     const ChannelConfig stage = addChannel("Stage", "desk", 2);
     engine->rtaChannelID.set(stage.id);
     auto& unit = *the<RTAPanelView>().findChild<ReadoutUnitPicker*>();
@@ -169,7 +169,7 @@ TEST_F(ReadoutTests, theAnalyzersHeaderOffersLoudnessForItsOwnChannel) {
     EXPECT_TRUE(the<LoudnessControls>().isVisible());
 }
 
-TEST_F(ReadoutTests, theLoudnessShownLargeIsChosenAmongAllReadings) {
+TEST_F(SPLMeterPanelViewTests, theLoudnessShownLargeIsChosenAmongAllReadings) {
     engine->mainInputMeasuresLoudness.set(true);
     play(4, 0.1);
     MenuButton& readout = menu("Loudness");
@@ -188,7 +188,7 @@ TEST_F(ReadoutTests, theLoudnessShownLargeIsChosenAmongAllReadings) {
     EXPECT_EQ(live().loudness()->spokenValue(), QStringLiteral("-23.0 LUFS"));
 }
 
-TEST_F(ReadoutTests, aTargetIsChosenAndColoursWhatIsShownAtOnce) {
+TEST_F(SPLMeterPanelViewTests, aTargetIsChosenAndColoursWhatIsShownAtOnce) {
     engine->mainInputMeasuresLoudness.set(true);
     play(4, 0.1);
     engine->stop();
@@ -213,7 +213,7 @@ TEST_F(ReadoutTests, aTargetIsChosenAndColoursWhatIsShownAtOnce) {
     EXPECT_EQ(engine->loudnessTarget(), own);
 }
 
-TEST_F(ReadoutTests, resetIntegrationStartsANewMeasurement) {
+TEST_F(SPLMeterPanelViewTests, resetIntegrationStartsANewMeasurement) {
     engine->mainInputMeasuresLoudness.set(true);
     play(4, 1.0);
     EXPECT_EQ(resetButton().text(), QStringLiteral("Reset Integration"));
@@ -235,7 +235,7 @@ TEST_F(ReadoutTests, resetIntegrationStartsANewMeasurement) {
 }
 
 // A reading under another's name would be wrong, and no tick comes to right it.
-TEST_F(ReadoutTests, aSwitchWhilePausedShowsTheOtherReadingAtOnce) {
+TEST_F(SPLMeterPanelViewTests, aSwitchWhilePausedShowsTheOtherReadingAtOnce) {
     play(4, 0.1);
     engine->mainInputMeasuresLoudness.set(true);
     play(4, 0.01);
@@ -247,7 +247,7 @@ TEST_F(ReadoutTests, aSwitchWhilePausedShowsTheOtherReadingAtOnce) {
     EXPECT_NEAR(live().readout().maxValueDB, -43.01, 0.1);
 }
 
-TEST_F(ReadoutTests, theLoudnessBarShowsMomentaryAndShortTermOnTheTarget) {
+TEST_F(SPLMeterPanelViewTests, theLoudnessBarShowsMomentaryAndShortTermOnTheTarget) {
     engine->mainInputMeasuresLoudness.set(true);
     settle();
     EXPECT_EQ(live().levelBar()->valueDB, noValue);
@@ -266,7 +266,7 @@ TEST_F(ReadoutTests, theLoudnessBarShowsMomentaryAndShortTermOnTheTarget) {
     EXPECT_FALSE(live().levelBar().has_value());
 }
 
-TEST_F(ReadoutTests, aScreenReaderReadsTheLoudness) {
+TEST_F(SPLMeterPanelViewTests, aScreenReaderReadsTheLoudness) {
     engine->mainInputMeasuresLoudness.set(true);
     play(4, 0.1);
     QAccessibleInterface* meter = QAccessible::queryAccessibleInterface(&live());
@@ -286,7 +286,7 @@ TEST_F(ReadoutTests, aScreenReaderReadsTheLoudness) {
     EXPECT_FALSE(part("MIN").place.isEmpty());
 }
 
-TEST_F(ReadoutTests, everyDrawnLoudnessSaysWhatItIsUnderThePointer) {
+TEST_F(SPLMeterPanelViewTests, everyDrawnLoudnessSaysWhatItIsUnderThePointer) {
     engine->mainInputMeasuresLoudness.set(true);
     settle();
     EXPECT_EQ(helpAt(part("TARGET").place),
@@ -298,7 +298,7 @@ TEST_F(ReadoutTests, everyDrawnLoudnessSaysWhatItIsUnderThePointer) {
     }
 }
 
-TEST_F(ReadoutTests, loudnessIsDrawnAnewOncePerPublicationAndOnlyWhereItChanged) {
+TEST_F(SPLMeterPanelViewTests, loudnessIsDrawnAnewOncePerPublicationAndOnlyWhereItChanged) {
     engine->mainInputMeasuresLoudness.set(true);
     play(4, 0.1);
     const int before = live().repaintsOrdered();
@@ -310,7 +310,7 @@ TEST_F(ReadoutTests, loudnessIsDrawnAnewOncePerPublicationAndOnlyWhereItChanged)
     EXPECT_EQ(live().repaintsOrdered(), settled);
 }
 
-TEST_F(ReadoutTests, beforeAStartEveryValueIsADash) {
+TEST_F(SPLMeterPanelViewTests, beforeAStartEveryValueIsADash) {
     EXPECT_EQ(part("MIN").value, QStringLiteral("—"));
     EXPECT_EQ(part("MAX").value, QStringLiteral("—"));
     EXPECT_EQ(live().readout().spokenValue(), QStringLiteral("—"));
@@ -320,14 +320,14 @@ TEST_F(ReadoutTests, beforeAStartEveryValueIsADash) {
     EXPECT_EQ(part("TRUE PEAK").value, QStringLiteral("—"));
 }
 
-TEST_F(ReadoutTests, aMonoChannelHasNoSides) {
+TEST_F(SPLMeterPanelViewTests, aMonoChannelHasNoSides) {
     play(1, 0.1);
     EXPECT_TRUE(live().readout().sideValuesDB.empty());
     EXPECT_TRUE(part("L").place.isEmpty());
     EXPECT_TRUE(part("R").value.isEmpty());
 }
 
-TEST_F(ReadoutTests, anUncalibratedChannelSaysSoWhateverItsUnit) {
+TEST_F(SPLMeterPanelViewTests, anUncalibratedChannelSaysSoWhateverItsUnit) {
     for (const bool showsDBFS : {false, true}) {
         engine->splReadoutShowsDBFS.set(showsDBFS);
         settle();
@@ -338,7 +338,7 @@ TEST_F(ReadoutTests, anUncalibratedChannelSaysSoWhateverItsUnit) {
 // --- little room
 
 // The smallest window of a meter.
-TEST_F(ReadoutTests, everythingFitsIntoTheSmallestWindowOfAMeter) {
+TEST_F(SPLMeterPanelViewTests, everythingFitsIntoTheSmallestWindowOfAMeter) {
     audio.behaviour("").channelCount = 2;
     engine->mainInputIsStereo.set(true);
     engine->metricMode.set(MetricMode::leq);
@@ -480,7 +480,7 @@ TEST_F(NarrowControlBarTests, loudnessAndALongNameFitToo) {
 
 // --- the clock
 
-TEST_F(ReadoutTests, theClockTakesTheMetersPlaceByTheMenuItsKeysOrTheSetting) {
+TEST_F(SPLMeterPanelViewTests, theClockTakesTheMetersPlaceByTheMenuItsKeysOrTheSetting) {
     EXPECT_FALSE(clockView().isVisible());
     QAction* item = nullptr;
     for (QAction* action : window->findChildren<QAction*>()) {
@@ -507,7 +507,7 @@ TEST_F(ReadoutTests, theClockTakesTheMetersPlaceByTheMenuItsKeysOrTheSetting) {
     EXPECT_TRUE(engine->splReadoutShowsClock());
 }
 
-TEST_F(ReadoutTests, theClockGoesOnBySecondsWithoutMetering) {
+TEST_F(SPLMeterPanelViewTests, theClockGoesOnBySecondsWithoutMetering) {
     engine->splReadoutShowsClock.set(true);
     ASSERT_FALSE(engine->isRunning());
     const auto isNow = [&] {
@@ -525,7 +525,7 @@ TEST_F(ReadoutTests, theClockGoesOnBySecondsWithoutMetering) {
     EXPECT_EQ(spoken->text(QAccessible::Value), clockView().view().timeText);
 }
 
-TEST_F(ReadoutTests, aClockThatIsNotSeenDoesNotTick) {
+TEST_F(SPLMeterPanelViewTests, aClockThatIsNotSeenDoesNotTick) {
     EXPECT_FALSE(clockView().isTicking());
     engine->splReadoutShowsClock.set(true);
     EXPECT_TRUE(clockView().isTicking());

@@ -17,7 +17,7 @@ using TarvaneTests::sine;
 constexpr double tickSeconds = 1.0 / 60.0;
 constexpr int framesPerTick = 800;
 
-class PublicationTests : public TarvaneTests::EngineFixture {
+class RunPublicationTests : public TarvaneTests::EngineFixture {
   protected:
     /// A channel on the first input of the desk.
     UUID add(bool ringOutEnabled, bool measuresLoudness = false) {
@@ -68,7 +68,7 @@ class PublicationTests : public TarvaneTests::EngineFixture {
     double amplitude_ = 0.003;
 };
 
-TEST_F(PublicationTests, withoutADisplayNothingIsComputed) {
+TEST_F(RunPublicationTests, withoutADisplayNothingIsComputed) {
     start();
     audio.feed("", {sine(1500.0, 0.1, 8192)});
     tick();
@@ -76,7 +76,7 @@ TEST_F(PublicationTests, withoutADisplayNothingIsComputed) {
     EXPECT_EQ(live().spectrogramRowsAdded, 0);
 }
 
-TEST_F(PublicationTests, aDisplayedSpectrumArrivesWithBandsLinesAndHolds) {
+TEST_F(RunPublicationTests, aDisplayedSpectrumArrivesWithBandsLinesAndHolds) {
     engine->addDemand(ChannelDemand::rta, UUID::main());
     start();
     audio.feed("", {sine(1500.0, 0.1, 8192)});
@@ -89,7 +89,7 @@ TEST_F(PublicationTests, aDisplayedSpectrumArrivesWithBandsLinesAndHolds) {
     EXPECT_EQ(live().spectrogramRowsAdded, 0);
 }
 
-TEST_F(PublicationTests, everyPublicationBringsTheNewArrays) {
+TEST_F(RunPublicationTests, everyPublicationBringsTheNewArrays) {
     engine->addDemand(ChannelDemand::rta, UUID::main());
     start();
     double last = 0.0;
@@ -104,7 +104,7 @@ TEST_F(PublicationTests, everyPublicationBringsTheNewArrays) {
     }
 }
 
-TEST_F(PublicationTests, aChannelsOwnDisplaySettingsShapeItsSpectrum) {
+TEST_F(RunPublicationTests, aChannelsOwnDisplaySettingsShapeItsSpectrum) {
     const UUID id = add(false);
     engine->updateDisplay(id, [](auto& display) {
         display.octaveFraction = TarvaneKit::OctaveFraction::oneOctave;
@@ -118,7 +118,7 @@ TEST_F(PublicationTests, aChannelsOwnDisplaySettingsShapeItsSpectrum) {
     EXPECT_TRUE(live().lineSpectrumDB.empty());
 }
 
-TEST_F(PublicationTests, aNewCalibrationMovesTheSpectrumByTheNextTick) {
+TEST_F(RunPublicationTests, aNewCalibrationMovesTheSpectrumByTheNextTick) {
     engine->addDemand(ChannelDemand::rta, UUID::main());
     start();
     audio.feed("", {sine(1500.0, 0.1, 8192)});
@@ -136,7 +136,7 @@ TEST_F(PublicationTests, aNewCalibrationMovesTheSpectrumByTheNextTick) {
     EXPECT_NEAR(live().lineSpectrumDB.at(128), before + 100.0, 0.001);
 }
 
-TEST_F(PublicationTests, theSpectrumsTimeWeightingIsTheSettings) {
+TEST_F(RunPublicationTests, theSpectrumsTimeWeightingIsTheSettings) {
     engine->addDemand(ChannelDemand::rta, UUID::main());
     start();
     const auto fallAfterATick = [&](TimeWeighting weighting) {
@@ -157,7 +157,7 @@ TEST_F(PublicationTests, theSpectrumsTimeWeightingIsTheSettings) {
     EXPECT_GT(fallAfterATick(TimeWeighting::none), 90.0);
 }
 
-TEST_F(PublicationTests, theSpectrogramKeepsTwoMinutesAndCountsOn) {
+TEST_F(RunPublicationTests, theSpectrogramKeepsTwoMinutesAndCountsOn) {
     engine->addDemand(ChannelDemand::spectrogram, UUID::main());
     start();
     audio.feed("", {sine(1000.0, 0.1, 8192)});
@@ -180,7 +180,7 @@ TEST_F(PublicationTests, theSpectrogramKeepsTwoMinutesAndCountsOn) {
     EXPECT_TRUE(live().spectrogramHistory.empty());
 }
 
-TEST_F(PublicationTests, aRingIsToldAtOnceAndHeldThreeSecondsAfterItsEnd) {
+TEST_F(RunPublicationTests, aRingIsToldAtOnceAndHeldThreeSecondsAfterItsEnd) {
     const UUID id = add(true);
     engine->addDemand(ChannelDemand::rta, id);
     start();
@@ -199,7 +199,7 @@ TEST_F(PublicationTests, aRingIsToldAtOnceAndHeldThreeSecondsAfterItsEnd) {
     EXPECT_FALSE(live(id).heldRingAlert);
 }
 
-TEST_F(PublicationTests, aDetectorThatDoesntRunLeavesTheAlertsAsTheyStand) {
+TEST_F(RunPublicationTests, aDetectorThatDoesntRunLeavesTheAlertsAsTheyStand) {
     const UUID id = add(true);
     engine->addDemand(ChannelDemand::rta, id);
     start();
@@ -218,7 +218,7 @@ TEST_F(PublicationTests, aDetectorThatDoesntRunLeavesTheAlertsAsTheyStand) {
     EXPECT_FALSE(live(id).heldRingAlert);
 }
 
-TEST_F(PublicationTests, ringOutSwitchedOffRunsNoDetector) {
+TEST_F(RunPublicationTests, ringOutSwitchedOffRunsNoDetector) {
     const UUID id = add(true);
     engine->addDemand(ChannelDemand::rta, id);
     start();
@@ -230,7 +230,7 @@ TEST_F(PublicationTests, ringOutSwitchedOffRunsNoDetector) {
     EXPECT_EQ(live(id).heldRingAlert, before);
 }
 
-TEST_F(PublicationTests, loudnessIsPublishedWhileItIsMeasured) {
+TEST_F(RunPublicationTests, loudnessIsPublishedWhileItIsMeasured) {
     const UUID id = add(false, true);
     start();
     pass(id, sine(997.0, 0.1, 4 * 48000));
@@ -241,7 +241,7 @@ TEST_F(PublicationTests, loudnessIsPublishedWhileItIsMeasured) {
     EXPECT_FALSE(live().loudness);
 }
 
-TEST_F(PublicationTests, theSessionsLevelsAreRecordedInEveryMetric) {
+TEST_F(RunPublicationTests, theSessionsLevelsAreRecordedInEveryMetric) {
     engine->splTimeWeighting.set(TimeWeighting::fast);
     start();
     auto& history = engine->meterChannel(UUID::main()).levelHistory();
@@ -260,7 +260,7 @@ TEST_F(PublicationTests, theSessionsLevelsAreRecordedInEveryMetric) {
     EXPECT_EQ(engine->meterChannel(UUID::main()).levelHistoryInputDescription, "Default Input");
 }
 
-TEST_F(PublicationTests, aWallClockThatIsSetMovesNothingButDates) {
+TEST_F(RunPublicationTests, aWallClockThatIsSetMovesNothingButDates) {
     engine->addDemand(ChannelDemand::rta, UUID::main());
     engine->addDemand(ChannelDemand::spectrogram, UUID::main());
     start();
@@ -280,7 +280,7 @@ TEST_F(PublicationTests, aWallClockThatIsSetMovesNothingButDates) {
     EXPECT_EQ(engine->meterChannel(UUID::main()).levelHistory().sessionStartDate(), clock.now());
 }
 
-TEST_F(PublicationTests, aPauseTakesNoTimeOfTheAveragesAndRestartsTheWindow) {
+TEST_F(RunPublicationTests, aPauseTakesNoTimeOfTheAveragesAndRestartsTheWindow) {
     engine->rtaTimeWeighting.set(TimeWeighting::fast);
     engine->addDemand(ChannelDemand::rta, UUID::main());
     start();
@@ -300,7 +300,7 @@ TEST_F(PublicationTests, aPauseTakesNoTimeOfTheAveragesAndRestartsTheWindow) {
                 before.at(128) + 10.0 * std::log10(std::exp(-tickSeconds / 0.125)), 0.001);
 }
 
-TEST_F(PublicationTests, aSourceThatIsLostLeavesNoFrozenSpectrum) {
+TEST_F(RunPublicationTests, aSourceThatIsLostLeavesNoFrozenSpectrum) {
     const UUID id = add(true, true);
     engine->addDemand(ChannelDemand::rta, id);
     start();
@@ -313,7 +313,7 @@ TEST_F(PublicationTests, aSourceThatIsLostLeavesNoFrozenSpectrum) {
     EXPECT_FALSE(live(id).loudness);
 }
 
-TEST_F(PublicationTests, demandLastsUntilTheLastDisplayHasGone) {
+TEST_F(RunPublicationTests, demandLastsUntilTheLastDisplayHasGone) {
     const UUID id = add(false);
     {
         ChannelDemandRegistration first;
@@ -335,7 +335,7 @@ TEST_F(PublicationTests, demandLastsUntilTheLastDisplayHasGone) {
     EXPECT_FALSE(engine->isDemanded(ChannelDemand::rta, id));
 }
 
-TEST_F(PublicationTests, aRegistrationMayOutliveTheEngine) {
+TEST_F(RunPublicationTests, aRegistrationMayOutliveTheEngine) {
     ChannelDemandRegistration registration;
     registration.update(*engine, {UUID::main()}, ChannelDemand::rta);
     engine.reset();
@@ -344,7 +344,7 @@ TEST_F(PublicationTests, aRegistrationMayOutliveTheEngine) {
     EXPECT_FALSE(engine->isDemanded(ChannelDemand::rta, UUID::main()));
 }
 
-TEST_F(PublicationTests, demandStaysAcrossStopAndStart) {
+TEST_F(RunPublicationTests, demandStaysAcrossStopAndStart) {
     ChannelDemandRegistration registration;
     registration.update(*engine, {UUID::main()}, ChannelDemand::rta);
     for (int run = 0; run < 2; ++run) {

@@ -110,7 +110,7 @@ const std::map<std::string, StoredDefault>& storedDefaults() {
 const std::set<std::string> keysOfOthers{"spectrogramFloorDB", "spectrogramCeilingDB",
                                          "activeProfileName", "profilesIncludeAudioAndCalibration"};
 
-class SettingsTests : public TarvaneTests::EngineFixture {
+class MeterSettingsTests : public TarvaneTests::EngineFixture {
   protected:
     std::vector<std::string> allKeys() {
         std::vector<std::string> keys(keysOfOthers.begin(), keysOfOthers.end());
@@ -155,7 +155,7 @@ class SettingsTests : public TarvaneTests::EngineFixture {
     }
 };
 
-TEST_F(SettingsTests, fiftySevenSettingsHaveAKeyEachAndFourKeysAreOfOthers) {
+TEST_F(MeterSettingsTests, fiftySevenSettingsHaveAKeyEachAndFourKeysAreOfOthers) {
     std::set<std::string> declared;
     for (const auto& settings : {engine->channelSettings(), engine->windowSettings()}) {
         for (const SettingBase* setting : settings) {
@@ -172,7 +172,7 @@ TEST_F(SettingsTests, fiftySevenSettingsHaveAKeyEachAndFourKeysAreOfOthers) {
     EXPECT_EQ(declared.size() + keysOfOthers.size(), 61U);
 }
 
-TEST_F(SettingsTests, aFirstLaunchGivesTheDefaultsAndEachIsStoredInItsForm) {
+TEST_F(MeterSettingsTests, aFirstLaunchGivesTheDefaultsAndEachIsStoredInItsForm) {
     forEachSetting(*engine, [&](const std::string& key, auto& setting) {
         if (key == "spectrogramColorStops") {
             return;  // its stops have identifiers of their own
@@ -201,7 +201,7 @@ TEST_F(SettingsTests, aFirstLaunchGivesTheDefaultsAndEachIsStoredInItsForm) {
     });
 }
 
-TEST_F(SettingsTests, theDefaultRampRunsFromNearBlackToWhite) {
+TEST_F(MeterSettingsTests, theDefaultRampRunsFromNearBlackToWhite) {
     const auto& stops = engine->spectrogramColorStops();
     ASSERT_EQ(stops.size(), 9U);
     EXPECT_EQ(stops.front().position, 0.0);
@@ -215,7 +215,7 @@ TEST_F(SettingsTests, theDefaultRampRunsFromNearBlackToWhite) {
     EXPECT_EQ(engine->spectrogramColorStops(), defaultSpectrogramColorStops());
 }
 
-TEST_F(SettingsTests, everySettingSurvivesARestart) {
+TEST_F(MeterSettingsTests, everySettingSurvivesARestart) {
     EXPECT_TRUE(rc::check([this] {
         store.clear();
         makeEngine();
@@ -226,7 +226,7 @@ TEST_F(SettingsTests, everySettingSurvivesARestart) {
     }));
 }
 
-TEST_F(SettingsTests, aBrokenValueCostsThatValueAlone) {
+TEST_F(MeterSettingsTests, aBrokenValueCostsThatValueAlone) {
     store.clear();
     makeEngine();
     const auto defaults = valuesOfSettings(*engine);
@@ -245,7 +245,7 @@ TEST_F(SettingsTests, aBrokenValueCostsThatValueAlone) {
     }));
 }
 
-TEST_F(SettingsTests, aBrokenValueStaysStoredUntilItsNextWrite) {
+TEST_F(MeterSettingsTests, aBrokenValueStaysStoredUntilItsNextWrite) {
     store.setData("Tarvane.rtaTimeWeighting", R"("Forever")");
     makeEngine();
     EXPECT_EQ(engine->rtaTimeWeighting(), TimeWeighting::none);
@@ -254,7 +254,7 @@ TEST_F(SettingsTests, aBrokenValueStaysStoredUntilItsNextWrite) {
     EXPECT_EQ(store.data("Tarvane.rtaTimeWeighting"), R"("Slow")");
 }
 
-TEST_F(SettingsTests, aBooleanThatIsNoJSONCountsAsAbsent) {
+TEST_F(MeterSettingsTests, aBooleanThatIsNoJSONCountsAsAbsent) {
     store.setData("Tarvane.ringOutEnabled", "yes");
     store.setData("Tarvane.splReadoutShowsDBFS", "yes");
     makeEngine();
@@ -262,13 +262,13 @@ TEST_F(SettingsTests, aBooleanThatIsNoJSONCountsAsAbsent) {
     EXPECT_FALSE(engine->splReadoutShowsDBFS());
 }
 
-TEST_F(SettingsTests, aStoredZeroIsNoAbsence) {
+TEST_F(MeterSettingsTests, aStoredZeroIsNoAbsence) {
     store.setNumber("Tarvane.targetCurveReferenceDB", 0.0);
     makeEngine();
     EXPECT_EQ(engine->targetCurveReferenceDB(), 0.0);
 }
 
-TEST_F(SettingsTests, noTargetCurveIsNotStoredSoThatARestartShowsTheXCurve) {
+TEST_F(MeterSettingsTests, noTargetCurveIsNotStoredSoThatARestartShowsTheXCurve) {
     engine->selectedTargetCurveName.set("Flat");
     engine->selectedTargetCurveName.set(std::nullopt);
     EXPECT_FALSE(store.contains("Tarvane.targetCurveName"));
@@ -276,7 +276,7 @@ TEST_F(SettingsTests, noTargetCurveIsNotStoredSoThatARestartShowsTheXCurve) {
     EXPECT_EQ(engine->selectedTargetCurveName(), xCurveName);
 }
 
-TEST_F(SettingsTests, anIdentifierThatDoesNotParseGivesWayToTheMainInputs) {
+TEST_F(MeterSettingsTests, anIdentifierThatDoesNotParseGivesWayToTheMainInputs) {
     for (const char* key :
          {"splMeterChannelID", "rtaChannelID", "spectrogramChannelID", "levelHistoryChannelID"}) {
         store.setText(std::string("Tarvane.") + key, "6A1D0000-0000-4000-8000-00000000000");
@@ -288,7 +288,7 @@ TEST_F(SettingsTests, anIdentifierThatDoesNotParseGivesWayToTheMainInputs) {
     EXPECT_FALSE(engine->levelHistoryChannelID());
 }
 
-TEST_F(SettingsTests, theOldSpectrogramRangeIsTakenOver) {
+TEST_F(MeterSettingsTests, theOldSpectrogramRangeIsTakenOver) {
     const auto migrated = [&](double floorDB, double ceilingDB) {
         store.setNumber("Tarvane.spectrogramFloorDB", floorDB);
         store.setNumber("Tarvane.spectrogramCeilingDB", ceilingDB);
@@ -306,7 +306,7 @@ TEST_F(SettingsTests, theOldSpectrogramRangeIsTakenOver) {
     EXPECT_EQ(engine->spectrogramRanges(), defaults);
 }
 
-TEST_F(SettingsTests, theOldSpectrogramRangeStaysAndAStoredPairWins) {
+TEST_F(MeterSettingsTests, theOldSpectrogramRangeStaysAndAStoredPairWins) {
     store.setNumber("Tarvane.spectrogramFloorDB", 40);
     store.setNumber("Tarvane.spectrogramCeilingDB", 100);
     makeEngine();
@@ -317,7 +317,7 @@ TEST_F(SettingsTests, theOldSpectrogramRangeStaysAndAStoredPairWins) {
     EXPECT_EQ(store.number("Tarvane.spectrogramCeilingDB"), 100.0);
 }
 
-TEST_F(SettingsTests, calibrationsOfExtraChannelsAreTakenAsStored) {
+TEST_F(MeterSettingsTests, calibrationsOfExtraChannelsAreTakenAsStored) {
     auto channel = addChannel("B", "desk", 0);
     channel.calibration.emplace();
     channel.calibration->micCalFileReferenceSPL = 250.0;
@@ -327,7 +327,7 @@ TEST_F(SettingsTests, calibrationsOfExtraChannelsAreTakenAsStored) {
 }
 
 // Numbers are taken as stored, whatever hand wrote them.
-TEST_F(SettingsTests, absurdStoredNumbersStopNothing) {
+TEST_F(MeterSettingsTests, absurdStoredNumbersStopNothing) {
     store.setNumber("Tarvane.leqIntegrationSeconds", std::nan(""));
     store.setData("Tarvane.channelIndex", "-5");
     store.setData("Tarvane.mainInputIsStereo", "true");
@@ -341,7 +341,7 @@ TEST_F(SettingsTests, absurdStoredNumbersStopNothing) {
     EXPECT_EQ(live().leqElapsedFraction, 0.0);
 }
 
-TEST_F(SettingsTests, loadingRunsNoEffect) {
+TEST_F(MeterSettingsTests, loadingRunsNoEffect) {
     store.setText("Tarvane.deviceUID", TarvaneKit::systemOutputUID);
     store.setData("Tarvane.channelIndex", "7");
     makeEngine();

@@ -13,7 +13,7 @@ using TarvaneTests::sine;
 // A full-scale sine reads 10 log10(1/2).
 constexpr double sineRMSDB = -3.0103;
 
-class TickTests : public TarvaneTests::EngineFixture {
+class RunTickTests : public TarvaneTests::EngineFixture {
   protected:
     /// One block whose largest sample is `peak`.
     void feedPeak(float peak) {
@@ -23,7 +23,7 @@ class TickTests : public TarvaneTests::EngineFixture {
     }
 };
 
-TEST_F(TickTests, withNoChannelRunningATickDoesNothing) {
+TEST_F(RunTickTests, withNoChannelRunningATickDoesNothing) {
     start();
     processorOf().reset();
     int publications = 0;
@@ -38,7 +38,7 @@ TEST_F(TickTests, withNoChannelRunningATickDoesNothing) {
     tick();
 }
 
-TEST_F(TickTests, publishesOncePerTickWithOneSignalAheadOfTheWrites) {
+TEST_F(RunTickTests, publishesOncePerTickWithOneSignalAheadOfTheWrites) {
     start();
     audio.feed("", {sine(1000.0, 0.1, 48000)});
     int signals = 0;
@@ -55,7 +55,7 @@ TEST_F(TickTests, publishesOncePerTickWithOneSignalAheadOfTheWrites) {
     EXPECT_NEAR(live().currentSPLValueDB, -20.0 + sineRMSDB, 0.05);
 }
 
-TEST_F(TickTests, aTickDuringAnAnalysisIsSkipped) {
+TEST_F(RunTickTests, aTickDuringAnAnalysisIsSkipped) {
     start();
     int publications = 0;
     QObject::connect(&live(), &LiveMeterData::willChange, [&] { ++publications; });
@@ -68,7 +68,7 @@ TEST_F(TickTests, aTickDuringAnAnalysisIsSkipped) {
     EXPECT_EQ(publications, 1);
 }
 
-TEST_F(TickTests, resultsOfAnEndedRunAreDropped) {
+TEST_F(RunTickTests, resultsOfAnEndedRunAreDropped) {
     start();
     timer.fire();
     engine->stop();
@@ -82,7 +82,7 @@ TEST_F(TickTests, resultsOfAnEndedRunAreDropped) {
     tick();
 }
 
-TEST_F(TickTests, resultsThatArriveDuringAPauseAreDroppedAndTheNextRunGoesOn) {
+TEST_F(RunTickTests, resultsThatArriveDuringAPauseAreDroppedAndTheNextRunGoesOn) {
     start();
     timer.fire();
     engine->pause();
@@ -97,7 +97,7 @@ TEST_F(TickTests, resultsThatArriveDuringAPauseAreDroppedAndTheNextRunGoesOn) {
     EXPECT_EQ(publications, 1);
 }
 
-TEST_F(TickTests, minAndMaxFollowFiniteLevelsAlone) {
+TEST_F(RunTickTests, minAndMaxFollowFiniteLevelsAlone) {
     start();
     tick();
     EXPECT_EQ(live().minSPLValueDB, std::numeric_limits<double>::infinity());
@@ -114,7 +114,7 @@ TEST_F(TickTests, minAndMaxFollowFiniteLevelsAlone) {
     EXPECT_NEAR(live().maxSPLValueDB, 20.0 * std::log10(0.5) + sineRMSDB, 0.05);
 }
 
-TEST_F(TickTests, aLeqBeforeItsFirstBlockLeavesMinAndMax) {
+TEST_F(RunTickTests, aLeqBeforeItsFirstBlockLeavesMinAndMax) {
     engine->metricMode.set(MetricMode::leq);
     start();
     tick();
@@ -122,7 +122,7 @@ TEST_F(TickTests, aLeqBeforeItsFirstBlockLeavesMinAndMax) {
     EXPECT_EQ(live().minSPLValueDB, std::numeric_limits<double>::infinity());
 }
 
-TEST_F(TickTests, leqProgressIsPublished) {
+TEST_F(RunTickTests, leqProgressIsPublished) {
     engine->configureLeq(Weighting::a, 10.0);
     start();
     audio.feed("", {sine(1000.0, 0.1, 48000)});
@@ -130,7 +130,7 @@ TEST_F(TickTests, leqProgressIsPublished) {
     EXPECT_NEAR(live().leqElapsedFraction, 0.1, 1e-12);
 }
 
-TEST_F(TickTests, theThresholdOfAClipIsInclusive) {
+TEST_F(RunTickTests, theThresholdOfAClipIsInclusive) {
     start();
     feedPeak(0.9989F);
     tick();
@@ -140,7 +140,7 @@ TEST_F(TickTests, theThresholdOfAClipIsInclusive) {
     EXPECT_EQ(live().inputClipState, InputClipState::active);
 }
 
-TEST_F(TickTests, aClipShowsForOneAndAHalfSecondsAndThenStaysLatchedUntilReset) {
+TEST_F(RunTickTests, aClipShowsForOneAndAHalfSecondsAndThenStaysLatchedUntilReset) {
     start();
     feedPeak(1.0F);
     tick();
@@ -159,7 +159,7 @@ TEST_F(TickTests, aClipShowsForOneAndAHalfSecondsAndThenStaysLatchedUntilReset) 
     EXPECT_EQ(live().inputClipState, InputClipState::none);
 }
 
-TEST_F(TickTests, noClipBetweenTicksIsLost) {
+TEST_F(RunTickTests, noClipBetweenTicksIsLost) {
     start();
     feedPeak(1.0F);
     for (int i = 0; i < 100; ++i) {
@@ -169,7 +169,7 @@ TEST_F(TickTests, noClipBetweenTicksIsLost) {
     EXPECT_EQ(live().inputClipState, InputClipState::active);
 }
 
-TEST_F(TickTests, theInputMeterJumpsUpAndFallsTwentyDBPerSecond) {
+TEST_F(RunTickTests, theInputMeterJumpsUpAndFallsTwentyDBPerSecond) {
     start();
     feedPeak(0.5F);
     tick();
@@ -196,7 +196,7 @@ TEST_F(TickTests, theInputMeterJumpsUpAndFallsTwentyDBPerSecond) {
     EXPECT_EQ(live().inputPeakHoldDBFS, -60.0);
 }
 
-TEST_F(TickTests, silenceStandsAtTheFloorOfTheInputMeter) {
+TEST_F(RunTickTests, silenceStandsAtTheFloorOfTheInputMeter) {
     start();
     feedPeak(0.0F);
     tick();
@@ -204,7 +204,7 @@ TEST_F(TickTests, silenceStandsAtTheFloorOfTheInputMeter) {
     EXPECT_EQ(live().inputPeakHoldDBFS, -60.0);
 }
 
-TEST_F(TickTests, aStereoChannelPublishesItsSides) {
+TEST_F(RunTickTests, aStereoChannelPublishesItsSides) {
     engine->selectedDeviceUID.set("desk");
     engine->mainInputIsStereo.set(true);
     engine->splWeighting.set(Weighting::z);
@@ -223,7 +223,7 @@ TEST_F(TickTests, aStereoChannelPublishesItsSides) {
     EXPECT_NEAR(live().currentSPLValueDB, -20.0 + sineRMSDB + 10.0 * std::log10(1.01 / 2.0), 0.001);
 }
 
-TEST_F(TickTests, theReadingTakesItsTrafficLightColour) {
+TEST_F(RunTickTests, theReadingTakesItsTrafficLightColour) {
     start();
     engine->splTimeWeighting.set(TimeWeighting::none);
     const auto colourAt = [&](double amplitude) {
@@ -237,7 +237,7 @@ TEST_F(TickTests, theReadingTakesItsTrafficLightColour) {
     EXPECT_EQ(colourAt(0.1), TarvaneKit::SignalColors::green);
 }
 
-TEST_F(TickTests, aMetricSwitchReadsASettledValueAtTheNextTick) {
+TEST_F(RunTickTests, aMetricSwitchReadsASettledValueAtTheNextTick) {
     start();
     engine->peakWeighting.set(Weighting::z);
     for (int i = 0; i < 10; ++i) {
@@ -257,7 +257,7 @@ TEST_F(TickTests, aMetricSwitchReadsASettledValueAtTheNextTick) {
     EXPECT_NEAR(live().currentSPLValueDB, -20.0, 0.01);
 }
 
-TEST_F(TickTests, channelsAreAnalysedSideBySide) {
+TEST_F(RunTickTests, channelsAreAnalysedSideBySide) {
     std::vector<UUID> ids;
     for (int i = 0; i < 8; ++i) {
         ids.push_back(addChannel("C", "desk", i).id);

@@ -9,7 +9,7 @@ using TarvaneKit::TrafficLightConfig;
 using TarvaneKit::UUID;
 using TarvaneKit::Weighting;
 
-class DisplaySettingsTests : public TarvaneTests::EngineFixture {
+class ChannelDisplaysTests : public TarvaneTests::EngineFixture {
   protected:
     void calibrate(double offsetDB) {
         TarvaneKit::CalibrationProfile profile;
@@ -30,7 +30,7 @@ class DisplaySettingsTests : public TarvaneTests::EngineFixture {
     }
 };
 
-TEST_F(DisplaySettingsTests, anImpossibleStoredCalibrationIsMended) {
+TEST_F(ChannelDisplaysTests, anImpossibleStoredCalibrationIsMended) {
     const auto offsetAfterRestart = [&](double offsetDB) {
         calibrate(offsetDB);
         makeEngine();
@@ -52,7 +52,7 @@ TEST_F(DisplaySettingsTests, anImpossibleStoredCalibrationIsMended) {
     EXPECT_EQ(referenceSPLAfterRestart(200.0), 200.0);
 }
 
-TEST_F(DisplaySettingsTests, aChangeIsToldAfterItsEffects) {
+TEST_F(ChannelDisplaysTests, aChangeIsToldAfterItsEffects) {
     bool ready = false;
     engine->selectedDeviceUID.set("desk");
     QObject::connect(&engine->selectedDeviceUID.notifier(), &ChangeNotifier::changed, engine.get(),
@@ -61,7 +61,7 @@ TEST_F(DisplaySettingsTests, aChangeIsToldAfterItsEffects) {
     EXPECT_TRUE(ready);
 }
 
-TEST_F(DisplaySettingsTests, anExtraChannelFollowsTheMainInputUntilItHasSettingsOfItsOwn) {
+TEST_F(ChannelDisplaysTests, anExtraChannelFollowsTheMainInputUntilItHasSettingsOfItsOwn) {
     const auto b = addChannel("B", "desk", 0);
     engine->splWeighting.set(Weighting::c);
     EXPECT_EQ(engine->display(b.id).splWeighting, Weighting::c);
@@ -72,7 +72,7 @@ TEST_F(DisplaySettingsTests, anExtraChannelFollowsTheMainInputUntilItHasSettings
     EXPECT_EQ(engine->display(b.id).splWeighting, Weighting::z);
 }
 
-TEST_F(DisplaySettingsTests, aMetricChangeOfTheMainInputPinsTheFollowersToTheOldMetric) {
+TEST_F(ChannelDisplaysTests, aMetricChangeOfTheMainInputPinsTheFollowersToTheOldMetric) {
     const auto b = addChannel("B", "desk", 0);
     setMinMax(b.id);
     setMinMax(UUID::main());
@@ -83,7 +83,7 @@ TEST_F(DisplaySettingsTests, aMetricChangeOfTheMainInputPinsTheFollowersToTheOld
     EXPECT_TRUE(minMaxIsReset(UUID::main()));
 }
 
-TEST_F(DisplaySettingsTests, aDirectAssignmentOfTheMetricRestartsTheFollowers) {
+TEST_F(ChannelDisplaysTests, aDirectAssignmentOfTheMetricRestartsTheFollowers) {
     const auto b = addChannel("B", "desk", 0);
     const auto c = addChannel("C", "desk", 1);
     engine->updateDisplay(c.id, [](auto& display) { display.showsDBFS = true; });
@@ -97,14 +97,14 @@ TEST_F(DisplaySettingsTests, aDirectAssignmentOfTheMetricRestartsTheFollowers) {
     EXPECT_FALSE(minMaxIsReset(c.id));
 }
 
-TEST_F(DisplaySettingsTests, aUnitChangeLeavesMinAndMax) {
+TEST_F(ChannelDisplaysTests, aUnitChangeLeavesMinAndMax) {
     setMinMax(UUID::main());
     engine->updateDisplay(UUID::main(), [](auto& display) { display.showsDBFS = true; });
     EXPECT_TRUE(engine->splReadoutShowsDBFS());
     EXPECT_FALSE(minMaxIsReset(UUID::main()));
 }
 
-TEST_F(DisplaySettingsTests, theDisplayedMetricIsTheOneTheDisplayNames) {
+TEST_F(ChannelDisplaysTests, theDisplayedMetricIsTheOneTheDisplayNames) {
     EXPECT_EQ(engine->displayedMetric(UUID::main()),
               SPLMetric::spl(Weighting::a, TimeWeighting::fast));
     engine->metricMode.set(MetricMode::peak);
@@ -113,7 +113,7 @@ TEST_F(DisplaySettingsTests, theDisplayedMetricIsTheOneTheDisplayNames) {
     EXPECT_EQ(engine->displayedMetric(UUID::random()), SPLMetric::leq("user"));
 }
 
-TEST_F(DisplaySettingsTests, theDigitalThresholdsJudgeTheDigitalLevel) {
+TEST_F(ChannelDisplaysTests, theDigitalThresholdsJudgeTheDigitalLevel) {
     using namespace TarvaneKit::SignalColors;
     calibrate(120.0);
     EXPECT_EQ(engine->trafficLightColor(90.0, UUID::main()), yellow);
@@ -124,7 +124,7 @@ TEST_F(DisplaySettingsTests, theDigitalThresholdsJudgeTheDigitalLevel) {
     EXPECT_EQ(engine->activeTrafficLight(UUID::random()).config, TrafficLightConfig::defaultDBFS());
 }
 
-TEST_F(DisplaySettingsTests, theUnitIsDBForACalibratedChannelInSPL) {
+TEST_F(ChannelDisplaysTests, theUnitIsDBForACalibratedChannelInSPL) {
     EXPECT_EQ(engine->levelUnitLabel(UUID::main()), "dBFS");
     calibrate(100.0);
     EXPECT_TRUE(engine->isCalibrated(UUID::main()));
@@ -135,7 +135,7 @@ TEST_F(DisplaySettingsTests, theUnitIsDBForACalibratedChannelInSPL) {
     EXPECT_EQ(engine->levelUnitLabel(UUID::main()), "dBFS");
 }
 
-TEST_F(DisplaySettingsTests, anotherMetricIsReadAtOnceAlsoWhilePausedOrStopped) {
+TEST_F(ChannelDisplaysTests, anotherMetricIsReadAtOnceAlsoWhilePausedOrStopped) {
     start();
     for (int i = 0; i < 10; ++i) {
         audio.feed("", {TarvaneTests::sine(1000.0, 0.1, 48000, 48000 * i)});
@@ -155,7 +155,7 @@ TEST_F(DisplaySettingsTests, anotherMetricIsReadAtOnceAlsoWhilePausedOrStopped) 
     EXPECT_EQ(live().currentSPLValueDB, processor->value(SPLMetric::leq("user")));
 }
 
-TEST_F(DisplaySettingsTests, resetMinMaxClearsThePeakDetectorsToo) {
+TEST_F(ChannelDisplaysTests, resetMinMaxClearsThePeakDetectorsToo) {
     start();
     audio.feed("", {std::vector<float>(64, 0.5F)});
     const auto processor = processorOf();
@@ -164,7 +164,7 @@ TEST_F(DisplaySettingsTests, resetMinMaxClearsThePeakDetectorsToo) {
     EXPECT_GT(processor->value(SPLMetric::spl(Weighting::z, TimeWeighting::none)), -10.0);
 }
 
-TEST_F(DisplaySettingsTests, configuringTheLeqStartsItOverOnEveryChannel) {
+TEST_F(ChannelDisplaysTests, configuringTheLeqStartsItOverOnEveryChannel) {
     const auto b = addChannel("B", "desk", 0);
     start();
     audio.feed("desk", std::vector<std::vector<float>>(8, std::vector<float>(480, 0.5F)));

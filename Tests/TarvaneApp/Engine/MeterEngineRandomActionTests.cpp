@@ -51,11 +51,11 @@ struct Start {
     bool leavesSomeOut = false;
 };
 
-class RandomActionTests : public TarvaneTests::EngineFixture {
+class MeterEngineRandomActionTests : public TarvaneTests::EngineFixture {
   protected:
     static constexpr int steps = 20000;
 
-    RandomActionTests() : seed(chosenSeed()), random(seed) {
+    MeterEngineRandomActionTests() : seed(chosenSeed()), random(seed) {
         audio.behaviour(systemOutputUID).channelCount = 2;
         for (const auto& [uid, id] : deviceIDs) {
             TarvaneTests::FakeControls controls;
@@ -67,7 +67,7 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
         settingValues = valuesOfFreeSettings();
     }
 
-    ~RandomActionTests() override { letSourcesOpen(); }
+    ~MeterEngineRandomActionTests() override { letSourcesOpen(); }
 
     static std::uint32_t chosenSeed() {
         const auto given = static_cast<std::uint32_t>(GTEST_FLAG_GET(random_seed));
@@ -614,34 +614,34 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
     }
 
     void act() {
-        using Action = void (RandomActionTests::*)();
+        using Action = void (MeterEngineRandomActionTests::*)();
         struct Choice {
             const char* name;
             Action action;
             int weight;
         };
         static const std::vector<Choice> choices{
-            {"start", &RandomActionTests::pressStart, 8},
-            {"let a start finish", &RandomActionTests::awaitStart, 4},
-            {"stop", &RandomActionTests::pressStop, 3},
-            {"pause or resume", &RandomActionTests::pressPause, 5},
-            {"tick", &RandomActionTests::fireTick, 12},
-            {"feed", &RandomActionTests::feed, 15},
-            {"lose a source", &RandomActionTests::loseSource, 2},
-            {"plug or unplug", &RandomActionTests::plugOrUnplug, 3},
-            {"turn a gain", &RandomActionTests::turnGain, 4},
-            {"break or mend a source", &RandomActionTests::breakOrMendSource, 3},
-            {"add or remove", &RandomActionTests::addOrRemoveChannel, 6},
-            {"move", &RandomActionTests::moveChannel, 6},
-            {"rewire the main input", &RandomActionTests::rewireMainInput, 4},
-            {"edit a channel", &RandomActionTests::editChannel, 8},
-            {"switches", &RandomActionTests::changeSwitches, 5},
-            {"calibrate", &RandomActionTests::calibrate, 6},
-            {"press", &RandomActionTests::press, 6},
-            {"place a module", &RandomActionTests::placeModule, 3},
-            {"assign a setting", &RandomActionTests::assignAnyFreeSetting, 15},
-            {"change demand", &RandomActionTests::changeDemand, 5},
-            {"restart the program", &RandomActionTests::restartProgram, 1},
+            {"start", &MeterEngineRandomActionTests::pressStart, 8},
+            {"let a start finish", &MeterEngineRandomActionTests::awaitStart, 4},
+            {"stop", &MeterEngineRandomActionTests::pressStop, 3},
+            {"pause or resume", &MeterEngineRandomActionTests::pressPause, 5},
+            {"tick", &MeterEngineRandomActionTests::fireTick, 12},
+            {"feed", &MeterEngineRandomActionTests::feed, 15},
+            {"lose a source", &MeterEngineRandomActionTests::loseSource, 2},
+            {"plug or unplug", &MeterEngineRandomActionTests::plugOrUnplug, 3},
+            {"turn a gain", &MeterEngineRandomActionTests::turnGain, 4},
+            {"break or mend a source", &MeterEngineRandomActionTests::breakOrMendSource, 3},
+            {"add or remove", &MeterEngineRandomActionTests::addOrRemoveChannel, 6},
+            {"move", &MeterEngineRandomActionTests::moveChannel, 6},
+            {"rewire the main input", &MeterEngineRandomActionTests::rewireMainInput, 4},
+            {"edit a channel", &MeterEngineRandomActionTests::editChannel, 8},
+            {"switches", &MeterEngineRandomActionTests::changeSwitches, 5},
+            {"calibrate", &MeterEngineRandomActionTests::calibrate, 6},
+            {"press", &MeterEngineRandomActionTests::press, 6},
+            {"place a module", &MeterEngineRandomActionTests::placeModule, 3},
+            {"assign a setting", &MeterEngineRandomActionTests::assignAnyFreeSetting, 15},
+            {"change demand", &MeterEngineRandomActionTests::changeDemand, 5},
+            {"restart the program", &MeterEngineRandomActionTests::restartProgram, 1},
         };
         static const std::vector<std::size_t> deck = [] {
             std::vector<std::size_t> result;
@@ -727,7 +727,7 @@ class RandomActionTests : public TarvaneTests::EngineFixture {
     std::map<std::string, std::string> settingValues;
 };
 
-TEST_F(RandomActionTests, theFieldsHoldWhatTheModelSaysAfterEveryStep) {
+TEST_F(MeterEngineRandomActionTests, theFieldsHoldWhatTheModelSaysAfterEveryStep) {
     std::cout << "seed " << seed << '\n';
     for (int step = 0; step < steps; ++step) {
         act();

@@ -16,7 +16,7 @@ using TarvaneTests::sine;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-class RunControlTests : public TarvaneTests::EngineFixture {
+class RunTests : public TarvaneTests::EngineFixture {
   protected:
     void TearDown() override {
         engine.reset();
@@ -25,14 +25,14 @@ class RunControlTests : public TarvaneTests::EngineFixture {
     }
 };
 
-TEST_F(RunControlTests, isIdleAtLaunch) {
+TEST_F(RunTests, isIdleAtLaunch) {
     EXPECT_FALSE(engine->isRunning());
     EXPECT_FALSE(engine->isStarting());
     EXPECT_EQ(engine->sampleRate(), 48000.0);
     EXPECT_EQ(audio.madeCount(), 0);
 }
 
-TEST_F(RunControlTests, aMainChannelAloneOpensOneSource) {
+TEST_F(RunTests, aMainChannelAloneOpensOneSource) {
     audio.behaviour("").sampleRate = 96000.0;
     engine->start();
     EXPECT_TRUE(engine->isStarting());
@@ -43,7 +43,7 @@ TEST_F(RunControlTests, aMainChannelAloneOpensOneSource) {
     EXPECT_TRUE(timer.isRunning());
 }
 
-TEST_F(RunControlTests, startingTwiceOpensNothingMore) {
+TEST_F(RunTests, startingTwiceOpensNothingMore) {
     engine->start();
     engine->start();
     waitUntil([&] { return engine->isRunning(); });
@@ -52,7 +52,7 @@ TEST_F(RunControlTests, startingTwiceOpensNothingMore) {
     EXPECT_EQ(audio.madeCount(), 1);
 }
 
-TEST_F(RunControlTests, threeChannelsOnTwoDevicesOpenTwoSources) {
+TEST_F(RunTests, threeChannelsOnTwoDevicesOpenTwoSources) {
     engine->selectedDeviceUID.set("desk");
     addChannel("B", "desk", 3);
     addChannel("C", "mic", 0);
@@ -60,14 +60,14 @@ TEST_F(RunControlTests, threeChannelsOnTwoDevicesOpenTwoSources) {
     EXPECT_THAT(audio.madeUIDs(), ElementsAre("desk", "mic"));
 }
 
-TEST_F(RunControlTests, theDefaultDeviceByItsUIDIsAnotherSource) {
+TEST_F(RunTests, theDefaultDeviceByItsUIDIsAnotherSource) {
     addChannel("B", "mic", 0);
     addChannel("C", "", 0);
     start();
     EXPECT_THAT(audio.madeUIDs(), ElementsAre("", "mic"));
 }
 
-TEST_F(RunControlTests, plansKeepTheOrderInWhichDevicesFirstOccur) {
+TEST_F(RunTests, plansKeepTheOrderInWhichDevicesFirstOccur) {
     const auto b = addChannel("B", "desk", 0);
     const auto c = addChannel("C", "", 0);
     const auto d = addChannel("D", "desk", 1);
@@ -81,7 +81,7 @@ TEST_F(RunControlTests, plansKeepTheOrderInWhichDevicesFirstOccur) {
     EXPECT_EQ(plans[1].channelNames(), "B, D");
 }
 
-TEST_F(RunControlTests, disabledChannelsDontRun) {
+TEST_F(RunTests, disabledChannelsDontRun) {
     auto config = addChannel("B", "desk", 0);
     auto channels = engine->extraChannels();
     channels[0].isEnabled = false;
@@ -90,7 +90,7 @@ TEST_F(RunControlTests, disabledChannelsDontRun) {
     EXPECT_EQ(audio.madeCount(), 1);
 }
 
-TEST_F(RunControlTests, onlySystemOutputAsksForNoPermission) {
+TEST_F(RunTests, onlySystemOutputAsksForNoPermission) {
     audio.setAuthorization(MicrophoneAuthorization::denied);
     engine->selectedDeviceUID.set(TarvaneKit::systemOutputUID);
     start();
@@ -99,7 +99,7 @@ TEST_F(RunControlTests, onlySystemOutputAsksForNoPermission) {
     EXPECT_THAT(audio.madeUIDs(), ElementsAre(TarvaneKit::systemOutputUID));
 }
 
-TEST_F(RunControlTests, aRefusedMicrophoneOpensNothing) {
+TEST_F(RunTests, aRefusedMicrophoneOpensNothing) {
     for (const auto status :
          {MicrophoneAuthorization::denied, MicrophoneAuthorization::restricted}) {
         audio.setAuthorization(status);
@@ -112,7 +112,7 @@ TEST_F(RunControlTests, aRefusedMicrophoneOpensNothing) {
     EXPECT_EQ(audio.madeCount(), 0);
 }
 
-TEST_F(RunControlTests, anUndecidedMicrophoneIsAskedFor) {
+TEST_F(RunTests, anUndecidedMicrophoneIsAskedFor) {
     audio.setAuthorization(MicrophoneAuthorization::undetermined);
     engine->start();
     EXPECT_EQ(audio.permissionRequests(), 1);
@@ -125,7 +125,7 @@ TEST_F(RunControlTests, anUndecidedMicrophoneIsAskedFor) {
     waitUntil([&] { return engine->isRunning(); });
 }
 
-TEST_F(RunControlTests, stopDuringASlowStartIsImmediateAndShutsWhatOpensLater) {
+TEST_F(RunTests, stopDuringASlowStartIsImmediateAndShutsWhatOpensLater) {
     audio.behaviour("").opensSlowly = true;
     engine->start();
     EXPECT_TRUE(engine->isStarting());
@@ -140,7 +140,7 @@ TEST_F(RunControlTests, stopDuringASlowStartIsImmediateAndShutsWhatOpensLater) {
     EXPECT_EQ(audio.madeCount(), 2);
 }
 
-TEST_F(RunControlTests, startStopStartLeavesTheSecondStanding) {
+TEST_F(RunTests, startStopStartLeavesTheSecondStanding) {
     audio.behaviour("").opensSlowly = true;
     engine->start();
     engine->stop();
@@ -152,7 +152,7 @@ TEST_F(RunControlTests, startStopStartLeavesTheSecondStanding) {
     EXPECT_EQ(audio.runningCount(), 1);
 }
 
-TEST_F(RunControlTests, aFailingMainInputClosesEverything) {
+TEST_F(RunTests, aFailingMainInputClosesEverything) {
     addChannel("B", "desk", 0);
     audio.behaviour("").startError = AudioIOError::noInputAvailable();
     audio.setAuthorization(MicrophoneAuthorization::denied);
@@ -167,7 +167,7 @@ TEST_F(RunControlTests, aFailingMainInputClosesEverything) {
     EXPECT_FALSE(timer.isRunning());
 }
 
-TEST_F(RunControlTests, aFailedStartCanBeRepeated) {
+TEST_F(RunTests, aFailedStartCanBeRepeated) {
     audio.behaviour("").startError = AudioIOError::noInputAvailable();
     start();
     audio.behaviour("").startError.reset();
@@ -175,7 +175,7 @@ TEST_F(RunControlTests, aFailedStartCanBeRepeated) {
     EXPECT_TRUE(engine->isRunning());
 }
 
-TEST_F(RunControlTests, aFailingExtraChannelLeavesTheRestRunning) {
+TEST_F(RunTests, aFailingExtraChannelLeavesTheRestRunning) {
     const auto b = addChannel("B", "desk", 0);
     addChannel("C", "desk", 1);
     audio.behaviour("desk").startError = AudioIOError::engineStartFailed("busy");
@@ -186,7 +186,7 @@ TEST_F(RunControlTests, aFailingExtraChannelLeavesTheRestRunning) {
     EXPECT_FALSE(processorOf(b.id));
 }
 
-TEST_F(RunControlTests, aMissingDeviceIsALineForAnExtraChannelAndTheDefaultForTheMainInput) {
+TEST_F(RunTests, aMissingDeviceIsALineForAnExtraChannelAndTheDefaultForTheMainInput) {
     engine->selectedDeviceUID.set("gone");
     addChannel("B", "gone too", 0);
     start();
@@ -196,20 +196,20 @@ TEST_F(RunControlTests, aMissingDeviceIsALineForAnExtraChannelAndTheDefaultForTh
               "Some channels couldn't start:\nB: The selected device isn't connected.");
 }
 
-TEST_F(RunControlTests, aMissingMainDeviceAloneStartsWithoutAMessage) {
+TEST_F(RunTests, aMissingMainDeviceAloneStartsWithoutAMessage) {
     engine->selectedDeviceUID.set("gone");
     start();
     EXPECT_TRUE(engine->isRunning());
     EXPECT_FALSE(engine->errorMessage());
 }
 
-TEST_F(RunControlTests, aGoodStartLeavesAnEarlierMessage) {
+TEST_F(RunTests, aGoodStartLeavesAnEarlierMessage) {
     TarvaneTests::EngineInsides::tell(*engine, "earlier");
     start();
     EXPECT_EQ(engine->errorMessage(), "earlier");
 }
 
-TEST_F(RunControlTests, stopClosesTheSourcesAndKeepsTheReadings) {
+TEST_F(RunTests, stopClosesTheSourcesAndKeepsTheReadings) {
     start();
     audio.feed("", {sine(1000.0, 0.5, 4800)});
     tick();
@@ -224,7 +224,7 @@ TEST_F(RunControlTests, stopClosesTheSourcesAndKeepsTheReadings) {
     EXPECT_EQ(processorOf()->value(SPLMetric::spl(Weighting::a, TimeWeighting::fast)), reading);
 }
 
-TEST_F(RunControlTests, aNewStartReplacesTheProcessors) {
+TEST_F(RunTests, aNewStartReplacesTheProcessors) {
     start();
     const auto before = processorOf();
     engine->stop();
@@ -234,7 +234,7 @@ TEST_F(RunControlTests, aNewStartReplacesTheProcessors) {
     EXPECT_EQ(live().maxSPLValueDB, -std::numeric_limits<double>::infinity());
 }
 
-TEST_F(RunControlTests, pauseDropsAudioAndKeepsTheSourceOpen) {
+TEST_F(RunTests, pauseDropsAudioAndKeepsTheSourceOpen) {
     start();
     audio.feed("", {sine(1000.0, 0.5, 4800)});
     const auto processor = processorOf();
@@ -256,7 +256,7 @@ TEST_F(RunControlTests, pauseDropsAudioAndKeepsTheSourceOpen) {
     EXPECT_GT(processor->value(metric), before);
 }
 
-TEST_F(RunControlTests, pauseTwiceIsHarmlessAndResumeNeedsAPause) {
+TEST_F(RunTests, pauseTwiceIsHarmlessAndResumeNeedsAPause) {
     engine->pause();
     EXPECT_FALSE(engine->isPaused());
     engine->resume();
@@ -269,7 +269,7 @@ TEST_F(RunControlTests, pauseTwiceIsHarmlessAndResumeNeedsAPause) {
     EXPECT_TRUE(engine->isPaused());
 }
 
-TEST_F(RunControlTests, stopEndsAPause) {
+TEST_F(RunTests, stopEndsAPause) {
     start();
     engine->pause();
     engine->stop();
@@ -277,7 +277,7 @@ TEST_F(RunControlTests, stopEndsAPause) {
     EXPECT_FALSE(engine->isRunning());
 }
 
-TEST_F(RunControlTests, anInputBeyondTheDevicesReadsItsLastChannel) {
+TEST_F(RunTests, anInputBeyondTheDevicesReadsItsLastChannel) {
     engine->selectedDeviceUID.set("desk");
     const auto b = addChannel("B", "desk", 11);
     start();
@@ -288,7 +288,7 @@ TEST_F(RunControlTests, anInputBeyondTheDevicesReadsItsLastChannel) {
     EXPECT_NEAR(processorOf()->value(metric), -20.0 - 3.0103, 0.001);
 }
 
-TEST_F(RunControlTests, nothingIsExclusiveBetweenChannels) {
+TEST_F(RunTests, nothingIsExclusiveBetweenChannels) {
     const auto b = addChannel("B", "desk", 2, 3);
     const auto c = addChannel("C", "desk", 2, 5);
     start();
@@ -299,13 +299,13 @@ TEST_F(RunControlTests, nothingIsExclusiveBetweenChannels) {
     EXPECT_EQ(processorOf(b.id)->sideValues(metric), processorOf(c.id)->sideValues(metric));
 }
 
-TEST_F(RunControlTests, aBlockWithoutChannelsIsPassedOver) {
+TEST_F(RunTests, aBlockWithoutChannelsIsPassedOver) {
     start();
     EXPECT_TRUE(audio.feed("", {}));
     EXPECT_EQ(processorOf()->accumulatedCount(), 0);
 }
 
-TEST_F(RunControlTests, changesOfDeviceOrInputWhileRunningOfferARestart) {
+TEST_F(RunTests, changesOfDeviceOrInputWhileRunningOfferARestart) {
     start();
     engine->selectedChannelIndex.set(0);
     EXPECT_FALSE(engine->channelSourcesChangedWhileRunning());
@@ -319,7 +319,7 @@ TEST_F(RunControlTests, changesOfDeviceOrInputWhileRunningOfferARestart) {
     EXPECT_TRUE(engine->channelSourcesChangedWhileRunning());
 }
 
-TEST_F(RunControlTests, renamingOrRecolouringAChannelAsksForNoRestart) {
+TEST_F(RunTests, renamingOrRecolouringAChannelAsksForNoRestart) {
     addChannel("B", "desk", 0);
     start();
     auto channels = engine->extraChannels();
@@ -333,7 +333,7 @@ TEST_F(RunControlTests, renamingOrRecolouringAChannelAsksForNoRestart) {
     EXPECT_TRUE(engine->channelSourcesChangedWhileRunning());
 }
 
-TEST_F(RunControlTests, disablingAChannelWhileRunningAsksForARestartAndKeepsItInTheRun) {
+TEST_F(RunTests, disablingAChannelWhileRunningAsksForARestartAndKeepsItInTheRun) {
     const auto b = addChannel("B", "desk", 0);
     start();
     auto channels = engine->extraChannels();
@@ -344,7 +344,7 @@ TEST_F(RunControlTests, disablingAChannelWhileRunningAsksForARestartAndKeepsItIn
     EXPECT_EQ(audio.runningCount(), 2);
 }
 
-TEST_F(RunControlTests, losingTheMainInputStopsTheRunWithOneMessage) {
+TEST_F(RunTests, losingTheMainInputStopsTheRunWithOneMessage) {
     engine->selectedDeviceUID.set("desk");
     addChannel("B", "mic", 0);
     start();
@@ -362,7 +362,7 @@ TEST_F(RunControlTests, losingTheMainInputStopsTheRunWithOneMessage) {
     EXPECT_TRUE(engine->isRunning());
 }
 
-TEST_F(RunControlTests, aLostDeviceIsNamedThoughTheListHasItNoMore) {
+TEST_F(RunTests, aLostDeviceIsNamedThoughTheListHasItNoMore) {
     engine->selectedDeviceUID.set("desk");
     start();
     audio.unplug("desk");
@@ -372,7 +372,7 @@ TEST_F(RunControlTests, aLostDeviceIsNamedThoughTheListHasItNoMore) {
     EXPECT_EQ(engine->errorMessage(), "Desk: The device was disconnected.");
 }
 
-TEST_F(RunControlTests, losingAnExtraDeviceSilencesItsChannelsAlone) {
+TEST_F(RunTests, losingAnExtraDeviceSilencesItsChannelsAlone) {
     const auto b = addChannel("B", "desk", 0);
     start();
     audio.feed("desk", std::vector<std::vector<float>>(8, sine(1000.0, 0.5, 4800)));
@@ -389,7 +389,7 @@ TEST_F(RunControlTests, losingAnExtraDeviceSilencesItsChannelsAlone) {
     EXPECT_TRUE(std::isfinite(live().currentSPLValueDB));
 }
 
-TEST_F(RunControlTests, theServersEndStopsAllSourcesWithOneMessage) {
+TEST_F(RunTests, theServersEndStopsAllSourcesWithOneMessage) {
     engine->selectedDeviceUID.set("mic");
     addChannel("B", "desk", 0);
     start();
@@ -405,7 +405,7 @@ TEST_F(RunControlTests, theServersEndStopsAllSourcesWithOneMessage) {
     EXPECT_EQ(audio.runningCount(), 0);
 }
 
-TEST_F(RunControlTests, aSourceThatDiesWhileTheStartIsComingBackEndsTheRun) {
+TEST_F(RunTests, aSourceThatDiesWhileTheStartIsComingBackEndsTheRun) {
     audio.behaviour("").diesAtOnce = AudioSourceLoss::deviceRemoved;
     start();
     waitUntil([&] { return engine->errorMessage().has_value(); });
@@ -414,7 +414,7 @@ TEST_F(RunControlTests, aSourceThatDiesWhileTheStartIsComingBackEndsTheRun) {
     EXPECT_EQ(audio.runningCount(), 0);
 }
 
-TEST_F(RunControlTests, aLossOfAnOldRunMeansNothing) {
+TEST_F(RunTests, aLossOfAnOldRunMeansNothing) {
     start();
     audio.lose("", AudioSourceLoss::deviceRemoved);
     engine->stop();
@@ -424,7 +424,7 @@ TEST_F(RunControlTests, aLossOfAnOldRunMeansNothing) {
     EXPECT_FALSE(engine->errorMessage());
 }
 
-TEST_F(RunControlTests, quittingDuringASlowStartLeavesNothingOpen) {
+TEST_F(RunTests, quittingDuringASlowStartLeavesNothingOpen) {
     audio.behaviour("").opensSlowly = true;
     engine->start();
     waitUntil([&] { return audio.madeCount() == 1; });
@@ -433,21 +433,21 @@ TEST_F(RunControlTests, quittingDuringASlowStartLeavesNothingOpen) {
     EXPECT_EQ(audio.runningCount(), 0);
 }
 
-TEST_F(RunControlTests, devicesThatComeAndGoAreListed) {
+TEST_F(RunTests, devicesThatComeAndGoAreListed) {
     audio.plugIn({.id = 50, .uid = "usb", .name = "USB", .channelCount = 2});
     waitUntil([&] { return engine->availableDevices().size() == 3; });
     audio.unplug("usb");
     waitUntil([&] { return engine->availableDevices().size() == 2; });
 }
 
-TEST_F(RunControlTests, aFailedListingSaysSoAndKeepsTheLastList) {
+TEST_F(RunTests, aFailedListingSaysSoAndKeepsTheLastList) {
     audio.setListingError(AudioIOError::deviceEnumerationFailed(-112));
     engine->refreshDevices();
     EXPECT_EQ(engine->errorMessage(), "Failed to enumerate audio devices (OSStatus -112).");
     EXPECT_EQ(engine->availableDevices().size(), 2U);
 }
 
-TEST_F(RunControlTests, aListingThatFailsUnaskedKeepsTheListAndSaysNothing) {
+TEST_F(RunTests, aListingThatFailsUnaskedKeepsTheListAndSaysNothing) {
     audio.setListingError(AudioIOError::deviceEnumerationFailed(-32));
     audio.unplug("desk");
     for (int i = 0; i < 20; ++i) {
@@ -460,7 +460,7 @@ TEST_F(RunControlTests, aListingThatFailsUnaskedKeepsTheListAndSaysNothing) {
     waitUntil([&] { return engine->availableDevices().size() == 1; });
 }
 
-TEST_F(RunControlTests, aDeviceThatVanishesFromTheListKeepsRunning) {
+TEST_F(RunTests, aDeviceThatVanishesFromTheListKeepsRunning) {
     engine->selectedDeviceUID.set("desk");
     start();
     audio.unplug("desk");

@@ -11,7 +11,7 @@ using Channels = std::vector<std::vector<int>>;
 constexpr std::uint32_t mic = 40;
 constexpr std::uint32_t desk = 41;
 
-class InputGainTests : public TarvaneTests::EngineFixture {
+class InputGainsTests : public TarvaneTests::EngineFixture {
   protected:
     static FakeControls eachAt(double gainDB, int inputs = 8) {
         FakeControls controls;
@@ -52,7 +52,7 @@ class InputGainTests : public TarvaneTests::EngineFixture {
     double mainGainDB() const { return engine->currentInputGain().value().currentDB; }
 };
 
-TEST_F(InputGainTests, aDeviceWithoutControlsHasNoGain) {
+TEST_F(InputGainsTests, aDeviceWithoutControlsHasNoGain) {
     EXPECT_FALSE(engine->currentInputGain());
     EXPECT_FALSE(engine->currentInputVolumeScalar());
     engine->setInputGain(-6.0);
@@ -64,7 +64,7 @@ TEST_F(InputGainTests, aDeviceWithoutControlsHasNoGain) {
     EXPECT_FALSE(engine->calibration().inputGain);
 }
 
-TEST_F(InputGainTests, theMainInputsGainIsFollowed) {
+TEST_F(InputGainsTests, theMainInputsGainIsFollowed) {
     moveTo(mic, eachAt(-10.0, 1));
     engine->refreshDevices();
     EXPECT_EQ(engine->currentInputGain(), InputGainState::create(-10.0, 0.0, -60.0, false));
@@ -75,7 +75,7 @@ TEST_F(InputGainTests, theMainInputsGainIsFollowed) {
     EXPECT_EQ(engine->calibration().inputGain, engine->currentInputGain());
 }
 
-TEST_F(InputGainTests, aGainTurnedAtTheDeviceLeavesTheReadingWhereItIs) {
+TEST_F(InputGainsTests, aGainTurnedAtTheDeviceLeavesTheReadingWhereItIs) {
     engine->selectedDeviceUID.set("desk");
     moveTo(desk, eachAt(0.0));
     engine->calibration.set(calibratedAt(0.0));
@@ -91,7 +91,7 @@ TEST_F(InputGainTests, aGainTurnedAtTheDeviceLeavesTheReadingWhereItIs) {
     EXPECT_NEAR(reading(UUID::main()), before, 0.01);
 }
 
-TEST_F(InputGainTests, anExtraChannelsGainIsFollowedWhileItRuns) {
+TEST_F(InputGainsTests, anExtraChannelsGainIsFollowedWhileItRuns) {
     auto channel = addChannel("B", "desk", 3);
     channel.isDigital = false;
     channel.calibration = calibratedAt(-6.0);
@@ -107,7 +107,7 @@ TEST_F(InputGainTests, anExtraChannelsGainIsFollowedWhileItRuns) {
     EXPECT_NEAR(reading(channel.id), before, 0.01);
 }
 
-TEST_F(InputGainTests, aMasterControlIsSharedByAllInputs) {
+TEST_F(InputGainsTests, aMasterControlIsSharedByAllInputs) {
     engine->selectedDeviceUID.set("desk");
     const auto b = addChannel("B", "desk", 5);
     moveTo(desk, sharedAt(-3.0));
@@ -119,7 +119,7 @@ TEST_F(InputGainTests, aMasterControlIsSharedByAllInputs) {
     EXPECT_EQ(engine->inputGain(b)->currentDB, -9.0);
 }
 
-TEST_F(InputGainTests, setGoesToBothInputsOfAPairAndIsKeptInRange) {
+TEST_F(InputGainsTests, setGoesToBothInputsOfAPairAndIsKeptInRange) {
     engine->selectedDeviceUID.set("desk");
     engine->mainInputIsStereo.set(true);
     moveTo(desk, eachAt(-3.0));
@@ -138,7 +138,7 @@ TEST_F(InputGainTests, setGoesToBothInputsOfAPairAndIsKeptInRange) {
     EXPECT_EQ(mainGainDB(), 0.0);
 }
 
-TEST_F(InputGainTests, aRefusalIsToldAndChangesNothing) {
+TEST_F(InputGainsTests, aRefusalIsToldAndChangesNothing) {
     const auto b = addChannel("B", "desk", 5);
     auto controls = eachAt(-3.0);
     controls.refusesToBeSet = true;
@@ -152,7 +152,7 @@ TEST_F(InputGainTests, aRefusalIsToldAndChangesNothing) {
     EXPECT_FALSE(engine->errorMessage());
 }
 
-TEST_F(InputGainTests, aDeviceMayHaveAVolumeAndNoGain) {
+TEST_F(InputGainsTests, aDeviceMayHaveAVolumeAndNoGain) {
     FakeControls controls;
     controls.volume = 0.25F;
     moveTo(mic, controls);
@@ -164,7 +164,7 @@ TEST_F(InputGainTests, aDeviceMayHaveAVolumeAndNoGain) {
     EXPECT_FALSE(engine->errorMessage());
 }
 
-TEST_F(InputGainTests, gainsStandUnderTheDeviceAndTheInput) {
+TEST_F(InputGainsTests, gainsStandUnderTheDeviceAndTheInput) {
     audio.setDefaultInput(desk);
     moveTo(desk, eachAt(-5.0));
     moveTo(mic, eachAt(-7.0, 1));
@@ -179,7 +179,7 @@ TEST_F(InputGainTests, gainsStandUnderTheDeviceAndTheInput) {
     EXPECT_FALSE(engine->inputGain(engine->extraChannels()[2]));
 }
 
-TEST_F(InputGainTests, oneObservationPerDeviceListensToAllItsInputs) {
+TEST_F(InputGainsTests, oneObservationPerDeviceListensToAllItsInputs) {
     addChannel("B", "desk", 4, 6);
     addChannel("C", "desk", 1);
     EXPECT_EQ(audio.observedChannels(desk), (Channels{{1, 4, 6}}));
@@ -191,7 +191,7 @@ TEST_F(InputGainTests, oneObservationPerDeviceListensToAllItsInputs) {
     EXPECT_EQ(audio.observedChannels(desk), (Channels{{0, 1}, {1, 4, 6}}));
 }
 
-TEST_F(InputGainTests, withoutExtraChannelsNothingOfTheirsIsKeptOrHeard) {
+TEST_F(InputGainsTests, withoutExtraChannelsNothingOfTheirsIsKeptOrHeard) {
     moveTo(desk, eachAt(-5.0));
     const auto b = addChannel("B", "desk", 4);
     EXPECT_FALSE(engine->deviceGains().empty());
@@ -200,7 +200,7 @@ TEST_F(InputGainTests, withoutExtraChannelsNothingOfTheirsIsKeptOrHeard) {
     EXPECT_EQ(audio.observedChannels(desk), Channels{});
 }
 
-TEST_F(InputGainTests, aDeviceThatGoesTakesItsGainAlongAndBringsItBack) {
+TEST_F(InputGainsTests, aDeviceThatGoesTakesItsGainAlongAndBringsItBack) {
     moveTo(desk, eachAt(-5.0));
     engine->selectedDeviceUID.set("desk");
     EXPECT_EQ(mainGainDB(), -5.0);
@@ -215,7 +215,7 @@ TEST_F(InputGainTests, aDeviceThatGoesTakesItsGainAlongAndBringsItBack) {
     EXPECT_EQ(mainGainDB(), -8.0);
 }
 
-TEST_F(InputGainTests, theSystemsOutputHasNoGain) {
+TEST_F(InputGainsTests, theSystemsOutputHasNoGain) {
     moveTo(mic, eachAt(-5.0, 1));
     EXPECT_EQ(mainGainDB(), -5.0);
     engine->selectedDeviceUID.set(TarvaneKit::systemOutputUID);
@@ -224,7 +224,7 @@ TEST_F(InputGainTests, theSystemsOutputHasNoGain) {
     EXPECT_EQ(audio.observedChannels(mic), Channels{});
 }
 
-TEST_F(InputGainTests, aCalibrationRecordsTheGainOfItsMoment) {
+TEST_F(InputGainsTests, aCalibrationRecordsTheGainOfItsMoment) {
     moveTo(desk, eachAt(-11.0));
     engine->selectedDeviceUID.set("desk");
     const auto b = addChannel("B", "desk", 2);
@@ -236,7 +236,7 @@ TEST_F(InputGainTests, aCalibrationRecordsTheGainOfItsMoment) {
     EXPECT_EQ(engine->extraChannels()[0].calibration->reference->inputGainDB, -11.0);
 }
 
-TEST_F(InputGainTests, anAssignedProfileTakesTheGainOfNowAndIsStoredWithoutIt) {
+TEST_F(InputGainsTests, anAssignedProfileTakesTheGainOfNowAndIsStoredWithoutIt) {
     moveTo(mic, eachAt(-5.0, 1));
     engine->refreshDevices();
     auto profile = calibratedAt(0.0);
@@ -246,7 +246,7 @@ TEST_F(InputGainTests, anAssignedProfileTakesTheGainOfNowAndIsStoredWithoutIt) {
     EXPECT_EQ(store.data("Tarvane.calibration")->find("inputGain\""), std::string::npos);
 }
 
-TEST_F(InputGainTests, noListenerOutlivesTheEngine) {
+TEST_F(InputGainsTests, noListenerOutlivesTheEngine) {
     addChannel("B", "desk", 4);
     engine.reset();
     EXPECT_EQ(audio.observedChannels(desk), Channels{});

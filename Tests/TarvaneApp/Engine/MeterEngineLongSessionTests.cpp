@@ -24,12 +24,12 @@ constexpr int hours = 24;
 constexpr int secondsPerHour = 3600;
 #endif
 
-class LongSessionTests : public TarvaneTests::EngineFixture {
+class MeterEngineLongSessionTests : public TarvaneTests::EngineFixture {
   protected:
     double value(const SPLMetric& metric) { return processorOf()->value(metric); }
 };
 
-TEST_F(LongSessionTests, aDaysLevelsAreRightAtItsEndAndItsMemoryIsBounded) {
+TEST_F(MeterEngineLongSessionTests, aDaysLevelsAreRightAtItsEndAndItsMemoryIsBounded) {
     engine->mainInputMeasuresLoudness.set(true);
     engine->configureLeq(Weighting::z, 7200.0);
     start();
@@ -65,7 +65,7 @@ TEST_F(LongSessionTests, aDaysLevelsAreRightAtItsEndAndItsMemoryIsBounded) {
     EXPECT_NEAR(*history.exceedanceLevel(metric, 90.0), -29.03, 0.01);
 }
 
-TEST_F(LongSessionTests, anAnalysisThatStallsCostsTheMetersNothing) {
+TEST_F(MeterEngineLongSessionTests, anAnalysisThatStallsCostsTheMetersNothing) {
     engine->mainInputMeasuresLoudness.set(true);
     engine->configureLeq(Weighting::a, 60.0);
     engine->addDemand(ChannelDemand::rta, UUID::main());

@@ -7,12 +7,12 @@ using TarvaneKit::RGBAColor;
 using TarvaneKit::systemOutputUID;
 using TarvaneKit::UUID;
 
-class ChannelRoutingTests : public TarvaneTests::EngineFixture {
+class ChannelListRoutingTests : public TarvaneTests::EngineFixture {
   protected:
     const ChannelConfig& extra(std::size_t i) const { return engine->extraChannels().at(i); }
 };
 
-TEST_F(ChannelRoutingTests, newChannelsAreNumberedFromTwoAndColouredInTurn) {
+TEST_F(ChannelListRoutingTests, newChannelsAreNumberedFromTwoAndColouredInTurn) {
     for (int i = 0; i < 7; ++i) {
         engine->addChannel();
     }
@@ -24,7 +24,7 @@ TEST_F(ChannelRoutingTests, newChannelsAreNumberedFromTwoAndColouredInTurn) {
     EXPECT_NE(extra(0).id, extra(6).id);
 }
 
-TEST_F(ChannelRoutingTests, aNewChannelTakesTheLowestFreeInputOfTheMainInputsDevice) {
+TEST_F(ChannelListRoutingTests, aNewChannelTakesTheLowestFreeInputOfTheMainInputsDevice) {
     engine->selectedDeviceUID.set("desk");
     engine->addChannel();
     EXPECT_EQ(extra(0).deviceUID, "desk");
@@ -40,7 +40,7 @@ TEST_F(ChannelRoutingTests, aNewChannelTakesTheLowestFreeInputOfTheMainInputsDev
     EXPECT_EQ(extra(2).channelIndex, 4);
 }
 
-TEST_F(ChannelRoutingTests, aDisabledOrForeignChannelLeavesItsInputFree) {
+TEST_F(ChannelListRoutingTests, aDisabledOrForeignChannelLeavesItsInputFree) {
     engine->selectedDeviceUID.set("desk");
     engine->addChannel();
     engine->updateChannel(extra(0).id, [](auto& channel) { channel.isEnabled = false; });
@@ -49,7 +49,7 @@ TEST_F(ChannelRoutingTests, aDisabledOrForeignChannelLeavesItsInputFree) {
     EXPECT_EQ(extra(2).channelIndex, 1);
 }
 
-TEST_F(ChannelRoutingTests, withoutAFreeInputANewChannelTakesTheFirst) {
+TEST_F(ChannelListRoutingTests, withoutAFreeInputANewChannelTakesTheFirst) {
     audio.plugIn({.id = 42, .uid = "pair", .name = "Pair", .channelCount = 2});
     waitUntil([&] { return engine->availableDevices().size() == 3; });
     engine->selectedDeviceUID.set("pair");
@@ -59,14 +59,14 @@ TEST_F(ChannelRoutingTests, withoutAFreeInputANewChannelTakesTheFirst) {
     EXPECT_EQ(extra(1).rightChannelIndex, 1);
 }
 
-TEST_F(ChannelRoutingTests, onAOneInputDeviceTheRightInputIsTheOnlyOne) {
+TEST_F(ChannelListRoutingTests, onAOneInputDeviceTheRightInputIsTheOnlyOne) {
     engine->selectedDeviceUID.set("mic");
     engine->addChannel();
     EXPECT_EQ(extra(0).channelIndex, 0);
     EXPECT_EQ(extra(0).rightChannelIndex, 0);
 }
 
-TEST_F(ChannelRoutingTests, aNewChannelShowsWhatTheMainInputShowsAndKeepsIt) {
+TEST_F(ChannelListRoutingTests, aNewChannelShowsWhatTheMainInputShowsAndKeepsIt) {
     engine->octaveFraction.set(TarvaneKit::OctaveFraction::sixthOctave);
     engine->addChannel();
     ASSERT_TRUE(extra(0).display);
@@ -75,7 +75,7 @@ TEST_F(ChannelRoutingTests, aNewChannelShowsWhatTheMainInputShowsAndKeepsIt) {
     EXPECT_EQ(engine->display(extra(0).id).octaveFraction, TarvaneKit::OctaveFraction::sixthOctave);
 }
 
-TEST_F(ChannelRoutingTests, aNewChannelOnADigitalDeviceStartsDigitalAndWithoutAlerts) {
+TEST_F(ChannelListRoutingTests, aNewChannelOnADigitalDeviceStartsDigitalAndWithoutAlerts) {
     engine->addChannel();
     EXPECT_FALSE(extra(0).isDigital);
     EXPECT_TRUE(extra(0).ringOutEnabled);
@@ -89,7 +89,7 @@ TEST_F(ChannelRoutingTests, aNewChannelOnADigitalDeviceStartsDigitalAndWithoutAl
     EXPECT_TRUE(extra(1).isEnabled);
 }
 
-TEST_F(ChannelRoutingTests, aRemovedChannelTakesItsWindowsLayoutWithIt) {
+TEST_F(ChannelListRoutingTests, aRemovedChannelTakesItsWindowsLayoutWithIt) {
     engine->addChannel();
     engine->addChannel();
     const UUID removed = extra(0).id;
@@ -106,7 +106,7 @@ TEST_F(ChannelRoutingTests, aRemovedChannelTakesItsWindowsLayoutWithIt) {
     EXPECT_EQ(engine->extraChannels().size(), 1U);
 }
 
-TEST_F(ChannelRoutingTests, aChannelRemovedWhileRunningRunsOnUnseenUntilTheRunEnds) {
+TEST_F(ChannelListRoutingTests, aChannelRemovedWhileRunningRunsOnUnseenUntilTheRunEnds) {
     engine->addChannel();
     const UUID id = extra(0).id;
     start();
@@ -120,7 +120,7 @@ TEST_F(ChannelRoutingTests, aChannelRemovedWhileRunningRunsOnUnseenUntilTheRunEn
     EXPECT_EQ(processorOf(id), nullptr);
 }
 
-TEST_F(ChannelRoutingTests, movingAChannelKeepsItsInputsWhereTheDeviceHasThem) {
+TEST_F(ChannelListRoutingTests, movingAChannelKeepsItsInputsWhereTheDeviceHasThem) {
     const UUID id = addChannel("B", "mic", 0).id;
     engine->updateChannel(id, [](auto& channel) {
         channel.channelIndex = 5;
@@ -141,7 +141,7 @@ TEST_F(ChannelRoutingTests, movingAChannelKeepsItsInputsWhereTheDeviceHasThem) {
     EXPECT_EQ(extra(0).deviceUID, "mic");
 }
 
-TEST_F(ChannelRoutingTests, movingAChannelToTheSystemOutputMakesItADigitalPair) {
+TEST_F(ChannelListRoutingTests, movingAChannelToTheSystemOutputMakesItADigitalPair) {
     const UUID id = addChannel("B", "desk", 5).id;
     engine->setChannelDevice(id, systemOutputUID);
     EXPECT_TRUE(extra(0).isDigital);
@@ -150,7 +150,7 @@ TEST_F(ChannelRoutingTests, movingAChannelToTheSystemOutputMakesItADigitalPair) 
     EXPECT_EQ(extra(0).rightChannelIndex, 1);
 }
 
-TEST_F(ChannelRoutingTests, aColourIsTheMainInputsTraceOrTheChannelsOwn) {
+TEST_F(ChannelListRoutingTests, aColourIsTheMainInputsTraceOrTheChannelsOwn) {
     const UUID id = addChannel("B", "desk", 0).id;
     const RGBAColor color{0.1, 0.2, 0.3, 1.0};
     start();
@@ -162,7 +162,7 @@ TEST_F(ChannelRoutingTests, aColourIsTheMainInputsTraceOrTheChannelsOwn) {
     EXPECT_FALSE(engine->channelSourcesChangedWhileRunning());
 }
 
-TEST_F(ChannelRoutingTests, pairingMovingAndEnablingAskForARestartWhileRunning) {
+TEST_F(ChannelListRoutingTests, pairingMovingAndEnablingAskForARestartWhileRunning) {
     const UUID id = addChannel("B", "desk", 0).id;
     using Edit = std::function<void(ChannelConfig&)>;
     const std::vector<Edit> edits{[](auto& channel) { channel.isStereo = true; },
@@ -180,7 +180,7 @@ TEST_F(ChannelRoutingTests, pairingMovingAndEnablingAskForARestartWhileRunning) 
     }
 }
 
-TEST_F(ChannelRoutingTests, whatIsNotFixedAtTheStartAsksForNoRestart) {
+TEST_F(ChannelListRoutingTests, whatIsNotFixedAtTheStartAsksForNoRestart) {
     const UUID id = addChannel("B", "desk", 0).id;
     start();
     engine->updateChannel(id, [](auto& channel) {
@@ -194,7 +194,7 @@ TEST_F(ChannelRoutingTests, whatIsNotFixedAtTheStartAsksForNoRestart) {
     EXPECT_FALSE(engine->channelSourcesChangedWhileRunning());
 }
 
-TEST_F(ChannelRoutingTests, choosingTheSameDeviceAgainChangesNothing) {
+TEST_F(ChannelListRoutingTests, choosingTheSameDeviceAgainChangesNothing) {
     engine->selectedDeviceUID.set("desk");
     engine->mainInputIsStereo.set(true);
     engine->mainInputIsDigital.set(true);
