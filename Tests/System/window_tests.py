@@ -320,10 +320,11 @@ def a_rising_tone_raises_the_banner_with_its_note(desk):
     rising = rising_sine(1000, -55, -20, still_seconds=3, db_per_second=10, seconds=40)
     desk.plug_in("--file", desk.write_signal("rising", rising))
     program = metering(desk)
-    said = wait_until(lambda: program.drawn(ANALYZER, "Ring-out"), 30, "No banner is raised")
-    # B5 is at 440 * 2^(14/12) = 987.77 Hz, 21 cents under the tone.
-    expect(re.fullmatch(r"(1\.00kHz|999Hz|1000Hz) B5 \+(19|20|21|22|23)¢", said),
-           f"the banner says {said!r}")
+    # B5 is at 440 * 2^(14/12) = 987.77 Hz, 21 cents under the tone. A block that a busy machine loses
+    # bends one look at the spectrum and not the next.
+    note = re.compile(r"(1\.00kHz|999Hz|1000Hz) B5 \+(19|20|21|22|23)¢")
+    wait_until(lambda: note.fullmatch(program.drawn(ANALYZER, "Ring-out") or ""), 30,
+               "No banner says 1000 Hz, B5 +21¢")
 
 
 @test
