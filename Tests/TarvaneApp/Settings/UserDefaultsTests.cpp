@@ -124,8 +124,10 @@ TEST_F(UserDefaultsTests, aCrashAtAnyMomentLeavesAReadableStore) {
     const std::string filler(20000, 'x');
     std::mt19937 random(1);
     double last = 0.0;
-    // A slow machine's first writes take longer than the first crashes leave them.
-    for (int crash = 0; crash < 25 || (last == 0.0 && crash < 200); ++crash) {
+    // A slow machine's first writes take longer than the first crashes leave them; and a crash
+    // while the file's lock is being made leaves an empty one, which QLockFile takes for held for
+    // 30 s.
+    for (int crash = 0; crash < 25 || (last == 0.0 && crash < 1000); ++crash) {
         const pid_t child = fork();
         ASSERT_GE(child, 0);
         if (child == 0) {
