@@ -7,6 +7,8 @@
 
 namespace TarvaneApp {
 
+class MeterEngine;
+
 class StandaloneModuleWindow final : public QMainWindow {
     Q_OBJECT
   public:

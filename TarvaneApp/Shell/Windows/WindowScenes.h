@@ -15,6 +15,7 @@ namespace TarvaneApp {
 
 class ChannelWindowView;
 class KeyValueStore;
+class MeterEngine;
 
 class WindowScenes final : public QObject {
     Q_OBJECT
