@@ -5,9 +5,12 @@
 // `stop()` has returned; between the two no callback may change.
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 
 #include "AudioIO/AudioIOError.h"
+#include "AudioIO/AudioInputDevice.h"
 
 namespace TarvaneKit {
 
@@ -32,6 +35,9 @@ class MultiChannelAudioSource {
 
     /// Hz. Valid once `start()` has returned.
     virtual double sampleRate() const = 0;
+    /// What it captures from, once `start()` has returned; of the default input the device that
+    /// it was then. Absent for the system's output.
+    virtual std::optional<AudioInputDevice> device() const = 0;
     /// May take as long as the device takes to open, within the source's time limit. When it has
     /// returned, audio has arrived. Throws AudioIOError; the source is then as before the call.
     virtual void start() = 0;
@@ -42,6 +48,10 @@ class MultiChannelAudioSource {
     /// call each, on the source's capture thread.
     std::function<void(const float* const* channels, int channelCount, int frameCount)>
         onAudioBuffer;
+
+    /// So many frames, at the source's rate, are missing ahead of the next block: the server
+    /// passed us over, or we were late. On the capture thread, in order with the blocks.
+    std::function<void(std::int64_t frameCount)> onAudioLost;
 
     /// The source has stopped delivering and won't go on by itself. At most once per start, on
     /// any thread, and not from within `start()` or `stop()`. The owner still calls `stop()`,

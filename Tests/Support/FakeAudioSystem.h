@@ -110,6 +110,9 @@ class FakeAudioSystem final : public TarvaneKit::AudioSystem {
 
     /// Delivers one block to every running source of that uid; true when there was one.
     bool feed(const std::string& uid, const std::vector<std::vector<float>>& channels);
+    /// Tells every running source of that uid that frames are missing ahead of what is fed next;
+    /// true when there was one.
+    bool loseAudio(const std::string& uid, std::int64_t frameCount);
     /// Every running source of that uid dies.
     void lose(const std::string& uid, TarvaneKit::AudioSourceLoss loss);
 
@@ -233,6 +236,13 @@ class FakeAudioSystem final : public TarvaneKit::AudioSystem {
     class Observation;
 
     std::unique_ptr<TarvaneKit::MultiChannelAudioSource> make(const std::string& uid);
+    /// Under the lock.
+    std::optional<TarvaneKit::AudioInputDevice> deviceOf(const std::string& uid) const {
+        const auto found = std::ranges::find_if(devices_, [&](const auto& device) {
+            return uid.empty() ? device.id == defaultID_ : device.uid == uid;
+        });
+        return found != devices_.end() ? std::optional(*found) : std::nullopt;
+    }
     bool takeGain(double gainDB, std::uint32_t deviceID, const std::vector<int>& channels) {
         const std::lock_guard hold(lock_);
         const auto found = controls_.find(deviceID);
@@ -356,6 +366,10 @@ class FakeAudioSystem::Source final : public TarvaneKit::MultiChannelAudioSource
         const std::lock_guard hold(system_.lock_);
         return system_.behaviours_.at(uid_).sampleRate;
     }
+    std::optional<TarvaneKit::AudioInputDevice> device() const override {
+        const std::lock_guard hold(system_.lock_);
+        return device_;
+    }
 
     void start() override {
         std::unique_lock hold(system_.lock_);
@@ -364,6 +378,7 @@ class FakeAudioSystem::Source final : public TarvaneKit::MultiChannelAudioSource
         if (behaviour.startError) {
             throw *behaviour.startError;
         }
+        device_ = system_.deviceOf(uid_);
         system_.running_.push_back(this);
         const auto dies = behaviour.diesAtOnce;
         hold.unlock();
@@ -382,6 +397,7 @@ class FakeAudioSystem::Source final : public TarvaneKit::MultiChannelAudioSource
   private:
     FakeAudioSystem& system_;
     const std::string uid_;
+    std::optional<TarvaneKit::AudioInputDevice> device_;
 };
 
 inline std::unique_ptr<TarvaneKit::MultiChannelAudioSource> FakeAudioSystem::make(
@@ -408,6 +424,18 @@ inline bool FakeAudioSystem::feed(const std::string& uid,
         }
     }
     return fed;
+}
+
+inline bool FakeAudioSystem::loseAudio(const std::string& uid, std::int64_t frameCount) {
+    const std::lock_guard hold(lock_);
+    bool told = false;
+    for (Source* source : running_) {
+        if (source->uid() == uid && source->onAudioLost) {
+            source->onAudioLost(frameCount);
+            told = true;
+        }
+    }
+    return told;
 }
 
 inline void FakeAudioSystem::lose(const std::string& uid, TarvaneKit::AudioSourceLoss loss) {

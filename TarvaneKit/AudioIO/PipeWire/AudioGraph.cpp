@@ -63,6 +63,11 @@ std::string nameInValue(const char* value) {
 
 }  // namespace
 
+AudioInputDevice AudioNode::deviceRecord() const {
+    return {id, name.empty() ? std::to_string(id) : name,
+            description.empty() ? "Unknown Device" : description, channelCount};
+}
+
 struct AudioGraph::BoundNode {
     AudioGraph& graph;
     AudioNode node;

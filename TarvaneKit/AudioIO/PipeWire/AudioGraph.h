@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "AudioIO/AudioInputDevice.h"
 #include "AudioIO/PipeWire/InputControls.h"
 
 namespace TarvaneKit {
@@ -38,6 +39,8 @@ struct AudioNode {
 
     bool isInput() const { return kind != Kind::sink; }
     bool isOutput() const { return kind != Kind::source; }
+    /// As lists show it and settings store it.
+    AudioInputDevice deviceRecord() const;
 };
 
 class AudioGraph {

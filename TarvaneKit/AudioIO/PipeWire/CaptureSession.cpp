@@ -56,11 +56,15 @@ void CaptureSession::start(Target target, const std::optional<AudioInputDevice>&
         hasDelivered_ = false;
         isCancelled_ = false;
         sampleRate_ = 0;
+        opened_.reset();
         startedAt_ = Clock::now();
         firstRefusalAt_.reset();
         state_ = State::opening;
         connection_->connectNow();
         waitForAudio(end);
+        opened_ = target_ == Target::defaultOutput
+                      ? std::nullopt
+                      : std::optional(connection_->graph()->node(nodeID_)->deviceRecord());
         state_ = State::running;
         blocksSeen_ = counters_.blocks.load();
         blocksSeenAt_ = Clock::now();
@@ -77,6 +81,11 @@ void CaptureSession::stop() {
         pw_thread_loop_signal(connection_->loop(), false);
     }
     close();
+}
+
+std::optional<AudioInputDevice> CaptureSession::device() const {
+    const LoopLock lock(*connection_);
+    return opened_;
 }
 
 // The stream goes first, so that nothing is pushed any more; the capture thread is waited for

@@ -57,6 +57,8 @@ class CaptureSession final : PipeWireConnection::Client, CaptureStream::Owner {
 
     /// Hz; 0 before the first start.
     int sampleRate() const { return sampleRate_.load(); }
+    /// What the last start that succeeded opened; absent before, and for a sink.
+    std::optional<AudioInputDevice> device() const;
     CaptureStatistics statistics() const { return counters_.read(); }
 
   private:
@@ -99,6 +101,7 @@ class CaptureSession final : PipeWireConnection::Client, CaptureStream::Owner {
     CaptureThread::Layout layout_;
     std::unique_ptr<CaptureStream> stream_;
     std::uint32_t nodeID_ = SPA_ID_INVALID;  // what the stream captures from
+    std::optional<AudioInputDevice> opened_;
     Clock::time_point startedAt_;
     std::optional<Clock::time_point> firstRefusalAt_;
     std::int64_t blocksSeen_ = 0;

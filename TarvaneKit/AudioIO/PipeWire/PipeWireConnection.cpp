@@ -58,11 +58,6 @@ timespec toTimespec(std::chrono::nanoseconds time) {
     return result;
 }
 
-AudioInputDevice deviceRecord(const AudioNode& node) {
-    return {node.id, node.name.empty() ? std::to_string(node.id) : node.name,
-            node.description.empty() ? "Unknown Device" : node.description, node.channelCount};
-}
-
 }  // namespace
 
 PipeWireConnection::PipeWireConnection() {
@@ -259,7 +254,7 @@ PipeWireConnection::Snapshot PipeWireConnection::takeSnapshot() const {
     result.isComplete = graph_->isListed() && (graph_->knowsDefaults() || defaultsAreDue);
     for (const AudioNode* node : graph_->nodes()) {
         if (node->isInput() && node->channelCount > 0) {
-            result.devices.push_back(deviceRecord(*node));
+            result.devices.push_back(node->deviceRecord());
             result.transports[node->id] =
                 node->isVirtual ? TransportType::virtualDevice : TransportType::hardware;
         }

@@ -59,6 +59,10 @@ double PipeWireInputEngine::sampleRate() const {
     return rate > 0 ? rate : rateBeforeFirstStart;
 }
 
+std::optional<AudioInputDevice> PipeWireInputEngine::device() const {
+    return session_->device();
+}
+
 void PipeWireInputEngine::start() {
     try {
         session_->start(

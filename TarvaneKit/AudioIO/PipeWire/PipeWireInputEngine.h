@@ -35,6 +35,7 @@ class PipeWireInputEngine final : public AudioInputSource, public MultiChannelAu
     /// Hz; 48000 before the first start. It holds from the start on, also when the graph's rate or
     /// the default device changes: PipeWire resamples then.
     double sampleRate() const override;
+    std::optional<AudioInputDevice> device() const override;
 
     /// Opens the device and waits until audio has arrived, five seconds at most. With
     /// `onAudioBuffer` set, `onAudioBlock` isn't called. Throws AudioIOError: noInputAvailable,

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "AudioIO/AudioInputSource.h"
 #include "AudioIO/PipeWire/CaptureStatistics.h"
@@ -24,6 +25,7 @@ class SystemAudioTapSource final : public MultiChannelAudioSource {
 
     /// Hz; 48000 before the first start. It holds from the start on, whatever sink follows.
     double sampleRate() const override;
+    std::optional<AudioInputDevice> device() const override { return std::nullopt; }
 
     /// Opens the default sink's monitor and waits until audio has arrived, silence included, five
     /// seconds at most. Throws AudioIOError: systemAudioUnavailable without a server,

@@ -142,6 +142,21 @@ TEST(PipeWireInputEngine, sampleRateIs48kBeforeTheFirstStart) {
     EXPECT_EQ(PipeWireInputEngine(system.connection()).sampleRate(), 48000.0);
 }
 
+TEST(PipeWireInputEngine, tellsTheDeviceThatItCapturesFrom) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    const auto microphone = deviceNamed(system, PrivateAudioServer::micName);
+    const auto interface = deviceNamed(system, PrivateAudioServer::interfaceName);
+    PipeWireInputEngine engine(system.connection());
+    EXPECT_EQ(engine.device(), std::nullopt);
+    engine.start();
+    EXPECT_EQ(engine.device(), microphone);
+    engine.stop();
+    engine.selectDevice(interface);
+    engine.start();
+    EXPECT_EQ(engine.device(), interface);
+}
+
 TEST(PipeWireInputEngine, silenceComesAsZeros) {
     PrivateAudioServer server;
     PipeWireAudioSystem system;

@@ -22,6 +22,7 @@ TEST(SystemAudioTapSource, capturesWhatTheDefaultSinkPlays) {
     const auto source = system.makeSystemOutputSource();
     Recorder recorder(*source);
     source->start();
+    EXPECT_EQ(source->device(), std::nullopt);
     recorder.record(24000);
     const auto samples = recorder.record(48000);
     ASSERT_EQ(samples.size(), 2u);
