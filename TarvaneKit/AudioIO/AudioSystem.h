@@ -65,7 +65,7 @@ class AudioSystem {
     /// `completion(granted)` comes once, on any thread.
     virtual void requestMicrophoneAccess(std::function<void(bool)> completion) = 0;
 
-    /// A source, not started, for that device, or for the default input and its successors when
+    /// A source, not started, for that device, or for what is the default input at its start when
     /// none is given. Throws AudioIOError when the device can't be selected.
     virtual std::unique_ptr<MultiChannelAudioSource> makeDeviceSource(
         const std::optional<AudioInputDevice>& device) = 0;

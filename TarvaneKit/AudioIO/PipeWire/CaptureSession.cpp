@@ -138,7 +138,11 @@ bool CaptureSession::openingStep(Clock::time_point now) {
         }
         return false;
     }
-    if (stream_ == nullptr || nodeID_ != node->id) {
+    if (stream_ == nullptr || nodeSerial_ != node->serial) {
+        if (target_ == Target::defaultInput) {
+            target_ = Target::device;
+            device_ = node->deviceRecord();
+        }
         open(*node, 0);
     } else if (stream_->isRefused()) {
         open(*node, rateForSlowGraphs);
@@ -175,7 +179,8 @@ CaptureFailure CaptureSession::absence() const {
 }
 
 // The node to capture from at present: the chosen device, found again by its uid when it was
-// plugged in anew, or the default.
+// plugged in anew, or the default. A run stays with the device that it started on, so the default
+// input is asked for only until a stream to it is opened.
 const AudioNode* CaptureSession::wantedNode() const {
     const AudioGraph* graph = connection_->graph();
     if (graph == nullptr) {
@@ -201,6 +206,12 @@ const AudioNode* CaptureSession::wantedNode() const {
     return found != nodes.end() ? *found : nullptr;
 }
 
+// A number is given to another node as soon as it is free; the serial never is.
+const AudioNode* CaptureSession::openedNode() const {
+    const AudioNode* node = connection_->graph()->node(nodeID_);
+    return node != nullptr && node->serial == nodeSerial_ ? node : nullptr;
+}
+
 void CaptureSession::open(const AudioNode& node, int rate) {
     stream_.reset();
     const bool capturesSink = target_ == Target::defaultOutput;
@@ -216,6 +227,7 @@ void CaptureSession::open(const AudioNode& node, int rate) {
         thread_ = std::make_unique<CaptureThread>(identity_.threadName, layout_, deliver);
     }
     nodeID_ = node.id;
+    nodeSerial_ = node.serial;
     CaptureStream::Request request;
     request.targetSerial = node.serial;
     request.channelCount = channelCount;
@@ -282,7 +294,7 @@ void CaptureSession::keepRunning(bool mayRetry) {
     if (graph == nullptr) {
         return;
     }
-    const AudioNode* node = target_ == Target::device ? graph->node(nodeID_) : wantedNode();
+    const AudioNode* node = target_ == Target::device ? openedNode() : wantedNode();
     if (stream_ != nullptr && (node == nullptr || stream_->hasFailed() || stream_->isEnded())) {
         stream_.reset();
     }
@@ -292,7 +304,7 @@ void CaptureSession::keepRunning(bool mayRetry) {
         }
         return;
     }
-    const bool isOther = node->id != nodeID_ && node->channelCount > 0;
+    const bool isOther = node->serial != nodeSerial_ && node->channelCount > 0;
     const bool isWrongRate = stream_ != nullptr && stream_->isRefused();
     if (isOther || isWrongRate || (stream_ == nullptr && mayRetry)) {
         open(*node, sampleRate_);

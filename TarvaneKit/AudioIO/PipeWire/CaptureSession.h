@@ -1,6 +1,7 @@
-// A source's open time: from `start` to `stop` it keeps a stream on the right node, follows the
-// default where that is wanted, holds the sample rate it started with, and reports once when no
-// more audio will come. Both sources of this platform are thin wrappers around it.
+// A source's open time: from `start` to `stop` it keeps a stream on the right node, holds the
+// sample rate it started with, and reports once when no more audio will come. An input stays the
+// device that it was at the start, the default input too; the default output is followed. Both
+// sources of this platform are thin wrappers around it.
 //
 // `start` and `stop` are called on threads of the owner's choice. State belongs to the loop's
 // lock; what happens while running happens on the loop's thread. The block handler runs on the
@@ -76,6 +77,7 @@ class CaptureSession final : PipeWireConnection::Client, CaptureStream::Owner {
     void waitForAudio(Clock::time_point end);
     bool openingStep(Clock::time_point now);
     const AudioNode* wantedNode() const;
+    const AudioNode* openedNode() const;
     void open(const AudioNode& node, int rate);
     bool isLinkedTo(std::uint32_t nodeID) const;
     bool isLinkedElsewhere(std::uint32_t nodeID) const;
@@ -101,6 +103,7 @@ class CaptureSession final : PipeWireConnection::Client, CaptureStream::Owner {
     CaptureThread::Layout layout_;
     std::unique_ptr<CaptureStream> stream_;
     std::uint32_t nodeID_ = SPA_ID_INVALID;  // what the stream captures from
+    std::string nodeSerial_;
     std::optional<AudioInputDevice> opened_;
     Clock::time_point startedAt_;
     std::optional<Clock::time_point> firstRefusalAt_;

@@ -26,14 +26,14 @@ class PipeWireInputEngine final : public AudioInputSource, public MultiChannelAu
     /// The device of the next start. Throws AudioIOError (failedToSetDevice) when there is no
     /// device of that uid.
     void selectDevice(const AudioInputDevice& device);
-    /// Absent: the default input, which is followed when it changes.
+    /// Absent: whatever device is the default input at the start.
     const std::optional<AudioInputDevice>& selectedDevice() const { return selectedDevice_; }
 
     /// The channel that goes to `onAudioBlock`, clamped into those that exist. Fixed while open.
     int selectedChannelIndex = 0;
 
-    /// Hz; 48000 before the first start. It holds from the start on, also when the graph's rate or
-    /// the default device changes: PipeWire resamples then.
+    /// Hz; 48000 before the first start. It holds from the start on, also when the graph's rate
+    /// changes: PipeWire resamples then.
     double sampleRate() const override;
     std::optional<AudioInputDevice> device() const override;
 

@@ -77,13 +77,18 @@ TEST(DeviceList, aNodeWithNoDeviceBehindItIsVirtual) {
     EXPECT_EQ(system.transportType(4711), std::nullopt);
 }
 
-TEST(DeviceList, theDefaultInputIsFollowed) {
+TEST(DeviceList, theDefaultInputIsFollowedAndItsMoveIsTold) {
     PrivateAudioServer server;
     PipeWireAudioSystem system;
     const auto wanted = deviceNamed(system, PrivateAudioServer::interfaceName).id;
     EXPECT_NE(system.defaultInputDeviceID(), wanted);
+    // What a listener finds when it looks: nothing else on the server moves.
+    std::atomic<bool> wasTold = false;
+    system.setDevicesChangedHandler(
+        [&] { wasTold = wasTold || system.defaultInputDeviceID() == wanted; });
     server.setDefaultSource(PrivateAudioServer::interfaceName);
-    EXPECT_TRUE(eventually([&] { return system.defaultInputDeviceID() == wanted; }));
+    EXPECT_TRUE(eventually([&] { return wasTold.load(); }));
+    system.setDevicesChangedHandler(nullptr);
 }
 
 TEST(DeviceList, withoutAServerFailsWithItsStatusAndComesWithTheServer) {

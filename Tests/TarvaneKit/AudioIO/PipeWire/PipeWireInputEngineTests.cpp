@@ -8,6 +8,7 @@
 #include <chrono>
 #include <memory>
 #include <optional>
+#include <semaphore>
 #include <thread>
 
 #include "Support/RealtimeGuard.h"
@@ -205,36 +206,68 @@ TEST(PipeWireInputEngine, allChannelsTakePrecedenceOverOne) {
     EXPECT_EQ(single, 0);
 }
 
-TEST(PipeWireInputEngine, withoutASelectionCapturesTheDefaultAndFollowsIt) {
+// Two devices of which the first is the default.
+class CaptureOfTheDefault : public testing::Test {
+  protected:
+    CaptureOfTheDefault()
+        : first(std::make_unique<ToneDevice>(std::vector<std::string>{
+              "--name", "first", "--priority", "3000", "--tone", "1000:-20"})) {
+        EXPECT_TRUE(eventually([&] { return isDefault("first"); }));
+        engine.start();
+    }
+    bool isDefault(const char* uid) {
+        return system.defaultInputDeviceID() == deviceNamed(system, uid).id;
+    }
+
     PrivateAudioServer server;
     PipeWireAudioSystem system;
-    ToneDevice first({"--name", "first", "--priority", "3000", "--tone", "1000:-20"});
-    ToneDevice second(
-        {"--name", "second", "--channels", "8", "--tone", "8=500:-26", "--rate", "44100"});
-    const auto isDefault = [&](const char* uid) {
-        return system.defaultInputDeviceID() == deviceNamed(system, uid).id;
-    };
-    ASSERT_TRUE(eventually([&] { return isDefault("first"); }));
-    PipeWireInputEngine engine(system.connection());
-    Recorder recorder(engine);
-    engine.start();
-    EXPECT_EQ(recorder.lastChannelCount(), 1);
-    recorder.record(24000);
-    EXPECT_NEAR(levelDB(recorder.record(48000)[0]), sineLevelDB(-20), 0.1);
+    std::unique_ptr<ToneDevice> first;
+    ToneDevice second{
+        {"--name", "second", "--priority", "2000", "--channels", "8", "--tone", "500:-26"}};
+    PipeWireInputEngine engine{system.connection()};
+    Recorder recorder{engine};
+};
 
+TEST_F(CaptureOfTheDefault, staysWithTheDeviceOfTheStartWhenTheDefaultMoves) {
+    const auto device = deviceNamed(system, "first");
+    EXPECT_EQ(engine.device(), device);
     server.setDefaultSource("second");
-    ASSERT_TRUE(eventually([&] { return recorder.lastChannelCount() == 8; }));
+    ASSERT_TRUE(eventually([&] { return isDefault("second"); }));
     recorder.record(24000);
     const auto samples = recorder.record(48000);
-    ASSERT_EQ(samples.size(), 8u);
-    EXPECT_NEAR(levelDB(samples[7]), sineLevelDB(-26), 0.1);
-    EXPECT_NEAR(frequencyHz(samples[7], engine.sampleRate()), 500.0, 1.0);
+    ASSERT_EQ(samples.size(), 1u);
+    EXPECT_NEAR(frequencyHz(samples[0], engine.sampleRate()), 1000.0, 1.0);
+    EXPECT_NEAR(levelDB(samples[0]), sineLevelDB(-20), 0.1);
+    EXPECT_EQ(engine.device(), device);
+    EXPECT_TRUE(recorder.losses().empty());
     EXPECT_EQ(server.nodeCount(streamName), 1);
 
-    // The default is unplugged: another takes its place and the source goes on.
-    second.kill();
-    ASSERT_TRUE(eventually([&] { return recorder.lastChannelCount() == 1; }));
+    // The next start takes what is the default then.
+    engine.stop();
+    engine.start();
+    EXPECT_EQ(engine.device(), deviceNamed(system, "second"));
+    EXPECT_EQ(recorder.record(4800).size(), 8u);
+}
+
+TEST_F(CaptureOfTheDefault, itsEndIsALossAndNoOtherDeviceTakesItsPlace) {
     recorder.record(4800);
+    first->kill();
+    ASSERT_TRUE(eventually([&] { return !recorder.losses().empty(); }));
+    // Another is the default by now, and delivers; long enough for its samples, or for a second
+    // report, to come.
+    ASSERT_TRUE(eventually([&] { return isDefault("second"); }));
+    std::this_thread::sleep_for(std::chrono::seconds(4));
+    EXPECT_EQ(recorder.losses(), std::vector{AudioSourceLoss::deviceRemoved});
+    EXPECT_EQ(recorder.lastChannelCount(), 1);
+    EXPECT_EQ(server.nodeCount(streamName), 0);
+}
+
+TEST_F(CaptureOfTheDefault, theEndOfALaterDefaultIsNoLoss) {
+    server.setDefaultSource("second");
+    ASSERT_TRUE(eventually([&] { return isDefault("second"); }));
+    second.kill();
+    ASSERT_TRUE(eventually([&] { return !hasDevice(system, "second"); }));
+    EXPECT_NEAR(frequencyHz(recorder.record(48000)[0], engine.sampleRate()), 1000.0, 1.0);
     EXPECT_TRUE(recorder.losses().empty());
 }
 
@@ -343,6 +376,42 @@ TEST(PipeWireInputEngine, aServerThatHangsWhileCapturingIsAStall) {
     engine.stop();
     server.thaw();
     EXPECT_EQ(recorder.losses(), std::vector{AudioSourceLoss::stalled});
+}
+
+TEST(PipeWireInputEngine, aNodeThatTakesOverTheNumberOfTheDeviceIsNotCaptured) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    server.addNode("mine", "Audio/Source/Virtual", 1);
+    const auto engine = engineOn(system, "mine");
+    Recorder recorder(*engine);
+    engine->start();
+    const auto number = static_cast<int>(engine->device()->id);
+
+    // While a listener keeps the loop waiting, what the server tells piles up, and comes all at
+    // once: the device's end, and another device under its number.
+    std::binary_semaphore waits(0);
+    std::binary_semaphore mayGo(0);
+    std::atomic<bool> isFirst = true;
+    system.setDevicesChangedHandler([&] {
+        if (isFirst.exchange(false)) {
+            waits.release();
+            mayGo.acquire();
+        }
+    });
+    server.addNode("bystander", "Audio/Source/Virtual", 1);
+    waits.acquire();
+    server.removeNode("mine");
+    bool isReused = false;
+    for (int i = 0; i < 30 && !isReused; ++i) {
+        const std::string name = "other" + std::to_string(i);
+        server.addNode(name, "Audio/Source/Virtual", 1);
+        isReused = server.nodeID(name) == number;
+    }
+    mayGo.release();
+    EXPECT_TRUE(isReused) << "No number was given a second time, so this shows nothing.";
+    EXPECT_TRUE(eventually([&] { return !recorder.losses().empty(); }));
+    EXPECT_EQ(recorder.losses(), std::vector{AudioSourceLoss::deviceRemoved});
+    system.setDevicesChangedHandler(nullptr);
 }
 
 // The whole name of the first port that `pw-link` lists for a node.
