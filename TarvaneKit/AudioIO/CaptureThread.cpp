@@ -22,8 +22,9 @@ std::unique_ptr<SampleRing> makeRing(const CaptureThread::Layout& layout) {
 
 }  // namespace
 
-CaptureThread::CaptureThread(const std::string& name, const Layout& layout, Handler handler)
-    : handler_(std::move(handler)), current_(makeRing(layout)) {
+CaptureThread::CaptureThread(const std::string& name, const Layout& layout, Handler handler,
+                             LostHandler onLost)
+    : handler_(std::move(handler)), onLost_(std::move(onLost)), current_(makeRing(layout)) {
     pushRing_.store(current_.get(), std::memory_order_release);
     thread_ = std::thread([this, name] { run(name); });
 }
@@ -32,12 +33,19 @@ CaptureThread::~CaptureThread() {
     stop();
 }
 
-bool CaptureThread::push(const float* const* channels, int frameCount) noexcept {
-    const bool taken = pushRing_.load(std::memory_order_acquire)->write(channels, frameCount);
+bool CaptureThread::push(const float* const* channels, int frameCount,
+                         std::int64_t missingFrames) noexcept {
+    missingFrames += missingFrames_.load(std::memory_order_relaxed);
+    const bool taken =
+        pushRing_.load(std::memory_order_acquire)->write(channels, frameCount, missingFrames);
     if (!taken) {
+        missingFrames += frameCount;
         droppedBlocks_.fetch_add(1, std::memory_order_relaxed);
         droppedFrames_.fetch_add(frameCount, std::memory_order_relaxed);
+    } else if (frameCount > 0) {
+        missingFrames = 0;
     }
+    missingFrames_.store(missingFrames, std::memory_order_relaxed);
     wake();
     return taken;
 }
@@ -84,6 +92,9 @@ void CaptureThread::deliverAll() {
         while (const auto block = current_->front()) {
             if (stopping_.load(std::memory_order_acquire)) {
                 return;
+            }
+            if (block->missingFrames > 0 && onLost_) {
+                onLost_(block->missingFrames);
             }
             handler_(block->channels, block->channelCount, block->frameCount);
             current_->pop();

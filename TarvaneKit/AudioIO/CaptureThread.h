@@ -24,6 +24,8 @@ class CaptureThread {
     /// `channels[channel][frame]`, valid for the call only.
     using Handler =
         std::function<void(const float* const* channels, int channelCount, int frameCount)>;
+    /// So many frames are missing ahead of the block that the handler gets next.
+    using LostHandler = std::function<void(std::int64_t frameCount)>;
 
     struct Layout {
         int channelCount = 1;
@@ -32,17 +34,20 @@ class CaptureThread {
     };
 
     /// Takes all memory and starts the thread. `name` is what a debugger shows, 15 characters.
-    CaptureThread(const std::string& name, const Layout& layout, Handler handler);
+    CaptureThread(const std::string& name, const Layout& layout, Handler handler,
+                  LostHandler onLost = nullptr);
     ~CaptureThread();
     CaptureThread(const CaptureThread&) = delete;
     CaptureThread& operator=(const CaptureThread&) = delete;
 
     /// Audio callback. Hands over one block of the layout's channels; a null channel counts as
-    /// silence. False when the ring was full and the block is lost.
-    bool push(const float* const* channels, int frameCount) noexcept;
+    /// silence. `missingFrames` didn't come ahead of it. False when the ring was full and the block
+    /// is lost: it counts as missing ahead of the next block that fits.
+    bool push(const float* const* channels, int frameCount,
+              std::int64_t missingFrames = 0) noexcept;
 
     /// Makes room for another layout. Blocks pushed before are still delivered, ahead of those
-    /// pushed after. No push may be running.
+    /// pushed after; what is missing is told still. No push may be running.
     void reopen(const Layout& layout);
 
     /// When it has returned, the handler isn't running and won't run again. Blocks still in the
@@ -60,8 +65,11 @@ class CaptureThread {
     void wake() noexcept;
 
     const Handler handler_;
+    const LostHandler onLost_;
     // Written by the owner while no push runs, read by the audio callback.
     std::atomic<SampleRing*> pushRing_ = nullptr;
+    // The audio callback's: missing since the last block that fitted.
+    std::atomic<std::int64_t> missingFrames_ = 0;
     std::unique_ptr<SampleRing> current_;  // the capture thread's
     // Guards the rings that follow the current one; held for a pointer's exchange.
     std::mutex mutex_;

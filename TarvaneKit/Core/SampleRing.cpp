@@ -14,8 +14,11 @@ constexpr std::size_t grain = 4;
 constexpr int smallestBlockFrames = 16;
 
 struct Header {
+    std::int64_t missingFrames;
     std::int32_t frameCount;  // 0: nothing more up to the ring's end
+    std::int32_t unused;
 };
+static_assert(sizeof(Header) == grain * sizeof(float));
 
 std::size_t roundedUp(std::size_t size) {
     return (size + grain - 1) / grain * grain;
@@ -59,7 +62,7 @@ std::size_t SampleRing::reserve(std::size_t size) noexcept {
         }
     }
     if (skipped > 0) {
-        const Header rest{0};
+        const Header rest{};
         std::memcpy(&storage_[position], &rest, sizeof rest);
         written_.store(written + skipped, std::memory_order_release);
         return 0;
@@ -67,7 +70,8 @@ std::size_t SampleRing::reserve(std::size_t size) noexcept {
     return position;
 }
 
-bool SampleRing::write(const float* const* channels, int frameCount) noexcept {
+bool SampleRing::write(const float* const* channels, int frameCount,
+                       std::int64_t missingFrames) noexcept {
     if (frameCount <= 0) {
         return true;
     }
@@ -78,7 +82,7 @@ bool SampleRing::write(const float* const* channels, int frameCount) noexcept {
         droppedFrames_.fetch_add(frameCount, std::memory_order_relaxed);
         return false;
     }
-    const Header header{frameCount};
+    const Header header{missingFrames, frameCount, 0};
     std::memcpy(&storage_[position], &header, sizeof header);
     float* plane = &storage_[position + grain];
     for (int channel = 0; channel < channelCount_; ++channel, plane += frameCount) {
@@ -113,7 +117,7 @@ std::optional<SampleRing::Block> SampleRing::front() noexcept {
             pointer = plane;
             plane += header.frameCount;
         }
-        return Block{pointers_.data(), channelCount_, header.frameCount};
+        return Block{pointers_.data(), channelCount_, header.frameCount, header.missingFrames};
     }
 }
 

@@ -9,7 +9,8 @@
 // never cut, reordered or delivered in parts.
 // Who may wait: nobody in here. Waking the reader is its owner's business.
 //
-// How: the ring holds records, each a header and the planar samples of one block, contiguous. A
+// How: the ring holds records, each a header with the block's length and what is missing ahead of
+// it, and the planar samples of the block, contiguous. A
 // record that would cross the end starts at 0 again, and a header of no frames marks the skipped
 // rest. Two counters of floats ever written and ever read say what is in the ring. The writer
 // stores `written_` with release after the samples are in place, the reader loads it with acquire
@@ -33,6 +34,7 @@ class SampleRing {
         const float* const* channels = nullptr;  ///< `[channel][frame]`
         int channelCount = 0;
         int frameCount = 0;
+        std::int64_t missingFrames = 0;  ///< ahead of this block
     };
 
     /// Room for `capacityFrames` frames of every channel in blocks of 16 to `largestBlockFrames`
@@ -41,9 +43,11 @@ class SampleRing {
 
     int channelCount() const { return channelCount_; }
 
-    /// Writer. Copies one block of `[channel][frame]`; a null channel counts as silence. False
-    /// when the block didn't fit and was dropped. Blocks of no frames are passed over.
-    bool write(const float* const* channels, int frameCount) noexcept;
+    /// Writer. Copies one block of `[channel][frame]`; a null channel counts as silence.
+    /// `missingFrames` of audio are lost between the last block and this one; the record carries
+    /// them. False when the block didn't fit and was dropped. Blocks of no frames are passed over.
+    bool write(const float* const* channels, int frameCount,
+               std::int64_t missingFrames = 0) noexcept;
 
     /// Reader. The oldest block, or empty when there is none.
     std::optional<Block> front() noexcept;

@@ -183,6 +183,10 @@ void PrivateAudioServer::forceRate(int rate) {
     run({"pw-metadata", "-n", "settings", "0", "clock.force-rate", std::to_string(rate)});
 }
 
+void PrivateAudioServer::forceQuantum(int frames) {
+    run({"pw-metadata", "-n", "settings", "0", "clock.force-quantum", std::to_string(frames)});
+}
+
 void PrivateAudioServer::addNode(const std::string& name, const std::string& mediaClass,
                                  int channels) {
     std::string positions;

@@ -61,6 +61,8 @@ class PrivateAudioServer {
     void setDefaultSink(const std::string& nodeName);
     /// The graph's rate, for all clients.
     void forceRate(int rate);
+    /// The frames of a turn of the graph, for all clients; 0 leaves it to them again.
+    void forceQuantum(int frames);
     /// Adds a null sink or virtual source of the server's own.
     void addNode(const std::string& name, const std::string& mediaClass, int channels);
     void removeNode(const std::string& name);

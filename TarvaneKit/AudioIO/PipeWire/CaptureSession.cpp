@@ -41,8 +41,7 @@ CaptureSession::~CaptureSession() {
 }
 
 void CaptureSession::start(Target target, const std::optional<AudioInputDevice>& device,
-                           CaptureThread::Handler handler,
-                           std::function<void(AudioSourceLoss)> onLoss) {
+                           Handlers handlers) {
     const std::scoped_lock starting(startMutex_);
     close();
     const auto end = Clock::now() + startLimit;
@@ -50,8 +49,7 @@ void CaptureSession::start(Target target, const std::optional<AudioInputDevice>&
         const LoopLock lock(*connection_);
         target_ = target;
         device_ = device;
-        handler_ = std::move(handler);
-        onLoss_ = std::move(onLoss);
+        handlers_ = std::move(handlers);
         counters_.reset();
         hasDelivered_ = false;
         isCancelled_ = false;
@@ -219,12 +217,13 @@ void CaptureSession::open(const AudioNode& node, int rate) {
     if (thread_ == nullptr) {
         layout_ = {.channelCount = channelCount};
         auto deliver = [this](const float* const* channels, int count, int frames) {
-            handler_(channels, count, frames);
+            handlers_.onBlock(channels, count, frames);
             if (!hasDelivered_.exchange(true)) {
                 connection_->wake();
             }
         };
-        thread_ = std::make_unique<CaptureThread>(identity_.threadName, layout_, deliver);
+        thread_ = std::make_unique<CaptureThread>(identity_.threadName, layout_, deliver,
+                                                  handlers_.onLost);
     }
     nodeID_ = node.id;
     nodeSerial_ = node.serial;
@@ -335,8 +334,8 @@ void CaptureSession::lose(AudioSourceLoss loss) {
     state_ = State::lost;
     stream_.reset();
     nodeID_ = SPA_ID_INVALID;
-    if (onLoss_) {
-        onLoss_(loss);
+    if (handlers_.onEnded) {
+        handlers_.onEnded(loss);
     }
 }
 

@@ -47,11 +47,17 @@ class CaptureSession final : PipeWireConnection::Client, CaptureStream::Owner {
     CaptureSession(std::shared_ptr<PipeWireConnection> connection, Identity identity);
     ~CaptureSession() override;
 
+    /// What happens while it is open.
+    struct Handlers {
+        CaptureThread::Handler onBlock;                ///< on the capture thread
+        CaptureThread::LostHandler onLost;             ///< on the capture thread
+        std::function<void(AudioSourceLoss)> onEnded;  ///< on any thread, once
+    };
+
     /// Opens and waits until audio has arrived, five seconds at most. `device` counts for
     /// Target::device alone. Throws CaptureFailure; nothing is open then. A session that is open
     /// is closed first.
-    void start(Target target, const std::optional<AudioInputDevice>& device,
-               CaptureThread::Handler handler, std::function<void(AudioSourceLoss)> onLoss);
+    void start(Target target, const std::optional<AudioInputDevice>& device, Handlers handlers);
     /// When it has returned, no handler is running and none will run. A start under way in another
     /// thread ends with a failure.
     void stop();
@@ -97,8 +103,7 @@ class CaptureSession final : PipeWireConnection::Client, CaptureStream::Owner {
     bool isCancelled_ = false;
     Target target_ = Target::defaultInput;
     std::optional<AudioInputDevice> device_;
-    CaptureThread::Handler handler_;
-    std::function<void(AudioSourceLoss)> onLoss_;
+    Handlers handlers_;
     std::unique_ptr<CaptureThread> thread_;
     CaptureThread::Layout layout_;
     std::unique_ptr<CaptureStream> stream_;

@@ -123,6 +123,13 @@ void CaptureStream::onStateChanged(void* data, pw_stream_state, pw_stream_state 
                                    const char* error) {
     auto& self = *static_cast<CaptureStream*>(data);
     self.state_ = state;
+    // What the server pauses isn't passed over: it was told to stand still, for a change of the
+    // graph's rate or because its device is suspended, and captured nothing that could be lost. The
+    // clock of the others goes on meanwhile, so that what follows has no place on it. A pause that
+    // lasts is a stall, and the session says so.
+    if (state != PW_STREAM_STATE_STREAMING) {
+        self.followsOnNothing_.store(true, std::memory_order_release);
+    }
     self.wasConnecting_ = self.wasConnecting_ || state >= PW_STREAM_STATE_CONNECTING;
     if (error != nullptr) {
         self.failure_ = error;
@@ -158,7 +165,7 @@ void CaptureStream::onParamChanged(void* data, std::uint32_t id, const spa_pod* 
     }
     self.rate_ = static_cast<int>(info.rate);
     self.planes_.assign(info.channels, nullptr);
-    self.nextTicks_ = 0;
+    self.followsOnNothing_.store(true, std::memory_order_release);
     const bool accepted = self.owner_.acceptFormat(self.rate_, static_cast<int>(info.channels));
     self.isRefused_ = !accepted;
     self.isAccepting_.store(accepted, std::memory_order_release);
@@ -198,30 +205,40 @@ void CaptureStream::pushBuffer(const spa_buffer& buffer) {
     if (planes_.empty() || frameCount == 0) {
         return;
     }
-    countMissedTicks(frameCount);
+    const std::int64_t missing = missingFrames(frameCount);
     counters_.frames.fetch_add(frameCount, std::memory_order_relaxed);
     counters_.blocks.fetch_add(1, std::memory_order_relaxed);
-    if (!thread_.push(planes_.data(), frameCount)) {
+    if (!thread_.push(planes_.data(), frameCount, missing)) {
         counters_.droppedBlocks.fetch_add(1, std::memory_order_relaxed);
         counters_.droppedFrames.fetch_add(frameCount, std::memory_order_relaxed);
     }
 }
 
 // The graph's clock goes on by a block's length from one block to the next, or by more when this
-// stream's turn was passed over. A resampled block may be some frames off its share of the time,
-// so only half a block and more counts.
-void CaptureStream::countMissedTicks(int frameCount) {
+// stream's turn was passed over. What a device's driver lost ahead of the graph comes as silence,
+// or not at all, and can't be told from here.
+std::int64_t CaptureStream::missingFrames(int frameCount) {
     pw_time time = {};
     if (pw_stream_get_time_n(stream_, &time, sizeof time) < 0 || time.rate.num == 0) {
-        return;
+        return 0;
     }
-    const double ticksPerFrame = static_cast<double>(time.rate.denom) / time.rate.num / rate_;
-    const auto blockTicks = static_cast<std::int64_t>(std::lround(frameCount * ticksPerFrame));
-    const auto missed = static_cast<std::int64_t>(time.ticks - nextTicks_);
-    if (nextTicks_ != 0 && missed > blockTicks / 2) {
-        counters_.missedTicks.fetch_add(missed, std::memory_order_relaxed);
+    const double ticksPerSecond = static_cast<double>(time.rate.denom) / time.rate.num;
+    std::int64_t missing = 0;
+    if (followsOnNothing_.exchange(false, std::memory_order_acquire) ||
+        ticksPerSecond != ticksPerSecond_) {
+        missing = framesOf(continuity_.restart());
+        ticksPerSecond_ = ticksPerSecond;
     }
-    nextTicks_ = time.ticks + static_cast<std::uint64_t>(blockTicks);
+    const double blockTicks = frameCount * ticksPerSecond / rate_;
+    return missing + framesOf(continuity_.missingTicks(time.ticks, blockTicks));
+}
+
+std::int64_t CaptureStream::framesOf(double missedTicks) {
+    if (missedTicks <= 0) {
+        return 0;
+    }
+    counters_.missedTicks.fetch_add(std::llround(missedTicks), std::memory_order_relaxed);
+    return std::llround(missedTicks * rate_ / ticksPerSecond_);
 }
 
 }  // namespace TarvaneKit

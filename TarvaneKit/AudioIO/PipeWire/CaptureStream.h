@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "AudioIO/BlockContinuity.h"
 #include "AudioIO/CaptureThread.h"
 #include "AudioIO/PipeWire/CaptureStatistics.h"
 
@@ -83,7 +84,8 @@ class CaptureStream {
 
     void connect(const Request& request);
     void pushBuffer(const spa_buffer& buffer);
-    void countMissedTicks(int frameCount);
+    std::int64_t missingFrames(int frameCount);
+    std::int64_t framesOf(double missedTicks);
 
     CaptureThread& thread_;
     CaptureCounters& counters_;
@@ -100,7 +102,10 @@ class CaptureStream {
     // The data thread's; handed over by `isAccepting_`.
     std::atomic<bool> isAccepting_ = false;
     std::vector<const float*> planes_;
-    std::uint64_t nextTicks_ = 0;
+    double ticksPerSecond_ = 0;
+    BlockContinuity continuity_;
+    // Set on the loop's thread, taken on the data thread.
+    std::atomic<bool> followsOnNothing_ = true;
 };
 
 }  // namespace TarvaneKit

@@ -68,10 +68,10 @@ void PipeWireInputEngine::start() {
         session_->start(
             selectedDevice_ ? CaptureSession::Target::device : CaptureSession::Target::defaultInput,
             selectedDevice_,
-            [this](const float* const* channels, int channelCount, int frameCount) {
-                deliver(channels, channelCount, frameCount);
-            },
-            onLoss);
+            {.onBlock = [this](const float* const* channels, int channelCount,
+                               int frameCount) { deliver(channels, channelCount, frameCount); },
+             .onLost = onAudioLost,
+             .onEnded = onLoss});
     } catch (const CaptureFailure& failure) {
         throw inputError(failure);
     }

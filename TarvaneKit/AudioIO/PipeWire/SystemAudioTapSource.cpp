@@ -28,14 +28,15 @@ double SystemAudioTapSource::sampleRate() const {
 
 void SystemAudioTapSource::start() {
     try {
-        session_->start(
-            CaptureSession::Target::defaultOutput, std::nullopt,
-            [this](const float* const* channels, int count, int frameCount) {
-                if (onAudioBuffer) {
-                    onAudioBuffer(channels, count, frameCount);
-                }
-            },
-            onLoss);
+        session_->start(CaptureSession::Target::defaultOutput, std::nullopt,
+                        {.onBlock =
+                             [this](const float* const* channels, int count, int frameCount) {
+                                 if (onAudioBuffer) {
+                                     onAudioBuffer(channels, count, frameCount);
+                                 }
+                             },
+                         .onLost = onAudioLost,
+                         .onEnded = onLoss});
     } catch (const CaptureFailure& failure) {
         if (failure.reason == CaptureFailure::Reason::noServer) {
             throw AudioIOError::systemAudioUnavailable();

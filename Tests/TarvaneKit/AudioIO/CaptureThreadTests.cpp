@@ -97,6 +97,90 @@ TEST(CaptureThread, aSecondOfAudioWaitsForASlowHandlerAndMoreIsCounted) {
     EXPECT_TRUE(thread.push(channels, 256));
 }
 
+/// What a capture thread called, in order: each block's first sample, and what is missing as its
+/// negative. The handler waits while `isHeld`.
+struct Calls {
+    std::atomic<bool> isHeld = false;
+    std::atomic<int> blocks = 0;
+    std::vector<std::int64_t> all;
+
+    CaptureThread::Handler onBlock() {
+        return [this](const float* const* channels, int, int) {
+            while (isHeld) {
+                std::this_thread::sleep_for(1ms);
+            }
+            all.push_back(static_cast<std::int64_t>(channels[0][0]));
+            ++blocks;
+        };
+    }
+    CaptureThread::LostHandler onLost() {
+        return [this](std::int64_t frames) { all.push_back(-frames); };
+    }
+};
+
+void push(CaptureThread& thread, int number, int frameCount, std::int64_t missing = 0) {
+    const std::vector<float> block(static_cast<std::size_t>(frameCount),
+                                   static_cast<float>(number));
+    const float* channels[] = {block.data()};
+    thread.push(channels, frameCount, missing);
+}
+
+TEST(CaptureThread, whatIsMissingIsToldAheadOfTheBlockThatItIsMissingAheadOf) {
+    Calls calls;
+    CaptureThread thread("test", {}, calls.onBlock(), calls.onLost());
+    push(thread, 1, 10);
+    push(thread, 2, 10, 256);
+    push(thread, 3, 0, 40);  // no block, so it comes with the next
+    push(thread, 4, 10, 2);
+    push(thread, 5, 10);
+    waitFor(calls.blocks, 4);
+    thread.stop();
+    EXPECT_EQ(calls.all, (std::vector<std::int64_t>{1, -256, 2, -42, 4, 5}));
+}
+
+TEST(CaptureThread, blocksThatFoundNoRoomAreToldAheadOfTheNextThatDoes) {
+    Calls calls;
+    calls.isHeld = true;
+    CaptureThread thread("test", {.channelCount = 1, .sampleRate = 1000, .largestBlockFrames = 100},
+                         calls.onBlock(), calls.onLost());
+    int pushed = 0;
+    while (thread.droppedBlocks() == 0) {
+        push(thread, ++pushed, 100);
+    }
+    push(thread, ++pushed, 100, 7);
+    push(thread, ++pushed, 100);
+    calls.isHeld = false;
+    waitFor(calls.blocks, pushed - 3);
+    push(thread, ++pushed, 10, 1);
+    waitFor(calls.blocks, pushed - 3);
+    thread.stop();
+    std::vector<std::int64_t> expected;
+    for (int number = 1; number <= pushed - 4; ++number) {
+        expected.push_back(number);
+    }
+    expected.insert(expected.end(), {-(100 + 7 + 100 + 100 + 1), pushed});
+    EXPECT_EQ(calls.all, expected);
+}
+
+TEST(CaptureThread, whatIsMissingIsToldOverAnotherLayoutToo) {
+    Calls calls;
+    calls.isHeld = true;
+    CaptureThread thread("test", {.channelCount = 1, .sampleRate = 1000, .largestBlockFrames = 100},
+                         calls.onBlock(), calls.onLost());
+    int pushed = 0;
+    while (thread.droppedBlocks() == 0) {
+        push(thread, ++pushed, 100);
+    }
+    thread.reopen({.channelCount = 1, .sampleRate = 2000, .largestBlockFrames = 100});
+    push(thread, ++pushed, 10);
+    calls.isHeld = false;
+    waitFor(calls.blocks, pushed - 1);
+    thread.stop();
+    ASSERT_GE(calls.all.size(), 2u);
+    EXPECT_EQ(calls.all.end()[-2], -100);
+    EXPECT_EQ(calls.all.back(), pushed);
+}
+
 TEST(CaptureThread, anotherLayoutComesAfterAllBlocksOfTheOld) {
     std::vector<int> counts;
     std::atomic<int> blocks = 0;

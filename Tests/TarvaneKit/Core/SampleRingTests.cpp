@@ -65,6 +65,19 @@ TEST(SampleRing, givesABlockWholeAndKeepsItUntilPop) {
     EXPECT_FALSE(ring.front());
 }
 
+TEST(SampleRing, aBlockCarriesWhatIsMissingAheadOfIt) {
+    SampleRing ring(1, 100, 10);
+    for (int i = 0; i < 100; ++i) {  // round the end several times
+        const std::int64_t missing = i % 3 == 0 ? 0 : (std::int64_t{1} << 40) + i;
+        ASSERT_TRUE(ring.write(NumberedBlock(i, 1, 7).channels(), 7, missing));
+        const auto block = ring.front();
+        ASSERT_TRUE(block);
+        EXPECT_TRUE(isBlock(*block, i, 7));
+        EXPECT_EQ(block->missingFrames, missing);
+        ring.pop();
+    }
+}
+
 TEST(SampleRing, aNullChannelIsSilence) {
     SampleRing ring(2, 100, 10);
     const std::vector<float> ones(10, 1.0f);

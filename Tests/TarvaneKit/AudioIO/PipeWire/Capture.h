@@ -13,6 +13,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "AudioIO/AudioInputSource.h"
@@ -78,6 +79,7 @@ class Recorder {
     explicit Recorder(TarvaneKit::MultiChannelAudioSource& source) : source_(source) {
         source_.onAudioBuffer = [this](const float* const* channels, int count, int frames) {
             const std::scoped_lock lock(mutex_);
+            blocks_.push_back({frames_, frames, std::exchange(missingAhead_, 0)});
             samples_.resize(std::max(samples_.size(), static_cast<std::size_t>(count)));
             for (int channel = 0; channel < count; ++channel) {
                 auto& target = samples_[static_cast<std::size_t>(channel)];
@@ -85,6 +87,11 @@ class Recorder {
             }
             lastChannelCount_ = count;
             frames_ += frames;
+        };
+        source_.onAudioLost = [this](std::int64_t frames) {
+            const std::scoped_lock lock(mutex_);
+            missingAhead_ += frames;
+            lostFrames_ += frames;
         };
         source_.onLoss = [this](TarvaneKit::AudioSourceLoss loss) {
             const std::scoped_lock lock(mutex_);
@@ -94,6 +101,7 @@ class Recorder {
     ~Recorder() {
         source_.stop();
         source_.onAudioBuffer = nullptr;
+        source_.onAudioLost = nullptr;
         source_.onLoss = nullptr;
     }
     Recorder(const Recorder&) = delete;
@@ -116,11 +124,26 @@ class Recorder {
         const std::scoped_lock lock(mutex_);
         return samples_;
     }
+    struct Block {
+        std::int64_t begin = 0;  ///< in `samples`
+        int frameCount = 0;
+        std::int64_t missingAhead = 0;  ///< as the source told
+    };
+    std::vector<Block> blocks() const {
+        const std::scoped_lock lock(mutex_);
+        return blocks_;
+    }
+    /// As the source told, since the beginning.
+    std::int64_t lostFrames() const {
+        const std::scoped_lock lock(mutex_);
+        return lostFrames_;
+    }
     /// Forgets what came so far and waits for that many frames more.
     std::vector<std::vector<float>> record(std::int64_t frameCount) {
         {
             const std::scoped_lock lock(mutex_);
             samples_.clear();
+            blocks_.clear();
             frames_ = 0;
         }
         EXPECT_TRUE(eventually([&] { return frames() >= frameCount; }));
@@ -131,7 +154,10 @@ class Recorder {
     TarvaneKit::MultiChannelAudioSource& source_;
     mutable std::mutex mutex_;
     std::vector<std::vector<float>> samples_;
+    std::vector<Block> blocks_;
     std::int64_t frames_ = 0;
+    std::int64_t missingAhead_ = 0;
+    std::int64_t lostFrames_ = 0;
     int lastChannelCount_ = 0;
     std::vector<TarvaneKit::AudioSourceLoss> losses_;
 };

@@ -616,5 +616,135 @@ TEST(PipeWireInputEngine, aSlowHandlerLosesNothing) {
     EXPECT_LT(missingFrames(recorder.samples()[1], 1), 9600);
 }
 
+// What may happen to a stream without any audio being lost.
+struct Undisturbed {
+    const char* name;
+    std::vector<std::string> tone;
+    int rate;
+    std::function<void(PrivateAudioServer&)> happens;
+};
+
+class CaptureWithoutLoss : public testing::TestWithParam<Undisturbed> {};
+
+// A busy machine does lose audio. A false alarm comes each time.
+TEST_P(CaptureWithoutLoss, tellsOfNone) {
+    std::int64_t least = 1;
+    for (int attempt = 0; attempt < 20 && least > 0; ++attempt) {
+        PrivateAudioServer server({.rate = GetParam().rate});
+        PipeWireAudioSystem system;
+        ToneDevice tone(GetParam().tone);
+        const auto engine = engineOn(system, toneName);
+        Recorder recorder(*engine);
+        engine->start();
+        recorder.record(14400);
+        const std::int64_t before = recorder.lostFrames();
+        GetParam().happens(server);
+        recorder.record(14400);
+        const std::int64_t lost = recorder.lostFrames() - before;
+        least = attempt == 0 ? lost : std::min(least, lost);
+        EXPECT_TRUE(recorder.losses().empty());
+    }
+    EXPECT_EQ(least, 0);
+}
+
+void nothingHappens(PrivateAudioServer&) {}
+
+void changeTheQuantum(PrivateAudioServer& server) {
+    for (const int frames : {1024, 256, 1500, 512}) {
+        server.forceQuantum(frames);
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+}
+
+void changeTheRate(PrivateAudioServer& server) {
+    for (const int rate : {96000, 44100, 48000}) {
+        server.forceRate(rate);
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    when, CaptureWithoutLoss,
+    testing::Values(Undisturbed{"nothingHappens", {"--channels", "2"}, 48000, nothingHappens},
+                    Undisturbed{"theDeviceIsResampled", {"--rate", "44100"}, 48000, nothingHappens},
+                    Undisturbed{"theStreamIsResampled", {"--graph-rate"}, 8000, nothingHappens},
+                    Undisturbed{"theQuantumChanges", {}, 48000, changeTheQuantum},
+                    Undisturbed{"theQuantumOfAResampledStreamChanges", {}, 8000, changeTheQuantum},
+                    Undisturbed{"theRateChanges", {"--graph-rate"}, 48000, changeTheRate}),
+    [](const auto& instance) { return std::string(instance.param.name); });
+
+// While it hangs no turn of the graph reaches us, though the graph's clock goes on.
+TEST(PipeWireInputEngine, theTimeOfADeviceThatHungIsToldAsLost) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    ToneDevice tone({"--tone", "1000:-20"});
+    const auto engine = engineOn(system, toneName);
+    Recorder recorder(*engine);
+    engine->start();
+    recorder.record(24000);
+    const std::int64_t before = recorder.lostFrames();
+    const auto begin = std::chrono::steady_clock::now();
+    tone.freeze();
+    std::this_thread::sleep_for(std::chrono::milliseconds(600));
+    tone.thaw();
+    recorder.record(24000);
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - begin;
+
+    const auto lost = static_cast<double>(recorder.lostFrames() - before);
+    EXPECT_GT(lost, 0.5 * 48000);
+    // It is told once: with what came it is no more than the time that went by.
+    EXPECT_LT(lost + 24000, (elapsed.count() + 0.1) * 48000);
+    EXPECT_TRUE(recorder.losses().empty());
+}
+
+// The server's buffers hold 8192 frames. A turn of 2048 at 8 kHz is 12288 at 48 kHz.
+TEST(PipeWireInputEngine, whatHasNoRoomInTheServersBuffersIsToldAsLost) {
+    PrivateAudioServer server({.rate = 8000});
+    PipeWireAudioSystem system;
+    ToneDevice tone({"--graph-rate"});
+    const auto engine = engineOn(system, toneName);
+    Recorder recorder(*engine);
+    engine->start();
+    server.forceQuantum(2048);
+    EXPECT_TRUE(eventually([&] {
+        const auto blocks = recorder.blocks();
+        return blocks.size() > 2 && blocks.back().frameCount == 8192 &&
+               blocks.back().missingAhead == 4096;
+    }));
+}
+
+TEST(PipeWireInputEngine, whatAHandlerThatIsTooLateLosesIsToldAheadOfTheNextBlock) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    ToneDevice tone({"--counter"});
+    const auto engine = engineOn(system, toneName);
+    Recorder recorder(*engine);
+    auto take = engine->onAudioBuffer;
+    std::atomic<bool> mayNap = true;
+    engine->onAudioBuffer = [&](const float* const* channels, int count, int frames) {
+        take(channels, count, frames);
+        if (recorder.frames() > 24000 && mayNap.exchange(false)) {
+            std::this_thread::sleep_for(std::chrono::seconds(2));
+        }
+    };
+    engine->start();
+    EXPECT_TRUE(eventually([&] { return !mayNap && recorder.frames() > 120000; }));
+    engine->stop();
+    const auto dropped = engine->statistics().droppedFrames;
+    ASSERT_GT(dropped, 4800);
+    const auto blocks = recorder.blocks();
+    const auto late = std::max_element(
+        blocks.begin(), blocks.end(),
+        [](const auto& a, const auto& b) { return a.missingAhead < b.missingAhead; });
+    ASSERT_GE(late->missingAhead, dropped);
+    // The signal tells the same; turns that a busy machine missed meanwhile are in one or the
+    // other.
+    const auto samples = recorder.samples()[0];
+    const auto at = static_cast<std::size_t>(late->begin);
+    const int jump =
+        (decoded(samples[at]).frame - decoded(samples[at - 1]).frame - 1 + 65536) % 65536;
+    EXPECT_NEAR(jump, static_cast<double>(late->missingAhead), 2400);
+}
+
 }  // namespace
 }  // namespace TarvaneTests
