@@ -41,7 +41,9 @@ class MultiChannelAudioSource {
     /// May take as long as the device takes to open, within the source's time limit. When it has
     /// returned, audio has arrived. Throws AudioIOError; the source is then as before the call.
     virtual void start() = 0;
-    /// When it has returned, no callback is running and none will come.
+    /// When it has returned, no callback is running and none will come. A `start()` that is under
+    /// way in another thread ends at once, by AudioIOError; one that comes later doesn't. Waits for
+    /// callbacks that are running, and for nothing else.
     virtual void stop() = 0;
 
     /// `channels[channel][frame]`, valid for the call only. Blocks come whole, in order, one

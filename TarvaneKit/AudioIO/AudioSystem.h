@@ -28,8 +28,9 @@ class InputVolumeObservation {
     virtual ~InputVolumeObservation() = default;
 };
 
-/// Every operation may be called on any thread and answers within milliseconds, but for the
-/// `start()` of a source it made.
+/// Every operation may be called on any thread and answers within milliseconds, whatever the audio
+/// server does, but for the `start()` of a source it made. Only in the first half second of the
+/// system's life an answer may wait for the server's first.
 class AudioSystem {
   public:
     virtual ~AudioSystem() = default;

@@ -32,7 +32,7 @@ class BlockContinuity {
 
     std::optional<std::uint64_t> lastTicks_;
     double lastBlockTicks_ = 0;
-    double drift_ = 0;  // gaps that were too small to count
+    double drift_ = 0;                         // gaps that were too small to count
     std::array<double, blocksToWait> seen_{};  // the newest first
 };
 

@@ -10,13 +10,13 @@
 // Who may wait: nobody in here. Waking the reader is its owner's business.
 //
 // How: the ring holds records, each a header with the block's length and what is missing ahead of
-// it, and the planar samples of the block, contiguous. A
-// record that would cross the end starts at 0 again, and a header of no frames marks the skipped
-// rest. Two counters of floats ever written and ever read say what is in the ring. The writer
-// stores `written_` with release after the samples are in place, the reader loads it with acquire
-// before it looks at them; `read_` goes the same way back, so that the writer reuses only what the
-// reader has let go. Each side keeps the last value it saw of the other's counter, and loads it
-// anew only when that isn't enough, so that the two rarely touch one cache line.
+// it, and the planar samples of the block, contiguous. A record that would cross the end starts at
+// 0 again, and a header of no frames marks the skipped rest. Two counters of floats ever written
+// and ever read say what is in the ring. The writer stores `written_` with release after the
+// samples are in place, the reader loads it with acquire before it looks at them; `read_` goes the
+// same way back, so that the writer reuses only what the reader has let go. Each side keeps the
+// last value it saw of the other's counter, and loads it anew only when that isn't enough, so that
+// the two rarely touch one cache line.
 #pragma once
 
 #include <atomic>

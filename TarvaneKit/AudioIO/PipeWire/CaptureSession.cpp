@@ -42,6 +42,7 @@ CaptureSession::~CaptureSession() {
 
 void CaptureSession::start(Target target, const std::optional<AudioInputDevice>& device,
                            Handlers handlers) {
+    const int stopsBefore = stops_.load();
     const std::scoped_lock starting(startMutex_);
     close();
     const auto end = Clock::now() + startLimit;
@@ -52,7 +53,7 @@ void CaptureSession::start(Target target, const std::optional<AudioInputDevice>&
         handlers_ = std::move(handlers);
         counters_.reset();
         hasDelivered_ = false;
-        isCancelled_ = false;
+        stopsBefore_ = stopsBefore;
         sampleRate_ = 0;
         opened_.reset();
         startedAt_ = Clock::now();
@@ -73,9 +74,9 @@ void CaptureSession::start(Target target, const std::optional<AudioInputDevice>&
 }
 
 void CaptureSession::stop() {
+    ++stops_;
     {
         const LoopLock lock(*connection_);
-        isCancelled_ = true;
         pw_thread_loop_signal(connection_->loop(), false);
     }
     close();
@@ -105,7 +106,7 @@ void CaptureSession::close() {
 
 void CaptureSession::waitForAudio(Clock::time_point end) {
     for (;;) {
-        if (isCancelled_) {
+        if (stops_.load() != stopsBefore_) {
             throw CaptureFailure{CaptureFailure::Reason::other, -ECANCELED,
                                  "The start was cancelled."};
         }

@@ -59,7 +59,8 @@ class CaptureSession final : PipeWireConnection::Client, CaptureStream::Owner {
     /// is closed first.
     void start(Target target, const std::optional<AudioInputDevice>& device, Handlers handlers);
     /// When it has returned, no handler is running and none will run. A start under way in another
-    /// thread ends with a failure.
+    /// thread ends with a failure, at once and whatever it waits for. Waits for handlers alone,
+    /// never for the server.
     void stop();
 
     /// Hz; 0 before the first start.
@@ -100,7 +101,7 @@ class CaptureSession final : PipeWireConnection::Client, CaptureStream::Owner {
 
     // Under the loop's lock.
     State state_ = State::idle;
-    bool isCancelled_ = false;
+    int stopsBefore_ = 0;  // of the start that is under way; one more ends it
     Target target_ = Target::defaultInput;
     std::optional<AudioInputDevice> device_;
     Handlers handlers_;
@@ -115,6 +116,7 @@ class CaptureSession final : PipeWireConnection::Client, CaptureStream::Owner {
     std::int64_t blocksSeen_ = 0;
     Clock::time_point blocksSeenAt_;
 
+    std::atomic<int> stops_ = 0;
     std::atomic<int> sampleRate_ = 0;
     std::atomic<bool> hasDelivered_ = false;
     CaptureCounters counters_;

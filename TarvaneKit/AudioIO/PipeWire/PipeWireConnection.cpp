@@ -16,7 +16,8 @@ using namespace std::chrono_literals;
 
 // How often an absent server is looked for, and how finely stalls are timed.
 constexpr auto heartbeatPeriod = 250ms;
-// Listing takes 3 to 5 ms on a live server; a hung one must not hang the asker.
+// The first listing takes 3 to 5 ms on a live server. So long after the connection was made nobody
+// waits for it any more, so that a hung server doesn't hang who asks.
 constexpr auto listingLimit = 500ms;
 // Nobody may be there who chooses defaults.
 constexpr auto defaultsLimit = 200ms;
@@ -60,7 +61,7 @@ timespec toTimespec(std::chrono::nanoseconds time) {
 
 }  // namespace
 
-PipeWireConnection::PipeWireConnection() {
+PipeWireConnection::PipeWireConnection() : madeAt_(std::chrono::steady_clock::now()) {
     initializeOnce();
     loop_ = pw_thread_loop_new("tarvane-audio", nullptr);
     TARVANE_PRECONDITION(loop_ != nullptr);
@@ -128,10 +129,6 @@ void PipeWireConnection::addListener(ControlsListener& listener) {
 void PipeWireConnection::removeListener(ControlsListener& listener) {
     const LoopLock lock(*this);
     std::erase(listeners_, &listener);
-}
-
-int PipeWireConnection::status() {
-    return settledSnapshot().status;
 }
 
 void PipeWireConnection::setChangedHandler(std::function<void()> handler) {
@@ -297,16 +294,19 @@ void PipeWireConnection::publishControls() {
     }
 }
 
-// The controls come first: a listener that hears of a new device finds its gain.
+// The controls come first: a listener that hears of a new device finds its gain. The copy stays as
+// it is while a server that has just come up isn't listed yet.
 void PipeWireConnection::publish() {
     publishControls();
     Snapshot next = takeSnapshot();
+    if (!next.isSettled()) {
+        return;
+    }
     bool isNews = false;
     {
         const std::scoped_lock lock(snapshotMutex_);
         isNews = next != snapshot_;
         snapshot_ = std::move(next);
-        waitedInVain_ = waitedInVain_ && !isNews;
     }
     if (isNews) {
         snapshotChanged_.notify_all();
@@ -316,14 +316,11 @@ void PipeWireConnection::publish() {
     }
 }
 
-// The copy, once the first listing of a live connection is in it. A server that hangs is waited
-// for once, not by everyone who asks.
+// The copy, once the first listing is in it, or the news that there is no server.
 PipeWireConnection::Snapshot PipeWireConnection::settledSnapshot() {
     std::unique_lock lock(snapshotMutex_);
-    if (!waitedInVain_) {
-        waitedInVain_ = !snapshotChanged_.wait_for(
-            lock, listingLimit, [this] { return snapshot_.isComplete || snapshot_.status < 0; });
-    }
+    snapshotChanged_.wait_until(lock, madeAt_ + listingLimit,
+                                [this] { return snapshot_.isSettled(); });
     return snapshot_;
 }
 

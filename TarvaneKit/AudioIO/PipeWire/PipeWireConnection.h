@@ -47,7 +47,8 @@ class PipeWireConnection {
     PipeWireConnection(const PipeWireConnection&) = delete;
     PipeWireConnection& operator=(const PipeWireConnection&) = delete;
 
-    // Any thread; the answer may wait some tenths of a second while the connection is coming about.
+    // Any thread. In the first half second of the connection's life an answer may wait for the
+    // server's own; never after.
 
     /// Throws AudioIOError (deviceEnumerationFailed) without a server.
     std::vector<AudioInputDevice> inputDevices();
@@ -66,9 +67,6 @@ class PipeWireConnection {
     void addListener(ControlsListener& listener);
     /// When it has returned, the listener isn't running and won't be called again.
     void removeListener(ControlsListener& listener);
-
-    /// 0 while connected, else the negative errno of the last attempt.
-    int status();
 
     /// Called from the loop's thread when the device list or the default input has changed.
     void setChangedHandler(std::function<void()> handler);
@@ -98,6 +96,7 @@ class PipeWireConnection {
         std::optional<std::uint32_t> defaultInputID;
         std::map<std::uint32_t, TransportType> transports;
 
+        bool isSettled() const { return isComplete || status < 0; }
         bool operator==(const Snapshot&) const = default;
     };
     using ControlsByDevice = std::map<std::uint32_t, InputControls>;
@@ -132,10 +131,10 @@ class PipeWireConnection {
     std::vector<Client*> clients_;
     std::vector<ControlsListener*> listeners_;
 
+    const std::chrono::steady_clock::time_point madeAt_;
     std::mutex snapshotMutex_;
     std::condition_variable snapshotChanged_;
     Snapshot snapshot_;
-    bool waitedInVain_ = false;  // and nothing new came since
     ControlsByDevice controls_;
     std::function<void()> changedHandler_;
 };

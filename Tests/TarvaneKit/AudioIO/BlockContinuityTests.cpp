@@ -46,13 +46,19 @@ TEST(BlockContinuity, gapsInARowAreEachTold) {
 }
 
 TEST(BlockContinuity, aBlockOfNoMoreThanAGapsLengthIsEnoughForIt) {
-    EXPECT_EQ(told({{0, 32}, {64, 32}, {96, 32}, {128, 32}}),
-              (std::vector<double>{0, 0, 0, 32}));
+    EXPECT_EQ(told({{0, 32}, {64, 32}, {96, 32}, {128, 32}}), (std::vector<double>{0, 0, 0, 32}));
 }
 
 TEST(BlockContinuity, anotherBlockLengthIsNoGap) {
-    EXPECT_EQ(told({{0, 256}, {256, 1024}, {1280, 1024}, {2304, 64}, {2368, 64}, {2432, 8192},
-                    {10624, 8192}, {18816, 256}, {19072, 256}}),
+    EXPECT_EQ(told({{0, 256},
+                    {256, 1024},
+                    {1280, 1024},
+                    {2304, 64},
+                    {2368, 64},
+                    {2432, 8192},
+                    {10624, 8192},
+                    {18816, 256},
+                    {19072, 256}}),
               nothing(9));
 }
 

@@ -117,15 +117,72 @@ TEST(DeviceList, withoutAServerFailsWithItsStatusAndComesWithTheServer) {
     }));
 }
 
+// Everything that a program may ask of the system; none of it waits for the server.
+void askEverything(PipeWireAudioSystem& system, const AudioInputDevice& device) {
+    system.inputChannelCount(device.id);
+    system.defaultInputDeviceID();
+    system.transportType(device.id);
+    system.inputVolumeScalar(device.id, 0);
+    system.inputGainDB(device.id, 0);
+    system.setInputGainDB(-6, device.id, {0});
+    system.setInputVolumeScalar(0.5f, device.id, {0});
+    system.observeInputVolume(device.id, {0}, [] {});
+    system.makeSystemOutputSource();
+    system.setDevicesChangedHandler([] {});
+}
+
 TEST(DeviceList, aServerThatDoesNotAnswerIsAnErrorAndNoHang) {
     PrivateAudioServer server;
     server.freeze();
     {
         PipeWireAudioSystem system;
+        const AudioInputDevice device{.id = 1, .uid = PrivateAudioServer::micName, .name = "Mic"};
+        askEverything(system, device);
         EXPECT_THROW(system.availableInputDevices(), AudioIOError);
         EXPECT_EQ(system.defaultInputDeviceID(), std::nullopt);
+        EXPECT_THROW(system.makeDeviceSource(device), AudioIOError);
     }
     server.thaw();
+}
+
+TEST(DeviceList, aServerThatHangsLaterLeavesTheListAsItWas) {
+    PrivateAudioServer server;
+    {
+        PipeWireAudioSystem system;
+        const auto devices = system.availableInputDevices();
+        server.freeze();
+        EXPECT_EQ(system.availableInputDevices(), devices);
+        askEverything(system, devices[0]);
+        EXPECT_NO_THROW(system.makeDeviceSource(devices[0]));
+    }
+    server.thaw();
+}
+
+// Between the connection to a new server and its listing there is nothing to be told.
+TEST(DeviceList, aServerThatComesBackIsToldOfWithItsDevices) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    const auto uids = [&]() -> std::optional<std::size_t> {
+        try {
+            return system.availableInputDevices().size();
+        } catch (const AudioIOError&) {
+            return std::nullopt;
+        }
+    };
+    EXPECT_EQ(uids(), 2u);
+    std::atomic<bool> isBack = false;
+    std::atomic<int> emptyLists = 0;
+    system.setDevicesChangedHandler([&] {
+        const auto count = uids();
+        emptyLists += count == 0u;
+        isBack = isBack || count == 2u;
+    });
+    server.kill();
+    EXPECT_TRUE(eventually([&] { return !uids(); }));
+    server.resume();
+    EXPECT_TRUE(eventually([&] { return isBack.load(); }));
+    system.setDevicesChangedHandler(nullptr);
+    EXPECT_EQ(emptyLists, 0);
 }
 
 TEST(DeviceList, theMicrophoneNeedsNoPermission) {
