@@ -188,15 +188,17 @@ void PrivateAudioServer::forceQuantum(int frames) {
 }
 
 void PrivateAudioServer::addNode(const std::string& name, const std::string& mediaClass,
-                                 int channels) {
-    std::string positions;
-    for (int channel = 0; channel < channels; ++channel) {
-        positions += " AUX" + std::to_string(channel);
+                                 int channels, const std::string& positions) {
+    std::string places = positions;
+    for (int channel = 0; places.empty() || (positions.empty() && channel < channels); ++channel) {
+        places += " AUX" + std::to_string(channel);
     }
+    // A node without a name gets none.
+    const std::string nodeName = name.empty() ? "" : " node.name=" + quoted(name);
     run({"pw-cli", "create-node", "adapter",
-         "{ factory.name=support.null-audio-sink node.name=" + quoted(name) +
-             " node.description=" + quoted(name) + " media.class=" + quoted(mediaClass) +
-             " audio.channels=" + std::to_string(channels) + " audio.position=[" + positions +
+         "{ factory.name=support.null-audio-sink" + nodeName + " node.description=" + quoted(name) +
+             " media.class=" + quoted(mediaClass) + " audio.channels=" + std::to_string(channels) +
+             " audio.position=[" + places +
              " ] priority.session=50 object.linger=true monitor.channel-volumes=true }"});
 }
 

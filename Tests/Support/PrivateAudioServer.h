@@ -63,8 +63,10 @@ class PrivateAudioServer {
     void forceRate(int rate);
     /// The frames of a turn of the graph, for all clients; 0 leaves it to them again.
     void forceQuantum(int frames);
-    /// Adds a null sink or virtual source of the server's own.
-    void addNode(const std::string& name, const std::string& mediaClass, int channels);
+    /// Adds a null sink or virtual source of the server's own; an empty name is none. Positions as
+    /// "FL FR"; without any they are AUX0, AUX1 …
+    void addNode(const std::string& name, const std::string& mediaClass, int channels,
+                 const std::string& positions = {});
     void removeNode(const std::string& name);
 
     /// The names of all nodes that the server has.

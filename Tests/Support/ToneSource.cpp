@@ -6,6 +6,8 @@
 #include <pipewire/pipewire.h>
 #include <spa/param/audio/format-utils.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <csignal>
 #include <cstdint>
@@ -27,6 +29,7 @@ constexpr const char* usage = R"(usage: tarvane-tone-source [options] [signals]
   --name NAME          node name, the device's uid (tarvane.tone)
   --description TEXT   the name that people see; empty: none (Tone Source)
   --channels N         1 to 64 (1)
+  --also-channels N    offers a second format, of so many channels
   --rate HZ            of the signal (48000)
   --graph-rate         run at the audio graph's own rate; the signal keeps its frequencies
   --virtual            be a virtual source
@@ -53,6 +56,7 @@ struct Options {
     std::string sink;
     std::string priority = "100";
     int channels = 1;
+    int alsoChannels = 0;  // 0: one format alone
     int rate = 48000;
     bool usesGraphRate = false;
     bool isVirtual = false;
@@ -92,6 +96,8 @@ Options parse(const std::vector<std::string>& arguments) {
             options.description = value();
         } else if (key == "--channels") {
             options.channels = static_cast<int>(number(value()));
+        } else if (key == "--also-channels") {
+            options.alsoChannels = static_cast<int>(number(value()));
         } else if (key == "--rate") {
             options.rate = static_cast<int>(number(value()));
         } else if (key == "--graph-rate") {
@@ -117,7 +123,8 @@ Options parse(const std::vector<std::string>& arguments) {
         }
     }
     if (options.channels < 1 || options.channels > static_cast<int>(SPA_AUDIO_MAX_CHANNELS) ||
-        options.rate < 1) {
+        options.alsoChannels < 0 ||
+        options.alsoChannels > static_cast<int>(SPA_AUDIO_MAX_CHANNELS) || options.rate < 1) {
         throw std::invalid_argument("channels or rate out of range");
     }
     return options;
@@ -278,6 +285,8 @@ pw_properties* Source::properties() const {
     if (!options_.sink.empty()) {
         pw_properties_set(result, PW_KEY_MEDIA_CATEGORY, "Playback");
         pw_properties_set(result, PW_KEY_TARGET_OBJECT, options_.sink.c_str());
+        // What goes into the front speakers doesn't spread to the others.
+        pw_properties_set(result, "channelmix.upmix", "false");
         return result;
     }
     pw_properties_set(result, PW_KEY_MEDIA_CLASS,
@@ -313,22 +322,30 @@ bool Source::open() {
     info.format = SPA_AUDIO_FORMAT_F32P;
     info.rate = options_.usesGraphRate ? 0 : static_cast<std::uint32_t>(options_.rate);
     info.channels = static_cast<std::uint32_t>(options_.channels);
-    for (std::uint32_t channel = 0; channel < info.channels; ++channel) {
+    for (std::uint32_t channel = 0; channel < SPA_AUDIO_MAX_CHANNELS; ++channel) {
         info.position[channel] = SPA_AUDIO_CHANNEL_AUX0 + channel;
     }
-    if (!options_.sink.empty() && options_.channels == 2) {
-        info.position[0] = SPA_AUDIO_CHANNEL_FL;
-        info.position[1] = SPA_AUDIO_CHANNEL_FR;
+    if (!options_.sink.empty() && (options_.channels == 2 || options_.channels == 6)) {
+        std::ranges::copy(
+            std::array{SPA_AUDIO_CHANNEL_FL, SPA_AUDIO_CHANNEL_FR, SPA_AUDIO_CHANNEL_FC,
+                       SPA_AUDIO_CHANNEL_LFE, SPA_AUDIO_CHANNEL_RL, SPA_AUDIO_CHANNEL_RR},
+            info.position);
     }
     std::uint8_t storage[1024];
     spa_pod_builder builder = {};
     spa_pod_builder_init(&builder, storage, sizeof storage);
-    const spa_pod* params[] = {spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info)};
+    const spa_pod* params[] = {spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info),
+                               nullptr};
+    if (options_.alsoChannels > 0) {
+        info.channels = static_cast<std::uint32_t>(options_.alsoChannels);
+        params[1] = spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info);
+    }
     unsigned flags = PW_STREAM_FLAG_MAP_BUFFERS | PW_STREAM_FLAG_RT_PROCESS;
     flags |= options_.sink.empty() ? 0u : static_cast<unsigned>(PW_STREAM_FLAG_AUTOCONNECT);
     flags |= isDriver() ? static_cast<unsigned>(PW_STREAM_FLAG_DRIVER) : 0u;
     return pw_stream_connect(stream_, PW_DIRECTION_OUTPUT, PW_ID_ANY,
-                             static_cast<pw_stream_flags>(flags), params, 1) >= 0;
+                             static_cast<pw_stream_flags>(flags), params,
+                             options_.alsoChannels > 0 ? 2 : 1) >= 0;
 }
 
 void Source::onStateChanged(void* data, pw_stream_state old, pw_stream_state state,

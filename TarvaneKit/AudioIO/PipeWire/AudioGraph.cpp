@@ -64,8 +64,7 @@ std::string nameInValue(const char* value) {
 }  // namespace
 
 AudioInputDevice AudioNode::deviceRecord() const {
-    return {id, name.empty() ? std::to_string(id) : name,
-            description.empty() ? "Unknown Device" : description, channelCount};
+    return {id, uid, description.empty() ? "Unknown Device" : description, channelCount};
 }
 
 struct AudioGraph::BoundNode {
@@ -117,13 +116,14 @@ void AudioGraph::BoundNode::onInfo(void* data, const pw_node_info* info) {
         self.node.cardDevice =
             static_cast<std::int32_t>(number(*info->props, "card.profile.device"));
     }
-    self.node.name = text(*info->props, PW_KEY_NODE_NAME);
+    self.graph.nameInput(self.node, text(*info->props, PW_KEY_NODE_NAME));
     self.node.description = text(*info->props, PW_KEY_NODE_DESCRIPTION);
     self.graph.changed_();
 }
 
-void AudioGraph::BoundNode::onParam(void* data, int, std::uint32_t id, std::uint32_t, std::uint32_t,
-                                    const spa_pod* param) {
+// A node that lists several formats, as a card may, is counted by the one of most channels.
+void AudioGraph::BoundNode::onParam(void* data, int, std::uint32_t id, std::uint32_t index,
+                                    std::uint32_t, const spa_pod* param) {
     auto& self = *static_cast<BoundNode*>(data);
     if (param == nullptr) {
         return;
@@ -133,9 +133,10 @@ void AudioGraph::BoundNode::onParam(void* data, int, std::uint32_t id, std::uint
         self.graph.changed_();
         return;
     }
-    if (const int channels = channelsOfFormat(*param);
-        channels > 0 && channels != self.node.channelCount) {
-        self.node.channelCount = channels;
+    const int channels = channelsOfFormat(*param);
+    const int best = index == 0 ? channels : std::max(channels, self.node.channelCount);
+    if (best > 0 && best != self.node.channelCount) {
+        self.node.channelCount = best;
         self.graph.changed_();
     }
 }
@@ -329,11 +330,26 @@ void AudioGraph::addNode(std::uint32_t id, const spa_dict& properties) {
     bound->node.id = id;
     bound->node.serial = text(properties, PW_KEY_OBJECT_SERIAL);
     bound->node.kind = *kind;
-    bound->node.name = text(properties, PW_KEY_NODE_NAME);
+    nameInput(bound->node, text(properties, PW_KEY_NODE_NAME));
     bound->node.description = text(properties, PW_KEY_NODE_DESCRIPTION);
     bound->listen();
     nodes_.push_back(std::move(bound));
     changed_();
+}
+
+// A node keeps its uid for its life, also when the one whose name it has goes.
+void AudioGraph::nameInput(AudioNode& node, const std::string& name) const {
+    if (!node.uid.empty() && node.name == name) {
+        return;
+    }
+    node.name = name;
+    node.uid = name;
+    const bool isTaken = std::any_of(nodes_.begin(), nodes_.end(), [&](const auto& other) {
+        return &other->node != &node && other->node.isInput() && other->node.uid == name;
+    });
+    if (name.empty() || isTaken) {
+        node.uid += "#" + node.serial;
+    }
 }
 
 void AudioGraph::addCard(std::uint32_t id, const spa_dict& properties) {

@@ -28,6 +28,7 @@ struct AudioNode {
     std::uint32_t id = 0;  ///< PipeWire's global id
     std::string serial;    ///< unique for the server's life, where ids are used again
     Kind kind = Kind::source;
+    std::string uid;          ///< of an input; see `AudioGraph`
     std::string name;         ///< `node.name`, the same from one plugging to the next
     std::string description;  ///< for people
     int channelCount = 0;     ///< 0 until it is known
@@ -43,6 +44,9 @@ struct AudioNode {
     AudioInputDevice deviceRecord() const;
 };
 
+// An input's uid is its `node.name`. A second node of a name that is taken, and a node without one,
+// have their serial in it: they can be chosen for as long as the server lives, and what is stored
+// of them never comes to mean another device.
 class AudioGraph {
   public:
     /// `changed` is called inside PipeWire's callbacks: it may only take note.
@@ -85,6 +89,7 @@ class AudioGraph {
                           const char* value);
 
     void addNode(std::uint32_t id, const spa_dict& properties);
+    void nameInput(AudioNode& node, const std::string& name) const;
     void addCard(std::uint32_t id, const spa_dict& properties);
     /// Null for a node that is no part of a card, or whose card has no route for it.
     const CardRoute* route(const AudioNode& node) const;

@@ -192,8 +192,7 @@ const AudioNode* CaptureSession::wantedNode() const {
         return graph->defaultSink();
     }
     const auto matches = [this](const AudioNode& node) {
-        return node.isInput() &&
-               (node.name.empty() ? std::to_string(node.id) : node.name) == device_->uid;
+        return node.isInput() && node.uid == device_->uid;
     };
     const AudioNode* byID = graph->node(device_->id);
     if (byID != nullptr && matches(*byID)) {

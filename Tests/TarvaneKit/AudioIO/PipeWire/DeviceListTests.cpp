@@ -2,6 +2,9 @@
 
 #include <atomic>
 #include <cerrno>
+#include <memory>
+#include <optional>
+#include <vector>
 
 #include "AudioIO/AudioIOError.h"
 #include "AudioIO/PipeWire/PipeWireAudioSystem.h"
@@ -51,6 +54,97 @@ TEST(DeviceList, aDeviceWithoutADescriptionIsAnUnknownDevice) {
     const auto device = deviceNamed(system, "nameless");
     EXPECT_EQ(device.name, "Unknown Device");
     EXPECT_EQ(device.channelCount, 2);
+}
+
+TEST(DeviceList, aDeviceOfSeveralFormatsIsCountedByTheOneOfMostChannels) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    ToneDevice down({"--name", "down", "--channels", "8", "--also-channels", "2"});
+    ToneDevice up({"--name", "up", "--channels", "2", "--also-channels", "12"});
+    EXPECT_EQ(deviceNamed(system, "down").channelCount, 8);
+    EXPECT_EQ(deviceNamed(system, "up").channelCount, 12);
+}
+
+/// The devices beside the standard ones, once there are so many.
+std::vector<AudioInputDevice> others(PipeWireAudioSystem& system, std::size_t count) {
+    std::vector<AudioInputDevice> result;
+    EXPECT_TRUE(eventually([&] {
+        result = system.availableInputDevices();
+        std::erase_if(result,
+                      [](const auto& device) { return device.uid.starts_with("tarvane.test."); });
+        return result.size() == count;
+    })) << result.size()
+        << " rather than " << count;
+    return result;
+}
+
+TEST(DeviceList, aNodeWithoutANameCanBeCaptured) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    server.addNode("", "Audio/Source/Virtual", 3);
+    const auto nameless = others(system, 1);
+    ASSERT_EQ(nameless.size(), 1u);
+    EXPECT_TRUE(nameless[0].uid.starts_with("#")) << nameless[0].uid;
+    EXPECT_EQ(nameless[0].name, "Unknown Device");
+    EXPECT_EQ(nameless[0].channelCount, 3);
+    const auto source = system.makeDeviceSource(nameless[0]);
+    Recorder recorder(*source);
+    source->start();
+    EXPECT_EQ(source->device(), nameless[0]);
+    EXPECT_EQ(recorder.record(4800).size(), 3u);
+}
+
+TEST(DeviceList, nodesOfOneNameAreEachCapturedAndNeverOneForTheOther) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    auto first = std::make_unique<ToneDevice>(
+        std::vector<std::string>{"--name", "twin", "--tone", "1000:-20"});
+    others(system, 1);
+    ToneDevice second({"--name", "twin", "--tone", "500:-26"});
+    const auto twins = others(system, 2);
+    ASSERT_EQ(twins.size(), 2u);
+    EXPECT_EQ(twins[0].uid, "twin");
+    EXPECT_TRUE(twins[1].uid.starts_with("twin#")) << twins[1].uid;
+    const auto frequency = [&](const AudioInputDevice& device) {
+        const auto source = system.makeDeviceSource(device);
+        Recorder recorder(*source);
+        source->start();
+        EXPECT_EQ(source->device(), device);
+        return frequencyHz(recorder.record(24000)[0], source->sampleRate());
+    };
+    EXPECT_NEAR(frequency(twins[0]), 1000, 1);
+    EXPECT_NEAR(frequency(twins[1]), 500, 1);
+
+    // The one that is left doesn't take the other's place.
+    const auto source = system.makeDeviceSource(twins[0]);
+    first.reset();
+    EXPECT_EQ(others(system, 1), std::vector{twins[1]});
+    EXPECT_THROW(source->start(), AudioIOError);
+    EXPECT_THROW(system.makeDeviceSource(twins[0]), AudioIOError);
+    EXPECT_NEAR(frequency(twins[1]), 500, 1);
+}
+
+TEST(DeviceList, aDeviceThatComesBackIsListedAgainUnderItsUID) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    auto tone = std::make_unique<ToneDevice>(std::vector<std::string>{"--tone", "1000:-20"});
+    const auto device = deviceNamed(system, "tarvane.tone");
+    const auto source = system.makeDeviceSource(device);
+    {
+        Recorder recorder(*source);
+        source->start();
+        tone.reset();
+        EXPECT_TRUE(eventually([&] { return !recorder.losses().empty(); }));
+    }
+    EXPECT_TRUE(eventually([&] { return !hasDevice(system, device.uid); }));
+    tone = std::make_unique<ToneDevice>(std::vector<std::string>{"--tone", "500:-26"});
+    const auto again = deviceNamed(system, device.uid);
+    EXPECT_EQ(again.name, device.name);
+    // Also by the record of before, whose number is another's by now.
+    Recorder recorder(*source);
+    source->start();
+    EXPECT_EQ(source->device(), again);
+    EXPECT_NEAR(frequencyHz(recorder.record(24000)[0], source->sampleRate()), 500, 1);
 }
 
 TEST(DeviceList, followsPluggingAndUnpluggingAndTellsOfBoth) {
