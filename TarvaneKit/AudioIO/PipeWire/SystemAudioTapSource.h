@@ -1,5 +1,6 @@
-// Capture of what the machine itself plays: the default sink's monitor, as left and right. It
-// follows the default when that changes; listening silences nothing.
+// Capture of what the machine itself plays: the default sink's monitor, as left and right, into
+// which the server mixes what a sink has beside these. It follows the default when that changes;
+// listening silences nothing.
 //
 // The road of a sample is that of a device's capture: PipeWire's data thread, the ring, the
 // source's capture thread, the callback.

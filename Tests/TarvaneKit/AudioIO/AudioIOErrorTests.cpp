@@ -25,6 +25,12 @@ TEST(AudioIOError, describesItselfInTheWordsTheUserReads) {
                  "Measuring the Mac's own output (System Output) needs macOS 14.2 or later.");
 }
 
+TEST(AudioSourceLoss, describesItselfInTheWordsTheUserReads) {
+    EXPECT_EQ(description(AudioSourceLoss::deviceRemoved), "The device was disconnected.");
+    EXPECT_EQ(description(AudioSourceLoss::serverLost), "The audio server stopped.");
+    EXPECT_EQ(description(AudioSourceLoss::stalled), "The device delivers no audio.");
+}
+
 TEST(AudioIOError, carriesTheStatusOfTheFailingCall) {
     EXPECT_EQ(AudioIOError::failedToSetDevice(-19).status(), -19);
     EXPECT_FALSE(AudioIOError::noInputAvailable().status());

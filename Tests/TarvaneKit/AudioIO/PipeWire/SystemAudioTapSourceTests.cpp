@@ -32,6 +32,64 @@ TEST(SystemAudioTapSource, capturesWhatTheDefaultSinkPlays) {
     EXPECT_NEAR(frequencyHz(samples[1], source->sampleRate()), 500, 1);
 }
 
+struct Sink {
+    const char* name;
+    int channels;
+    const char* positions;
+};
+
+class CaptureOfASink : public testing::TestWithParam<Sink> {};
+
+// A tone on the left and another on the right, into a sink of any kind. A mono sink plays both, and
+// so do both of the captured channels.
+TEST_P(CaptureOfASink, isStereo) {
+    const Sink& sink = GetParam();
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    server.addNode("other", "Audio/Sink", sink.channels, sink.positions);
+    server.setDefaultSink("other");
+    ToneDevice player({"--name", "player", "--sink", "other", "--channels", "2", "--tone",
+                       "1=1000:-20", "--tone", "2=500:-26"});
+    const auto source = system.makeSystemOutputSource();
+    Recorder recorder(*source);
+    source->start();
+    recorder.record(24000);
+    const auto samples = recorder.record(48000);
+    ASSERT_EQ(samples.size(), 2u);
+    if (sink.channels == 1) {
+        EXPECT_EQ(samples[0], samples[1]);
+        EXPECT_GT(levelDB(samples[0]), -40);
+        return;
+    }
+    EXPECT_NEAR(levelDB(samples[0]), sineLevelDB(-20), 0.1);
+    EXPECT_NEAR(levelDB(samples[1]), sineLevelDB(-26), 0.1);
+    EXPECT_NEAR(frequencyHz(samples[0], source->sampleRate()), 1000, 1);
+    EXPECT_NEAR(frequencyHz(samples[1], source->sampleRate()), 500, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(of, CaptureOfASink,
+                         testing::Values(Sink{"mono", 1, "MONO"}, Sink{"stereo", 2, "FL FR"},
+                                         Sink{"surround51", 6, "FL FR FC LFE RL RR"},
+                                         Sink{"surround71", 8, "FL FR FC LFE RL RR SL SR"}),
+                         [](const auto& instance) { return std::string(instance.param.name); });
+
+// The speakers beside left and right are mixed in: the centre into both, 3 dB down.
+TEST(SystemAudioTapSource, theCentreOfASurroundSinkIsInBothChannels) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    server.addNode("other", "Audio/Sink", 6, "FL FR FC LFE RL RR");
+    server.setDefaultSink("other");
+    ToneDevice player(
+        {"--name", "player", "--sink", "other", "--channels", "6", "--tone", "3=1000:-20"});
+    const auto source = system.makeSystemOutputSource();
+    Recorder recorder(*source);
+    source->start();
+    recorder.record(24000);
+    for (const auto& channel : recorder.record(48000)) {
+        EXPECT_NEAR(levelDB(channel), sineLevelDB(-23.01), 0.1);
+    }
+}
+
 TEST(SystemAudioTapSource, aSilentSinkDeliversZeros) {
     PrivateAudioServer server;
     PipeWireAudioSystem system;
