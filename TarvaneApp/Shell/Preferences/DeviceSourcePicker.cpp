@@ -1,14 +1,14 @@
 #include "Shell/Preferences/DeviceSourcePicker.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
+#include "Shell/Preferences/DeviceTitles.h"
 #include "Shell/Preferences/FormHelp.h"
 
 namespace TarvaneApp {
-
-using TarvaneKit::AudioInputDevice;
 
 DeviceSourcePicker::DeviceSourcePicker(MeterEngine& engine, QWidget* parent)
     : QComboBox(parent), engine_(engine) {
@@ -27,9 +27,10 @@ DeviceSourcePicker::DeviceSourcePicker(MeterEngine& engine, QWidget* parent)
 void DeviceSourcePicker::showDevices() {
     const auto& devices = engine_.availableDevices();
     std::vector<ComboEntry> entries{{QStringLiteral("Default Input"), QString()}};
-    for (const AudioInputDevice& device : devices) {
+    const auto titles = deviceTitles(devices);
+    for (std::size_t i = 0; i < devices.size(); ++i) {
         entries.push_back(
-            {QString::fromStdString(device.name), QString::fromStdString(device.uid)});
+            {QString::fromStdString(titles[i]), QString::fromStdString(devices[i].uid)});
     }
     entries.push_back({QStringLiteral("System Output (what the Mac is playing)"),
                        QString::fromLatin1(TarvaneKit::systemOutputUID)});

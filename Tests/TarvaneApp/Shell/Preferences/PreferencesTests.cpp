@@ -57,6 +57,17 @@ TEST_F(PreferencesTests, listTheDevicesBetweenTheDefaultAndTheSystemOutput) {
     EXPECT_EQ(devices().currentText(), QStringLiteral("Default Input"));
 }
 
+TEST_F(PreferencesTests, devicesOfOneNameAreToldApartAndPickedByTheirUIDs) {
+    audio.plugIn({.id = 101, .uid = "usb-Mic_A17-00", .name = "USB Mic", .channelCount = 1});
+    audio.plugIn({.id = 102, .uid = "usb-Mic_B02-00", .name = "USB Mic", .channelCount = 1});
+    engine->refreshDevices();
+    settle();
+    EXPECT_TRUE(entries(devices()).contains("USB Mic (A17)"));
+    pick(devices(), "USB Mic (B02)");
+    EXPECT_EQ(engine->selectedDeviceUID(), "usb-Mic_B02-00");
+    EXPECT_EQ(devices().currentText(), QStringLiteral("USB Mic (B02)"));
+}
+
 TEST_F(PreferencesTests, pickingADeviceSelectsItAndListsItsInputs) {
     pick(devices(), "Desk");
     EXPECT_EQ(engine->selectedDeviceUID(), "desk");
