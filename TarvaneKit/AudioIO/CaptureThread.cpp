@@ -24,8 +24,7 @@ std::unique_ptr<SampleRing> makeRing(const CaptureThread::Layout& layout) {
 
 CaptureThread::CaptureThread(const std::string& name, const Layout& layout, Handler handler,
                              LostHandler onLost)
-    : handler_(std::move(handler)), onLost_(std::move(onLost)), current_(makeRing(layout)) {
-    pushRing_.store(current_.get(), std::memory_order_release);
+    : handler_(std::move(handler)), onLost_(std::move(onLost)), rings_(makeRing(layout)) {
     thread_ = std::thread([this, name] { run(name); });
 }
 
@@ -36,8 +35,7 @@ CaptureThread::~CaptureThread() {
 bool CaptureThread::push(const float* const* channels, int frameCount,
                          std::int64_t missingFrames) noexcept {
     missingFrames += missingFrames_.load(std::memory_order_relaxed);
-    const bool taken =
-        pushRing_.load(std::memory_order_acquire)->write(channels, frameCount, missingFrames);
+    const bool taken = rings_.write(channels, frameCount, missingFrames);
     if (!taken) {
         missingFrames += frameCount;
         droppedBlocks_.fetch_add(1, std::memory_order_relaxed);
@@ -51,12 +49,7 @@ bool CaptureThread::push(const float* const* channels, int frameCount,
 }
 
 void CaptureThread::reopen(const Layout& layout) {
-    auto ring = makeRing(layout);
-    pushRing_.store(ring.get(), std::memory_order_release);
-    {
-        const std::scoped_lock lock(mutex_);
-        waiting_.push_back(std::move(ring));
-    }
+    rings_.append(makeRing(layout));
     wake();
 }
 
@@ -89,7 +82,7 @@ void CaptureThread::run(const std::string& name) {
 
 void CaptureThread::deliverAll() {
     do {
-        while (const auto block = current_->front()) {
+        while (const auto block = rings_.front()) {
             if (stopping_.load(std::memory_order_acquire)) {
                 return;
             }
@@ -97,22 +90,9 @@ void CaptureThread::deliverAll() {
                 onLost_(block->missingFrames);
             }
             handler_(block->channels, block->channelCount, block->frameCount);
-            current_->pop();
+            rings_.pop();
         }
-    } while (takeNextRing());
-}
-
-bool CaptureThread::takeNextRing() {
-    const std::scoped_lock lock(mutex_);
-    if (waiting_.empty()) {
-        return false;
-    }
-    // A ring that has a successor gets no more blocks, but may have got some since it was emptied.
-    if (!current_->front()) {
-        current_ = std::move(waiting_.front());
-        waiting_.pop_front();
-    }
-    return true;
+    } while (rings_.advance());
 }
 
 }  // namespace TarvaneKit

@@ -8,14 +8,12 @@
 
 #include <atomic>
 #include <cstdint>
-#include <deque>
 #include <functional>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
 
-#include "Core/SampleRing.h"
+#include "AudioIO/RingSuccession.h"
 
 namespace TarvaneKit {
 
@@ -61,19 +59,13 @@ class CaptureThread {
   private:
     void run(const std::string& name);
     void deliverAll();
-    bool takeNextRing();
     void wake() noexcept;
 
     const Handler handler_;
     const LostHandler onLost_;
-    // Written by the owner while no push runs, read by the audio callback.
-    std::atomic<SampleRing*> pushRing_ = nullptr;
+    RingSuccession rings_;
     // The audio callback's: missing since the last block that fitted.
     std::atomic<std::int64_t> missingFrames_ = 0;
-    std::unique_ptr<SampleRing> current_;  // the capture thread's
-    // Guards the rings that follow the current one; held for a pointer's exchange.
-    std::mutex mutex_;
-    std::deque<std::unique_ptr<SampleRing>> waiting_;
     std::atomic<std::int64_t> droppedBlocks_ = 0;
     std::atomic<std::int64_t> droppedFrames_ = 0;
     std::atomic<int> wakeCount_ = 0;

@@ -187,6 +187,10 @@ void PrivateAudioServer::forceQuantum(int frames) {
     run({"pw-metadata", "-n", "settings", "0", "clock.force-quantum", std::to_string(frames)});
 }
 
+void PrivateAudioServer::setSmallestQuantum(int frames) {
+    run({"pw-metadata", "-n", "settings", "0", "clock.min-quantum", std::to_string(frames)});
+}
+
 void PrivateAudioServer::addNode(const std::string& name, const std::string& mediaClass,
                                  int channels, const std::string& positions) {
     std::string places = positions;

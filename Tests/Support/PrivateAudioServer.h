@@ -63,6 +63,7 @@ class PrivateAudioServer {
     void forceRate(int rate);
     /// The frames of a turn of the graph, for all clients; 0 leaves it to them again.
     void forceQuantum(int frames);
+    void setSmallestQuantum(int frames);
     /// Adds a null sink or virtual source of the server's own; an empty name is none. Positions as
     /// "FL FR"; without any they are AUX0, AUX1 …
     void addNode(const std::string& name, const std::string& mediaClass, int channels,

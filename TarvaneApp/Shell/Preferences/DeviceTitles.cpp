@@ -85,7 +85,8 @@ std::vector<std::string> deviceTitles(const std::vector<AudioInputDevice>& devic
             const auto words = distinctions(uids);
             distinction = (areDifferent(words) ? words : uids)[own];
         }
-        titles.push_back(distinction.empty() ? device.name : device.name + " (" + distinction + ")");
+        titles.push_back(distinction.empty() ? device.name
+                                             : device.name + " (" + distinction + ")");
     }
     return titles;
 }

@@ -162,6 +162,32 @@ TEST(CaptureThread, blocksThatFoundNoRoomAreToldAheadOfTheNextThatDoes) {
     EXPECT_EQ(calls.all, expected);
 }
 
+// A graph's turn has 8192 frames at most; a server with another limit changes nothing here.
+TEST(CaptureThread, aBlockLongerThanTheLayoutExpectsIsTakenWholeOrToldAsMissing) {
+    std::vector<std::int64_t> calls;
+    std::atomic<int> blocks = 0;
+    CaptureThread thread(
+        "test", {},
+        [&](const float* const* channels, int, int frames) {
+            EXPECT_EQ(channels[0][frames - 1], channels[0][0]);
+            calls.push_back(frames);
+            ++blocks;
+        },
+        [&](std::int64_t frames) { calls.push_back(-frames); });
+    std::vector<std::int64_t> expected;
+    for (int number = 1; number <= 20; ++number) {
+        push(thread, number, 8193 + 1000 * number);
+        expected.push_back(8193 + 1000 * number);
+        waitFor(blocks, number);
+    }
+    push(thread, 21, 1000000);
+    push(thread, 22, 256);
+    waitFor(blocks, 21);
+    thread.stop();
+    expected.insert(expected.end(), {-1000000, 256});
+    EXPECT_EQ(calls, expected);
+}
+
 TEST(CaptureThread, whatIsMissingIsToldOverAnotherLayoutToo) {
     Calls calls;
     calls.isHeld = true;

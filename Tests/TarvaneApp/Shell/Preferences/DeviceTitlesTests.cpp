@@ -51,7 +51,8 @@ TEST(DeviceTitles, anEndThatOnlyOneHasIsItsOwn) {
 
 TEST(DeviceTitles, areTheSameInAnyOrder) {
     EXPECT_EQ(titlesOf({"in.b", "in.a"}), (Titles{"Mic (b)", "Mic (a)"}));
-    EXPECT_EQ(titlesOf({"in.a", "in.c", "out.a"}), (Titles{"Mic (in.a)", "Mic (in.c)", "Mic (out.a)"}));
+    EXPECT_EQ(titlesOf({"in.a", "in.c", "out.a"}),
+              (Titles{"Mic (in.a)", "Mic (in.c)", "Mic (out.a)"}));
 }
 
 TEST(DeviceTitles, wordsThatAreHalfTheSameStayWhole) {

@@ -798,6 +798,30 @@ TEST(PipeWireInputEngine, theTimeOfADeviceThatHungIsToldAsLost) {
     EXPECT_TRUE(recorder.losses().empty());
 }
 
+TEST(PipeWireInputEngine, takesTheBlocksThatTheServerGives) {
+    PrivateAudioServer server;
+    PipeWireAudioSystem system;
+    ToneDevice tone({"--channels", "2", "--tone", "1000:-20"});
+    const auto engine = engineOn(system, toneName);
+    Recorder recorder(*engine);
+    const auto blockLength = [&] {
+        const auto blocks = recorder.blocks();
+        return blocks.empty() ? 0 : blocks.back().frameCount;
+    };
+    // More than the 256 that a stream asks for.
+    server.setSmallestQuantum(512);
+    engine->start();
+    EXPECT_TRUE(eventually([&] { return blockLength() == 512; })) << blockLength();
+    // The most that a server has.
+    server.forceQuantum(8192);
+    EXPECT_TRUE(eventually([&] { return blockLength() == 8192; })) << blockLength();
+    for (const auto& channel : recorder.record(96000)) {
+        EXPECT_NEAR(levelDB(channel), sineLevelDB(-20), 0.1);
+        EXPECT_NEAR(frequencyHz(channel, engine->sampleRate()), 1000, 1);
+    }
+    EXPECT_EQ(engine->statistics().droppedBlocks, 0);
+}
+
 // The server's buffers hold 8192 frames. A turn of 2048 at 8 kHz is 12288 at 48 kHz.
 TEST(PipeWireInputEngine, whatHasNoRoomInTheServersBuffersIsToldAsLost) {
     PrivateAudioServer server({.rate = 8000});
