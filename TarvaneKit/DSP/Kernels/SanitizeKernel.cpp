@@ -1,4 +1,5 @@
-// One pass of plain vector code: out[i] = in[i] where finite, else 0; the largest |out[i]|.
+// One pass of plain vector code: out[i] = in[i] where finite, else 0, within the largest sample;
+// the largest |out[i]|.
 
 #include "DSP/Kernels/SanitizeKernel.h"
 
@@ -20,8 +21,9 @@ template <class D>
 HWY_INLINE hn::Vec<D> copyVector(D d, const float* in, float* out, hn::Vec<D> largest) {
     const auto samples = hn::LoadU(d, in);
     const auto finite = hn::IfThenElseZero(hn::IsFinite(samples), samples);
-    hn::StoreU(finite, d, out);
-    return hn::Max(largest, hn::Abs(finite));
+    const auto bounded = hn::Clamp(finite, hn::Set(d, -largestSample), hn::Set(d, largestSample));
+    hn::StoreU(bounded, d, out);
+    return hn::Max(largest, hn::Abs(bounded));
 }
 
 float copySanitizedOnTarget(const float* in, float* out, int count) {

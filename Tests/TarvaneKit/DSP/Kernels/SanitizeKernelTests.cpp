@@ -43,12 +43,26 @@ TEST_P(SanitizeKernel, replacesWhatIsNoNumberAtEveryPlace) {
     }
 }
 
-TEST_P(SanitizeKernel, worksInPlaceAndKeepsTheLargestNumbers) {
-    std::vector<float> samples{std::numeric_limits<float>::max(), -0.0F, 1.0F,
-                               std::numeric_limits<float>::signaling_NaN()};
-    EXPECT_EQ(copySanitized(samples, samples), std::numeric_limits<float>::max());
-    EXPECT_EQ(samples[0], std::numeric_limits<float>::max());
-    EXPECT_EQ(samples[3], 0.0F);
+TEST_P(SanitizeKernel, worksInPlaceAndBoundsWhatNoDeviceDelivers) {
+    std::vector<float> samples{-0.0F, 1000.0F, std::numeric_limits<float>::signaling_NaN()};
+    EXPECT_EQ(copySanitized(samples, samples), 1000.0F);
+    EXPECT_EQ(samples, (std::vector{-0.0F, 1000.0F, 0.0F}));
+    samples = {std::numeric_limits<float>::max(),
+               -std::numeric_limits<float>::max(),
+               1e38F,
+               -1e38F,
+               1000.5F,
+               -1000.5F,
+               999.5F,
+               -999.5F};
+    samples.resize(37, 1e38F);
+    EXPECT_EQ(copySanitized(samples, samples), 1000.0F);
+    EXPECT_EQ(samples[0], 1000.0F);
+    EXPECT_EQ(samples[1], -1000.0F);
+    EXPECT_EQ(samples[5], -1000.0F);
+    EXPECT_EQ(samples[6], 999.5F);
+    EXPECT_EQ(samples[7], -999.5F);
+    EXPECT_EQ(samples.back(), 1000.0F);
 }
 
 TARVANE_ON_EACH_VECTOR_TARGET(SanitizeKernel);
