@@ -13,7 +13,7 @@ class Clock {
     /// The wall clock: what a record's date says. It may be set while the program runs.
     virtual TarvaneKit::Date now() const = 0;
     /// What elapsed times are differences of: the wall clock as it was when the program began,
-    /// carried on without a step.
+    /// carried on without a step, also while the machine sleeps.
     virtual TarvaneKit::Date steadyNow() const = 0;
 };
 
@@ -26,7 +26,7 @@ class SystemClock final : public Clock {
 
   private:
     const TarvaneKit::Date began_;
-    const std::chrono::steady_clock::time_point steadyBegan_;
+    const std::chrono::nanoseconds bootTimeBegan_;
 };
 
 }  // namespace TarvaneApp
