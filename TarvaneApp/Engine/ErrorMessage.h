@@ -1,7 +1,9 @@
 // What went wrong, as a finished sentence for the user, until it is dismissed. Every owner may
-// tell; the newest stands. Main thread only.
+// tell; each stands until it is dismissed, and those that come meanwhile wait for their turn. What
+// is told already isn't told twice. Main thread only.
 #pragma once
 
+#include <deque>
 #include <optional>
 #include <string>
 
@@ -18,6 +20,7 @@ class ErrorMessage {
 
   private:
     Published<std::optional<std::string>> text_;
+    std::deque<std::string> waiting_;
 };
 
 }  // namespace TarvaneApp
