@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 #include "Core/Contract.h"
@@ -18,10 +19,14 @@ constexpr double rangeGateLU = -20.0;       // EBU Tech 3342
 constexpr double lowPercentile = 10.0;
 constexpr double highPercentile = 95.0;
 
-// Minus infinity for no energy, or none above 0.
+// Digital silence, in which the filters go on ringing far below any converter's noise.
+constexpr double silenceLUFS = -200.0;
+
+// Minus infinity for no energy, or silence.
 double loudness(std::optional<double> energy) {
-    return energy && *energy > 0.0 ? loudnessOffset + 10.0 * std::log10(*energy)
-                                   : LoudnessReadings::noValue;
+    const double l = energy && *energy > 0.0 ? loudnessOffset + 10.0 * std::log10(*energy)
+                                             : LoudnessReadings::noValue;
+    return l > silenceLUFS ? l : LoudnessReadings::noValue;
 }
 
 }  // namespace
@@ -52,6 +57,15 @@ void LoudnessMeter::process(std::span<const std::span<const float>> channels) {
     channels = channels.first(std::min(channels.size(), channels_.size()));
     integrate(channels, frames);
     updateTruePeak(channels, frames);
+}
+
+void LoudnessMeter::settle(std::span<const std::span<const float>> channels) {
+    // A floor that nothing exceeds leaves the detector its history alone.
+    constexpr double aboveEverything = std::numeric_limits<double>::infinity();
+    for (std::size_t c = 0; c < std::min(channels.size(), channels_.size()); ++c) {
+        channels_[c].filter.sumOfSquares(channels[c]);
+        channels_[c].truePeak.raise(aboveEverything, channels[c]);
+    }
 }
 
 void LoudnessMeter::integrate(std::span<const std::span<const float>> channels,

@@ -38,6 +38,9 @@ class LoudnessMeter {
     /// [channel][frame], relative to full scale, finite. The shortest channel cuts the others;
     /// channels beyond the weights are dropped. No allocation, no wait but for the lock.
     void process(std::span<const std::span<const float>> channels);
+    /// The same for the filters alone: they settle on the samples behind a hole in the signal, and
+    /// no reading counts the click that the hole is.
+    void settle(std::span<const std::span<const float>> channels);
 
     /// Starts the statistics anew: integrated, range and all maxima. The running windows, and
     /// with them momentary and short-term, go on.

@@ -114,6 +114,11 @@ void SPLMetricEngine::processBlock(std::span<const float> samples) {
     }
 }
 
+void SPLMetricEngine::settle(std::span<const float> samples) {
+    const std::lock_guard guard(lock_);
+    weightings_.process(samples, gain_);
+}
+
 double SPLMetricEngine::value(const SPLMetric& metric) const {
     const std::lock_guard guard(lock_);
     return readingOf(metric);

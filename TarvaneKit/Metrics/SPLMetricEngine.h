@@ -52,6 +52,9 @@ class SPLMetricEngine {
     /// Samples relative to full scale, finite. An empty block changes nothing. No allocation; no
     /// wait but for the lock.
     void processBlock(std::span<const float> samples);
+    /// The same for the filters alone: they settle on the samples behind a hole in the signal, and
+    /// no reading counts the click that the hole is.
+    void settle(std::span<const float> samples);
 
     /// -240 dB for silence; minus infinity for an accumulation that is unknown or has no audio
     /// yet, and for any reading that isn't this engine's.

@@ -89,6 +89,22 @@ TEST(LoudnessMeter, aWeightScalesAChannelsEnergy) {
                 1e-9);
 }
 
+// The filters ring on for seconds, ever fainter, in what a display would round to a number.
+TEST(LoudnessMeter, aProgrammeThatEndsInSilenceHasNoLoudnessThen) {
+    LoudnessMeter meter(48000.0, {1.0});
+    std::vector<float> samples(48000, 0.5F);
+    for (int second = 0; second < 12; ++second) {
+        const std::array channels{std::span<const float>(samples)};
+        meter.process(channels);
+        const double momentary = meter.readings().momentary;
+        EXPECT_TRUE(momentary > -200.0 || momentary == LoudnessReadings::noValue) << momentary;
+        const double shortTerm = meter.readings().shortTerm;
+        EXPECT_TRUE(shortTerm > -200.0 || shortTerm == LoudnessReadings::noValue) << shortTerm;
+        std::ranges::fill(samples, 0.0F);
+    }
+    EXPECT_EQ(meter.readings().momentary, LoudnessReadings::noValue);
+}
+
 TEST(LoudnessMeter, silenceHasNoLoudness) {
     LoudnessMeter meter(48000, {1.0, 1.0});
     const Samples quiet = silence(48000, 5);
