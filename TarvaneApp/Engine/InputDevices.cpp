@@ -33,6 +33,13 @@ const AudioInputDevice* InputDevices::listed(const std::string& uid) const {
     return device != available().end() ? &*device : nullptr;
 }
 
+const AudioInputDevice* InputDevices::defaultInput() const {
+    const auto id = audio_.defaultInputDeviceID();
+    const auto device =
+        id ? std::ranges::find(available(), *id, &AudioInputDevice::id) : available().end();
+    return device != available().end() ? &*device : nullptr;
+}
+
 std::optional<std::uint32_t> InputDevices::id(const std::optional<std::string>& uid) const {
     if (!uid) {
         return audio_.defaultInputDeviceID();

@@ -24,6 +24,8 @@ class InputDevices {
 
     /// The listed device of that uid, or null.
     const TarvaneKit::AudioInputDevice* listed(const std::string& uid) const;
+    /// The default input, or null.
+    const TarvaneKit::AudioInputDevice* defaultInput() const;
     /// Of the device whose gain and kind can be asked for: absent for one that isn't there and for
     /// the system's output. An absent uid is the default input.
     std::optional<std::uint32_t> id(const std::optional<std::string>& uid) const;

@@ -14,6 +14,7 @@
 #include "Metrics/InputClipState.h"
 #include "Metrics/LoudnessReadings.h"
 #include "Metrics/TrafficLightConfig.h"
+#include "Records/LostAudio.h"
 
 namespace TarvaneApp {
 
@@ -50,6 +51,8 @@ class LiveMeterData : public QObject {
     std::optional<TarvaneKit::RingAlert> currentRingAlert;
     /// The last one, for a while after it has stopped.
     std::optional<TarvaneKit::RingAlert> heldRingAlert;
+    /// Oldest first. Once there are very many, the last stands for all that follow.
+    std::vector<LostAudio> lostAudio;
     /// Rows of 1024 levels, newest last.
     std::deque<std::vector<float>> spectrogramHistory;
     /// All rows ever appended: how far the view has to scroll.

@@ -19,8 +19,7 @@ constexpr double settleSeconds = 3.0;
 SPLHistoryRecorder& MeterChannel::recorder() const {
     if (!levelHistory_) {
         levelHistory_ = std::make_unique<SPLHistoryRecorder>(
-            SPLHistoryRecorder::standardMetrics(ChannelProcessor::userLeqID), firstBucketSeconds,
-            mostBuckets, settleSeconds);
+            ChannelProcessor::recordedMetrics(), firstBucketSeconds, mostBuckets, settleSeconds);
     }
     return *levelHistory_;
 }

@@ -4,6 +4,7 @@
 // processor's own threads.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -50,6 +51,11 @@ class MeterChannel {
     std::shared_ptr<const TarvaneKit::CalibrationProfile> calibration;
     /// The session's begin on the clock that doesn't step.
     TarvaneKit::Date levelHistoryBegan;
+    /// Seconds since then that the history has had: it never goes back.
+    double recordedUpTo = 0.0;
+
+    /// The tick that asked for its analysis last.
+    std::uint64_t lastTick = 0;
 
     std::optional<TarvaneKit::Date> lastClipDate;
     bool clippedSinceReset = false;

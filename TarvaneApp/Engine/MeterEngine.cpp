@@ -23,6 +23,7 @@ MeterEngine::MeterEngine(const Environment& environment, QObject* parent)
       microphonePermissionDenied(owners_->run.microphonePermissionDenied),
       channelSourcesChangedWhileRunning(owners_->run.channelSourcesChangedWhileRunning),
       sampleRate(owners_->run.sampleRate),
+      meteredDevice(owners_->run.meteredDevice),
       errorMessage(owners_->errorMessage.text()),
       availableDevices(owners_->devices.available),
       currentInputVolumeScalar(owners_->gains.currentInputVolumeScalar),

@@ -104,6 +104,8 @@ class MeterEngine : public QObject, public MeterSettings {
     const Observable<bool>& channelSourcesChangedWhileRunning;
     /// The main channel's rate in Hz; 48000 until the first start.
     const Observable<double>& sampleRate;
+    /// What the main input is fed from, in words, as "UMIK-2 (default)"; absent while nothing runs.
+    const Observable<std::optional<std::string>>& meteredDevice;
     /// A finished sentence for the user; dismissing it makes it absent.
     const Observable<std::optional<std::string>>& errorMessage;
 

@@ -9,12 +9,15 @@
 #include "Engine/Run.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace TarvaneApp {
 
+using TarvaneKit::AudioInputDevice;
 using TarvaneKit::AudioIOError;
 using TarvaneKit::AudioSourceLoss;
+using TarvaneKit::Date;
+using TarvaneKit::InputClipState;
+using TarvaneKit::LoudnessReadings;
 using TarvaneKit::MicrophoneAuthorization;
 using TarvaneKit::UUID;
 
@@ -46,9 +49,16 @@ Run::Run(const Environment& environment)
       list_(environment.channels),
       displays_(environment.displays),
       changes_(environment.changes),
-      errorMessage_(environment.errorMessage) {}
+      errorMessage_(environment.errorMessage),
+      addressee_(std::make_shared<Addressee>()) {
+    addressee_->run = this;
+}
 
 Run::~Run() {
+    {
+        const std::lock_guard hold(addressee_->lock);
+        addressee_->run = nullptr;
+    }
     stop();
 }
 
@@ -71,6 +81,37 @@ void Run::noteSourceChange() {
     }
 }
 
+void Run::noteDeviceChange() {
+    devicesChangedDuringStart_ = isStarting();
+    if (!isRunning() || channelSourcesChangedWhileRunning()) {
+        return;
+    }
+    const bool opensAnother = std::ranges::any_of(plans_, [this](const StartPlan& plan) {
+        const auto after = deviceAfterRestart(plan);
+        const auto group = std::ranges::find_if(captureGroups_, [&](const auto& open) {
+            return std::ranges::any_of(open->subscribers(), [&](const auto& subscriber) {
+                return subscriber.processor->id == plan.members.front().id;
+            });
+        });
+        const bool isOpen = group != captureGroups_.end();
+        const auto device = isOpen ? (*group)->device() : std::nullopt;
+        return after && (!isOpen || (device && device->uid != *after));
+    });
+    if (opensAnother) {
+        channelSourcesChangedWhileRunning.set(true);
+    }
+}
+
+// Absent where there is none to open.
+std::optional<std::string> Run::deviceAfterRestart(const StartPlan& plan) const {
+    if (plan.uid == TarvaneKit::systemOutputUID || (plan.uid && devices_.listed(*plan.uid))) {
+        return plan.uid;
+    }
+    const AudioInputDevice* byDefault = devices_.defaultInput();
+    const bool opensDefault = !plan.uid || plan.holdsMainInput();
+    return opensDefault && byDefault != nullptr ? std::optional(byDefault->uid) : std::nullopt;
+}
+
 void Run::start() {
     if (isRunning() || isStarting()) {
         return;
@@ -88,20 +129,37 @@ void Run::start() {
             startAuthorized();
             break;
         case MicrophoneAuthorization::undetermined:
-            audio_.requestMicrophoneAccess([this](bool granted) {
-                mainThread_.post([this, granted] {
-                    if (granted) {
-                        startAuthorized();
-                    } else {
-                        microphoneRefused();
-                    }
-                });
-            });
+            askForMicrophone();
             break;
         case MicrophoneAuthorization::restricted:
         case MicrophoneAuthorization::denied:
             microphoneRefused();
             break;
+    }
+}
+
+// The answer may come when nobody waits for it any more: after a stop, or after the end of this.
+void Run::askForMicrophone() {
+    isAskingForMicrophone_ = true;
+    audio_.requestMicrophoneAccess(
+        [addressee = addressee_, generation = ++startGeneration_](bool granted) {
+            const std::lock_guard hold(addressee->lock);
+            if (Run* const run = addressee->run) {
+                run->mainThread_.post(
+                    [run, granted, generation] { run->microphoneAnswered(granted, generation); });
+            }
+        });
+}
+
+void Run::microphoneAnswered(bool granted, int generation) {
+    if (!isAskingForMicrophone_ || generation != startGeneration_) {
+        return;
+    }
+    isAskingForMicrophone_ = false;
+    if (granted) {
+        startAuthorized();
+    } else {
+        microphoneRefused();
     }
 }
 
@@ -114,21 +172,25 @@ void Run::startAuthorized() {
     if (isRunning() || isStarting()) {
         return;
     }
-    auto infos = list_.activeChannelInfos();
-    auto plans = makeStartPlans(infos, devices_.available());
-    for (StartPlan& plan : plans) {
+    Order order;
+    order.infos = list_.activeChannelInfos();
+    order.plans = makeStartPlans(order.infos, devices_.available());
+    for (StartPlan& plan : order.plans) {
         // A device that isn't there opens as the default input.
         const bool opensUID = plan.device || plan.uid == TarvaneKit::systemOutputUID;
         plan.deviceName = devices_.displayName(opensUID ? plan.uid : std::nullopt);
     }
-    StartSettings settings{.leqWeighting = settings_.leqWeighting(),
-                           .leqIntegrationSeconds = settings_.leqIntegrationSeconds(),
-                           .ringOutSensitivities = {}};
-    for (const ChannelInfo& info : infos) {
-        settings.ringOutSensitivities[info.id] = displays_.display(info.id).ringOutSensitivity;
+    order.settings = {.leqWeighting = settings_.leqWeighting(),
+                      .leqIntegrationSeconds = settings_.leqIntegrationSeconds(),
+                      .ringOutSensitivities = {}};
+    for (const ChannelInfo& info : order.infos) {
+        order.settings.ringOutSensitivities[info.id] =
+            displays_.display(info.id).ringOutSensitivity;
     }
     isStarting.set(true);
+    devicesChangedDuringStart_ = false;
     const int generation = ++startGeneration_;
+    attempt_ = std::make_shared<StartAttempt>();
     const LossHandler onLoss = [this](const std::weak_ptr<CaptureGroup>& lost) {
         mainThread_.post([this, lost] {
             if (const auto group = lost.lock()) {
@@ -136,18 +198,20 @@ void Run::startAuthorized() {
             }
         });
     };
-    startQueue_.post([this, generation, infos, plans, settings, onLoss] {
+    startQueue_.post([this, generation, attempt = attempt_, order = std::move(order), onLoss] {
+        if (attempt->isCancelled()) {
+            return;
+        }
         // Shared, since the way back through the event loop copies what it carries.
-        const auto results =
-            std::make_shared<std::vector<StartResult>>(openPlans(plans, settings, audio_, onLoss));
-        mainThread_.post([this, generation, infos, plans, results] {
-            startReturned(generation, infos, plans, std::move(*results));
+        const auto results = std::make_shared<std::vector<StartResult>>(
+            openPlans(order.plans, order.settings, audio_, onLoss, *attempt));
+        mainThread_.post([this, generation, order, results] {
+            startReturned(generation, order, std::move(*results));
         });
     });
 }
 
-void Run::startReturned(int generation, const std::vector<ChannelInfo>& infos,
-                        const std::vector<StartPlan>& plans, std::vector<StartResult> results) {
+void Run::startReturned(int generation, const Order& order, std::vector<StartResult> results) {
     const auto shutAll = [&] {
         for (StartResult& result : results) {
             if (result.group) {
@@ -160,17 +224,18 @@ void Run::startReturned(int generation, const std::vector<ChannelInfo>& infos,
         return;
     }
     isStarting.set(false);
+    attempt_.reset();
 
     std::optional<std::string> primaryError;
     std::vector<std::string> failures;
-    for (std::size_t i = 0; i < plans.size(); ++i) {
+    for (std::size_t i = 0; i < order.plans.size(); ++i) {
         if (results[i].group) {
             continue;
         }
-        if (plans[i].holdsMainInput()) {
+        if (order.plans[i].holdsMainInput()) {
             primaryError = results[i].error;
         } else {
-            failures.push_back(plans[i].channelNames() + ": " + results[i].error);
+            failures.push_back(order.plans[i].channelNames() + ": " + results[i].error);
         }
     }
     if (primaryError) {
@@ -179,45 +244,53 @@ void Run::startReturned(int generation, const std::vector<ChannelInfo>& infos,
         errorMessage_.tell(*primaryError);
         return;
     }
-    finishStart(infos, plans, std::move(results), failures);
+    finishStart(order, std::move(results), failures);
 }
 
-void Run::finishStart(const std::vector<ChannelInfo>& infos, const std::vector<StartPlan>& plans,
-                      std::vector<StartResult> results, const std::vector<std::string>& failures) {
+void Run::finishStart(const Order& order, std::vector<StartResult> results,
+                      const std::vector<std::string>& failures) {
     for (const auto& [id, channel] : channels_) {
         channel->processor.reset();
+        clearLive(*channel);
+        channel->live.loudness.reset();
     }
     captureGroups_.clear();
-    for (std::size_t i = 0; i < plans.size(); ++i) {
-        if (!results[i].group) {
+    for (StartResult& result : results) {
+        if (!result.group) {
             continue;
         }
-        for (const CaptureGroup::Subscriber& subscriber : results[i].group->subscribers()) {
+        for (const CaptureGroup::Subscriber& subscriber : result.group->subscribers()) {
             MeterChannel& channel = channelOf(subscriber.processor->id);
             channel.processor = subscriber.processor;
             channel.sampleRate = subscriber.processor->sampleRate();
         }
-        captureGroups_.push_back(std::move(results[i].group));
+        captureGroups_.push_back(std::move(result.group));
     }
+    plans_ = order.plans;
     sampleRate.set(channelOf(UUID::main()).sampleRate);
+    meteredDevice.set(nameOfMeteredDevice());
     ++runGeneration_;
     analysisInFlight_ = false;
     ++smoothingGeneration_;
-    for (const ChannelInfo& info : infos) {
+    for (const ChannelInfo& info : order.infos) {
         MeterChannel& channel = channelOf(info.id);
         Q_EMIT channel.live.willChange();
         channel.live.spectrogramHistory.clear();
+        channel.live.lostAudio.clear();
         channel.recorder().reset(clock_.now());
         channel.levelHistoryBegan = clock_.steadyNow();
+        channel.recordedUpTo = 0.0;
         channel.levelHistoryInputDescription = list_.inputDescription(info);
         ++channel.live.levelHistoryRevision;
+        if (channel.processor) {
+            channel.processor->takeReadings();  // of before the session
+        }
         resetMinMax(channel);
     }
     channelSourcesChangedWhileRunning.set(false);
     isPaused.set(false);
     isRunning.set(true);
-    takeCalibrations();
-    takeLoudnessSwitches();
+    takeSettingsOfNow(order);
     startTicks();
     Q_EMIT changes_.changed(std::nullopt);
     if (!failures.empty()) {
@@ -229,6 +302,34 @@ void Run::finishStart(const std::vector<ChannelInfo>& infos, const std::vector<S
             sourceLost(group);
         }
     }
+}
+
+// The channels began with what was set when the start was asked for.
+void Run::takeSettingsOfNow(const Order& order) {
+    takeCalibrations();
+    takeLoudnessSwitches();
+    if (order.settings.leqWeighting != settings_.leqWeighting() ||
+        order.settings.leqIntegrationSeconds != settings_.leqIntegrationSeconds()) {
+        configureLeq(settings_.leqWeighting(), settings_.leqIntegrationSeconds());
+    }
+    if (sourceSignatures(order.infos) != sourceSignatures(list_.activeChannelInfos())) {
+        noteSourceChange();
+    }
+    if (devicesChangedDuringStart_) {
+        noteDeviceChange();
+    }
+}
+
+std::string Run::nameOfMeteredDevice() const {
+    const auto group = std::ranges::find_if(captureGroups_,
+                                            [](const auto& open) { return feedsMainInput(*open); });
+    const auto plan =
+        std::ranges::find_if(plans_, [](const StartPlan& each) { return each.holdsMainInput(); });
+    const std::string name = (*group)->deviceName();
+    if (!(*group)->device() || plan->device) {
+        return name;
+    }
+    return name + (plan->uid ? " (default; the chosen device isn't connected)" : " (default)");
 }
 
 // The main input's source takes the run with it, and so does the server's end, which ends all
@@ -254,21 +355,52 @@ void Run::sourceLost(const std::shared_ptr<CaptureGroup>& group) {
 void Run::closeGroup(const std::shared_ptr<CaptureGroup>& group) {
     group->shut();
     std::erase(captureGroups_, group);
+    const Date now = clock_.steadyNow();
     for (const CaptureGroup::Subscriber& subscriber : group->subscribers()) {
         MeterChannel& channel = channelOf(subscriber.processor->id);
-        channel.processor.reset();
         Q_EMIT channel.live.willChange();
-        channel.live.currentSPLValueDB = -std::numeric_limits<double>::infinity();
-        channel.live.sideSPLValuesDB.clear();
-        channel.live.bandLevelsDB.clear();
-        channel.live.bandPeakHoldDB.clear();
-        channel.live.lineSpectrumDB.clear();
-        channel.live.linePeakHoldDB.clear();
-        channel.live.currentRingAlert.reset();
-        channel.live.loudness.reset();
-        channel.live.inputPeakDBFS = LiveMeterData::inputMeterFloorDBFS;
-        channel.live.inputPeakHoldDBFS = LiveMeterData::inputMeterFloorDBFS;
+        recordLevels(channel, now);
+        channel.live.loudness = channel.processor->loudnessReadings();
+        channel.processor.reset();
+        clearLive(channel);
         Q_EMIT changes_.changed(channel.id);
+    }
+}
+
+// Levels of the session stay: its MIN and MAX, its histories, and of the loudness what is of the
+// whole session.
+void Run::clearLive(MeterChannel& channel) {
+    LiveMeterData& live = channel.live;
+    Q_EMIT live.willChange();
+    if (live.loudness) {
+        live.loudness->momentary = LoudnessReadings::noValue;
+        live.loudness->shortTerm = LoudnessReadings::noValue;
+    }
+    live.currentSPLValueDB = currentValue(channel);
+    live.trafficLightColor = displays_.trafficLightColor(live.currentSPLValueDB, channel.id);
+    live.leqElapsedFraction = 0.0;
+    live.sideSPLValuesDB.clear();
+    live.bandLevelsDB.clear();
+    live.bandPeakHoldDB.clear();
+    live.lineSpectrumDB.clear();
+    live.linePeakHoldDB.clear();
+    live.currentRingAlert.reset();
+    live.heldRingAlert.reset();
+    channel.heldRingAlertDate.reset();
+    live.inputPeakDBFS = LiveMeterData::inputMeterFloorDBFS;
+    live.inputPeakHoldDBFS = LiveMeterData::inputMeterFloorDBFS;
+    channel.lastInputMeterUpdate.reset();
+    channel.inputPeakHoldDate.reset();
+    live.inputClipState = InputClipState::none;
+    channel.lastClipDate.reset();
+    channel.clippedSinceReset = false;
+}
+
+// What came in since the last tick. The caller tells that something has changed.
+void Run::recordAll() {
+    const Date now = clock_.steadyNow();
+    for (const auto& [id, channel] : channels_) {
+        recordLevels(*channel, now);
     }
 }
 
@@ -277,8 +409,11 @@ void Run::startTicks() {
 }
 
 void Run::stop() {
+    isAskingForMicrophone_ = false;
     if (isStarting()) {
-        // The queue's work runs on; what it opens is shut when its result arrives.
+        // What opens ends; what is open already is shut when the result arrives.
+        attempt_->cancel();
+        attempt_.reset();
         ++startGeneration_;
         isStarting.set(false);
         return;
@@ -289,8 +424,10 @@ void Run::stop() {
     for (const auto& group : captureGroups_) {
         group->shut();
     }
+    recordAll();
     captureGroups_.clear();
     tickTimer_.stop();
+    meteredDevice.set(std::nullopt);
     ++runGeneration_;
     channelSourcesChangedWhileRunning.set(false);
     isPaused.set(false);
@@ -303,6 +440,7 @@ void Run::pause() {
         return;
     }
     forEachProcessor([](ChannelProcessor& processor) { processor.setDropsIncomingAudio(true); });
+    recordAll();
     tickTimer_.stop();
     isPaused.set(true);
     Q_EMIT changes_.changed(std::nullopt);

@@ -10,8 +10,10 @@
 // carrying the generation it began with; what comes back late is let go of.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -63,13 +65,19 @@ class Run {
     Published<bool> channelSourcesChangedWhileRunning{false};
     /// The main channel's rate in Hz; 48000 until the first start.
     Published<double> sampleRate{48000.0};
+    /// What the main input is fed from, in words; absent while nothing runs.
+    Published<std::optional<std::string>> meteredDevice;
 
     void start();
     void stop();
     void pause();
     void resume();
-    /// Sources stay as they are; `channelSourcesChangedWhileRunning` offers a restart.
+    // Sources stay as they are, and `channelSourcesChangedWhileRunning` offers a restart.
+
+    /// A channel reads another input than before.
     void noteSourceChange();
+    /// Devices came or went, or the default input is another.
+    void noteDeviceChange();
 
     /// Made at first use, so that a view may bind to a channel before it has ever run.
     const MeterChannel& meterChannel(const TarvaneKit::UUID& id) { return channelOf(id); }
@@ -100,12 +108,25 @@ class Run {
     friend struct TarvaneTests::EngineInsides;
 
     // Run.cpp
+    void askForMicrophone();
+    void microphoneAnswered(bool granted, int generation);
     void startAuthorized();
     void microphoneRefused();
-    void startReturned(int generation, const std::vector<ChannelInfo>& infos,
-                       const std::vector<StartPlan>& plans, std::vector<StartResult> results);
-    void finishStart(const std::vector<ChannelInfo>& infos, const std::vector<StartPlan>& plans,
-                     std::vector<StartResult> results, const std::vector<std::string>& failures);
+    /// What a start was asked for.
+    struct Order {
+        std::vector<ChannelInfo> infos;
+        std::vector<StartPlan> plans;
+        StartSettings settings;
+    };
+    void startReturned(int generation, const Order& order, std::vector<StartResult> results);
+    void finishStart(const Order& order, std::vector<StartResult> results,
+                     const std::vector<std::string>& failures);
+    void takeSettingsOfNow(const Order& order);
+    void recordAll();
+    std::string nameOfMeteredDevice() const;
+    std::optional<std::string> deviceAfterRestart(const StartPlan& plan) const;
+    /// The channel's source is gone, or another one begins: nothing of it is live any more.
+    void clearLive(MeterChannel& channel);
     void sourceLost(const std::shared_ptr<CaptureGroup>& group);
     void closeGroup(const std::shared_ptr<CaptureGroup>& group);
     void startTicks();
@@ -123,19 +144,28 @@ class Run {
 
     // RunTick.cpp
     void tick();
-    void analysisReturned(int generation, const std::vector<MeterChannel*>& channels,
+    /// What the analysis of one channel was asked of, and where its result goes.
+    struct Asked {
+        MeterChannel* channel = nullptr;
+        std::shared_ptr<ChannelProcessor> processor;
+    };
+    void analysisReturned(int generation, const std::vector<Asked>& asked,
                           std::vector<ChannelFrame>& frames);
     void publish(ChannelFrame& frame, MeterChannel& channel, TarvaneKit::Date now);
     void publishRingAlert(const std::optional<TarvaneKit::RingAlert>& alert, MeterChannel& channel,
                           TarvaneKit::Date now);
     static void publishSpectrogram(std::vector<std::vector<float>>& rows, LiveMeterData& live);
     void publishLevels(MeterChannel& channel);
-    static void recordLevels(MeterChannel& channel, TarvaneKit::Date now);
+    void recordLevels(MeterChannel& channel, TarvaneKit::Date now);
+    static void noteHoles(const LevelReadings::Taken& taken, double nowElapsed,
+                          MeterChannel& channel);
     static void updateClipState(MeterChannel& channel, bool clippedThisTick, TarvaneKit::Date now);
     static void updateInputMeter(MeterChannel& channel, float peak, TarvaneKit::Date now);
 
     // RunChannels.cpp
-    static void resetMinMax(MeterChannel& channel);
+    void resetMinMax(MeterChannel& channel);
+    /// The value of the displayed metric: of a lost source what stands of its session.
+    double currentValue(const MeterChannel& channel) const;
 
     TarvaneKit::AudioSystem& audio_;
     const Clock& clock_;
@@ -150,10 +180,21 @@ class Run {
 
     std::map<TarvaneKit::UUID, std::unique_ptr<MeterChannel>> channels_;
     std::vector<std::shared_ptr<CaptureGroup>> captureGroups_;
-    int startGeneration_ = 0;  // raised by every start and by a stop during one
-    int runGeneration_ = 0;    // raised when a run begins and when it ends
+    std::vector<StartPlan> plans_;           // of the run as it began
+    std::shared_ptr<StartAttempt> attempt_;  // of the start under way
+    int startGeneration_ = 0;                // raised by every start and by a stop during one
+    bool devicesChangedDuringStart_ = false;
+    bool isAskingForMicrophone_ = false;
+    /// Whom an answer that comes at any time, on any thread, finds; null when it is too late.
+    struct Addressee {
+        std::mutex lock;
+        Run* run;
+    };
+    const std::shared_ptr<Addressee> addressee_;
+    int runGeneration_ = 0;  // raised when a run begins and when it ends
 
     bool analysisInFlight_ = false;
+    std::uint64_t tickCount_ = 0;
     int smoothingGeneration_ = 0;
     int peakHoldGeneration_ = 0;
     int timingGeneration_ = 0;

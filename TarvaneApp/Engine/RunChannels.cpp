@@ -20,6 +20,8 @@ namespace {
 // Where bands and their holds stand before a first spectrum.
 constexpr double emptyBandLevelDB = -120.0;
 
+constexpr double noValue = -std::numeric_limits<double>::infinity();
+
 }  // namespace
 
 std::optional<double> Run::level(const SPLMetric& metric, const UUID& id) const {
@@ -67,11 +69,24 @@ void Run::metricChanged(const UUID& id) {
     resetMinMax(channel);
     if (channel.processor && channel.processor->isConfigured()) {
         publishLevels(channel);
+    } else if (channel.live.loudness) {
+        channel.live.currentSPLValueDB = currentValue(channel);
     }
+}
+
+double Run::currentValue(const MeterChannel& channel) const {
+    const SPLMetric metric = displays_.displayedMetric(channel.id);
+    if (channel.processor) {
+        return channel.processor->value(metric);
+    }
+    const auto* loudness = std::get_if<SPLMetric::Loudness>(&metric.reading);
+    return loudness != nullptr && channel.live.loudness ? (*channel.live.loudness)[loudness->metric]
+                                                        : noValue;
 }
 
 void Run::resetMinMax(MeterChannel& channel) {
     Q_EMIT channel.live.willChange();
+    recordLevels(channel, clock_.steadyNow());  // what came in counts before, and not after
     channel.live.minSPLValueDB = std::numeric_limits<double>::infinity();
     channel.live.maxSPLValueDB = -std::numeric_limits<double>::infinity();
     if (channel.processor) {
@@ -109,6 +124,8 @@ void Run::resetLoudness(const UUID& id) {
     MeterChannel& channel = channelOf(id);
     if (channel.processor) {
         channel.processor->resetLoudness();
+    } else {
+        channel.live.loudness.reset();
     }
     resetMinMax(channel);
 }

@@ -30,6 +30,18 @@ constexpr float inputMeterSmallestPeak = 1e-9F;
 // A level at or below this is silence and not a minimum.
 constexpr double lowestMeasuredLevelDB = -200.0;
 
+// Half of the level history's first bucket.
+constexpr double longestReadingSeconds = 0.05;
+
+constexpr std::size_t mostLostAudioMarks = 1000;
+
+void widenMinMax(LiveMeterData& live, double levelDB) {
+    if (std::isfinite(levelDB) && levelDB > lowestMeasuredLevelDB) {
+        live.minSPLValueDB = std::min(live.minSPLValueDB, levelDB);
+        live.maxSPLValueDB = std::max(live.maxSPLValueDB, levelDB);
+    }
+}
+
 double secondsBetween(Date earlier, Date later) {
     return std::chrono::duration<double>(later - earlier).count();
 }
@@ -46,16 +58,19 @@ void Run::tick() {
                                     .peakHoldGeneration = peakHoldGeneration_,
                                     .timingGeneration = timingGeneration_,
                                     .calibrationGeneration = calibrationGeneration_};
-    std::vector<MeterChannel*> channels;
+    ++tickCount_;
+    std::vector<Asked> asked;
     std::vector<ChannelAnalysisRequest> requests;
     std::vector<ChannelFrame> frames;
     const auto ask = [&](const UUID& id, bool detectsRings, const ChannelDisplaySettings& display) {
         MeterChannel* const found = existingChannel(id);
-        if (found == nullptr || !found->processor) {
+        // A processor takes one analysis at a time, whatever the list of channels says.
+        if (found == nullptr || !found->processor || found->lastTick == tickCount_) {
             return;
         }
         MeterChannel& channel = *found;
-        channels.push_back(&channel);
+        channel.lastTick = tickCount_;
+        asked.push_back({.channel = &channel, .processor = channel.processor});
         requests.push_back({.processor = channel.processor,
                             .calibration = channel.calibration,
                             .wantsRTA = demand.contains(ChannelDemand::rta, id),
@@ -78,21 +93,21 @@ void Run::tick() {
     }
     analysisInFlight_ = true;
     const int generation = runGeneration_;
-    analysisQueue_.post([this, settings, generation, channels = std::move(channels),
+    analysisQueue_.post([this, settings, generation, asked = std::move(asked),
                          requests = std::move(requests), frames = std::move(frames)]() mutable {
         analysisLoop_.run(static_cast<int>(requests.size()), [&](int i) {
             const auto& request = requests[static_cast<std::size_t>(i)];
             ChannelFrame& frame = frames[static_cast<std::size_t>(i)];
             frame = request.processor->analyze(settings, request, std::move(frame));
         });
-        mainThread_.post([this, generation, channels = std::move(channels),
-                          frames = std::move(frames)]() mutable {
-            analysisReturned(generation, channels, frames);
-        });
+        mainThread_.post(
+            [this, generation, asked = std::move(asked), frames = std::move(frames)]() mutable {
+                analysisReturned(generation, asked, frames);
+            });
     });
 }
 
-void Run::analysisReturned(int generation, const std::vector<MeterChannel*>& channels,
+void Run::analysisReturned(int generation, const std::vector<Asked>& asked,
                            std::vector<ChannelFrame>& frames) {
     if (generation != runGeneration_) {
         return;  // of a run that has ended
@@ -102,9 +117,13 @@ void Run::analysisReturned(int generation, const std::vector<MeterChannel*>& cha
         return;
     }
     const Date now = clock_.steadyNow();
-    for (std::size_t i = 0; i < channels.size(); ++i) {
-        publish(frames[i], *channels[i], now);
-        channels[i]->spareFrame = std::move(frames[i]);
+    for (std::size_t i = 0; i < asked.size(); ++i) {
+        MeterChannel& channel = *asked[i].channel;
+        // A source that was lost meanwhile leaves nothing to show.
+        if (channel.processor == asked[i].processor) {
+            publish(frames[i], channel, now);
+        }
+        channel.spareFrame = std::move(frames[i]);
     }
 }
 
@@ -125,8 +144,8 @@ void Run::publish(ChannelFrame& frame, MeterChannel& channel, Date now) {
     }
     publishSpectrogram(frame.spectrogramRows, live);
     if (channel.processor && channel.processor->isConfigured()) {
-        publishLevels(channel);
         recordLevels(channel, now);
+        publishLevels(channel);
     }
 }
 
@@ -164,20 +183,59 @@ void Run::publishLevels(MeterChannel& channel) {
     live.currentSPLValueDB = value;
     live.sideSPLValuesDB = channel.processor->sideValues(metric).value_or(std::vector<double>{});
     live.loudness = channel.processor->loudnessReadings();
-    if (std::isfinite(value) && value > lowestMeasuredLevelDB) {
-        live.minSPLValueDB = std::min(live.minSPLValueDB, value);
-        live.maxSPLValueDB = std::max(live.maxSPLValueDB, value);
-    }
+    widenMinMax(live, value);
     live.trafficLightColor = displays_.trafficLightColor(value, channel.id);
     live.leqElapsedFraction = channel.processor->leqElapsedFraction();
 }
 
+// The newest sample is of now, and the others are as much older as there are frames between. A
+// display that keeps up thus records at each tick, and a late one what it has missed.
 void Run::recordLevels(MeterChannel& channel, Date now) {
     SPLHistoryRecorder& history = channel.recorder();
-    if (history.sessionStartDate() &&
-        history.record(channel.processor->values(history.metrics()),
-                       secondsBetween(channel.levelHistoryBegan, now))) {
+    if (!channel.processor || !history.sessionStartDate()) {
+        return;
+    }
+    const LevelReadings::Taken taken = channel.processor->takeReadings();
+    const double nowElapsed = secondsBetween(channel.levelHistoryBegan, now);
+    const std::size_t valueCount = history.metrics().size();
+    const auto shown = history.index(displays_.displayedMetric(channel.id));
+    bool hasClosed = false;
+    for (const LevelReadings::Reading& reading : taken.readings) {
+        const auto values = taken.valuesOf(reading, valueCount);
+        if (shown) {
+            widenMinMax(channel.live, values[static_cast<std::size_t>(*shown)]);
+        }
+        const double behind =
+            static_cast<double>(taken.frame - reading.endFrame) / channel.sampleRate;
+        const double end = std::max(nowElapsed - behind, channel.recordedUpTo);
+        const double begin =
+            std::max(end - static_cast<double>(reading.frameCount) / channel.sampleRate,
+                     channel.recordedUpTo);
+        // A block that is longer than a bucket leaves none of its buckets empty.
+        for (double steps = std::floor((end - begin) / longestReadingSeconds); steps >= 0.0;
+             steps -= 1.0) {
+            hasClosed |= history.record(values, end - steps * longestReadingSeconds);
+        }
+        channel.recordedUpTo = end;
+    }
+    noteHoles(taken, nowElapsed, channel);
+    if (hasClosed) {
         ++channel.live.levelHistoryRevision;
+    }
+}
+
+void Run::noteHoles(const LevelReadings::Taken& taken, double nowElapsed, MeterChannel& channel) {
+    auto& lost = channel.live.lostAudio;
+    for (const LevelReadings::Hole& hole : taken.holes) {
+        const double behind = static_cast<double>(taken.frame - hole.endFrame) / channel.sampleRate;
+        const LostAudio mark{.elapsed = std::max(nowElapsed - behind, 0.0),
+                             .seconds = static_cast<double>(hole.frameCount) / channel.sampleRate};
+        if (lost.size() < mostLostAudioMarks) {
+            lost.push_back(mark);
+        } else {
+            lost.back().seconds += mark.seconds;
+            ++lost.back().count;
+        }
     }
 }
 

@@ -1,12 +1,12 @@
 #include "Engine/SettingEffects.h"
 
 #include <algorithm>
-#include <tuple>
 #include <utility>
 
 namespace TarvaneApp {
 
 using TarvaneKit::CalibrationProfile;
+using TarvaneKit::LoudnessMetric;
 using TarvaneKit::OctaveFraction;
 using TarvaneKit::TimeWeighting;
 using TarvaneKit::UUID;
@@ -18,9 +18,7 @@ namespace {
 constexpr double smallestSplitFraction = 0.15;
 constexpr double largestSplitFraction = 0.85;
 
-// What of a channel is fixed when its source opens.
-using SourceSignature = std::tuple<UUID, std::optional<std::string>, int, std::optional<int>>;
-
+// Of the channels that run.
 std::vector<SourceSignature> sourceSignatures(const std::vector<ChannelConfig>& channels) {
     std::vector<SourceSignature> signatures;
     for (const ChannelConfig& channel : channels) {
@@ -76,6 +74,11 @@ void SettingEffects::attachMainInput() {
     settings_.calibration.setEffect([this](const CalibrationProfile&) { run_.takeCalibrations(); },
                                     Setting<CalibrationProfile>::Saving::afterEffect);
     settings_.mainInputMeasuresLoudness.setEffect([this](bool) { run_.takeLoudnessSwitches(); });
+    settings_.loudnessReadout.setEffect([this](LoudnessMetric old) {
+        if (old != settings_.loudnessReadout()) {
+            loudnessReadoutChanged();
+        }
+    });
     settings_.ringOutEnabled.setEffect([this](bool) {
         if (!settings_.ringOutEnabled()) {
             run_.clearRingAlerts(UUID::main());
@@ -131,7 +134,11 @@ void SettingEffects::attachChannelChanges() {
                          run_.takeCalibrations();
                          tellAll();
                      });
-    QObject::connect(&devices_.available.notifier(), &ChangeNotifier::changed, &context_, tellAll);
+    QObject::connect(&devices_.available.notifier(), &ChangeNotifier::changed, &context_,
+                     [this, tellAll] {
+                         run_.noteDeviceChange();
+                         tellAll();
+                     });
     QObject::connect(&run_.sampleRate.notifier(), &ChangeNotifier::changed, &context_, tellAll);
 }
 
@@ -168,6 +175,15 @@ void SettingEffects::mainMetricChanged() {
     run_.metricChanged(UUID::main());
     for (const ChannelConfig& channel : settings_.extraChannels()) {
         if (!channel.display) {
+            run_.metricChanged(channel.id);
+        }
+    }
+}
+
+// A channel's min and max are of the reading that it shows.
+void SettingEffects::loudnessReadoutChanged() {
+    for (const ChannelInfo& channel : channels_.channelInfos()) {
+        if (channel.measuresLoudness) {
             run_.metricChanged(channel.id);
         }
     }

@@ -43,6 +43,7 @@ class SettingEffects {
     void selectedDeviceChanged(const std::optional<std::string>& old);
     void mainInputsChanged(bool changed);
     void mainMetricChanged();
+    void loudnessReadoutChanged();
     void extraChannelsChanged(const std::vector<ChannelConfig>& old);
     void extraChannelChanged(const ChannelConfig& old, const ChannelConfig& now);
 

@@ -14,10 +14,16 @@ CaptureGroup::CaptureGroup(std::string deviceName,
                                     int frameCount) {
         deliver(channels, channelCount, frameCount);
     };
+    source_->onAudioLost = [this](std::int64_t frameCount) { skip(frameCount); };
 }
 
 CaptureGroup::~CaptureGroup() {
     shut();
+}
+
+void CaptureGroup::open() {
+    source_->start();
+    device_ = source_->device();
 }
 
 void CaptureGroup::deliver(const float* const* channels, int channelCount, int frameCount) {
@@ -32,9 +38,16 @@ void CaptureGroup::deliver(const float* const* channels, int channelCount, int f
     }
 }
 
+void CaptureGroup::skip(std::int64_t frameCount) {
+    for (const Subscriber& subscriber : subscribers_) {
+        subscriber.processor->skip(frameCount);
+    }
+}
+
 void CaptureGroup::shut() {
     source_->stop();
     source_->onAudioBuffer = nullptr;
+    source_->onAudioLost = nullptr;
     source_->onLoss = nullptr;
 }
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -23,6 +24,7 @@ class CaptureGroup {
         std::optional<int> rightChannelIndex;
     };
 
+    /// `deviceName` is what the user chose, for a source that doesn't say what it captures from.
     CaptureGroup(std::string deviceName,
                  std::unique_ptr<TarvaneKit::MultiChannelAudioSource> source,
                  std::vector<Subscriber> subscribers);
@@ -32,16 +34,25 @@ class CaptureGroup {
     CaptureGroup(const CaptureGroup&) = delete;
     CaptureGroup& operator=(const CaptureGroup&) = delete;
 
-    /// As the list called it when the source was opened: a device that is gone has no name.
-    const std::string& deviceName() const { return deviceName_; }
+    /// Opens the source. Throws what it throws. `cancelOpening` ends it.
+    void open();
+    /// What is open, absent for the system's output. As it was when the source was opened: a device
+    /// that is gone has no name any more. Not before `open` has returned.
+    const std::optional<TarvaneKit::AudioInputDevice>& device() const { return device_; }
+    const std::string& deviceName() const { return device_ ? device_->name : deviceName_; }
     TarvaneKit::MultiChannelAudioSource& source() { return *source_; }
     const std::vector<Subscriber>& subscribers() const { return subscribers_; }
 
     /// Gives each channel the samples at its input. An index beyond the source's channels reads
     /// the last one.
     void deliver(const float* const* channels, int channelCount, int frameCount);
+    /// Tells each channel of the hole ahead of the next block.
+    void skip(std::int64_t frameCount);
 
-    /// Stops the source and lets go of its callbacks; harmless when done before.
+    /// Ends an `open` that is under way in another thread.
+    void cancelOpening() { source_->stop(); }
+    /// Stops the source and lets go of its callbacks; harmless when done before. Not while it
+    /// opens.
     void shut();
 
     /// Why the source stopped by itself, if it did. Noted from any thread.
@@ -52,6 +63,7 @@ class CaptureGroup {
     const std::string deviceName_;
     const std::unique_ptr<TarvaneKit::MultiChannelAudioSource> source_;
     const std::vector<Subscriber> subscribers_;
+    std::optional<TarvaneKit::AudioInputDevice> device_;
     static constexpr int notLost = -1;
     std::atomic<int> loss_{notLost};
 };

@@ -8,6 +8,7 @@
 #include "Core/AlignedVector.h"
 #include "Core/FlushDenormals.h"
 #include "DSP/Kernels/SanitizeKernel.h"
+#include "Metrics/SPLHistoryRecorder.h"
 
 namespace TarvaneApp {
 
@@ -25,6 +26,10 @@ constexpr double noValue = -std::numeric_limits<double>::infinity();
 // The largest block that PipeWire's stock configuration allows.
 constexpr std::size_t expectedLargestBlock = 8192;
 
+// Both poles of the A and C weightings at 20.6 Hz (IEC 61672-1, annex E) have forgotten a step down
+// to -90 dB by then, and K's high-pass at 38 Hz sooner.
+constexpr double settlingSeconds = 0.1;
+
 void makeRoom(std::vector<float>& block, std::size_t frames) {
     if (block.size() < frames) {
         block.resize(frames);
@@ -37,7 +42,9 @@ ChannelProcessor::ChannelProcessor(const UUID& channelID, bool stereo)
     : id(channelID),
       isStereo(stereo),
       leftBlock_(expectedLargestBlock),
-      rightBlock_(stereo ? expectedLargestBlock : 0) {}
+      rightBlock_(stereo ? expectedLargestBlock : 0),
+      reading_(recordedMetrics().size()),
+      rightReading_(stereo ? recordedMetrics().size() : 0) {}
 
 void ChannelProcessor::configure(const Configuration& configuration) {
     const auto makeMeter = [&] {
@@ -53,6 +60,8 @@ void ChannelProcessor::configure(const Configuration& configuration) {
                                        .ringOutSensitivity = configuration.ringOutSensitivity});
     auto left = makeMeter();
     auto right = isStereo ? makeMeter() : nullptr;
+    auto readings =
+        std::make_unique<LevelReadings>(recordedMetrics().size(), configuration.sampleRate);
     RollingBuffer accumulated;
     RollingBuffer accumulatedRight;
     accumulated.allocate();
@@ -67,6 +76,7 @@ void ChannelProcessor::configure(const Configuration& configuration) {
     leftMeter_ = std::move(left);
     rightMeter_ = std::move(right);
     analysis_ = std::move(analysis);
+    readings_ = std::move(readings);
     isConfigured_ = true;
 }
 
@@ -108,14 +118,97 @@ void ChannelProcessor::ingest(const float* left, const float* right, int frameCo
         }
         peakSinceLastTick_ = std::max(peakSinceLastTick_, peak);
     }
-    meters.left->processBlock(leftBlock);
-    if (hasRight && meters.right != nullptr) {
-        meters.right->processBlock(rightBlock);
+    const std::size_t settling = std::min(settlingFrames_, frames);
+    if (settling > 0) {
+        settlingFrames_ -= settling;
+        settle(meters, loudness.get(), leftBlock.first(settling),
+               rightBlock.first(isStereo ? settling : 0));
     }
-    if (loudness) {
-        const std::array channels{leftBlock, rightBlock};
+    if (settling < frames) {
+        heardFrames_ += frames - settling;
+        measure(meters, loudness.get(), leftBlock.subspan(settling),
+                rightBlock.subspan(isStereo ? settling : 0), hasRight);
+    }
+}
+
+void ChannelProcessor::measure(const LevelMeters& meters, LoudnessMeter* loudness,
+                               std::span<const float> left, std::span<const float> right,
+                               bool hasRight) {
+    meters.left->processBlock(left);
+    if (hasRight && meters.right != nullptr) {
+        meters.right->processBlock(right);
+    }
+    if (loudness != nullptr) {
+        const std::array channels{left, right};
         loudness->process(std::span(channels).first(isStereo ? 2 : 1));
     }
+    if (readings_->advance(static_cast<int>(left.size()))) {
+        putReading(meters, loudness);
+    }
+}
+
+void ChannelProcessor::settle(const LevelMeters& meters, LoudnessMeter* loudness,
+                              std::span<const float> left, std::span<const float> right) {
+    meters.left->settle(left);
+    if (meters.right != nullptr) {
+        meters.right->settle(right);
+    }
+    if (loudness != nullptr) {
+        const std::array channels{left, right};
+        loudness->settle(std::span(channels).first(isStereo ? 2 : 1));
+    }
+    readings_->skip(static_cast<std::int64_t>(left.size()));
+}
+
+void ChannelProcessor::skip(std::int64_t frameCount) {
+    LevelMeters meters;
+    std::shared_ptr<LoudnessMeter> loudness;
+    {
+        const std::lock_guard hold(bufferLock_);
+        if (dropsIncomingAudio_ || !isConfigured_) {
+            return;
+        }
+        meters = {leftMeter_.get(), rightMeter_.get()};
+        loudness = loudnessMeter_;
+        // A spectrum across the hole would show its click at all frequencies.
+        accumulated_.clear();
+        accumulatedRight_.clear();
+    }
+    if (readings_->hasUnread()) {
+        putReading(meters, loudness.get());
+    }
+    readings_->noteHole(frameCount);
+    // Holes that follow each other closely would leave nothing to measure.
+    const auto settling = static_cast<std::size_t>(settlingSeconds * sampleRate_);
+    if (heardFrames_ >= settling) {
+        settlingFrames_ = settling;
+        heardFrames_ = 0;
+    }
+}
+
+void ChannelProcessor::putReading(const LevelMeters& meters, const LoudnessMeter* loudness) {
+    read(recordedMetrics(), meters, loudness, reading_, rightReading_);
+    readings_->put(reading_);
+}
+
+LevelReadings::Taken ChannelProcessor::takeReadings() {
+    if (!isConfigured()) {
+        return {};
+    }
+    LevelReadings::Taken taken = readings_->take();
+    if (taken.unreadFrames > 0) {
+        taken.readings.push_back({.endFrame = taken.frame,
+                                  .frameCount = taken.unreadFrames,
+                                  .firstValue = taken.values.size()});
+        const std::vector<double> now = values(recordedMetrics());
+        taken.values.insert(taken.values.end(), now.begin(), now.end());
+    }
+    return taken;
+}
+
+const std::vector<SPLMetric>& ChannelProcessor::recordedMetrics() {
+    static const std::vector metrics = TarvaneKit::SPLHistoryRecorder::standardMetrics(userLeqID);
+    return metrics;
 }
 
 ChannelProcessor::LevelMeters ChannelProcessor::levelMeters() const {
@@ -164,23 +257,31 @@ std::vector<double> ChannelProcessor::values(std::span<const SPLMetric> metrics)
     if (meters.left == nullptr) {
         return std::vector<double>(metrics.size(), noValue);
     }
-    std::vector<double> result = meters.left->values(metrics);
+    std::vector<double> result(metrics.size());
+    std::vector<double> right(meters.right != nullptr ? metrics.size() : 0);
+    read(metrics, meters, loudnessMeter().get(), result, right);
+    return result;
+}
+
+void ChannelProcessor::read(std::span<const SPLMetric> metrics, const LevelMeters& meters,
+                            const LoudnessMeter* loudness, std::span<double> result,
+                            std::span<double> right) {
+    meters.left->values(metrics, result);
     if (meters.right != nullptr) {
-        const std::vector<double> right = meters.right->values(metrics);
+        meters.right->values(metrics, right);
         for (std::size_t i = 0; i < result.size(); ++i) {
             result[i] = combine(metrics[i], result[i], right[i]);
         }
     }
     std::optional<LoudnessReadings> readings;  // read at most once, so that all are of one instant
     for (std::size_t i = 0; i < result.size(); ++i) {
-        if (const auto* loudness = std::get_if<SPLMetric::Loudness>(&metrics[i].reading)) {
+        if (const auto* metric = std::get_if<SPLMetric::Loudness>(&metrics[i].reading)) {
             if (!readings) {
-                readings = loudnessReadings().value_or(LoudnessReadings{});
+                readings = loudness != nullptr ? loudness->readings() : LoudnessReadings{};
             }
-            result[i] = (*readings)[loudness->metric];
+            result[i] = (*readings)[metric->metric];
         }
     }
-    return result;
 }
 
 std::optional<std::vector<double>> ChannelProcessor::sideValues(const SPLMetric& metric) const {

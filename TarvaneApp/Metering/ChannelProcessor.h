@@ -9,6 +9,8 @@
 // held only for copying and appending: no meter and no analysis runs under it.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -20,6 +22,7 @@
 #include "Metering/AnalysisSettings.h"
 #include "Metering/ChannelAnalysis.h"
 #include "Metering/ChannelFrame.h"
+#include "Metering/LevelReadings.h"
 #include "Metering/RollingBuffer.h"
 #include "Metrics/LoudnessMeter.h"
 #include "Metrics/LoudnessReadings.h"
@@ -55,6 +58,9 @@ class ChannelProcessor {
     /// silent right side; a mono channel ignores it. A sample that is not finite counts as 0.
     /// Doesn't allocate, unless a block is larger than any before and than 8192 frames.
     void ingest(const float* left, const float* right, int frameCount);
+    /// So many frames are missing ahead of the next block. What follows such a hole first settles
+    /// the meters' filters, so that its click counts into no reading. On the capture thread.
+    void skip(std::int64_t frameCount);
 
     /// The current reading, both sides of a stereo channel combined: the higher peak, else the
     /// mean of the energies; a loudness is of the channel as a whole. Minus infinity when not
@@ -62,6 +68,12 @@ class ChannelProcessor {
     double value(const TarvaneKit::SPLMetric& metric) const;
     /// The same for several, all of one side read at one instant.
     std::vector<double> values(std::span<const TarvaneKit::SPLMetric> metrics) const;
+    /// The metrics of the level history.
+    static const std::vector<TarvaneKit::SPLMetric>& recordedMetrics();
+    /// What the level history hasn't had yet: the current readings of `recordedMetrics()` where
+    /// audio has come in, behind those that the display was too late for. Main thread.
+    LevelReadings::Taken takeReadings();
+
     /// Left and right; absent for a loudness, and unless stereo and configured.
     std::optional<std::vector<double>> sideValues(const TarvaneKit::SPLMetric& metric) const;
     /// Progress of the user's Leq, 0 to 1; 0 when not configured.
@@ -106,6 +118,16 @@ class ChannelProcessor {
     /// The meters as of now. They live as long as the processor once they are there.
     LevelMeters levelMeters() const;
     std::shared_ptr<TarvaneKit::LoudnessMeter> loudnessMeter() const;
+    /// Of `recordedMetrics()`, on the capture thread.
+    void putReading(const LevelMeters& meters, const TarvaneKit::LoudnessMeter* loudness);
+    void measure(const LevelMeters& meters, TarvaneKit::LoudnessMeter* loudness,
+                 std::span<const float> left, std::span<const float> right, bool hasRight);
+    void settle(const LevelMeters& meters, TarvaneKit::LoudnessMeter* loudness,
+                std::span<const float> left, std::span<const float> right);
+    /// `right` is the scratch of the right side; without one it may be empty.
+    static void read(std::span<const TarvaneKit::SPLMetric> metrics, const LevelMeters& meters,
+                     const TarvaneKit::LoudnessMeter* loudness, std::span<double> result,
+                     std::span<double> right);
     static double combine(const TarvaneKit::SPLMetric& metric, double left, double right);
 
     double sampleRate_ = 48000.0;
@@ -125,9 +147,15 @@ class ChannelProcessor {
     // it.
     std::shared_ptr<TarvaneKit::LoudnessMeter> droppedLoudnessMeter_;
 
+    std::unique_ptr<LevelReadings> readings_;  // there once configured
+
     // Capture thread only.
     std::vector<float> leftBlock_;
     std::vector<float> rightBlock_;
+    std::vector<double> reading_;
+    std::vector<double> rightReading_;
+    std::size_t settlingFrames_ = 0;  // that the filters alone still hear
+    std::size_t heardFrames_ = 0;     // by the meters since the last hole
 
     // Analysis queue only, once configured.
     std::unique_ptr<ChannelAnalysis> analysis_;

@@ -26,8 +26,35 @@ std::unique_ptr<MultiChannelAudioSource> makeSource(const StartPlan& plan, Audio
     return audio.makeDeviceSource(plan.device);
 }
 
+}  // namespace
+
+class StartAttempt::Opening {
+  public:
+    Opening(StartAttempt& attempt, std::shared_ptr<CaptureGroup> group)
+        : attempt_(attempt), group_(std::move(group)) {
+        const std::lock_guard hold(attempt_.lock_);
+        if (attempt_.isCancelled_) {
+            throw std::runtime_error("The start was cancelled.");
+        }
+        attempt_.opening_.push_back(group_);
+    }
+    ~Opening() {
+        const std::lock_guard hold(attempt_.lock_);
+        std::erase(attempt_.opening_, group_);
+    }
+    Opening(const Opening&) = delete;
+    Opening& operator=(const Opening&) = delete;
+
+  private:
+    StartAttempt& attempt_;
+    const std::shared_ptr<CaptureGroup> group_;
+};
+
+namespace {
+
 std::shared_ptr<CaptureGroup> openPlan(const StartPlan& plan, const StartSettings& settings,
-                                       AudioSystem& audio, const LossHandler& onLoss) {
+                                       AudioSystem& audio, const LossHandler& onLoss,
+                                       StartAttempt& attempt) {
     auto source = makeSource(plan, audio);
     std::vector<CaptureGroup::Subscriber> subscribers;
     for (const ChannelInfo& member : plan.members) {
@@ -44,7 +71,10 @@ std::shared_ptr<CaptureGroup> openPlan(const StartPlan& plan, const StartSetting
         }
         onLoss(weak);
     };
-    group->source().start();
+    {
+        const StartAttempt::Opening opening(attempt, group);
+        group->open();
+    }
     for (std::size_t i = 0; i < plan.members.size(); ++i) {
         group->subscribers()[i].processor->configure(
             {.sampleRate = group->source().sampleRate(),
@@ -92,13 +122,42 @@ std::vector<StartPlan> makeStartPlans(const std::vector<ChannelInfo>& channels,
     return plans;
 }
 
+// Without the lock, since the opener takes it when its source has given up.
+void StartAttempt::cancel() {
+    std::vector<std::shared_ptr<CaptureGroup>> opening;
+    {
+        const std::lock_guard hold(lock_);
+        isCancelled_ = true;
+        opening = opening_;
+    }
+    for (const auto& group : opening) {
+        group->cancelOpening();
+    }
+}
+
+bool StartAttempt::isCancelled() const {
+    const std::lock_guard hold(lock_);
+    return isCancelled_;
+}
+
+std::vector<SourceSignature> sourceSignatures(const std::vector<ChannelInfo>& channels) {
+    std::vector<SourceSignature> signatures;
+    signatures.reserve(channels.size());
+    for (const ChannelInfo& channel : channels) {
+        signatures.emplace_back(channel.id, channel.deviceUID, channel.channelIndex,
+                                channel.rightChannelIndex);
+    }
+    std::ranges::sort(signatures);
+    return signatures;
+}
+
 std::vector<StartResult> openPlans(const std::vector<StartPlan>& plans,
                                    const StartSettings& settings, AudioSystem& audio,
-                                   const LossHandler& onLoss) {
+                                   const LossHandler& onLoss, StartAttempt& attempt) {
     std::vector<StartResult> results(plans.size());
     const auto open = [&](std::size_t i) {
         try {
-            results[i].group = openPlan(plans[i], settings, audio, onLoss);
+            results[i].group = openPlan(plans[i], settings, audio, onLoss, attempt);
         } catch (const std::exception& error) {
             results[i].error = error.what();
         }

@@ -7,8 +7,10 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "AudioIO/AudioSystem.h"
@@ -44,6 +46,12 @@ struct StartPlan {
     std::string channelNames() const;
 };
 
+/// Which inputs each channel reads, in no order that means anything: what is fixed when sources
+/// open.
+using SourceSignature =
+    std::tuple<TarvaneKit::UUID, std::optional<std::string>, int, std::optional<int>>;
+std::vector<SourceSignature> sourceSignatures(const std::vector<ChannelInfo>& channels);
+
 /// What every processor of a start is given.
 struct StartSettings {
     TarvaneKit::Weighting leqWeighting = TarvaneKit::Weighting::a;
@@ -63,6 +71,22 @@ struct StartResult {
 std::vector<StartPlan> makeStartPlans(const std::vector<ChannelInfo>& channels,
                                       const std::vector<TarvaneKit::AudioInputDevice>& devices);
 
+/// A start under way, to be called off: what is opening ends at once, what isn't yet never begins.
+class StartAttempt {
+  public:
+    /// While one lives, calling off the attempt ends the opening of its group. Throws when it has
+    /// been called off before.
+    class Opening;
+
+    void cancel();
+    bool isCancelled() const;
+
+  private:
+    mutable std::mutex lock_;
+    bool isCancelled_ = false;
+    std::vector<std::shared_ptr<CaptureGroup>> opening_;
+};
+
 /// Tells that a group's source has died.
 using LossHandler = std::function<void(const std::weak_ptr<CaptureGroup>&)>;
 
@@ -70,6 +94,6 @@ using LossHandler = std::function<void(const std::weak_ptr<CaptureGroup>&)>;
 /// to `plans[i]`. `onLoss` is called on any thread.
 std::vector<StartResult> openPlans(const std::vector<StartPlan>& plans,
                                    const StartSettings& settings, TarvaneKit::AudioSystem& audio,
-                                   const LossHandler& onLoss);
+                                   const LossHandler& onLoss, StartAttempt& attempt);
 
 }  // namespace TarvaneApp

@@ -23,6 +23,8 @@ struct SourceBehaviour {
     std::optional<TarvaneKit::AudioIOError> startError;
     /// `start()` waits until the test calls `FakeAudioSystem::open` for that uid.
     bool opensSlowly = false;
+    /// A `stop()` while `start()` waits doesn't end it.
+    bool opensInSpiteOfStop = false;
     /// Dies inside `start()`, just ahead of its return.
     std::optional<TarvaneKit::AudioSourceLoss> diesAtOnce;
 };
@@ -374,7 +376,12 @@ class FakeAudioSystem::Source final : public TarvaneKit::MultiChannelAudioSource
     void start() override {
         std::unique_lock hold(system_.lock_);
         SourceBehaviour& behaviour = system_.behaviours_[uid_];
-        system_.opened_.wait(hold, [&] { return !behaviour.opensSlowly; });
+        system_.opened_.wait(hold, [&] {
+            return !behaviour.opensSlowly || (isStopped_ && !behaviour.opensInSpiteOfStop);
+        });
+        if (behaviour.opensSlowly) {
+            throw TarvaneKit::AudioIOError::engineStartFailed("The start was cancelled.");
+        }
         if (behaviour.startError) {
             throw *behaviour.startError;
         }
@@ -390,6 +397,8 @@ class FakeAudioSystem::Source final : public TarvaneKit::MultiChannelAudioSource
     void stop() override {
         const std::lock_guard hold(system_.lock_);
         std::erase(system_.running_, this);
+        isStopped_ = true;
+        system_.opened_.notify_all();
     }
 
     const std::string& uid() const { return uid_; }
@@ -398,6 +407,7 @@ class FakeAudioSystem::Source final : public TarvaneKit::MultiChannelAudioSource
     FakeAudioSystem& system_;
     const std::string uid_;
     std::optional<TarvaneKit::AudioInputDevice> device_;
+    bool isStopped_ = false;
 };
 
 inline std::unique_ptr<TarvaneKit::MultiChannelAudioSource> FakeAudioSystem::make(

@@ -5,9 +5,13 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <chrono>
 #include <cmath>
 #include <memory>
 #include <numbers>
+#include <source_location>
+#include <stdexcept>
+#include <string>
 
 #include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
@@ -46,11 +50,17 @@ class EngineFixture : public testing::Test {
         engine->refreshDevices();
     }
 
-    /// Runs the event loop until the condition holds. A condition that never does hangs the
-    /// test, which its runner ends.
+    /// Runs the event loop until the condition holds. One that never does ends the test, with the
+    /// line that waited for it.
     template <class Condition>
-    static void waitUntil(Condition condition) {
+    static void waitUntil(Condition condition,
+                          std::source_location from = std::source_location::current()) {
+        const auto gaveUp = std::chrono::steady_clock::now() + std::chrono::minutes(2);
         while (!condition()) {
+            if (std::chrono::steady_clock::now() > gaveUp) {
+                throw std::runtime_error(std::string("What ") + from.file_name() + ":" +
+                                         std::to_string(from.line()) + " waits for never came.");
+            }
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
         }
     }

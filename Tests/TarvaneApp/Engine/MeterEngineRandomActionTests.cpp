@@ -41,12 +41,24 @@ struct Input {
 struct OpenSource {
     std::string sourceUID;
     std::vector<UUID> channels;
+    UID device = std::nullopt;  // absent for the system's output, or where nothing was there
 
     bool feedsMain() const { return std::ranges::count(channels, UUID::main()) > 0; }
 };
 
+// What was asked for with it, whether or not it could be opened.
+struct Plan {
+    UID uid;
+    std::vector<UUID> channels;
+};
+
+using Signature = std::vector<std::tuple<UUID, UID, int, std::optional<int>>>;
+
 struct Start {
+    std::vector<Plan> plans;
     std::vector<OpenSource> sources;
+    Signature signature;
+    bool devicesChanged = false;
     bool fails = false;
     bool leavesSomeOut = false;
 };
@@ -125,11 +137,16 @@ class MeterEngineRandomActionTests : public TarvaneTests::EngineFixture {
         return input.reference->offsetDB + (now && then ? *then - *now : 0.0);
     }
 
-    using Signature = std::vector<std::tuple<UUID, UID, int, std::optional<int>>>;
     Signature extraSignature() const {
+        Signature result = signature();
+        std::erase_if(result,
+                      [](const auto& entry) { return std::get<UUID>(entry) == UUID::main(); });
+        return result;
+    }
+    Signature signature() const {
         Signature result;
         for (const Input& input : inputs) {
-            if (input.id != UUID::main() && input.isEnabled) {
+            if (input.isEnabled) {
                 result.emplace_back(input.id, input.uid, input.left,
                                     input.isStereo ? std::optional(input.right) : std::nullopt);
             }
@@ -138,6 +155,30 @@ class MeterEngineRandomActionTests : public TarvaneTests::EngineFixture {
         return result;
     }
     void noteChange(bool changed) { sourcesChanged = sourcesChanged || (changed && isRunning); }
+    // Whether a restart would open another device than is open, or one where none is.
+    bool restartOpensAnother() const {
+        const UID defaultUID = isListed("mic") ? UID("mic") : std::nullopt;
+        return std::ranges::any_of(plansOfRun, [&](const Plan& plan) {
+            const bool holdsMain = std::ranges::count(plan.channels, UUID::main()) > 0;
+            UID after = plan.uid;
+            if (plan.uid != systemOutputUID && !(plan.uid && isListed(*plan.uid))) {
+                after = !plan.uid || holdsMain ? defaultUID : std::nullopt;
+            }
+            const auto open = std::ranges::find_if(openSources, [&](const OpenSource& source) {
+                return std::ranges::count(source.channels, plan.channels.front()) > 0;
+            });
+            if (!after || open == openSources.end()) {
+                return after.has_value();
+            }
+            return open->device && open->device != after;
+        });
+    }
+    void noteDevices() {
+        if (isStarting) {
+            underWay.devicesChanged = true;
+        }
+        noteChange(isRunning && restartOpensAnother());
+    }
 
     Start plannedStart() {
         std::vector<std::pair<UID, OpenSource>> plans;
@@ -153,9 +194,11 @@ class MeterEngineRandomActionTests : public TarvaneTests::EngineFixture {
             plan->second.channels.push_back(input.id);
         }
         Start start;
+        start.signature = signature();
         for (auto& [uid, source] : plans) {
             const bool isThere = !uid || uid == systemOutputUID || isListed(*uid);
             source.sourceUID = isThere ? uid.value_or("") : "";
+            start.plans.push_back({.uid = uid, .channels = source.channels});
             const bool opens =
                 (isThere || source.feedsMain()) && !brokenSources.contains(source.sourceUID);
             if (opens) {
@@ -218,6 +261,13 @@ class MeterEngineRandomActionTests : public TarvaneTests::EngineFixture {
         isRunning = true;
         sourcesChanged = false;
         openSources = start.sources;
+        for (OpenSource& source : openSources) {
+            const std::string uid = source.sourceUID.empty() ? "mic" : source.sourceUID;
+            source.device = isListed(uid) ? UID(uid) : std::nullopt;
+        }
+        plansOfRun = start.plans;
+        noteChange(start.signature != signature());
+        noteChange(start.devicesChanged && restartOpensAnother());
         withProcessor.clear();
         for (const OpenSource& source : openSources) {
             withProcessor.insert(source.channels.begin(), source.channels.end());
@@ -351,6 +401,7 @@ class MeterEngineRandomActionTests : public TarvaneTests::EngineFixture {
                           .channelCount = uid == "desk" ? 8 : 1});
         }
         settleAll();
+        noteDevices();
     }
     void turnGain() {
         const std::string uid = chance(50) ? "mic" : "desk";
@@ -722,6 +773,7 @@ class MeterEngineRandomActionTests : public TarvaneTests::EngineFixture {
     bool sourcesChanged = false;
     Start underWay;
     std::vector<OpenSource> openSources;
+    std::vector<Plan> plansOfRun;
     std::set<UUID> withProcessor;
     std::map<std::pair<ChannelDemand, UUID>, int> demand;
     std::map<std::string, std::string> settingValues;

@@ -55,6 +55,17 @@ class RunPublicationTests : public TarvaneTests::EngineFixture {
         }
         ASSERT_TRUE(live(id).currentRingAlert);
     }
+    /// As if the detector had found one.
+    void showRing(const UUID& id) {
+        live(id).currentRingAlert = TarvaneKit::RingAlert{.id = UUID::random(),
+                                                          .frequencyHz = 1000.0,
+                                                          .note = {},
+                                                          .suggestedCutDB = -6.0,
+                                                          .suggestedQ = 10.0,
+                                                          .bandwidthHz = 50.0,
+                                                          .date = clock.now()};
+        live(id).heldRingAlert = live(id).currentRingAlert;
+    }
     /// Silence, until the detector has let go of what rang.
     void hushUntilItEnds(const UUID& id) {
         for (int i = 0; i < 60 && live(id).currentRingAlert; ++i) {
@@ -260,6 +271,171 @@ TEST_F(RunPublicationTests, theSessionsLevelsAreRecordedInEveryMetric) {
     EXPECT_EQ(engine->meterChannel(UUID::main()).levelHistoryInputDescription, "Default Input");
 }
 
+// The window stands still for a second, the audio doesn't.
+TEST_F(RunPublicationTests, aDisplayThatIsLateHasMissedNoLevel) {
+    engine->splWeighting.set(Weighting::z);
+    engine->splTimeWeighting.set(TimeWeighting::fast);
+    start();
+    const auto& history = engine->meterChannel(UUID::main()).levelHistory();
+    const int metric = history.index(SPLMetric::spl(Weighting::z, TimeWeighting::fast)).value();
+    constexpr int block = 240;
+    for (int i = 0; i < 48000 / block; ++i) {
+        const bool isLoud = i >= 96 && i < 104;  // 40 ms, half a second in
+        audio.feed("", {sine(1000.0, isLoud ? 1.0 : 0.001, block, block * i)});
+    }
+    clock.advance(1.0);
+    tick();
+    for (double at = 0.05; at < 1.0; at += 0.1) {
+        EXPECT_TRUE(history.value(metric, at)) << at;
+    }
+    const auto max = history.extremes(metric).max.value();
+    EXPECT_NEAR(max.levelDB, -3.01 + 10.0 * std::log10(1.0 - std::exp(-0.04 / 0.125)), 0.6);
+    EXPECT_NEAR(max.elapsed, 0.52, 0.026);
+    EXPECT_LT(live().currentSPLValueDB, max.levelDB - 10.0);
+    EXPECT_EQ(live().maxSPLValueDB, max.levelDB);
+}
+
+TEST_F(RunPublicationTests, aDisplayThatKeepsUpRecordsOncePerTick) {
+    start();
+    const auto& history = engine->meterChannel(UUID::main()).levelHistory();
+    const int metric = history.index(SPLMetric::spl(Weighting::a, TimeWeighting::fast)).value();
+    for (int i = 0; i < 60; ++i) {
+        audio.feed("", {sine(1000.0, 0.1, 400, framesPerTick * i)});
+        audio.feed("", {sine(1000.0, 0.1, 400, framesPerTick * i + 400)});
+        clock.advance(tickSeconds);
+        tick();
+        ASSERT_EQ(history.latestValue(metric),
+                  processorOf()->value(history.metrics()[static_cast<std::size_t>(metric)]));
+        ASSERT_NEAR(history.duration(), tickSeconds * (i + 1), 1e-6);
+    }
+}
+
+TEST_F(RunPublicationTests, aBlockLongerThanABucketLeavesNoneEmpty) {
+    start();
+    const auto& history = engine->meterChannel(UUID::main()).levelHistory();
+    const int metric = history.index(SPLMetric::spl(Weighting::z, TimeWeighting::fast)).value();
+    for (int i = 0; i < 6; ++i) {
+        audio.feed("", {sine(1000.0, 0.1, 16384, 16384 * i)});
+        clock.advance(16384.0 / 48000.0);
+        tick();
+    }
+    for (double at = 0.05; at < 2.0; at += 0.1) {
+        EXPECT_TRUE(history.value(metric, at)) << at;
+    }
+}
+
+TEST_F(RunPublicationTests, aGapInTheHistoryIsAPauseOrNoAudio) {
+    start();
+    const auto& history = engine->meterChannel(UUID::main()).levelHistory();
+    const int metric = history.index(SPLMetric::spl(Weighting::z, TimeWeighting::fast)).value();
+    const auto second = [&](bool hasAudio) {
+        for (int i = 0; i < 60; ++i) {
+            if (hasAudio) {
+                audio.feed("", {sine(1000.0, 0.1, framesPerTick, framesPerTick * i)});
+            }
+            clock.advance(tickSeconds);
+            tick();
+        }
+    };
+    second(true);
+    engine->pause();
+    audio.feed("", {sine(1000.0, 1.0, 48000)});
+    clock.advance(1.0);
+    engine->resume();
+    second(true);
+    second(false);
+    second(true);
+    const auto isThere = [&](double at) { return history.value(metric, at).has_value(); };
+    EXPECT_TRUE(isThere(0.95));
+    EXPECT_FALSE(isThere(1.15));
+    EXPECT_FALSE(isThere(1.95));
+    EXPECT_TRUE(isThere(2.05));
+    EXPECT_TRUE(isThere(2.95));
+    EXPECT_FALSE(isThere(3.15));
+    EXPECT_FALSE(isThere(3.95));
+    EXPECT_TRUE(isThere(4.95));
+    EXPECT_NEAR(history.recordedSeconds(metric), 3.0, 0.4);
+}
+
+// Where audio goes on behind a hole there is a step, which the weightings turn into a click.
+TEST_F(RunPublicationTests, lostAudioIsToldAndItsClickCountsIntoNothing) {
+    engine->metricMode.set(MetricMode::peak);
+    engine->peakWeighting.set(Weighting::c);
+    start();
+    const auto feed = [&](double level) {
+        for (int i = 0; i < 120; ++i) {
+            auto samples = sine(1000.0, 0.01, framesPerTick, framesPerTick * i);
+            for (float& sample : samples) {
+                sample += static_cast<float>(level);
+            }
+            audio.feed("", {samples});
+            clock.advance(tickSeconds);
+            tick();
+        }
+    };
+    feed(-0.5);
+    engine->resetMinMax();
+    feed(-0.5);
+    const double before = live().maxSPLValueDB;
+    EXPECT_NEAR(before, -40.0, 0.2);
+    EXPECT_TRUE(live().lostAudio.empty());
+    audio.loseAudio("", 480);
+    feed(0.5);
+    EXPECT_NEAR(live().maxSPLValueDB, before, 0.1);
+    ASSERT_EQ(live().lostAudio.size(), 1U);
+    EXPECT_NEAR(live().lostAudio[0].elapsed, 4.0, 2.0 * tickSeconds);
+    EXPECT_DOUBLE_EQ(live().lostAudio[0].seconds, 0.01);
+    EXPECT_EQ(live().lostAudio[0].count, 1);
+    // A source that falls short all the time is measured all the same.
+    for (int i = 0; i < 60; ++i) {
+        audio.loseAudio("", 480);
+        audio.feed("", {sine(1000.0, 0.5, framesPerTick, framesPerTick * i)});
+        clock.advance(tickSeconds);
+        tick();
+    }
+    EXPECT_GT(live().currentSPLValueDB, -7.0);
+    EXPECT_EQ(live().lostAudio.size(), 61U);
+    engine->stop();
+    EXPECT_EQ(live().lostAudio.size(), 61U);
+    start();
+    EXPECT_TRUE(live().lostAudio.empty());
+}
+
+TEST_F(RunPublicationTests, manyHolesAreToldTogether) {
+    start();
+    for (int i = 0; i < 1500; ++i) {
+        audio.loseAudio("", 48);
+    }
+    audio.feed("", {sine(1000.0, 0.5, framesPerTick)});
+    clock.advance(10.0);
+    tick();
+    int count = 0;
+    double seconds = 0.0;
+    for (const LostAudio& lost : live().lostAudio) {
+        count += lost.count;
+        seconds += lost.seconds;
+    }
+    EXPECT_EQ(count, 1500);
+    EXPECT_NEAR(seconds, 1.5, 1e-9);
+    EXPECT_LE(live().lostAudio.size(), 1000U);
+}
+
+TEST_F(RunPublicationTests, anotherLoudnessReadingStartsMinAndMaxOver) {
+    engine->setMeasuresLoudness(true, UUID::main());
+    engine->loudnessReadout.set(LoudnessMetric::momentary);
+    start();
+    for (int i = 0; i < 5; ++i) {
+        audio.feed("", {sine(1000.0, 0.1, 48000, 48000 * i)});
+        clock.advance(1.0);
+        tick();
+    }
+    ASSERT_NEAR(live().maxSPLValueDB, -23.0, 0.2);
+    engine->loudnessReadout.set(LoudnessMetric::range);
+    tick();
+    EXPECT_FALSE(std::isfinite(live().maxSPLValueDB) && live().maxSPLValueDB < -20.0);
+    EXPECT_GE(live().minSPLValueDB, 0.0);
+}
+
 TEST_F(RunPublicationTests, aWallClockThatIsSetMovesNothingButDates) {
     engine->addDemand(ChannelDemand::rta, UUID::main());
     engine->addDemand(ChannelDemand::spectrogram, UUID::main());
@@ -310,7 +486,80 @@ TEST_F(RunPublicationTests, aSourceThatIsLostLeavesNoFrozenSpectrum) {
     waitUntil([&] { return engine->errorMessage().has_value(); });
     EXPECT_TRUE(live(id).lineSpectrumDB.empty());
     EXPECT_TRUE(live(id).bandPeakHoldDB.empty());
+}
+
+TEST_F(RunPublicationTests, anAnalysisUnderWayWhenItsSourceIsLostShowsNothing) {
+    const UUID id = add(true, true);
+    engine->addDemand(ChannelDemand::rta, id);
+    engine->addDemand(ChannelDemand::spectrogram, id);
+    start();
+    audio.feed("desk", std::vector<std::vector<float>>(8, sine(1500.0, 0.1, 8192)));
+    // The loss is told while the analysis' result waits in the event loop, or is on its way there.
+    timer.fire();
+    audio.lose("desk", TarvaneKit::AudioSourceLoss::deviceRemoved);
+    waitUntil([&] { return engine->errorMessage().has_value(); });
+    tick();  // the main input's, behind that analysis
+    EXPECT_TRUE(live(id).lineSpectrumDB.empty());
+    EXPECT_TRUE(live(id).spectrogramHistory.empty());
+    EXPECT_FALSE(std::isfinite(live(id).currentSPLValueDB));
+}
+
+TEST_F(RunPublicationTests, aLostSourceLeavesWhatIsOfTheSessionAndNothingLive) {
+    const UUID id = add(true, true);
+    engine->setMeasuresLoudness(true, id);
+    start();
+    for (int second = 0; second < 4; ++second) {
+        pass(id, sine(1000.0, 1.0, 48000, second * 48000));
+    }
+    showRing(id);
+    ASSERT_EQ(live(id).inputClipState, TarvaneKit::InputClipState::active);
+    ASSERT_GT(live(id).leqElapsedFraction, 0.0);
+    const auto before = live(id).loudness.value();
+    const double max = live(id).maxSPLValueDB;
+    audio.lose("desk", TarvaneKit::AudioSourceLoss::deviceRemoved);
+    waitUntil([&] { return engine->errorMessage().has_value(); });
+    const auto after = live(id).loudness.value();
+    EXPECT_TRUE(std::isfinite(after.integrated));
+    EXPECT_EQ(after.integrated, before.integrated);
+    EXPECT_EQ(after.truePeakMax, before.truePeakMax);
+    EXPECT_EQ(after.shortTermMax, before.shortTermMax);
+    EXPECT_FALSE(std::isfinite(after.momentary));
+    EXPECT_FALSE(std::isfinite(after.shortTerm));
+    EXPECT_EQ(live(id).maxSPLValueDB, max);
+    EXPECT_EQ(live(id).inputClipState, TarvaneKit::InputClipState::none);
+    EXPECT_FALSE(live(id).currentRingAlert);
+    EXPECT_FALSE(live(id).heldRingAlert);
+    EXPECT_EQ(live(id).leqElapsedFraction, 0.0);
+    EXPECT_EQ(live(id).trafficLightColor,
+              engine->trafficLightColor(-std::numeric_limits<double>::infinity(), id));
+    // The large value can still be asked for what stands.
+    EXPECT_FALSE(std::isfinite(live(id).currentSPLValueDB));
+    engine->loudnessReadout.set(TarvaneKit::LoudnessMetric::integrated);
+    EXPECT_EQ(live(id).currentSPLValueDB, before.integrated);
+    start();
+    engine->stop();
+    start();
+    EXPECT_FALSE(live(id).loudness && std::isfinite(live(id).loudness->integrated));
+}
+
+TEST_F(RunPublicationTests, aChannelThatFailsToStartShowsNothingOfTheRunBefore) {
+    const UUID id = add(true, true);
+    engine->addDemand(ChannelDemand::rta, id);
+    engine->setMeasuresLoudness(true, id);
+    start();
+    pass(id, sine(1000.0, 1.0, 48000));
+    showRing(id);
+    engine->stop();
+    ASSERT_TRUE(live(id).loudness);
+    ASSERT_FALSE(live(id).bandLevelsDB.empty());
+    audio.behaviour("desk").startError = TarvaneKit::AudioIOError::noInputAvailable();
+    start();
     EXPECT_FALSE(live(id).loudness);
+    EXPECT_TRUE(live(id).bandLevelsDB.empty());
+    EXPECT_FALSE(live(id).heldRingAlert);
+    EXPECT_FALSE(std::isfinite(live(id).currentSPLValueDB));
+    EXPECT_EQ(live(id).inputClipState, TarvaneKit::InputClipState::none);
+    EXPECT_EQ(live(id).inputPeakDBFS, LiveMeterData::inputMeterFloorDBFS);
 }
 
 TEST_F(RunPublicationTests, demandLastsUntilTheLastDisplayHasGone) {

@@ -139,6 +139,76 @@ TEST_F(ChannelProcessorTests, samplesThatAreNotFiniteCountAsZeroAndPoisonNothing
     }
 }
 
+TEST_F(ChannelProcessorTests, aBurstThatNoDeviceDeliversIsSoonForgotten) {
+    ingest(mono, std::vector<float>(480, 1e38F));
+    for (int i = 0; i < 15; ++i) {
+        ingest(mono, sine(1000.0, 0.1, 4800, 4800 * i));
+    }
+    EXPECT_LT(mono.value(SPLMetric::spl(Weighting::z, TimeWeighting::fast)), 0.0);
+}
+
+// The capture thread takes readings only where nobody else does.
+TEST_F(ChannelProcessorTests, readingsWaitUntilTheyAreTaken) {
+    const std::size_t count = ChannelProcessor::recordedMetrics().size();
+    EXPECT_TRUE(mono.takeReadings().readings.empty());
+    ingest(mono, sine(1000.0, 0.1, 800));
+    auto taken = mono.takeReadings();
+    ASSERT_EQ(taken.readings.size(), 1U);
+    EXPECT_EQ(taken.readings[0].endFrame, 800);
+    EXPECT_EQ(taken.readings[0].frameCount, 800);
+    EXPECT_EQ(taken.values, mono.values(ChannelProcessor::recordedMetrics()));
+    EXPECT_TRUE(mono.takeReadings().readings.empty()) << "no audio, no level";
+    for (int i = 0; i < 10; ++i) {
+        ingest(mono, sine(1000.0, 0.1 * (i + 1), 800));
+    }
+    taken = mono.takeReadings();
+    ASSERT_EQ(taken.readings.size(), 5U);
+    EXPECT_EQ(taken.frame, 8800);
+    for (std::size_t i = 0; i < taken.readings.size(); ++i) {
+        EXPECT_EQ(taken.readings[i].endFrame, 800 + 1600 * static_cast<int>(i + 1));
+        EXPECT_EQ(taken.readings[i].frameCount, 1600);
+    }
+    EXPECT_LT(taken.valuesOf(taken.readings[0], count)[0],
+              taken.valuesOf(taken.readings[4], count)[0]);
+}
+
+TEST_F(ChannelProcessorTests, aHoleEndsAReadingAndTakesItsTime) {
+    ingest(stereo, sine(1000.0, 0.1, 9600), sine(1000.0, 0.1, 9600));
+    stereo.skip(1000);
+    ingest(stereo, sine(1000.0, 0.1, 9600), sine(1000.0, 0.1, 9600));
+    const auto taken = stereo.takeReadings();
+    ASSERT_EQ(taken.readings.size(), 2U);
+    EXPECT_EQ(taken.readings[0].endFrame, 9600);
+    EXPECT_EQ(taken.readings[1].endFrame, 20200);
+    EXPECT_EQ(taken.readings[1].frameCount, 4800) << "the filters settle for 0.1 s";
+    ASSERT_EQ(taken.holes.size(), 1U);
+    EXPECT_EQ(taken.holes[0].endFrame, 10600);
+    EXPECT_EQ(taken.holes[0].frameCount, 1000);
+    EXPECT_EQ(stereo.accumulatedCount(), 9600) << "no spectrum reaches across the hole";
+    EXPECT_EQ(stereo.accumulatedRightCount(), 9600);
+}
+
+TEST_F(ChannelProcessorTests, aHoleWhilePausedIsNone) {
+    ingest(mono, sine(1000.0, 0.1, 9600));
+    mono.takeReadings();
+    mono.setDropsIncomingAudio(true);
+    mono.skip(1000);
+    mono.resumeAfterPause();
+    EXPECT_TRUE(mono.takeReadings().holes.empty());
+}
+
+TEST_F(ChannelProcessorTests, aHoleLeavesNoTraceInTheTruePeak) {
+    mono.setMeasuresLoudness(true);
+    ingest(mono, std::vector<float>(9600, 0.1F));
+    mono.resetLoudness();
+    mono.skip(4800);
+    for (int i = 0; i < 20; ++i) {
+        ingest(mono, sine(1000.0, 0.1, 4800, 4800 * i));
+    }
+    EXPECT_NEAR(mono.loudnessReadings()->truePeakMax, -20.0, 0.1);
+    EXPECT_NEAR(mono.loudnessReadings()->momentaryMax, -23.0, 0.1);
+}
+
 TEST_F(ChannelProcessorTests, anEmptyBlockAddsNothing) {
     mono.ingest(nullptr, nullptr, 0);
     EXPECT_EQ(mono.accumulatedCount(), 0);
