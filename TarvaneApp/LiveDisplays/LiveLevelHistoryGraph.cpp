@@ -120,7 +120,10 @@ void LiveLevelHistoryGraph::contextChanged() {
 }
 
 void LiveLevelHistoryGraph::refresh() {
-    view_.revision = engine_.meterChannel(channelID_).live.levelHistoryRevision;
+    const LiveMeterData& live = engine_.meterChannel(channelID_).live;
+    view_.revision = live.levelHistoryRevision;
+    view_.lostAudio = &live.lostAudio;
+    view_.lostAudioTotal = LostAudioTotal::of(live.lostAudio);
     for (LevelHistoryOverlay& overlay : view_.overlays) {
         overlay.revision = engine_.meterChannel(overlay.id).live.levelHistoryRevision;
     }

@@ -180,6 +180,7 @@ SPLReadoutView LiveSPLReadoutView::currentReadout() const {
         .minValueDB = now.minSPLValueDB - offset,
         .maxValueDB = now.maxSPLValueDB - offset,
         .clipState = now.inputClipState,
+        .lostAudio = LostAudioTotal::of(now.lostAudio),
         .sideValuesDB = {},
         .offersReset = true,
     };
@@ -198,6 +199,7 @@ LoudnessReadoutView LiveSPLReadoutView::currentLoudness() const {
         .colors = engine_.loudnessColors(),
         .color = {},
         .clipState = now.inputClipState,
+        .lostAudio = LostAudioTotal::of(now.lostAudio),
         .offersReset = true,
     };
     view.color = view.judgement(view.headline);
@@ -371,7 +373,7 @@ QString LiveSPLReadoutView::help(const QPointF& place) const {
     const auto* placed = std::get_if<Placed<LoudnessReadoutView>>(&readout_);
     if (placed == nullptr) {
         const auto& [view, geometry] = std::get<Placed<SPLReadoutView>>(readout_);
-        return geometry.clipBadge.contains(place) ? ClipBadge{view.clipState}.help()
+        return geometry.clipBadge.contains(place) ? ClipBadge{view.clipState, view.lostAudio}.help()
                : geometry.sides.contains(place)   ? QString::fromLatin1(sidesHelp)
                                                   : QString();
     }
@@ -381,7 +383,7 @@ QString LiveSPLReadoutView::help(const QPointF& place) const {
             return view.reading(LoudnessReadoutView::rowMetrics[i]).help;
         }
     }
-    return geometry.clipBadge.contains(place)  ? ClipBadge{view.clipState}.help()
+    return geometry.clipBadge.contains(place)  ? ClipBadge{view.clipState, view.lostAudio}.help()
            : geometry.target.contains(place)   ? view.targetHelp()
            : geometry.truePeak.contains(place) ? view.truePeakHelp()
                                                : QString();
@@ -410,11 +412,14 @@ std::vector<SpokenPart> LiveSPLReadoutView::spokenParts() const {
     const QString name =
         spl != nullptr ? spl->view.metricLabel : displayLabel(loudness->view.headline);
     const QString label = spl != nullptr ? spl->view.labelText() : loudness->view.labelText();
-    const ClipBadge badge{spl != nullptr ? spl->view.clipState : loudness->view.clipState};
+    const ClipBadge badge = spl != nullptr
+                                ? ClipBadge{spl->view.clipState, spl->view.lostAudio}
+                                : ClipBadge{loudness->view.clipState, loudness->view.lostAudio};
     std::vector<SpokenPart> parts{
         {name, spokenValue(), rect()},
         {QStringLiteral("Reading"), label, spokenPlace(frame().label)},
-        {QStringLiteral("Input clipping"), badge.text(), spokenPlace(frame().clipBadge)},
+        {QStringLiteral("Input clipping"), badge.clipText(), spokenPlace(frame().clipBadge)},
+        {QStringLiteral("Lost audio"), badge.lostAudioText(), spokenPlace(frame().clipBadge)},
         {levelBar_ ? levelBar_->unitLabel : QStringLiteral("PEAK"),
          levelBar_ ? spokenLevel(levelBar_->valueDB, barUnit(*levelBar_)) : QString(),
          levelBarRect_.toAlignedRect()},

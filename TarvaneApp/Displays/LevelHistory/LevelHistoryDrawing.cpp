@@ -21,6 +21,9 @@ constexpr double underPlot = 3.0;        // between the plot and the texts under
 constexpr double timeLabelInset = 20.0;  // a time closer to an end is aligned inwards
 constexpr double levelLabelsApart = 11.0;
 
+constexpr double lostAudioWidth = 2.0;
+constexpr double lostAudioHeight = 8.0;
+
 constexpr double markHalfWidth = 5.0;
 constexpr double markTip = 2.0;  // from the point
 constexpr double markBase = 10.0;
@@ -100,6 +103,23 @@ void drawMark(QPainter& painter, const QPointF& point, double direction, const Q
     TabularText::draw(painter, QPointF(left, baseline), text, font);
 }
 
+// Short strokes on the time axis: the hole itself is seldom a column wide.
+void drawLostAudio(QPainter& painter, const LevelHistoryView& view,
+                   const LevelHistoryGeometry& geometry) {
+    if (view.lostAudio == nullptr) {
+        return;
+    }
+    for (const LostAudio& lost : *view.lostAudio) {
+        if (lost.elapsed < geometry.range.from || lost.elapsed > geometry.range.to) {
+            continue;
+        }
+        const double x = LevelHistoryView::x(lost.elapsed, geometry.range, geometry.plot);
+        painter.fillRect(QRectF(x - lostAudioWidth / 2.0, geometry.plot.bottom() - lostAudioHeight,
+                                lostAudioWidth, lostAudioHeight),
+                         Theme::peakHold);
+    }
+}
+
 }  // namespace
 
 void drawGrid(QPainter& painter, const LevelHistoryView& view, const LevelHistoryGeometry& geometry,
@@ -160,6 +180,7 @@ void drawMarks(QPainter& painter, const LevelHistoryView& view,
                          QStringLiteral("Press Start to record level history"));
         return;
     }
+    drawLostAudio(painter, view, geometry);
     if (!view.isInteractive) {
         return;
     }

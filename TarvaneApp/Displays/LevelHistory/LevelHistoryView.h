@@ -20,6 +20,7 @@
 #include "Displays/LevelHistory/LevelHistoryViewport.h"
 #include "Metrics/SPLHistoryRecorder.h"
 #include "Metrics/TrafficLightConfig.h"
+#include "Records/LostAudio.h"
 
 namespace TarvaneApp {
 
@@ -62,6 +63,9 @@ struct LevelHistoryView {
     bool isInteractive = true;          ///< with readout and marks; false on printed pages
     std::vector<LevelHistoryOverlay> overlays;
     std::optional<int> secondaryMetricIndex;  ///< drawn as a line
+    /// Marked where they are; outlive the record.
+    const std::vector<LostAudio>* lostAudio = nullptr;
+    LostAudioTotal lostAudioTotal = {};  ///< changes with them
     std::optional<Span> fixedDBRange;
     LevelHistoryHoverState hover;
     double leftGutter = 40.0;

@@ -2,7 +2,9 @@
 
 #include <QFontMetricsF>
 #include <QPainter>
+#include <QStringList>
 
+#include "Displays/LevelHistory/LevelHistoryView.h"
 #include "Displays/PixelGrid.h"
 #include "Displays/Plate.h"
 
@@ -14,6 +16,7 @@ namespace {
 
 constexpr double tracking = 0.5;
 constexpr double paddingUpDown = 2.0;
+constexpr int mostGapsShown = 99;
 
 QFont badgeFont(double textScale, const Typeface& typeface) {
     QFont font = typeface.systemFont(Theme::Text::footnote * textScale, QFont::Bold);
@@ -34,6 +37,25 @@ QSizeF badgeSize(const QString& text, double textScale, const Typeface& typeface
 }  // namespace
 
 QString ClipBadge::text() const {
+    const QString clip = clipText();
+    if (!clip.isEmpty() || lost.count == 0) {
+        return clip;
+    }
+    return lost.count == 1               ? QStringLiteral("1 GAP")
+           : lost.count <= mostGapsShown ? QStringLiteral("%1 GAPS").arg(lost.count)
+                                         : QStringLiteral("GAPS");
+}
+
+QString ClipBadge::lostAudioText() const {
+    return lost.count == 0
+               ? QString()
+               : QStringLiteral("%1 %2, %3 s")
+                     .arg(lost.count)
+                     .arg(lost.count == 1 ? QStringLiteral("gap") : QStringLiteral("gaps"))
+                     .arg(lost.seconds, 0, 'f', lost.seconds < 10.0 ? 2 : 0);
+}
+
+QString ClipBadge::clipText() const {
     switch (state) {
         case InputClipState::active:
             return QStringLiteral("CLIP");
@@ -54,23 +76,27 @@ double ClipBadge::opacity() const {
         case InputClipState::none:
             break;
     }
-    return 0.0;
+    return lost.count > 0 ? 0.7 : 0.0;
 }
 
 QString ClipBadge::help() const {
-    switch (state) {
-        case InputClipState::active:
-            return QStringLiteral(
-                "Input is clipping (at digital full scale). Levels read lower than the real SPL. "
-                "Lower the input gain and recalibrate.");
-        case InputClipState::latched:
-            return QStringLiteral(
-                "Input clipped since the last Min/Max reset, so the Max may read low. Reset "
-                "Min/Max to clear.");
-        case InputClipState::none:
-            break;
+    QStringList sentences;
+    if (state == InputClipState::active) {
+        sentences << QStringLiteral(
+            "Input is clipping (at digital full scale). Levels read lower than the real SPL. "
+            "Lower the input gain and recalibrate.");
+    } else if (state == InputClipState::latched) {
+        sentences << QStringLiteral(
+            "Input clipped since the last Min/Max reset, so the Max may read low. Reset "
+            "Min/Max to clear.");
     }
-    return {};
+    if (lost.count > 0) {
+        sentences << QStringLiteral(
+                         "Audio was lost since the start: %1, the last at %2. The audio server or "
+                         "this computer was too busy. What was lost is in no reading.")
+                         .arg(lostAudioText(), LevelHistoryView::timeLabel(lost.lastElapsed));
+    }
+    return sentences.join(u'\n');
 }
 
 QSizeF ClipBadge::size(double textScale, const Typeface& typeface) {
@@ -92,9 +118,10 @@ void ClipBadge::paint(QPainter& painter, const QRectF& rect, double textScale,
     painter.save();
     painter.setOpacity(painter.opacity() * opacity());
     paintPlate(painter, plate, Theme::Radius::graph * textScale,
-               Theme::color(TarvaneKit::SignalColors::red));
+               state == InputClipState::none ? Theme::controlBackground
+                                             : Theme::color(TarvaneKit::SignalColors::red));
     painter.setFont(font);
-    painter.setPen(Qt::white);
+    painter.setPen(state == InputClipState::none ? Theme::peakHold : QColor(Qt::white));
     painter.drawText(QPointF(plate.center().x() - textWidth(text(), font, textScale) / 2.0,
                              plate.center().y() + metrics.capHeight() / 2.0),
                      text());

@@ -1,4 +1,5 @@
-// The clip badge under the SPL reading. It always keeps its place, so that a clip moves nothing.
+// What is wrong with the input, under the reading: it clips, or has clipped, or audio of the
+// session was lost. The badge always keeps its place, so that a clip moves nothing.
 #pragma once
 
 #include <QRectF>
@@ -7,6 +8,7 @@
 
 #include "Displays/Theme.h"
 #include "Metrics/InputClipState.h"
+#include "Records/LostAudio.h"
 
 class QPainter;
 
@@ -14,15 +16,19 @@ namespace TarvaneApp {
 
 struct ClipBadge {
     TarvaneKit::InputClipState state = TarvaneKit::InputClipState::none;
+    LostAudioTotal lost = {};
 
-    /// Empty for `none`.
+    /// Of the clip, else of the lost audio; empty without either.
     QString text() const;
-    /// 0 for `none`, else the strength at which the badge is drawn.
+    /// 0 without a text, else the strength at which the badge is drawn.
     double opacity() const;
-    /// What the tooltip says; empty for `none`.
+    /// What the tooltip says, of both; empty without either.
     QString help() const;
+    QString clipText() const;
+    /// "3 gaps, 0.12 s"; empty without one.
+    QString lostAudioText() const;
 
-    /// The room for the longer of the two texts at that text scale.
+    /// The room for the longer text of a clip at that text scale.
     static QSizeF size(double textScale, const Typeface& typeface);
     /// In the middle of `rect`, which has `size`.
     void paint(QPainter& painter, const QRectF& rect, double textScale,

@@ -235,7 +235,8 @@ void paint(QPainter& painter, const LoudnessReadoutView& view,
         }
     }
     if (dirty.intersects(textArea(geometry.clipBadge))) {
-        ClipBadge{view.clipState}.paint(painter, geometry.clipBadge, scale, typeface);
+        ClipBadge{view.clipState, view.lostAudio}.paint(painter, geometry.clipBadge, scale,
+                                                        typeface);
     }
 }
 
@@ -266,7 +267,8 @@ QRegion changedArea(const LoudnessReadoutView& before, const LoudnessReadoutView
         const LoudnessMetric metric = LoudnessReadoutView::rowMetrics[i];
         note(before.reading(metric) != after.reading(metric), textArea(geometry.readings[i]));
     }
-    note(before.clipState != after.clipState, textArea(geometry.clipBadge));
+    note(before.clipState != after.clipState || before.lostAudio != after.lostAudio,
+         textArea(geometry.clipBadge));
     return area;
 }
 

@@ -18,6 +18,7 @@
 #include "Displays/Theme.h"
 #include "Metrics/InputClipState.h"
 #include "Metrics/LoudnessReadings.h"
+#include "Records/LostAudio.h"
 #include "Records/LoudnessTarget.h"
 
 class QPainter;
@@ -34,6 +35,7 @@ struct LoudnessReadoutView {
     /// Of the large value.
     TarvaneKit::RGBAColor color;
     TarvaneKit::InputClipState clipState = TarvaneKit::InputClipState::none;
+    LostAudioTotal lostAudio = {};
     /// Keeps room for the button "Reset Integration".
     bool offersReset = false;
 

@@ -144,7 +144,8 @@ void paint(QPainter& painter, const SPLReadoutView& view, const SPLReadoutGeomet
         paintProgress(painter, view.progress(), geometry);
     }
     if (dirty.intersects(textArea(geometry.clipBadge))) {
-        ClipBadge{view.clipState}.paint(painter, geometry.clipBadge, scale, typeface);
+        ClipBadge{view.clipState, view.lostAudio}.paint(painter, geometry.clipBadge, scale,
+                                                        typeface);
     }
 }
 
@@ -181,7 +182,8 @@ QRegion changedArea(const SPLReadoutView& before, const SPLReadoutView& after,
              progressFillWidth(before.progress(), geometry.progress) !=
                  progressFillWidth(after.progress(), geometry.progress),
          textArea(geometry.progress));
-    note(before.clipState != after.clipState, textArea(geometry.clipBadge));
+    note(before.clipState != after.clipState || before.lostAudio != after.lostAudio,
+         textArea(geometry.clipBadge));
     return area;
 }
 

@@ -17,6 +17,7 @@
 #include "Displays/Readouts/ReadoutLayout.h"
 #include "Displays/Theme.h"
 #include "Metrics/InputClipState.h"
+#include "Records/LostAudio.h"
 
 class QPainter;
 
@@ -34,6 +35,7 @@ struct SPLReadoutView {
     double minValueDB = 0.0;
     double maxValueDB = 0.0;
     TarvaneKit::InputClipState clipState = TarvaneKit::InputClipState::none;
+    LostAudioTotal lostAudio = {};
     /// The two sides of a stereo channel, else empty.
     std::vector<double> sideValuesDB;
     /// Keeps room for the button "Reset Min/Max".

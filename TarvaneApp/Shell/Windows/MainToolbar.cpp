@@ -82,7 +82,8 @@ MainToolbar::MainToolbar(MeterEngine& engine, const AppCommands& commands, QWidg
     followAll(
         this, [this] { showRunState(); }, engine.isRunning, engine.isStarting, engine.isPaused);
     followAll(
-        this, [this] { showDeviceName(); }, engine.selectedDeviceUID, engine.availableDevices);
+        this, [this] { showDeviceName(); }, engine.selectedDeviceUID, engine.availableDevices,
+        engine.meteredDevice);
     followChannels(engine.channelChanges(), this, [this] { showPeakHoldReset(); });
     follow(engine.rtaChannelID, this, [this] { showPeakHoldReset(); });
 }
@@ -143,8 +144,9 @@ void MainToolbar::showRunState() {
 }
 
 void MainToolbar::showDeviceName() {
-    deviceName_->setText(
-        QString::fromStdString(engine_.deviceDisplayName(engine_.selectedDeviceUID())));
+    // While metering what is metered, which a choice made since then is not.
+    deviceName_->setText(QString::fromStdString(engine_.meteredDevice().value_or(
+        engine_.deviceDisplayName(engine_.selectedDeviceUID()))));
 }
 
 }  // namespace TarvaneApp
