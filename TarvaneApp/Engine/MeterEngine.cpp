@@ -2,6 +2,7 @@
 
 #include "Engine/CalibrationProfiles.h"
 #include "Engine/EngineOwners.h"
+#include "Settings/KeyValueStore.h"
 
 namespace TarvaneApp {
 
@@ -30,6 +31,12 @@ MeterEngine::MeterEngine(const Environment& environment, QObject* parent)
       currentInputGain(owners_->gains.currentInputGain),
       deviceGains(owners_->gains.deviceGains) {
     meterChannel(UUID::main());
+    const auto& saveFailure = environment.store.saveFailure();
+    follow(saveFailure, this, [this, &saveFailure] {
+        if (saveFailure()) {
+            owners_->errorMessage.tell(*saveFailure());
+        }
+    });
     owners_->audio.setDevicesChangedHandler(
         [this] { owners_->mainThread.post([this] { followDevices(); }); });
 }

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "Settings/Observable.h"
+
 namespace TarvaneApp {
 
 class KeyValueStore {
@@ -25,6 +27,9 @@ class KeyValueStore {
 
     /// Sees that all that was set comes to where it survives the process, without waiting for it.
     virtual void synchronize() = 0;
+
+    /// While what was set can't be stored: a finished sentence for the user that says why.
+    virtual const Observable<std::optional<std::string>>& saveFailure() const = 0;
 };
 
 }  // namespace TarvaneApp

@@ -1,6 +1,6 @@
 #include "Settings/UserDefaults.h"
 
-#include <QSettings>
+#include <QStandardPaths>
 
 namespace TarvaneApp {
 
@@ -13,23 +13,30 @@ QString name(std::string_view key) {
 }  // namespace
 
 UserDefaults::UserDefaults()
-    : UserDefaults(
-          QSettings(QSettings::IniFormat, QSettings::UserScope, "Tarvane", "Tarvane").fileName()) {}
+    : UserDefaults(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                   QStringLiteral("/Tarvane/Tarvane.ini")) {}
 
-UserDefaults::UserDefaults(const QString& path) : path_(path) {
-    const QSettings file(path_, QSettings::IniFormat);
-    for (const QString& key : file.allKeys()) {
-        if (!key.isEmpty()) {  // as a damaged line may have it
-            values_.insert_or_assign(key, file.value(key));
-        }
+UserDefaults::UserDefaults(const QString& path, std::chrono::milliseconds retryInterval)
+    : file_(path) {
+    SettingsFile::Content content = file_.read();
+    values_ = std::move(content.values);
+    if (content.problem) {
+        saveFailure_.set(sentence(*content.problem));
     }
+    retry_.setSingleShot(true);
+    retry_.setInterval(retryInterval);
+    QObject::connect(&retry_, &QTimer::timeout, &retry_, [this] { order(); });
     writer_.emplace("org.brenlow.tarvane.settings");
 }
 
 UserDefaults::~UserDefaults() {
+    ends_ = true;
     synchronize();
     writer_.reset();
-    write();
+    if (const SettingsFile::Problem problem = write()) {
+        // No window is left to tell it in.
+        qWarning("%s", sentence(*problem).c_str());
+    }
 }
 
 QVariant UserDefaults::stored(std::string_view key) const {
@@ -99,29 +106,55 @@ void UserDefaults::synchronize() {
         }
     }
     changes_.clear();
-    writer_->post([this] { write(); });
+    order();
+}
+
+void UserDefaults::order() {
+    writer_->post([this] {
+        const SettingsFile::Problem problem = write();
+        QMetaObject::invokeMethod(&retry_, [this, problem] { written(problem); });
+    });
 }
 
 // All that waits goes in one write: of a dragged slider's values the disk sees as many as it can.
-// Qt exchanges the file for the new one when that is whole.
-void UserDefaults::write() {
+SettingsFile::Problem UserDefaults::write() {
     Values values;
     {
         const std::lock_guard hold(lock_);
         values.swap(waiting_);
     }
     if (values.empty()) {
+        return std::nullopt;
+    }
+    SettingsFile::Problem problem = file_.write(values, ends_);
+    if (problem) {
+        const std::lock_guard hold(lock_);
+        waiting_.merge(values);  // what was set meanwhile is newer
+    }
+    return problem;
+}
+
+// Told once, until a write has worked.
+void UserDefaults::written(const SettingsFile::Problem& problem) {
+    if (!problem) {
+        retry_.stop();
+        if (saveFailure_()) {
+            saveFailure_.set(std::nullopt);
+        }
         return;
     }
-    QSettings file(path_, QSettings::IniFormat);
-    for (const auto& [key, value] : values) {
-        if (value.isValid()) {
-            file.setValue(key, value);
-        } else {
-            file.remove(key);
-        }
+    retry_.start();
+    if (!saveFailure_()) {
+        saveFailure_.set(sentence(*problem));
     }
-    file.sync();
+}
+
+std::string UserDefaults::sentence(const QString& problem) const {
+    return QStringLiteral(
+               "Tarvane couldn't save its settings to %1: %2. They are kept while the program "
+               "runs, and saving is tried again.")
+        .arg(file_.path(), problem)
+        .toStdString();
 }
 
 }  // namespace TarvaneApp

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Settings/KeyValueStore.h"
+#include "Settings/Published.h"
 
 namespace TarvaneTests {
 
@@ -32,6 +33,11 @@ class MemoryStore final : public TarvaneApp::KeyValueStore {
         values_.erase(std::string(key));
     }
     void synchronize() override { isFlushed_ = true; }
+    const TarvaneApp::Observable<std::optional<std::string>>& saveFailure() const override {
+        return failure;
+    }
+
+    TarvaneApp::Published<std::optional<std::string>> failure;
 
     bool contains(const std::string& key) const { return values_.contains(key); }
     std::vector<std::string> keys() const {
