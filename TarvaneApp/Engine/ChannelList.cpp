@@ -6,6 +6,7 @@
 
 #include "Engine/CalibrationProfiles.h"
 #include "Records/ChannelColors.h"
+#include "Records/ExtraChannels.h"
 
 namespace TarvaneApp {
 
@@ -15,6 +16,11 @@ using TarvaneKit::systemOutputUID;
 using TarvaneKit::UUID;
 
 void ChannelList::addChannel() {
+    if (settings_.extraChannels().size() >= mostExtraChannels) {
+        errorMessage_.tell(
+            fmt::format("Tarvane measures at most {} channels.", mostExtraChannels + 1));
+        return;
+    }
     const auto& uid = settings_.selectedDeviceUID();
     const int inputs = devices_.channelCount(uid);
     auto channels = settings_.extraChannels();

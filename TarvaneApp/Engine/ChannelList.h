@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "Engine/ErrorMessage.h"
 #include "Engine/InputDevices.h"
 #include "Engine/InputGains.h"
 #include "Engine/MeterSettings.h"
@@ -17,8 +18,9 @@ namespace TarvaneApp {
 class ChannelList {
   public:
     /// All of it outlives this.
-    ChannelList(MeterSettings& settings, const InputDevices& devices, const InputGains& gains)
-        : settings_(settings), devices_(devices), gains_(gains) {}
+    ChannelList(MeterSettings& settings, const InputDevices& devices, const InputGains& gains,
+                ErrorMessage& errorMessage)
+        : settings_(settings), devices_(devices), gains_(gains), errorMessage_(errorMessage) {}
 
     ChannelInfo mainChannelInfo() const;
     ChannelInfo info(const ChannelConfig& config) const;
@@ -35,7 +37,8 @@ class ChannelList {
     /// A channel's device and inputs in words, as "Mic Interface (inputs 3+4, stereo)".
     std::string inputDescription(const ChannelInfo& channel) const;
 
-    /// A channel on the main input's device, at its lowest input that no other channel takes.
+    /// A channel on the main input's device, at its lowest input that no other channel takes. One
+    /// too many is told and not added.
     void addChannel();
     void removeChannel(const TarvaneKit::UUID& id);
     /// Edits an extra channel's record; an unknown id does nothing.
@@ -52,6 +55,7 @@ class ChannelList {
     MeterSettings& settings_;
     const InputDevices& devices_;
     const InputGains& gains_;
+    ErrorMessage& errorMessage_;
 };
 
 }  // namespace TarvaneApp

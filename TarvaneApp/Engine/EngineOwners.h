@@ -26,7 +26,7 @@ struct MeterEngine::Owners {
                  .devices = devices,
                  .mainThread = mainThread,
                  .errorMessage = errorMessage}),
-          channels(settings, devices, gains),
+          channels(settings, devices, gains, errorMessage),
           displays(settings, channels, gains),
           layout(settings),
           run({.audio = audio,

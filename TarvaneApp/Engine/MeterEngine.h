@@ -164,7 +164,8 @@ class MeterEngine : public QObject, public MeterSettings {
     void setInputVolume(float volume);
 
     // The channels.
-    /// A channel on the main input's device, at its lowest input that no other channel takes.
+    /// A channel on the main input's device, at its lowest input that no other channel takes. One
+    /// too many is told in `errorMessage` and not added.
     void addChannel();
     /// Its readings stay as they are for whoever still shows them.
     void removeChannel(const TarvaneKit::UUID& id);

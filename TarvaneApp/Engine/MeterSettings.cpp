@@ -1,6 +1,7 @@
 #include "Engine/MeterSettings.h"
 
 #include "Engine/CalibrationProfiles.h"
+#include "Records/ExtraChannels.h"
 #include "Settings/SettingStorage.h"
 
 namespace TarvaneApp {
@@ -21,6 +22,8 @@ SpectrogramRanges migratedSpectrogramRanges(const Persistence& persistence) {
 MeterSettings::MeterSettings(KeyValueStore& store) : channels_(store), windows_(store) {
     calibration.setSanitizer(CalibrationProfiles::sanitized);
     spectrogramRanges.setMigration(migratedSpectrogramRanges);
+    extraChannels.setSanitizer(channelsThatMayStand);
+    extraChannels.setConstraint(channelsThatMayStand);
     channels_.loadAll();
     windows_.loadAll();
 }

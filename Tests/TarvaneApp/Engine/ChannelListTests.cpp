@@ -1,3 +1,4 @@
+#include "Records/ExtraChannels.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
@@ -198,6 +199,16 @@ TEST_F(ChannelListTests, inputsAreDescribedInHumanNumbers) {
     EXPECT_EQ(describe(TarvaneKit::systemOutputUID, 0, 1), "System Output (stereo)");
     EXPECT_EQ(describe(TarvaneKit::systemOutputUID, 0), "System Output (left)");
     EXPECT_EQ(describe(TarvaneKit::systemOutputUID, 1), "System Output (right)");
+}
+
+TEST_F(ChannelListTests, aChannelTooManyIsToldAndNotAdded) {
+    engine->extraChannels.set(std::vector<ChannelConfig>(mostExtraChannels - 1));
+    engine->addChannel();
+    EXPECT_EQ(engine->extraChannels().size(), mostExtraChannels);
+    EXPECT_FALSE(engine->errorMessage());
+    engine->addChannel();
+    EXPECT_EQ(engine->extraChannels().size(), mostExtraChannels);
+    EXPECT_EQ(engine->errorMessage(), "Tarvane measures at most 1024 channels.");
 }
 
 TEST_F(ChannelListTests, choosingTheSystemOutputMakesADigitalStereoPair) {

@@ -2,8 +2,10 @@
 
 #include <rapidcheck.h>
 
+#include <cmath>
 #include <set>
 
+#include "Records/ExtraChannels.h"
 #include "Settings/Persistence.h"
 #include "Support/RecordGenerators.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
@@ -324,6 +326,49 @@ TEST_F(MeterSettingsTests, calibrationsOfExtraChannelsAreTakenAsStored) {
     engine->extraChannels.set({channel});
     makeEngine();
     EXPECT_EQ(engine->extraChannels()[0].calibration->micCalFileReferenceSPL, 250.0);
+}
+
+// Two channels under one id would be one processor, analysed twice at once.
+TEST_F(MeterSettingsTests, storedChannelsUnderOneIDBecomeChannelsOfTheirOwn) {
+    store.setData("Tarvane.extraChannels",
+                  R"([{"id":"11111111-2222-4333-8444-555555555555","name":"A"},)"
+                  R"({"id":"11111111-2222-4333-8444-555555555555","name":"B"},)"
+                  R"({"id":"6A1D0000-0000-4000-8000-000000000001","name":"C"}])");
+    makeEngine();
+    const auto& channels = engine->extraChannels();
+    ASSERT_EQ(channels.size(), 3U);
+    EXPECT_EQ(channels[0].id.text(), "11111111-2222-4333-8444-555555555555");
+    EXPECT_EQ((std::set{channels[0].id, channels[1].id, channels[2].id, UUID::main()}).size(), 4U);
+    EXPECT_EQ(channels[1].name, "B");
+    EXPECT_EQ(channels[2].name, "C");
+    start();
+    ASSERT_TRUE(audio.feed("", {TarvaneTests::sine(1000.0, 0.5, 48000)}));
+    tick();
+    for (const ChannelConfig& channel : channels) {
+        EXPECT_TRUE(std::isfinite(live(channel.id).currentSPLValueDB)) << channel.name;
+    }
+}
+
+TEST_F(MeterSettingsTests, assignedChannelsUnderOneIDBecomeChannelsOfTheirOwn) {
+    const ChannelConfig channel = addChannel("A", "desk", 0);
+    engine->extraChannels.set({channel, channel});
+    ASSERT_EQ(engine->extraChannels().size(), 2U);
+    EXPECT_EQ(engine->extraChannels()[0].id, channel.id);
+    EXPECT_NE(engine->extraChannels()[1].id, channel.id);
+    const auto assigned = engine->extraChannels();
+    makeEngine();
+    EXPECT_EQ(engine->extraChannels(), assigned);
+}
+
+TEST_F(MeterSettingsTests, channelsBeyondTheLimitAreLeftOut) {
+    std::vector<ChannelConfig> channels(mostExtraChannels + 5);
+    store.setData("Tarvane.extraChannels", *TarvaneKit::encode(channels));
+    makeEngine();
+    channels.resize(mostExtraChannels);
+    EXPECT_EQ(engine->extraChannels(), channels);
+    channels.emplace_back();
+    engine->extraChannels.set(channels);
+    EXPECT_EQ(engine->extraChannels().size(), mostExtraChannels);
 }
 
 // Numbers are taken as stored, whatever hand wrote them.
