@@ -13,11 +13,27 @@ const TarvaneKit::CalibrationProfile& CalibrationProfiles::uncalibrated() {
     return profile;
 }
 
-// The comparisons are written so that a value that is no number fails them.
+namespace {
+
+// Written so that a value that is no number fails.
+bool isOffset(double offsetDB) {
+    return std::abs(offsetDB) <= CalibrationProfiles::largestOffsetDB;
+}
+
+}  // namespace
+
 TarvaneKit::CalibrationProfile CalibrationProfiles::sanitized(
     TarvaneKit::CalibrationProfile profile) {
-    if (profile.reference && !(std::abs(profile.reference->offsetDB) <= largestOffsetDB)) {
+    if (profile.reference && !isOffset(profile.reference->offsetDB)) {
         profile.reference.reset();
+    }
+    if (profile.reference && profile.reference->inputGainDB &&
+        !isOffset(*profile.reference->inputGainDB)) {
+        profile.reference->inputGainDB.reset();
+    }
+    if (profile.micCalFile && profile.micCalFile->sensFactorDB &&
+        !isOffset(*profile.micCalFile->sensFactorDB)) {
+        profile.micCalFile->sensFactorDB.reset();
     }
     if (!(profile.micCalFileReferenceSPL >= 0.0 &&
           profile.micCalFileReferenceSPL <= largestReferenceSPL)) {

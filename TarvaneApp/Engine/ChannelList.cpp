@@ -15,6 +15,15 @@ using TarvaneKit::RGBAColor;
 using TarvaneKit::systemOutputUID;
 using TarvaneKit::UUID;
 
+namespace {
+
+// Counted as people do.
+long long inputNumber(int index) {
+    return 1LL + index;
+}
+
+}  // namespace
+
 void ChannelList::addChannel() {
     if (settings_.extraChannels().size() >= mostExtraChannels) {
         errorMessage_.tell(
@@ -194,15 +203,15 @@ std::string ChannelList::inputDescription(const ChannelInfo& channel) const {
     }
     const bool isSystemOutput = channel.deviceUID == systemOutputUID;
     if (channel.rightChannelIndex) {
-        return isSystemOutput
-                   ? device + " (stereo)"
-                   : fmt::format("{} (inputs {}+{}, stereo)", device, channel.channelIndex + 1,
-                                 *channel.rightChannelIndex + 1);
+        return isSystemOutput ? device + " (stereo)"
+                              : fmt::format("{} (inputs {}+{}, stereo)", device,
+                                            inputNumber(channel.channelIndex),
+                                            inputNumber(*channel.rightChannelIndex));
     }
     if (isSystemOutput) {
         return device + (channel.channelIndex == 0 ? " (left)" : " (right)");
     }
-    return fmt::format("{} (channel {})", device, channel.channelIndex + 1);
+    return fmt::format("{} (channel {})", device, inputNumber(channel.channelIndex));
 }
 
 }  // namespace TarvaneApp

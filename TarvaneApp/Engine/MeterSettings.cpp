@@ -2,6 +2,7 @@
 
 #include "Engine/CalibrationProfiles.h"
 #include "Records/ExtraChannels.h"
+#include "Records/PossibleNumbers.h"
 #include "Settings/SettingStorage.h"
 
 namespace TarvaneApp {
@@ -17,15 +18,53 @@ SpectrogramRanges migratedSpectrogramRanges(const Persistence& persistence) {
                                          persistence.load<double>(Legacy::ceilingDB));
 }
 
+// What is stored of the setting stands if it may, else the default.
+template <class T, class Predicate>
+void takeOnly(Setting<T>& setting, const Predicate& mayStand) {
+    setting.setSanitizer([mayStand, usual = setting()](T stored) {
+        return mayStand(stored) ? std::move(stored) : usual;
+    });
+}
+
 }  // namespace
 
 MeterSettings::MeterSettings(KeyValueStore& store) : channels_(store), windows_(store) {
-    calibration.setSanitizer(CalibrationProfiles::sanitized);
+    constrainStoredValues();
     spectrogramRanges.setMigration(migratedSpectrogramRanges);
-    extraChannels.setSanitizer(channelsThatMayStand);
     extraChannels.setConstraint(channelsThatMayStand);
     channels_.loadAll();
     windows_.loadAll();
+}
+
+void MeterSettings::constrainStoredValues() {
+    namespace Possible = PossibleNumbers;
+    takeOnly(selectedChannelIndex, Possible::isInput);
+    takeOnly(mainInputRightChannelIndex, Possible::isInput);
+    takeOnly(loudnessTarget, Possible::isLoudnessTarget);
+    takeOnly(targetCurveReferenceDB, Possible::isLevel);
+    takeOnly(targetCurveReferenceDBFS, Possible::isLevel);
+    takeOnly(leqIntegrationSeconds, Possible::isLeqTime);
+    takeOnly(trafficLightConfig, Possible::areThresholds);
+    takeOnly(trafficLightConfigDBFS, Possible::areThresholds);
+    takeOnly(spectrogramTimeSpanSeconds, Possible::isSpectrogramTimeSpan);
+    takeOnly(spectrogramSliceHeightMultiplier, Possible::isSliceHeight);
+    takeOnly(panelSplitFraction, Possible::isSplitFraction);
+    calibration.setSanitizer(CalibrationProfiles::sanitized);
+    spectrogramRanges.setSanitizer(
+        [](const SpectrogramRanges& ranges) { return Possible::repaired(ranges); });
+    extraChannels.setSanitizer([](std::vector<ChannelConfig> channels) {
+        channels = channelsThatMayStand(std::move(channels));
+        for (ChannelConfig& channel : channels) {
+            channel = Possible::repaired(std::move(channel));
+        }
+        return channels;
+    });
+    channelWindowLayouts.setSanitizer([](std::map<UUID, ChannelWindowLayout> layouts) {
+        for (auto& [id, layout] : layouts) {
+            layout = Possible::repaired(layout);
+        }
+        return layouts;
+    });
 }
 
 ChannelDisplaySettings MeterSettings::mainDisplay() const {

@@ -37,6 +37,8 @@ class MeterSettings {
     MeterSettings& operator=(const MeterSettings&) = delete;
 
   private:
+    void constrainStoredValues();
+
     // Ahead of the settings, which enter themselves.
     SettingsRegistry channels_;  // what a display of a channel may depend on
     SettingsRegistry windows_;   // which channel a module shows, and where the modules are

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "Records/PossibleNumbers.h"
+
 namespace TarvaneApp {
 
 using TarvaneKit::CalibrationProfile;
@@ -13,10 +15,6 @@ using TarvaneKit::UUID;
 using TarvaneKit::Weighting;
 
 namespace {
-
-// Each graph keeps enough room to be read and to be dragged open again.
-constexpr double smallestSplitFraction = 0.15;
-constexpr double largestSplitFraction = 0.85;
 
 // Of the channels that run.
 std::vector<SourceSignature> sourceSignatures(const std::vector<ChannelConfig>& channels) {
@@ -111,7 +109,8 @@ void SettingEffects::attachMeters() {
 void SettingEffects::attachLayout() {
     settings_.panelSplitFraction.setConstraint([](double fraction) {
         // In this order a fraction that is no number ends at the smallest.
-        return std::min(std::max(smallestSplitFraction, fraction), largestSplitFraction);
+        return std::min(std::max(PossibleNumbers::smallestSplitFraction, fraction),
+                        PossibleNumbers::largestSplitFraction);
     });
     for (Setting<ModulePlacement>* placement :
          {&settings_.splMeterPlacement, &settings_.rtaPlacement, &settings_.spectrogramPlacement,

@@ -12,6 +12,7 @@ namespace TarvaneApp {
 namespace {
 
 constexpr double smallestSliceHeight = 0.01;
+constexpr double mostRows = 1e6;  // of whatever time span: more than any history holds
 constexpr double smallestStopDistance = 1e-9;
 constexpr double ruleOpacity = 0.5;
 
@@ -21,7 +22,8 @@ std::vector<SpectrogramColorStop> sorted(std::vector<SpectrogramColorStop> stops
 }
 
 int byte(double channel) {
-    return std::clamp(static_cast<int>(std::lround(channel * 255.0)), 0, 255);
+    // In this order what is no number is black.
+    return static_cast<int>(std::lround(std::min(std::max(0.0, channel), 1.0) * 255.0));
 }
 
 QRgb opaque(const TarvaneKit::RGBAColor& color) {
@@ -51,7 +53,7 @@ QRgb colorAt(double t, const std::vector<SpectrogramColorStop>& sortedStops) {
 int SpectrogramView::rows() const {
     const double rows = std::round(rowsPerSecond * timeSpanSeconds /
                                    std::max(sliceHeightMultiplier, smallestSliceHeight));
-    return static_cast<int>(std::max(rows, 1.0));
+    return static_cast<int>(std::min(std::max(1.0, rows), mostRows));
 }
 
 SpectrogramView::VisibleRows SpectrogramView::visibleRows() const {

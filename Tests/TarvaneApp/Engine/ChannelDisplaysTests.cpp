@@ -38,6 +38,15 @@ TEST_F(ChannelDisplaysTests, anImpossibleStoredCalibrationIsMended) {
     };
     EXPECT_FALSE(offsetAfterRestart(300.5));
     EXPECT_TRUE(offsetAfterRestart(-300.0));
+    auto gains = engine->calibration();
+    gains.reference->inputGainDB = 1e308;
+    gains.micCalFile = {.sensFactorDB = -1e308, .serialNumber = "7", .points = {{1000.0, 0.0}}};
+    engine->calibration.set(gains);
+    makeEngine();
+    EXPECT_EQ(engine->calibration().reference->offsetDB, -300.0);
+    EXPECT_FALSE(engine->calibration().reference->inputGainDB);
+    EXPECT_EQ(engine->calibration().micCalFile->serialNumber, "7");
+    EXPECT_FALSE(engine->calibration().micCalFile->sensFactorDB);
     const auto referenceSPLAfterRestart = [&](double spl) {
         auto profile = engine->calibration();
         profile.name = "kept";

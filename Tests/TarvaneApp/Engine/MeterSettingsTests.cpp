@@ -3,6 +3,7 @@
 #include <rapidcheck.h>
 
 #include <cmath>
+#include <limits>
 #include <set>
 
 #include "Records/ExtraChannels.h"
@@ -10,6 +11,7 @@
 #include "Support/RecordGenerators.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
 #include "TarvaneApp/Engine/EverySetting.h"
+#include "TarvaneApp/Engine/PossibleSettings.h"
 
 namespace TarvaneApp {
 namespace {
@@ -122,17 +124,11 @@ class MeterSettingsTests : public TarvaneTests::EngineFixture {
     /// Gives every setting a value of any kind that it may hold.
     void setEverything() {
         using TarvaneKit::Testing::drawnValue;
-        forEachSetting(*engine, [](const char*, auto& setting) {
-            setting.set(drawnValue<std::remove_cvref_t<decltype(setting())>>());
+        forEachSetting(*engine, [](const std::string& key, auto& setting) {
+            using Value = std::remove_cvref_t<decltype(setting())>;
+            setting.set(TarvaneTests::possible(key, drawnValue<Value>()));
         });
-        // What an impossible calibration and no curve become at a restart is told on its own.
-        TarvaneKit::CalibrationProfile calibration;
-        calibration.name = drawnValue<std::string>();
-        calibration.reference = drawnValue<std::optional<TarvaneKit::ReferenceCalibration>>();
-        if (calibration.reference) {
-            calibration.reference->offsetDB = *rc::gen::inRange(-300, 301);
-        }
-        engine->calibration.set(calibration);
+        // What no curve becomes at a restart is told on its own.
         engine->selectedTargetCurveName.set(drawnValue<std::string>());
     }
     void putGarbage(const std::string& key) {
@@ -328,6 +324,68 @@ TEST_F(MeterSettingsTests, calibrationsOfExtraChannelsAreTakenAsStored) {
     EXPECT_EQ(engine->extraChannels()[0].calibration->micCalFileReferenceSPL, 250.0);
 }
 
+TEST_F(MeterSettingsTests, aStoredNumberThatCannotBeGivesWayToTheDefault) {
+    store.clear();
+    makeEngine();
+    const auto defaults = valuesOfSettings(*engine);
+    for (const double number : {std::nan(""), HUGE_VAL, -HUGE_VAL, 1e308, -1.0, 0.0}) {
+        SCOPED_TRACE(number);
+        store.clear();
+        for (const char* key : {"leqIntegrationSeconds", "spectrogramTimeSpanSeconds",
+                                "spectrogramSliceHeightMultiplier", "panelSplitFraction"}) {
+            store.setNumber(Persistence::storedName(key), number);
+        }
+        if (!std::isfinite(number) || number > 1.0) {
+            store.setNumber("Tarvane.targetCurveReferenceDB", number);
+            store.setNumber("Tarvane.targetCurveReferenceDBFS", number);
+        }
+        makeEngine();
+        EXPECT_EQ(valuesOfSettings(*engine), defaults);
+    }
+    for (const char* index : {"-1", "2147483647", "-2147483648"}) {
+        store.clear();
+        store.setData("Tarvane.channelIndex", index);
+        store.setData("Tarvane.mainInputRightChannelIndex", index);
+        makeEngine();
+        EXPECT_EQ(valuesOfSettings(*engine), defaults) << index;
+    }
+    store.clear();
+    const std::string color = R"("color":{"red":0,"green":0,"blue":0,"alpha":1})";
+    for (const char* key : {"trafficLightConfig", "trafficLightConfigDBFS"}) {
+        store.setData(Persistence::storedName(key),
+                      R"({"name":"","bands":[{"thresholdDB":1e308,)" + color +
+                          R"(}],"belowAllColor":{"red":0,"green":0,"blue":0,"alpha":1}})");
+    }
+    store.setData("Tarvane.loudnessTarget",
+                  R"({"name":"","targetLUFS":-23,"toleranceLU":-1,"truePeakCeilingDBTP":-1})");
+    store.setData(
+        "Tarvane.spectrogramRanges",
+        R"({"spl":{"floorDB":110,"ceilingDB":30},"dbfs":{"floorDB":0,"ceilingDB":1e308}})");
+    makeEngine();
+    EXPECT_EQ(valuesOfSettings(*engine), defaults);
+}
+
+TEST_F(MeterSettingsTests, aStoredChannelKeepsAllButTheNumbersThatCannotBe) {
+    store.setData("Tarvane.extraChannels",
+                  R"([{"id":"11111111-2222-4333-8444-555555555555","name":"Stage",)"
+                  R"("isStereo":true,"channelIndex":2147483647,"rightChannelIndex":-9,)"
+                  R"("spectrogramRanges":{"spl":{"floorDB":9,"ceilingDB":9}},)"
+                  R"("display":{"targetCurveReferenceDB":1e308}}])");
+    store.setData("Tarvane.channelWindowLayouts",
+                  R"({"11111111-2222-4333-8444-555555555555":{"showsRTA":false,)"
+                  R"("splitFraction":1e308}})");
+    makeEngine();
+    ASSERT_EQ(engine->extraChannels().size(), 1U);
+    const ChannelConfig& channel = engine->extraChannels().front();
+    EXPECT_EQ(channel.name, "Stage");
+    EXPECT_EQ(channel.channelIndex, 0);
+    EXPECT_EQ(channel.rightChannelIndex, 1);
+    EXPECT_EQ(channel.spectrogramRanges, SpectrogramRanges{});
+    EXPECT_EQ(channel.display->targetCurveReferenceDB, 85.0);
+    EXPECT_EQ(engine->windowLayout(channel.id).splitFraction, 0.5);
+    EXPECT_FALSE(engine->windowLayout(channel.id).showsRTA);
+}
+
 // Two channels under one id would be one processor, analysed twice at once.
 TEST_F(MeterSettingsTests, storedChannelsUnderOneIDBecomeChannelsOfTheirOwn) {
     store.setData("Tarvane.extraChannels",
@@ -371,14 +429,21 @@ TEST_F(MeterSettingsTests, channelsBeyondTheLimitAreLeftOut) {
     EXPECT_EQ(engine->extraChannels().size(), mostExtraChannels);
 }
 
-// Numbers are taken as stored, whatever hand wrote them.
-TEST_F(MeterSettingsTests, absurdStoredNumbersStopNothing) {
-    store.setNumber("Tarvane.leqIntegrationSeconds", std::nan(""));
-    store.setData("Tarvane.channelIndex", "-5");
-    store.setData("Tarvane.mainInputIsStereo", "true");
-    store.setData("Tarvane.mainInputRightChannelIndex", "2147483647");
-    store.setNumber("Tarvane.panelSplitFraction", -1e300);
-    makeEngine();
+// What is taken as it is stored, and what comes by assignment, overflows nowhere.
+TEST_F(MeterSettingsTests, absurdNumbersStopNothing) {
+    engine->leqIntegrationSeconds.set(std::nan(""));
+    engine->mainInputIsStereo.set(true);
+    engine->mainInputRightChannelIndex.set(std::numeric_limits<int>::max());
+    ChannelConfig channel = addChannel("B", std::nullopt, std::numeric_limits<int>::max() - 1);
+    channel.calibration.emplace();
+    channel.isDigital = false;
+    channel.calibration->reference.emplace().offsetDB = 1e308;
+    engine->extraChannels.set({channel});
+    EXPECT_EQ(engine->inputDescription(engine->info(channel)), "Default Input");
+    channel.deviceUID = "desk";
+    EXPECT_EQ(engine->inputDescription(engine->info(channel)), "Desk (channel 2147483647)");
+    channel.channelIndex = std::numeric_limits<int>::max();
+    EXPECT_EQ(engine->inputDescription(engine->info(channel)), "Desk (channel 2147483648)");
     start();
     ASSERT_TRUE(audio.feed("", {TarvaneTests::sine(1000.0, 0.5, 48000)}));
     tick();

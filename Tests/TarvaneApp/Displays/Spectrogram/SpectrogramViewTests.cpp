@@ -57,6 +57,12 @@ TEST(SpectrogramView, betweenTwoStopsTheColourIsLinearInSRGB) {
     EXPECT_EQ(SpectrogramView::colorForT(0.4, stops), qRgb(128, 0, 0));  // 127.5, away from zero
 }
 
+TEST(SpectrogramView, aColourBeyondWhatColoursCanBeEndsAtTheNearest) {
+    const Stops stops{stop(0.0, {1e308, -1e308, 1.0, 1.0}), stop(1.0, {1e308, 2.0, -1.0, 1.0})};
+    EXPECT_EQ(SpectrogramView::colorForT(0.0, stops), qRgb(255, 0, 255));
+    EXPECT_EQ(SpectrogramView::colorForT(1.0, stops), qRgb(255, 255, 0));
+}
+
 TEST(SpectrogramView, beyondItsStopsARampKeepsItsEnds) {
     const Stops stops{stop(0.2, red), stop(0.6, blue)};
     EXPECT_EQ(SpectrogramView::colorForT(-1.0, stops), qRgb(255, 0, 0));
@@ -103,6 +109,8 @@ TEST(SpectrogramView, rowsAreSpanTimesPaceOverSliceHeight) {
     view.timeSpanSeconds = 0.475;  // 28.5 rows, away from zero
     view.sliceHeightMultiplier = 1.0;
     EXPECT_EQ(view.rows(), 29);
+    view.timeSpanSeconds = 1e308;
+    EXPECT_EQ(view.rows(), 1'000'000);  // more than any history
 }
 
 TEST(SpectrogramView, aSliceHeightUnderAHundredthCountsAsAHundredthAndThereIsAlwaysARow) {
