@@ -6,6 +6,7 @@
 #include "Settings/UserDefaults.h"
 #include "Shell/RunningInstance.h"
 #include "Shell/TarvaneApplication.h"
+#include "Shell/UnansweredLaunch.h"
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
@@ -13,6 +14,12 @@ int main(int argc, char** argv) {
     TarvaneApp::RunningInstance instance;
     if (instance.hasHandedOver()) {
         return 0;
+    }
+    if (instance.isUnanswered()) {
+        if (!TarvaneApp::askWhetherToStartAnyway()) {
+            return 1;
+        }
+        instance.takeOver();
     }
     // Metering outlives the windows, as long as there is a way to bring them back.
     QApplication::setQuitOnLastWindowClosed(!instance.isListening());

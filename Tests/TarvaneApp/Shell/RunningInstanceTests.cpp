@@ -5,13 +5,29 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QThread>
+#include <functional>
+#include <memory>
+
+#include <unistd.h>
 
 namespace TarvaneApp {
 namespace {
 
+// Of a launch that nobody answers; what is answered at all is answered by then.
+constexpr std::chrono::milliseconds shortPatience{50};
+
 class RunningInstanceTests : public testing::Test {
   protected:
     QString path() const { return folder.filePath(QStringLiteral("tarvane.socket")); }
+
+    /// Another launch, in a thread of its own as it would be in a process; `look` sees it there.
+    std::unique_ptr<QThread> launch(std::function<void(const RunningInstance&)> look) const {
+        std::unique_ptr<QThread> thread(QThread::create(
+            [path = path(), look = std::move(look)] { look(RunningInstance(path)); }));
+        thread->start();
+        return thread;
+    }
 
     QTemporaryDir folder;
 };
@@ -23,12 +39,15 @@ TEST_F(RunningInstanceTests, aSecondLaunchAsksTheFirstAndGoes) {
     int asked = 0;
     QObject::connect(&first, &RunningInstance::launchedAgain, [&asked] { ++asked; });
     for (int launches = 1; launches <= 2; ++launches) {
-        const RunningInstance next(path());
-        EXPECT_TRUE(next.hasHandedOver());
-        EXPECT_FALSE(next.isListening());
+        const auto next = launch([](const RunningInstance& instance) {
+            EXPECT_TRUE(instance.hasHandedOver());
+            EXPECT_FALSE(instance.isUnanswered());
+            EXPECT_FALSE(instance.isListening());
+        });
         while (asked < launches) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         }
+        next->wait();
     }
     EXPECT_EQ(asked, 2);
 }
@@ -49,10 +68,64 @@ TEST_F(RunningInstanceTests, whatACrashLeftBehindIsNoRunningProgram) {
     EXPECT_TRUE(next.isListening());
 }
 
+// Its event loop doesn't run here.
+TEST_F(RunningInstanceTests, aProgramThatDoesNotAnswerIsFoundOutAndCanBeReplaced) {
+    const RunningInstance stuck(path());
+    RunningInstance next(path(), shortPatience);
+    EXPECT_FALSE(next.hasHandedOver());
+    EXPECT_TRUE(next.isUnanswered());
+    EXPECT_FALSE(next.isListening());
+
+    next.takeOver();
+    EXPECT_TRUE(next.isListening());
+    int asked = 0;
+    QObject::connect(&next, &RunningInstance::launchedAgain, [&asked] { ++asked; });
+    const auto third =
+        launch([](const RunningInstance& instance) { EXPECT_TRUE(instance.hasHandedOver()); });
+    while (asked < 1) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    third->wait();
+}
+
+// Launches that went away unanswered stand in the line of those that wait.
+TEST_F(RunningInstanceTests, manyLaunchesAtAStuckProgramAllFindItOut) {
+    const RunningInstance stuck(path());
+    for (int launches = 0; launches < 60; ++launches) {
+        EXPECT_TRUE(RunningInstance(path(), std::chrono::milliseconds(1)).isUnanswered());
+    }
+}
+
 TEST_F(RunningInstanceTests, withoutAPlaceToListenTheProgramRunsAllTheSame) {
-    const RunningInstance alone(folder.filePath(QStringLiteral("no such folder/tarvane.socket")));
-    EXPECT_FALSE(alone.hasHandedOver());
-    EXPECT_FALSE(alone.isListening());
+    for (const QString& nowhere :
+         {folder.filePath(QStringLiteral("no such folder/tarvane.socket")), QString()}) {
+        RunningInstance alone(nowhere);
+        EXPECT_FALSE(alone.hasHandedOver());
+        EXPECT_FALSE(alone.isUnanswered());
+        EXPECT_FALSE(alone.isListening());
+    }
+}
+
+TEST_F(RunningInstanceTests, onlyAFolderOfTheUsersOwnHoldsTheSocket) {
+    constexpr auto owner = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
+    ASSERT_TRUE(QFile::setPermissions(folder.path(), owner));
+    EXPECT_EQ(RunningInstance::socketPathIn(folder.path()), path());
+    const QString link = folder.filePath(QStringLiteral("link"));
+    ASSERT_TRUE(QFile::link(folder.path(), link));
+    const QString file = folder.filePath(QStringLiteral("file"));
+    ASSERT_TRUE(QFile(file).open(QIODevice::WriteOnly));
+    for (const QString& other :
+         {link, file, QString(), folder.filePath(QStringLiteral("absent"))}) {
+        EXPECT_EQ(RunningInstance::socketPathIn(other), QString()) << other.toStdString();
+    }
+    for (const auto more : {QFileDevice::ReadGroup, QFileDevice::WriteOther}) {
+        ASSERT_TRUE(QFile::setPermissions(folder.path(), owner | more));
+        EXPECT_EQ(RunningInstance::socketPathIn(folder.path()), QString());
+    }
+    ASSERT_TRUE(QFile::setPermissions(folder.path(), owner));
+    if (chown(QFile::encodeName(folder.path()).constData(), 12345, static_cast<gid_t>(-1)) == 0) {
+        EXPECT_EQ(RunningInstance::socketPathIn(folder.path()), QString());
+    }
 }
 
 }  // namespace
