@@ -137,8 +137,9 @@ class Program:
 
     def window_id(self):
         """The main window's, as the X server knows it."""
-        return self._desk.xdotool_output("search", "--onlyvisible", "--pid", str(self.process.pid),
-                                         "--name", f"^{MAIN_WINDOW}$").split()[0]
+        return self._desk.xdotool_output("search", "--all", "--onlyvisible", "--pid",
+                                         str(self.process.pid), "--name",
+                                         f"^{MAIN_WINDOW}$").split()[0]
 
     # Hands.
 

@@ -9,7 +9,9 @@ A failed test leaves a picture of the screen in the folder system-tests beside t
 """
 
 import math
+import os
 import re
+import signal
 import subprocess
 import sys
 import time
@@ -502,6 +504,89 @@ def a_second_launch_brings_the_closed_window_back(desk):
     expect(again.wait(20) == 0, "the second program stays")
     program.wait_for("Stop", "push button")  # metering all the time
     expect_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB)
+
+
+def launch_again(desk):
+    """A second launch, which hands over to the first and goes."""
+    again = desk.processes.start("again", [str(desk.program("tarvane"))], desk.env)
+    expect(again.wait(20) == 0, "the second program stays")
+
+
+def is_on_screen(desk, program):
+    """Whether the main window is mapped, as the X server has it."""
+    return desk.xdotool("search", "--all", "--onlyvisible", "--pid", str(program.process.pid),
+                        "--name", "^Tarvane$")
+
+
+@test
+def a_second_launch_brings_a_minimised_window_back(desk):
+    program = desk.launch()
+    program.wait_for("Start", "push button")
+    desk.xdotool("windowminimize", "--sync", program.window_id())
+    wait_until(lambda: not is_on_screen(desk, program), 10, "it doesn't minimise")
+    launch_again(desk)
+    wait_until(lambda: is_on_screen(desk, program), 10, "it stays minimised")
+    program.wait_for("Start", "push button")
+    wait_until(lambda: desk.xdotool_output("getactivewindow").strip() == program.window_id(), 10,
+               "it isn't the active window")
+
+
+@test
+def a_second_launch_brings_a_window_behind_another_to_the_front(desk):
+    program = desk.launch()
+    program.wait_for("Start", "push button")
+    program.key("ctrl+comma")
+    wait_until(lambda: desk.xdotool_output("getactivewindow").strip() != program.window_id(), 10,
+               "Preferences doesn't come to the front")
+    launch_again(desk)
+    wait_until(lambda: desk.xdotool_output("getactivewindow").strip() == program.window_id(), 10,
+               "the main window stays behind")
+
+
+@test
+def a_launch_beside_a_stuck_program_says_so(desk):
+    program = desk.launch()
+    program.wait_for("Start", "push button")
+    program.process.send_signal(signal.SIGSTOP)
+    try:
+        def window_of(child):
+            return desk.xdotool_output("search", "--all", "--onlyvisible", "--pid",
+                                       str(child.pid), "--name", "^Tarvane$").split()
+
+        def launch_and_press(*keys):
+            child = desk.processes.start("beside", [str(desk.program("tarvane"))], desk.env)
+            box = wait_until(lambda: window_of(child), 20, "the launch shows nothing")[0]
+            desk.xdotool("windowactivate", "--sync", box)
+            desk.xdotool("key", *keys)
+            return child, box
+
+        gives_up, _ = launch_and_press("Escape")
+        expect(gives_up.wait(20) == 1, "the launch that was given up doesn't end")
+        starts, box = launch_and_press("Tab", "space")
+        wait_until(lambda: window_of(starts) not in ([], [box]), 20, "it doesn't start anyway")
+        launch_again(desk)
+    finally:
+        program.process.send_signal(signal.SIGCONT)
+
+
+@test
+def settings_that_cannot_be_saved_are_told(desk):
+    desk.settings_file().parent.mkdir(parents=True)
+    os.mkfifo(desk.settings_file())
+    desk.plug_in("--tone", "1000:-20")
+    program = desk.launch()
+    alerts = program.wait_for_alert(20)
+    expect(f"couldn't save its settings to {desk.settings_file()}: it isn't a regular file"
+           in alerts[0], f"the alert says {alerts[0]!r}")
+    program.dismiss_alert()
+    program.start()
+    program.click("Z weighting")
+    expect_level(program, "SPL Z Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    expect(not program.alerts(), "it is told again")
+    desk.settings_file().unlink()
+    wait_until(lambda: desk.settings_file().exists() and
+               "splWeighting" in desk.settings_file().read_text(), 20, "it isn't tried again")
+    program.quit()
 
 
 def run(programs, name):

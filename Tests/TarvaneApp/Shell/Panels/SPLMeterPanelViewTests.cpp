@@ -12,6 +12,7 @@
 #include <QTest>
 #include <QToolTip>
 
+#include "Displays/Readouts/ClipBadge.h"
 #include "LiveDisplays/LiveClockReadoutView.h"
 #include "LiveDisplays/LiveSPLReadoutView.h"
 #include "Shell/ChannelControls/LoudnessControls.h"
@@ -95,10 +96,32 @@ class SPLMeterPanelViewTests : public TarvaneTests::EngineFixture {
         settle();
     }
 
-    QString helpAt(const QRect& place) {
-        QHelpEvent event(QEvent::ToolTip, place.center(), live().mapToGlobal(place.center()));
+    QString helpAt(const QPoint& place) {
+        QHelpEvent event(QEvent::ToolTip, place, live().mapToGlobal(place));
         QApplication::sendEvent(&live(), &event);
         return QToolTip::text();
+    }
+    /// In the middle of a drawn part and a pixel within each of its corners.
+    void expectHelp(const char* name, const QString& help) {
+        const QRect place = part(name).place.adjusted(1, 1, -1, -1);
+        for (const QPoint& point : {place.center(), place.topLeft(), place.topRight(),
+                                    place.bottomLeft(), place.bottomRight()}) {
+            EXPECT_EQ(helpAt(point), help) << name << " at " << point.x() << ", " << point.y();
+        }
+    }
+    /// What stands out of the plate in a part's place.
+    QRect drawnIn(const char* name) {
+        const QRect place = part(name).place;
+        const QImage image = live().grab(place).toImage().convertToFormat(QImage::Format_RGB32);
+        QRect drawn;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (qGray(image.pixel(x, y)) > 60) {
+                    drawn |= QRect(place.x() + x, place.y() + y, 1, 1);
+                }
+            }
+        }
+        return drawn;
     }
     SpokenPart part(const char* name) {
         const auto parts = live().spokenParts();
@@ -289,12 +312,30 @@ TEST_F(SPLMeterPanelViewTests, aScreenReaderReadsTheLoudness) {
 TEST_F(SPLMeterPanelViewTests, everyDrawnLoudnessSaysWhatItIsUnderThePointer) {
     engine->mainInputMeasuresLoudness.set(true);
     settle();
-    EXPECT_EQ(helpAt(part("TARGET").place),
-              QStringLiteral("EBU R128 (−23 LUFS): on target within ±1 LU"));
-    EXPECT_EQ(helpAt(part("TRUE PEAK").place),
-              QStringLiteral("Highest true peak since the last reset (ceiling -1.0 dBTP)"));
+    expectHelp("TARGET", QStringLiteral("EBU R128 (−23 LUFS): on target within ±1 LU"));
+    expectHelp("TRUE PEAK",
+               QStringLiteral("Highest true peak since the last reset (ceiling -1.0 dBTP)"));
     for (const char* name : {"Momentary", "Short-Term", "Integrated", "Loudness Range"}) {
-        EXPECT_EQ(helpAt(part(name).place), QLatin1String(name));
+        expectHelp(name, QLatin1String(name));
+    }
+}
+
+TEST_F(SPLMeterPanelViewTests, theSidesAndTheClipBadgeSayWhatTheyAreUnderThePointer) {
+    engine->selectedDeviceUID.set("desk");
+    engine->mainInputIsStereo.set(true);
+    start();
+    for (int i = 0; i < 10; ++i) {
+        const auto samples = TarvaneTests::sine(1000.0, 1.0, 4800, i * 4800);
+        audio.feed("desk", {samples, samples});
+        clock.advance(0.1);
+    }
+    tick();
+    settle();
+    expectHelp("L", QStringLiteral("Left and right sides; the large value combines both"));
+    expectHelp("Input clipping", ClipBadge{TarvaneKit::InputClipState::active}.help());
+    // Both are drawn in the middle of where they say they are.
+    for (const char* name : {"L", "Input clipping"}) {
+        EXPECT_NEAR(drawnIn(name).center().x(), part(name).place.center().x(), 4) << name;
     }
 }
 

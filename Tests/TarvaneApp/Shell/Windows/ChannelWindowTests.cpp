@@ -186,6 +186,25 @@ TEST_F(ChannelWindowTests, theArrangementIsTheMainWindowsUnlessTheLayoutHasItsOw
     EXPECT_GT(the<LevelHistoryPanelView>().y(), the<GraphArea>().y());
 }
 
+TEST_F(ChannelWindowTests, theHistoryStandsWhereTheMainWindowHasItUnlessTheLayoutSaysSo) {
+    const auto isBelow = [&] {
+        settle();
+        return the<LevelHistoryPanelView>().y() > the<GraphArea>().y();
+    };
+    EXPECT_FALSE(isBelow());
+    engine->levelHistoryPosition.set(LevelHistoryPosition::belowGraphs);
+    EXPECT_TRUE(isBelow());
+    engine->levelHistoryPosition.set(LevelHistoryPosition::aboveGraphs);
+    EXPECT_FALSE(isBelow());
+    engine->levelHistoryPosition.set(LevelHistoryPosition::belowGraphs);
+    open(stage.id);
+    EXPECT_TRUE(isBelow());
+    engine->updateWindowLayout(stage.id, [](ChannelWindowLayout& layout) {
+        layout.levelHistoryPosition = LevelHistoryPosition::aboveGraphs;
+    });
+    EXPECT_FALSE(isBelow());
+}
+
 TEST_F(ChannelWindowTests, withTheSpectrogramFirstItHasTheRestOfTheAnalyzersShare) {
     engine->updateWindowLayout(stage.id, [](ChannelWindowLayout& layout) {
         layout.graphOrder = GraphOrder::spectrogramFirst;

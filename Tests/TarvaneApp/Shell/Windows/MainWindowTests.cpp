@@ -46,6 +46,16 @@ class MainWindowTests : public TarvaneTests::EngineFixture {
         QTest::keyClick(focused != nullptr ? focused : window.get(), key, modifiers);
     }
 
+    /// What a key sends that stays down.
+    void hold(Qt::Key key, const QString& text) {
+        QWidget* focused = window->focusWidget();
+        for (int i = 0; i < 5; ++i) {
+            QTest::simulateEvent(focused != nullptr ? focused : window.get(), true, key,
+                                 Qt::NoModifier, text, true);
+            settle();
+        }
+    }
+
     template <class Widget>
     Widget* named(const char* accessibleName) {
         for (Widget* widget : window->findChildren<Widget*>()) {
@@ -112,6 +122,24 @@ TEST_F(MainWindowTests, spaceWhileStartingCancels) {
     audio.open("");
     waitUntil([&] { return audio.madeCount() == 1 && audio.runningCount() == 0; });
     EXPECT_FALSE(engine->isRunning());
+}
+
+TEST_F(MainWindowTests, aKeyThatStaysDownCountsOnce) {
+    audio.behaviour("").opensSlowly = true;
+    press(Qt::Key_Space);
+    hold(Qt::Key_Space, QStringLiteral(" "));
+    EXPECT_TRUE(engine->isStarting());
+    audio.open("");
+    waitUntil([&] { return engine->isRunning(); });
+    hold(Qt::Key_Space, QStringLiteral(" "));
+    EXPECT_TRUE(engine->isRunning());
+    press(Qt::Key_P);
+    hold(Qt::Key_P, QStringLiteral("p"));
+    EXPECT_TRUE(engine->isPaused());
+    press(Qt::Key_P);
+    hold(Qt::Key_P, QStringLiteral("p"));
+    EXPECT_FALSE(engine->isPaused());
+    EXPECT_TRUE(engine->isRunning());
 }
 
 TEST_F(MainWindowTests, pDoesNothingWhileStopped) {
