@@ -125,14 +125,10 @@ TEST_F(MainWindowTests, spaceWhileStartingCancels) {
 }
 
 TEST_F(MainWindowTests, aKeyThatStaysDownCountsOnce) {
-    audio.behaviour("").opensSlowly = true;
     press(Qt::Key_Space);
-    hold(Qt::Key_Space, QStringLiteral(" "));
-    EXPECT_TRUE(engine->isStarting());
-    audio.open("");
     waitUntil([&] { return engine->isRunning(); });
     hold(Qt::Key_Space, QStringLiteral(" "));
-    EXPECT_TRUE(engine->isRunning());
+    ASSERT_TRUE(engine->isRunning());
     press(Qt::Key_P);
     hold(Qt::Key_P, QStringLiteral("p"));
     EXPECT_TRUE(engine->isPaused());
