@@ -158,7 +158,7 @@ SettingsFile::Problem SettingsFile::write(const Values& changes,
         return QString::fromStdString(error.message());
     }
     const FileLock lock(path_ + QStringLiteral(".lock"), hurries);
-    if (const Problem problem = whyUnreadable()) {
+    if (Problem problem = whyUnreadable()) {
         return problem;
     }
     QFile file(path_);
@@ -171,7 +171,7 @@ SettingsFile::Problem SettingsFile::write(const Values& changes,
         return file.errorString();
     }
     file.close();
-    if (const Problem problem = putInto(bytes, changes)) {
+    if (Problem problem = putInto(bytes, changes)) {
         return problem;
     }
     return TarvaneApp::write(bytes, path_, isNew);

@@ -33,10 +33,7 @@ UserDefaults::~UserDefaults() {
     ends_ = true;
     synchronize();
     writer_.reset();
-    if (const SettingsFile::Problem problem = write()) {
-        // No window is left to tell it in.
-        qWarning("%s", sentence(*problem).c_str());
-    }
+    write();  // no window is left to tell a problem in
 }
 
 QVariant UserDefaults::stored(std::string_view key) const {

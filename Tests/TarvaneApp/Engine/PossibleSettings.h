@@ -37,7 +37,6 @@ inline TarvaneApp::SpectrogramRange possibleRange(const TarvaneApp::SpectrogramR
 
 template <class T>
 T possible(const std::string& key, T value) {
-    using namespace TarvaneApp;
     if constexpr (std::is_same_v<T, double>) {
         static const std::map<std::string, NumberRange> ranges{
             {"targetCurveReferenceDB", possibleLevelsDB},
@@ -53,11 +52,11 @@ T possible(const std::string& key, T value) {
         for (auto& band : value.bands) {
             band.thresholdDB = possibleLevel(band.thresholdDB);
         }
-    } else if constexpr (std::is_same_v<T, LoudnessTarget>) {
+    } else if constexpr (std::is_same_v<T, TarvaneApp::LoudnessTarget>) {
         value.targetLUFS = possibleLevel(value.targetLUFS);
         value.toleranceLU = std::abs(possibleLevel(value.toleranceLU));
         value.truePeakCeilingDBTP = possibleLevel(value.truePeakCeilingDBTP);
-    } else if constexpr (std::is_same_v<T, SpectrogramRanges>) {
+    } else if constexpr (std::is_same_v<T, TarvaneApp::SpectrogramRanges>) {
         value = {.spl = possibleRange(value.spl), .dbfs = possibleRange(value.dbfs)};
     } else if constexpr (std::is_same_v<T, TarvaneKit::CalibrationProfile>) {
         value.micCalFileReferenceSPL =
@@ -71,8 +70,8 @@ T possible(const std::string& key, T value) {
         if (value.micCalFile && value.micCalFile->sensFactorDB) {
             value.micCalFile->sensFactorDB = possibleLevel(*value.micCalFile->sensFactorDB);
         }
-    } else if constexpr (std::is_same_v<T, std::vector<ChannelConfig>>) {
-        for (ChannelConfig& channel : value) {
+    } else if constexpr (std::is_same_v<T, std::vector<TarvaneApp::ChannelConfig>>) {
+        for (TarvaneApp::ChannelConfig& channel : value) {
             channel.channelIndex = possible("", channel.channelIndex);
             channel.rightChannelIndex = possible("", channel.rightChannelIndex);
             channel.spectrogramRanges = possible("", channel.spectrogramRanges);
@@ -82,7 +81,8 @@ T possible(const std::string& key, T value) {
                 display.targetCurveReferenceDBFS = possibleLevel(display.targetCurveReferenceDBFS);
             }
         }
-    } else if constexpr (std::is_same_v<T, std::map<TarvaneKit::UUID, ChannelWindowLayout>>) {
+    } else if constexpr (std::is_same_v<
+                             T, std::map<TarvaneKit::UUID, TarvaneApp::ChannelWindowLayout>>) {
         for (auto& [id, layout] : value) {
             layout.splitFraction = broughtInto(possibleSplitFractions, layout.splitFraction);
         }
