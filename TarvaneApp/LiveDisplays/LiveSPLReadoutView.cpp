@@ -419,7 +419,9 @@ std::vector<SpokenPart> LiveSPLReadoutView::spokenParts() const {
         {name, spokenValue(), rect()},
         {QStringLiteral("Reading"), label, spokenPlace(frame().label)},
         {QStringLiteral("Input clipping"), badge.clipText(), spokenPlace(frame().clipBadge)},
-        {QStringLiteral("Lost audio"), badge.lostAudioText(), spokenPlace(frame().clipBadge)},
+        {QStringLiteral("Lost audio"), badge.lostAudioText(),
+         badge.clipText().isEmpty() && badge.lost.count > 0 ? spokenPlace(frame().clipBadge)
+                                                            : QRect()},
         {levelBar_ ? levelBar_->unitLabel : QStringLiteral("PEAK"),
          levelBar_ ? spokenLevel(levelBar_->valueDB, barUnit(*levelBar_)) : QString(),
          levelBarRect_.toAlignedRect()},

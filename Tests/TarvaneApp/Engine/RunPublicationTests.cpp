@@ -494,9 +494,9 @@ TEST_F(RunPublicationTests, anAnalysisUnderWayWhenItsSourceIsLostShowsNothing) {
     engine->addDemand(ChannelDemand::spectrogram, id);
     start();
     audio.feed("desk", std::vector<std::vector<float>>(8, sine(1500.0, 0.1, 8192)));
-    // The loss is told while the analysis' result waits in the event loop, or is on its way there.
-    timer.fire();
+    // The loss is in the event loop when the analysis is ordered, and so ahead of its result.
     audio.lose("desk", TarvaneKit::AudioSourceLoss::deviceRemoved);
+    timer.fire();
     waitUntil([&] { return engine->errorMessage().has_value(); });
     tick();  // the main input's, behind that analysis
     EXPECT_TRUE(live(id).lineSpectrumDB.empty());

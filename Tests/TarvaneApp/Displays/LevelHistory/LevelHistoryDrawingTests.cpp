@@ -50,6 +50,29 @@ TEST(LevelHistoryDrawing, marksStandAtTheExtremesWithinTheRange) {
     EXPECT_EQ(drawn(late, {1048, 300}), drawn(latePage, {1048, 300}));
 }
 
+TEST(LevelHistoryDrawing, lostAudioHasAStrokeAtItsTimeOnPagesToo) {
+    const auto recorder = newSession();
+    record(*recorder, 0.0, 100.0, constant(80.0));
+    LevelHistoryView view = historyOf(*recorder);
+    view.isInteractive = false;
+    const QImage without = drawn(view, {1048, 300});
+    const std::vector<LostAudio> lost{{.elapsed = 25.0, .seconds = 0.1},
+                                      {.elapsed = 250.0, .seconds = 0.1}};
+    view.lostAudio = &lost;
+    const QImage with = drawn(view, {1048, 300});
+    const LevelHistoryGeometry geometry = layout(view, {1048.0, 300.0});
+    const QRectF stroke(LevelHistoryView::x(25.0, geometry.range, geometry.plot) - 2.0,
+                        geometry.plot.bottom() - 9.0, 4.0, 10.0);
+    for (int y = 0; y < with.height(); ++y) {
+        for (int x = 0; x < with.width(); ++x) {
+            EXPECT_TRUE(with.pixel(x, y) == without.pixel(x, y) || stroke.contains(x, y))
+                << x << ", " << y;
+        }
+    }
+    const QPoint middle = stroke.center().toPoint();
+    EXPECT_EQ(with.pixelColor(middle), QColor(Theme::peakHold.rgb()));
+}
+
 TEST(LevelHistoryDrawing, anEmptyRecorderAsksForAStart) {
     const auto recorder = newSession();
     const QImage empty = drawn(historyOf(*recorder), {900, 300});
