@@ -17,6 +17,8 @@ namespace TarvaneKit {
 
 class BlockContinuity {
   public:
+    static constexpr int blocksToWait = 2;
+
     /// A block that stands for `blockTicks` of the clock begins at `ticks`. Returns the ticks that
     /// are missing ahead of it, or of the two blocks before, and weren't told yet.
     double missingTicks(std::uint64_t ticks, double blockTicks);
@@ -25,8 +27,6 @@ class BlockContinuity {
     double restart();
 
   private:
-    static constexpr int blocksToWait = 2;
-
     double gapAhead(std::uint64_t ticks, double jitter);
     void takeBack(double ticks);
 

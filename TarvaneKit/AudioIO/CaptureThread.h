@@ -6,6 +6,7 @@
 // thread and nowhere else.
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <functional>
@@ -29,6 +30,9 @@ class CaptureThread {
         int channelCount = 1;
         double sampleRate = 48000;
         int largestBlockFrames = 8192;  ///< PipeWire's own limit of a graph cycle
+        /// So many blocks, at most 2, after a hole it is known for one, and pushed as missing.
+        /// Blocks wait until then, unless they are long, so that the hole is told in its place.
+        int noticeBlocks = 0;
     };
 
     /// Takes all memory and starts the thread. `name` is what a debugger shows, 15 characters.
@@ -39,8 +43,9 @@ class CaptureThread {
     CaptureThread& operator=(const CaptureThread&) = delete;
 
     /// Audio callback. Hands over one block of the layout's channels; a null channel counts as
-    /// silence. `missingFrames` didn't come ahead of it. False when the ring was full and the block
-    /// is lost: it counts as missing ahead of the next block that fits.
+    /// silence. `missingFrames` didn't come ahead of it, or of the one `noticeBlocks` before it.
+    /// False when the ring was full and the block is lost: it counts as missing ahead of the next
+    /// block that fits.
     bool push(const float* const* channels, int frameCount,
               std::int64_t missingFrames = 0) noexcept;
 
@@ -59,13 +64,20 @@ class CaptureThread {
   private:
     void run(const std::string& name);
     void deliverAll();
+    bool deliverNext();
     void wake() noexcept;
 
     const Handler handler_;
     const LostHandler onLost_;
+    std::atomic<int> noticeBlocks_;
     RingSuccession rings_;
-    // The audio callback's: missing since the last block that fitted.
-    std::atomic<std::int64_t> missingFrames_ = 0;
+    // The capture thread's: of how many blocks in the ring it was told what is missing.
+    int noticesTold_ = 0;
+    // The audio callback's: what the next block that fits has to tell.
+    static constexpr int mostNoticeBlocks = 2;
+    std::int64_t untold_ = 0;
+    std::int64_t droppedAhead_ = 0;                           // of that block
+    std::array<std::int64_t, mostNoticeBlocks> lateDrops_{};  // of those before, the newest first
     std::atomic<std::int64_t> droppedBlocks_ = 0;
     std::atomic<std::int64_t> droppedFrames_ = 0;
     std::atomic<int> wakeCount_ = 0;

@@ -19,6 +19,11 @@ void RingSuccession::append(std::unique_ptr<SampleRing> ring) {
     waiting_.push_back(std::move(ring));
 }
 
+bool RingSuccession::isSucceeded() {
+    const std::scoped_lock lock(mutex_);
+    return !waiting_.empty();
+}
+
 bool RingSuccession::advance() {
     const std::scoped_lock lock(mutex_);
     if (waiting_.empty()) {

@@ -28,6 +28,11 @@ class RingSuccession {
     /// The oldest block of the ring that is read.
     std::optional<SampleRing::Block> front() noexcept { return current_->front(); }
     void pop() noexcept { current_->pop(); }
+    std::optional<std::int64_t> missingBehind(int blockCount) noexcept {
+        return current_->missingBehind(blockCount);
+    }
+    /// No more blocks come into the ring that is read.
+    bool isSucceeded();
     /// After a `front` that gave nothing: goes on to the next ring, unless a block has come into
     /// this one since. True when there may be a block now; false when there is no other ring.
     bool advance();

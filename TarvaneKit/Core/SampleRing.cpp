@@ -121,6 +121,28 @@ std::optional<SampleRing::Block> SampleRing::front() noexcept {
     }
 }
 
+std::optional<std::int64_t> SampleRing::missingBehind(int blockCount) noexcept {
+    std::uint64_t at = read_.load(std::memory_order_relaxed);
+    for (;;) {
+        if (at == writtenSeen_) {
+            writtenSeen_ = written_.load(std::memory_order_acquire);
+            if (at == writtenSeen_) {
+                return std::nullopt;
+            }
+        }
+        const std::size_t position = at % storage_.size();
+        Header header{};
+        std::memcpy(&header, &storage_[position], sizeof header);
+        if (header.frameCount == 0) {
+            at += storage_.size() - position;
+        } else if (blockCount-- == 0) {
+            return header.missingFrames;
+        } else {
+            at += recordSize(header.frameCount);
+        }
+    }
+}
+
 void SampleRing::pop() noexcept {
     const std::uint64_t read = read_.load(std::memory_order_relaxed);
     TARVANE_PRECONDITION(read != writtenSeen_);

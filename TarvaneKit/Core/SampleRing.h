@@ -51,6 +51,9 @@ class SampleRing {
 
     /// Reader. The oldest block, or empty when there is none.
     std::optional<Block> front() noexcept;
+    /// Reader. What is missing ahead of the block that lies so many behind the oldest; empty when
+    /// there is none yet.
+    std::optional<std::int64_t> missingBehind(int blockCount) noexcept;
     /// Reader. Lets go of the block that `front` gave.
     void pop() noexcept;
 

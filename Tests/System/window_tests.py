@@ -380,6 +380,70 @@ def a_device_that_is_pulled_out_is_told_once_and_comes_back(desk):
 
 
 @test
+def a_default_input_that_is_pulled_out_is_a_loss(desk):
+    tone = desk.plug_in("--tone", "1000:-20")
+    program = metering(desk)
+    program.wait_for("Tone Mic (default)", "label")
+    expect_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    desk.plug_in("--tone", "1000:-6", name="tarvane.other", description="Other Mic")
+    tone.stop()
+    alerts = program.wait_for_alert()
+    expect("Tone Mic" in alerts[0], f"the alert says {alerts[0]!r}")
+    time.sleep(2)  # the other one would be read by now
+    expect(len(program.alerts()) == 1, f"the alerts are {program.alerts()}")
+    program.dismiss_alert()
+    program.wait_for("Start", "push button")
+    expect_level(program, "MAX", -20 + SINE_RMS_RE_PEAK_DB)
+    program.start()
+    program.wait_for("Other Mic (default)", "label")
+    expect_level(program, "SPL A Fast", -6 + SINE_RMS_RE_PEAK_DB)
+
+
+@test
+def a_lost_channel_shows_nothing_live_and_the_others_go_on(desk):
+    desk.plug_in("--tone", "1000:-20")
+    other = desk.plug_in("--tone", "1000:0", name="tarvane.other", description="Other Mic")
+    channel = '[{\\"id\\":\\"11111111-2222-3333-4444-555555555555\\",' \
+              '\\"name\\":\\"Stage\\",\\"deviceUID\\":\\"tarvane.other\\"}]'
+    desk.write_settings(deviceUID=MIC, extraChannels=f'"@ByteArray({channel})"',
+                        splMeterChannelID="11111111-2222-3333-4444-555555555555")
+    program = metering(desk)
+    expect_level(program, "SPL A Fast", SINE_RMS_RE_PEAK_DB)
+    expect(program.reading("Input clipping") == "CLIP", "the clip isn't shown")
+    other.stop()
+    program.wait_for_alert()
+    program.dismiss_alert()
+    wait_until(lambda: program.level("SPL A Fast") is None, 5, "The lost channel shows a level")
+    expect(not program.reading("Input clipping"), "the lost channel shows a clip")
+    expect_level(program, "MAX", SINE_RMS_RE_PEAK_DB)
+    program.wait_for("Stop", "push button")
+    expect(strongest_near(program, 1000)[1] > -30, "the main input's spectrum has stopped")
+
+
+# Stopped, it can't take what the server delivers; no level shows the hole.
+@test
+def lost_audio_is_marked_and_raises_no_level(desk):
+    desk.plug_in("--tone", "1000:-20")
+    desk.write_settings(metricMode=stored("Peak"))
+    program = metering(desk)
+    expect_level(program, "Peak C", -20)
+    program.click("Reset Min/Max")  # the filters begin with a click of their own
+
+    def lost():
+        mark = program.find("Lost audio")  # a busy machine loses some by itself
+        return float(program.reading("Lost audio").split(", ")[1].split()[0]) if mark else 0.0
+
+    before = lost()
+    os.kill(program.process.pid, signal.SIGSTOP)
+    time.sleep(1.5)
+    os.kill(program.process.pid, signal.SIGCONT)
+    wait_until(lambda: lost() - before >= 1.0, 10, "The hole isn't shown")
+    expect(lost() - before <= 3.0, f"{lost() - before} s were lost and not 1.5")
+    expect_level(program, "Peak C", -20)
+    expect_level(program, "MAX", -20)
+
+
+@test
 def a_restart_of_the_server_is_told_once_and_metering_starts_again(desk):
     uses(desk, MIC)
     tone = desk.plug_in("--tone", "1000:-20")

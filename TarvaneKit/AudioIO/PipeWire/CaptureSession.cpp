@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "AudioIO/BlockContinuity.h"
 #include "Core/Contract.h"
 
 namespace TarvaneKit {
@@ -215,7 +216,7 @@ void CaptureSession::open(const AudioNode& node, int rate) {
     const bool capturesSink = target_ == Target::defaultOutput;
     const int channelCount = capturesSink ? 2 : node.channelCount;
     if (thread_ == nullptr) {
-        layout_ = {.channelCount = channelCount};
+        layout_ = {.channelCount = channelCount, .noticeBlocks = BlockContinuity::blocksToWait};
         auto deliver = [this](const float* const* channels, int count, int frames) {
             handlers_.onBlock(channels, count, frames);
             if (!hasDelivered_.exchange(true)) {
@@ -247,7 +248,8 @@ bool CaptureSession::acceptFormat(int rate, int channelCount) {
     }
     sampleRate_ = rate;
     const CaptureThread::Layout layout = {.channelCount = channelCount,
-                                          .sampleRate = static_cast<double>(rate)};
+                                          .sampleRate = static_cast<double>(rate),
+                                          .noticeBlocks = BlockContinuity::blocksToWait};
     if (layout.channelCount != layout_.channelCount || layout.sampleRate != layout_.sampleRate) {
         layout_ = layout;
         thread_->reopen(layout_);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <vector>
@@ -136,6 +137,70 @@ TEST(CaptureThread, whatIsMissingIsToldAheadOfTheBlockThatItIsMissingAheadOf) {
     waitFor(calls.blocks, 4);
     thread.stop();
     EXPECT_EQ(calls.all, (std::vector<std::int64_t>{1, -256, 2, -42, 4, 5}));
+}
+
+// What is missing ahead of a block is pushed with a later one.
+TEST(CaptureThread, aHoleThatIsKnownLaterIsToldInItsPlace) {
+    Calls calls;
+    CaptureThread thread("test", {.noticeBlocks = 2}, calls.onBlock(), calls.onLost());
+    for (int block = 1; block <= 8; ++block) {
+        push(thread, block, 10, block == 5 ? 256 : block == 6 ? 2 : 0);
+    }
+    waitFor(calls.blocks, 6);
+    thread.stop();
+    EXPECT_EQ(calls.all, (std::vector<std::int64_t>{1, 2, -256, 3, -2, 4, 5, 6}));
+}
+
+TEST(CaptureThread, longBlocksDontWaitForWhatIsKnownLater) {
+    Calls calls;
+    CaptureThread thread("test", {.noticeBlocks = 2}, calls.onBlock(), calls.onLost());
+    push(thread, 1, 10);
+    push(thread, 2, 10, 3);
+    push(thread, 3, 4096, 7);
+    push(thread, 4, 4096, 9);
+    waitFor(calls.blocks, 4);
+    thread.stop();
+    // Two short blocks wait for the long ones, and what these told isn't told again.
+    EXPECT_EQ(calls.all, (std::vector<std::int64_t>{-10, 1, -9, 2, 3, 4}));
+}
+
+TEST(CaptureThread, blocksThatWaitAreDeliveredAheadOfAnotherLayout) {
+    Calls calls;
+    CaptureThread thread("test", {.noticeBlocks = 2}, calls.onBlock(), calls.onLost());
+    push(thread, 1, 10);
+    push(thread, 2, 10);
+    thread.reopen({.channelCount = 1, .noticeBlocks = 2});
+    push(thread, 3, 10, 5);
+    push(thread, 4, 10);
+    push(thread, 5, 10);
+    waitFor(calls.blocks, 3);
+    thread.stop();
+    EXPECT_EQ(calls.all, (std::vector<std::int64_t>{1, 2, -5, 3}));
+}
+
+TEST(CaptureThread, whatFoundNoRoomIsToldInItsPlaceBesideWhatIsKnownLater) {
+    Calls calls;
+    calls.isHeld = true;
+    CaptureThread thread(
+        "test",
+        {.channelCount = 1, .sampleRate = 1000, .largestBlockFrames = 100, .noticeBlocks = 2},
+        calls.onBlock(), calls.onLost());
+    int pushed = 0;
+    while (thread.droppedBlocks() == 0) {
+        push(thread, ++pushed, 100);
+    }
+    calls.isHeld = false;
+    waitFor(calls.blocks, pushed - 3);
+    for (int i = 0; i < 4; ++i) {
+        push(thread, ++pushed, 100);
+    }
+    waitFor(calls.blocks, pushed - 3);
+    thread.stop();
+    const auto hole = std::ranges::find(calls.all, -100);
+    ASSERT_NE(hole, calls.all.end());
+    ASSERT_NE(std::next(hole), calls.all.end());
+    EXPECT_EQ(*std::next(hole), pushed - 3) << "the first that fitted again";
+    EXPECT_EQ(std::ranges::count_if(calls.all, [](auto call) { return call < 0; }), 1);
 }
 
 TEST(CaptureThread, blocksThatFoundNoRoomAreToldAheadOfTheNextThatDoes) {
