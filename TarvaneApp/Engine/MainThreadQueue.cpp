@@ -18,6 +18,13 @@ MainThreadQueue::MainThreadQueue()
 
 MainThreadQueue::~MainThreadQueue() {
     notifier_.setEnabled(false);
+    // What dies with it may be a source that is open, and may post while it shuts.
+    std::vector<std::function<void()>> works;
+    {
+        const std::lock_guard hold(lock_);
+        works.swap(posted_);
+    }
+    works.clear();
     close(descriptor_);
 }
 

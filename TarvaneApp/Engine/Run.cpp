@@ -191,8 +191,10 @@ void Run::startAuthorized() {
     devicesChangedDuringStart_ = false;
     const int generation = ++startGeneration_;
     attempt_ = std::make_shared<StartAttempt>();
-    const LossHandler onLoss = [this](const std::weak_ptr<CaptureGroup>& lost) {
-        mainThread_.post([this, lost] {
+    // The queue outlives this, and may hold a source that is open still.
+    const LossHandler onLoss = [this,
+                                &queue = mainThread_](const std::weak_ptr<CaptureGroup>& lost) {
+        queue.post([this, lost] {
             if (const auto group = lost.lock()) {
                 sourceLost(group);
             }
@@ -326,6 +328,9 @@ std::string Run::nameOfMeteredDevice() const {
     const auto plan =
         std::ranges::find_if(plans_, [](const StartPlan& each) { return each.holdsMainInput(); });
     const std::string name = (*group)->deviceName();
+    if (plan->uid == TarvaneKit::systemOutputUID) {
+        return name + " (the default output)";  // which it follows
+    }
     if (!(*group)->device() || plan->device) {
         return name;
     }

@@ -1,5 +1,7 @@
 #include "Displays/Readouts/MinMaxLabel.h"
 
+#include <cmath>
+
 #include "Displays/Readouts/ReadoutText.h"
 #include "Displays/Readouts/SideLabel.h"
 
@@ -12,8 +14,11 @@ QSizeF MinMaxLabel::size(double textScale, const Typeface& typeface) {
 
 void MinMaxLabel::paint(QPainter& painter, const QRectF& rect, double textScale,
                         const Typeface& typeface) const {
-    SideLabel{.title = title, .value = levelText(valueDB), .unit = {}}.paint(painter, rect,
-                                                                             textScale, typeface);
+    SideLabel{.title = title,
+              .value = levelText(valueDB),
+              .unit = {},
+              .color = std::isfinite(valueDB) ? Theme::primaryText : Theme::axisText}
+        .paint(painter, rect, textScale, typeface);
 }
 
 }  // namespace TarvaneApp

@@ -152,7 +152,8 @@ std::optional<InputControls> InputControls::withGain(double gainDB,
 
 std::optional<InputControls> InputControls::withScalar(float scalar,
                                                        const std::vector<int>& channels) const {
-    return withFactor(std::clamp(scalar, 0.0F, 1.0F), channels);
+    return std::isfinite(scalar) ? withFactor(std::clamp(scalar, 0.0F, 1.0F), channels)
+                                 : std::nullopt;
 }
 
 std::optional<InputControls> InputControls::withFactor(double factor,

@@ -258,7 +258,7 @@ TEST_F(RunTests, theMeteredDeviceIsNamedAsItIs) {
     engine->stop();
     engine->selectedDeviceUID.set(std::string(TarvaneKit::systemOutputUID));
     start();
-    EXPECT_EQ(engine->meteredDevice(), "System Output");
+    EXPECT_EQ(engine->meteredDevice(), "System Output (the default output)");
     // The chosen device comes: a restart would open it.
     engine->stop();
     engine->selectedDeviceUID.set("gone");

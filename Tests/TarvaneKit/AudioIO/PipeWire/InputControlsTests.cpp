@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cmath>
+#include <limits>
 
 #include "AudioIO/PipeWire/PipeWireAudioSystem.h"
 #include "Support/CardRoutes.h"
@@ -78,6 +79,7 @@ TEST(InputControls, aCardWithoutADecibelScaleHasAVolumeAndNoGain) {
     EXPECT_FALSE(controls.withGain(-6.0, {0}));
     EXPECT_EQ(controls.scalar(0), 0.5F);
     EXPECT_EQ(controls.withScalar(0.25F, {0, 1})->channelVolumes, (std::vector{0.25F, 0.25F}));
+    EXPECT_FALSE(controls.withScalar(std::numeric_limits<float>::quiet_NaN(), {0, 1}));
 }
 
 TEST(InputControls, aRouteWhoseVolumeIsSoftwareReadsAsOne) {
