@@ -327,7 +327,7 @@ std::string Run::nameOfMeteredDevice() const {
                                             [](const auto& open) { return feedsMainInput(*open); });
     const auto plan =
         std::ranges::find_if(plans_, [](const StartPlan& each) { return each.holdsMainInput(); });
-    const std::string name = (*group)->deviceName();
+    std::string name = (*group)->deviceName();
     if (plan->uid == TarvaneKit::systemOutputUID) {
         return name + " (the default output)";  // which it follows
     }

@@ -37,7 +37,7 @@ QSizeF badgeSize(const QString& text, double textScale, const Typeface& typeface
 }  // namespace
 
 QString ClipBadge::text() const {
-    const QString clip = clipText();
+    QString clip = clipText();
     if (!clip.isEmpty() || lost.count == 0) {
         return clip;
     }

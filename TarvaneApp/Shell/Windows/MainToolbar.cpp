@@ -145,8 +145,8 @@ void MainToolbar::showRunState() {
 
 void MainToolbar::showDeviceName() {
     // While metering what is metered, which a choice made since then is not.
-    deviceName_->setText(QString::fromStdString(engine_.meteredDevice().value_or(
-        engine_.deviceDisplayName(engine_.selectedDeviceUID()))));
+    deviceName_->setText(QString::fromStdString(
+        engine_.meteredDevice().value_or(engine_.deviceDisplayName(engine_.selectedDeviceUID()))));
 }
 
 }  // namespace TarvaneApp
