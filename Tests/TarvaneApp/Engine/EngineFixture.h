@@ -9,7 +9,6 @@
 #include <cmath>
 #include <memory>
 #include <numbers>
-#include <source_location>
 #include <stdexcept>
 #include <string>
 
@@ -53,13 +52,13 @@ class EngineFixture : public testing::Test {
     /// Runs the event loop until the condition holds. One that never does ends the test, with the
     /// line that waited for it.
     template <class Condition>
-    static void waitUntil(Condition condition,
-                          std::source_location from = std::source_location::current()) {
+    static void waitUntil(Condition condition, const char* file = __builtin_FILE(),
+                          int line = __builtin_LINE()) {
         const auto gaveUp = std::chrono::steady_clock::now() + std::chrono::minutes(2);
         while (!condition()) {
             if (std::chrono::steady_clock::now() > gaveUp) {
-                throw std::runtime_error(std::string("What ") + from.file_name() + ":" +
-                                         std::to_string(from.line()) + " waits for never came.");
+                throw std::runtime_error("What " + std::string(file) + ":" + std::to_string(line) +
+                                         " waits for never came.");
             }
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
         }
