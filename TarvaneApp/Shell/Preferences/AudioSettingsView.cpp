@@ -18,7 +18,7 @@ namespace TarvaneApp {
 AudioSettingsView::AudioSettingsView(MeterEngine& engine, QWidget* parent)
     : QWidget(parent), engine_(engine) {
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(Theme::Margins::form);
+    column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(Theme::Space::section);
     column->addWidget(makeRestartRow());
     QFormLayout* rows = addSection(this, QStringLiteral("Main Input"));

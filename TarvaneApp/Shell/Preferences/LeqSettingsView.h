@@ -1,13 +1,13 @@
 // Preferences, Leq: weighting and length of the user's own Leq.
 #pragma once
 
-#include <QWidget>
+#include "Shell/Forms/Form.h"
 
 namespace TarvaneApp {
 
 class MeterEngine;
 
-class LeqSettingsView final : public QWidget {
+class LeqSettingsView final : public Form {
     Q_OBJECT
   public:
     explicit LeqSettingsView(MeterEngine& engine, QWidget* parent = nullptr);

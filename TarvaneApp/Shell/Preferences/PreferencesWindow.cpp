@@ -37,6 +37,7 @@ PreferencesWindow::PreferencesWindow(MeterEngine& engine)
 }
 
 void PreferencesWindow::addTab(const QString& title, const QString& symbol, QWidget* form) {
+    form->setContentsMargins(Theme::Margins::form);
     auto* scroll = new QScrollArea;
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);

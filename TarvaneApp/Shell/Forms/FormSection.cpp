@@ -1,0 +1,163 @@
+#include "Shell/Forms/FormSection.h"
+
+#include <QCheckBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+
+#include "Displays/Theme.h"
+#include "Shell/Controls/BareLayout.h"
+#include "Shell/Controls/TextLabel.h"
+#include "Shell/Forms/ColorWell.h"
+#include "Shell/Forms/FormPicker.h"
+#include "Shell/Forms/ValueSlider.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::RGBAColor;
+
+namespace {
+
+constexpr int paddingUpDown = 14;
+
+}  // namespace
+
+FormSection::FormSection(const QString& title, QWidget* parent)
+    : QGroupBox(title, parent), rows_(new QFormLayout(this)) {
+    rows_->setContentsMargins(Theme::Space::panel, paddingUpDown, Theme::Space::panel,
+                              paddingUpDown);
+    rows_->setHorizontalSpacing(Theme::Space::panel);
+    rows_->setVerticalSpacing(Theme::Space::row);
+    rows_->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    rows_->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
+}
+
+FormSection::~FormSection() = default;
+
+void FormSection::refresh() {
+    const bool isShown = !isShown_ || isShown_();
+    setVisible(isShown);
+    if (isShown) {
+        for (const auto& row : all_) {
+            row->refresh();
+        }
+    }
+}
+
+FormRow& FormSection::addRow(const QString& label, QWidget* control, std::function<void()> show) {
+    rows_->addRow(label, control);
+    if (!label.isEmpty() && control->accessibleName().isEmpty()) {
+        (control->focusProxy() != nullptr ? control->focusProxy() : control)
+            ->setAccessibleName(label);
+    }
+    all_.push_back(std::make_unique<FormRow>(*rows_, *control, std::move(show)));
+    return *all_.back();
+}
+
+FormRow& FormSection::addToggle(const QString& label, FormValue<bool> value) {
+    auto* box = new QCheckBox(label, this);
+    connect(box, &QCheckBox::toggled, this, std::move(value.set));
+    return addRow({}, box, [box, get = std::move(value.get)] {
+        const QSignalBlocker quiet(box);
+        box->setChecked(get());
+    });
+}
+
+FormRow& FormSection::addPickerRow(const QString& label, std::function<void(int)> pick,
+                                   std::function<std::pair<QStringList, int>()> labelsAndCurrent) {
+    auto* picker = new FormPicker(std::move(pick), this);
+    return addRow(label, picker, [picker, labelsAndCurrent = std::move(labelsAndCurrent)] {
+        const auto [labels, current] = labelsAndCurrent();
+        picker->showChoices(labels, current);
+    });
+}
+
+FormRow& FormSection::addSlider(const QString& label, NumberScale scale, FormValue<double> value) {
+    auto* slider = new ValueSlider(std::move(scale), std::move(value.set), this);
+    return addRow(label, slider, [slider, get = std::move(value.get)] { slider->setValue(get()); });
+}
+
+FormRow& FormSection::addStepper(const QString& label, const ValueStepper::Scale& scale,
+                                 FormValue<double> value) {
+    auto* stepper = new ValueStepper(scale, std::move(value.set), this);
+    return addRow(label, stepper,
+                  [stepper, get = std::move(value.get)] { stepper->showValue(get()); });
+}
+
+FormRow& FormSection::addColor(const QString& label, FormValue<RGBAColor> value) {
+    auto* well = new ColorWell(label, std::move(value.set), this);
+    return addRow(label, well, [well, get = std::move(value.get)] { well->setColor(get()); });
+}
+
+// What the user is typing isn't overwritten by a refresh.
+FormRow& FormSection::addTextField(const QString& label, FormValue<QString> value) {
+    auto* field = new QLineEdit(this);
+    connect(field, &QLineEdit::editingFinished, this,
+            [field, get = value.get, set = std::move(value.set)] {
+                if (field->text() != get()) {
+                    set(field->text());
+                }
+            });
+    return addRow(label, field, [field, get = std::move(value.get)] {
+        const QString now = get();
+        if (!field->isModified() || !field->hasFocus()) {
+            if (field->text() != now) {
+                field->setText(now);
+            }
+        }
+    });
+}
+
+FormRow& FormSection::addReading(const QString& label, std::function<QString()> text) {
+    auto* reading = makeTextLabel({}, Theme::Text::body, Theme::primaryText, this);
+    reading->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    reading->setWordWrap(true);
+    return addRow(label, reading, [reading, text = std::move(text)] { reading->setText(text()); });
+}
+
+FormRow& FormSection::addButton(const QString& text, std::function<void()> press) {
+    return addButtons({makeFormButton(text, std::move(press), this)});
+}
+
+FormRow& FormSection::addButtons(const std::vector<QPushButton*>& buttons) {
+    auto* holder = new QWidget(this);
+    auto* row = layOutRow(holder, Theme::Space::row);
+    for (QPushButton* button : buttons) {
+        row->addWidget(button);
+    }
+    row->addStretch(1);
+    return addRow({}, holder, {});
+}
+
+FormRow& FormSection::addHelp(const QString& text) {
+    return addHelp([text] { return text; });
+}
+
+FormRow& FormSection::addHelp(std::function<QString()> text) {
+    auto* help = makeTextLabel({}, Theme::Text::caption, Theme::axisText, this);
+    help->setWordWrap(true);
+    return addRow({}, help, [help, text = std::move(text)] { help->setText(text()); });
+}
+
+FormRow& FormSection::addControl(const QString& label, QWidget* control,
+                                 std::function<void()> show) {
+    if (label.isEmpty()) {
+        rows_->addRow(control);
+        all_.push_back(std::make_unique<FormRow>(*rows_, *control, std::move(show)));
+        return *all_.back();
+    }
+    return addRow(label, control, std::move(show));
+}
+
+QPushButton* makeFormButton(const QString& text, std::function<void()> press, QWidget* parent) {
+    auto* button = new QPushButton(text, parent);
+    button->setAutoDefault(false);
+    button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    QObject::connect(button, &QPushButton::clicked, parent, std::move(press));
+    return button;
+}
+
+}  // namespace TarvaneApp
