@@ -111,6 +111,18 @@ def peak_reads_the_peak(desk):
         expect_level(program, f"Peak {weighting}", -20)
 
 
+def expect_true_peak(program, level):
+    """Within EBU Tech 3341's +0.2 and -0.4 dB. A tone source that misses its turn on a busy machine
+    puts a step into its own tone, which has a higher peak: then it is measured again."""
+    for _ in range(8):
+        peak = program.settled_level("TRUE PEAK")
+        if peak <= level + 0.2:
+            break
+        program.press("Reset Integration", "push button")
+        wait_until(lambda: program.level("TRUE PEAK") != peak, 10, "TRUE PEAK isn't reset")
+    expect(level - 0.4 <= peak <= level + 0.2, f"TRUE PEAK shows {peak}, not {level}")
+
+
 @test
 def a_sine_reads_its_loudness(desk):
     desk.plug_in("--tone", "1000:-20")
@@ -121,8 +133,7 @@ def a_sine_reads_its_loudness(desk):
     # A 1 kHz sine in one channel reads its RMS level (ITU-R BS.1770-4).
     expect_level(program, "Short-Term", -20 + SINE_RMS_RE_PEAK_DB)
     expect_level(program, "Integrated", -20 + SINE_RMS_RE_PEAK_DB)
-    peak = program.settled_level("TRUE PEAK")  # within EBU Tech 3341's +0.2 and -0.4 dB
-    expect(-20.4 <= peak <= -19.8, f"TRUE PEAK shows {peak}, not -20")
+    expect_true_peak(program, -20)
     program.press("Reset Integration", "push button")
     program.click("Readout unit: LUFS", "push button")
     desk.xdotool("key", "Down", "Return")
