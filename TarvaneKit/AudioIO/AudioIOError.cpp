@@ -6,12 +6,12 @@ namespace TarvaneKit {
 
 AudioIOError AudioIOError::deviceEnumerationFailed(std::int32_t status) {
     return {Kind::deviceEnumerationFailed, status,
-            fmt::format("Failed to enumerate audio devices (OSStatus {}).", status)};
+            fmt::format("Failed to enumerate audio devices (error {}).", status)};
 }
 
 AudioIOError AudioIOError::failedToSetDevice(std::int32_t status) {
     return {Kind::failedToSetDevice, status,
-            fmt::format("Failed to select the audio input device (OSStatus {}).", status)};
+            fmt::format("Failed to select the audio input device (error {}).", status)};
 }
 
 AudioIOError AudioIOError::engineStartFailed(const std::string& underlyingDescription) {
@@ -21,8 +21,9 @@ AudioIOError AudioIOError::engineStartFailed(const std::string& underlyingDescri
 
 AudioIOError AudioIOError::systemAudioTapFailed(std::int32_t status) {
     return {Kind::systemAudioTapFailed, status,
-            fmt::format("Couldn't capture the Mac's output (OSStatus {}). Check System Settings > "
-                        "Privacy & Security > Screen & System Audio Recording.",
+            fmt::format("Couldn't capture the computer's output (error {}). Check that the audio "
+                        "server is running and that an output device is selected in the system's "
+                        "sound settings.",
                         status)};
 }
 
@@ -37,13 +38,13 @@ AudioIOError AudioIOError::noInputAvailable() {
 
 AudioIOError AudioIOError::microphoneAccessDenied() {
     return {Kind::microphoneAccessDenied, std::nullopt,
-            "Tarvane isn't allowed to use the microphone. Open System Settings > Privacy & "
-            "Security > Microphone, turn on Tarvane, then relaunch the app."};
+            "Tarvane isn't allowed to use the microphone. Open the system's privacy settings, turn "
+            "on the microphone for Tarvane, then relaunch the app."};
 }
 
 AudioIOError AudioIOError::systemAudioUnavailable() {
     return {Kind::systemAudioUnavailable, std::nullopt,
-            "Measuring the Mac's own output (System Output) needs macOS 14.2 or later."};
+            "Measuring the computer's own output (System Output) needs PipeWire 0.3.65 or later."};
 }
 
 std::string description(AudioSourceLoss loss) {

@@ -598,7 +598,7 @@ TEST_F(RunTests, devicesThatComeAndGoAreListed) {
 TEST_F(RunTests, aFailedListingSaysSoAndKeepsTheLastList) {
     audio.setListingError(AudioIOError::deviceEnumerationFailed(-112));
     engine->refreshDevices();
-    EXPECT_EQ(engine->errorMessage(), "Failed to enumerate audio devices (OSStatus -112).");
+    EXPECT_EQ(engine->errorMessage(), "Failed to enumerate audio devices (error -112).");
     EXPECT_EQ(engine->availableDevices().size(), 2U);
 }
 
