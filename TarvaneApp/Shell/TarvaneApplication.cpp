@@ -2,6 +2,7 @@
 
 #include <QApplication>
 
+#include "Build/Version.h"
 #include "Shell/Appearance.h"
 #include "Shell/Controls/Icon.h"
 #include "Shell/Preferences/PreferencesWindow.h"
@@ -16,6 +17,7 @@ using TarvaneKit::UUID;
 
 void TarvaneApplication::introduce() {
     QApplication::setApplicationName(QStringLiteral("Tarvane"));
+    QApplication::setApplicationVersion(QString::fromLatin1(Build::version));
     QApplication::setDesktopFileName(QStringLiteral("tarvane"));
     QApplication::setWindowIcon(Icon::application());
     applyAppearance();
