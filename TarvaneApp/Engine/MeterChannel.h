@@ -36,6 +36,8 @@ class MeterChannel {
 
     /// The levels of the session; made at first use.
     const TarvaneKit::SPLHistoryRecorder& levelHistory() const { return recorder(); }
+    /// Whether there is a session to report, without making a history for the answer.
+    bool hasLevelHistory() const { return levelHistory_ != nullptr && !levelHistory_->isEmpty(); }
     /// Whether a source fed it in this run, or in the last one.
     bool hasProcessor() const { return processor != nullptr; }
 

@@ -113,6 +113,10 @@ void MeterEngine::resume() {
     owners_->run.resume();
 }
 
+const MeterChannel* MeterEngine::findMeterChannel(const UUID& id) const {
+    return owners_->run.findMeterChannel(id);
+}
+
 const MeterChannel& MeterEngine::meterChannel(const UUID& id) {
     return owners_->run.meterChannel(id);
 }

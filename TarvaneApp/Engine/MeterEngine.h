@@ -128,6 +128,8 @@ class MeterEngine : public QObject, public MeterSettings {
     // Readings.
     /// Made at first use, so that a view may bind to a channel before it has ever run.
     const MeterChannel& meterChannel(const TarvaneKit::UUID& id);
+    /// The same for whoever only looks: null where nobody has used it.
+    const MeterChannel* findMeterChannel(const TarvaneKit::UUID& id) const;
     /// One more display shows this of the channel, or one less. Not touched by start and stop.
     void addDemand(ChannelDemand demand, const TarvaneKit::UUID& id);
     void removeDemand(ChannelDemand demand, const TarvaneKit::UUID& id);

@@ -81,6 +81,8 @@ class Run {
 
     /// Made at first use, so that a view may bind to a channel before it has ever run.
     const MeterChannel& meterChannel(const TarvaneKit::UUID& id) { return channelOf(id); }
+    /// Null where nobody has used it.
+    const MeterChannel* findMeterChannel(const TarvaneKit::UUID& id) const;
     /// The channel's level now, of samples that are coming in; absent when none are.
     std::optional<double> level(const TarvaneKit::SPLMetric& metric,
                                 const TarvaneKit::UUID& id) const;

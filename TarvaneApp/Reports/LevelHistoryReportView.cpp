@@ -1,0 +1,250 @@
+#include "Reports/LevelHistoryReportView.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QTextLayout>
+#include <QTextOption>
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "Displays/LevelHistory/LevelHistoryDrawing.h"
+#include "Engine/MeterChannel.h"
+#include "Engine/MeterEngine.h"
+
+namespace TarvaneApp {
+
+using TarvaneKit::Date;
+using TarvaneKit::LoudnessMetric;
+using TarvaneKit::SPLHistoryRecorder;
+using TarvaneKit::SPLMetric;
+using TarvaneKit::UUID;
+
+namespace {
+
+constexpr double padding = 28.0;
+constexpr double graphHeight = 460.0;
+constexpr double partSpacing = 20.0;
+constexpr double lineSpacing = 5.0;
+constexpr double sectionSpacing = 44.0;
+constexpr double labelSpacing = 12.0;
+constexpr double titleSize = 22.0;
+constexpr double textSize = 12.0;
+constexpr double footnoteSize = 10.0;
+
+// Program loudness has a fixed axis.
+constexpr LevelHistoryView::Span loudnessAxis{-60.0, 0.0};
+
+// A page is printed and enlarged: letters stand where their design puts them, and not on pixels.
+// It is searched too, so that no two letters may become one sign: with any spacing between
+// letters there are no ligatures.
+QFont pageFont(QFont font) {
+    font.setHintingPreference(QFont::PreferNoHinting);
+    font.setLetterSpacing(QFont::PercentageSpacing, 100.02);
+    return font;
+}
+
+struct PlacedText {
+    QRectF room;
+    QString text;
+    QFont font;
+    QColor color;
+};
+
+// A text that is broken into lines goes on where a word ends, if it can.
+QTextOption broken() {
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    return option;
+}
+
+double heightOf(const QString& text, const QFont& font, double width) {
+    QTextLayout layout(text, font);
+    layout.setTextOption(broken());
+    layout.beginLayout();
+    double height = 0.0;
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        height += line.height();
+    }
+    layout.endLayout();
+    return height;
+}
+
+// The largest width that columns of those natural widths may have so that all together fit.
+double widestColumn(std::vector<double> natural, double room) {
+    std::ranges::sort(natural);
+    auto columns = static_cast<double>(natural.size());
+    for (const double width : natural) {
+        if (width * columns > room) {
+            return room / columns;
+        }
+        room -= width;
+        columns -= 1.0;
+    }
+    return natural.empty() ? 0.0 : natural.back();
+}
+
+// The page's texts, each in its place, and where the graph goes between them.
+class PageLayout {
+  public:
+    PageLayout(const LevelHistoryReport& report, const Typeface& typeface)
+        : text_(pageFont(typeface.systemFont(textSize))),
+          heading_(pageFont(typeface.systemFont(textSize, QFont::DemiBold))) {
+        const QFont title = pageFont(typeface.systemFont(titleSize, QFont::DemiBold));
+        addLine(report.title, title, Theme::primaryText);
+        y_ += lineSpacing;
+        addLine(report.subtitle, text_, Theme::axisText);
+        y_ += partSpacing;
+        addSections(report.sections);
+        y_ += partSpacing;
+        graph_ = QRectF(padding, y_, LevelHistoryReportView::width - 2.0 * padding, graphHeight);
+        y_ = graph_.bottom() + partSpacing;
+        addLine(report.footnote, pageFont(typeface.systemFont(footnoteSize)), Theme::axisText);
+        y_ += padding;
+    }
+
+    const std::vector<PlacedText>& texts() const { return texts_; }
+    const QRectF& graph() const { return graph_; }
+    double height() const { return std::ceil(y_); }
+
+  private:
+    static double widthOf(const QString& text, const QFont& font) {
+        return std::ceil(QFontMetricsF(font).horizontalAdvance(text)) + 1.0;
+    }
+
+    void addLine(const QString& text, const QFont& font, const QColor& color) {
+        const QFontMetricsF metrics(font);
+        const double room = LevelHistoryReportView::width - 2.0 * padding;
+        texts_.push_back({.room = QRectF(padding, y_, room, metrics.height()),
+                          .text = metrics.elidedText(text, Qt::ElideRight, room),
+                          .font = font,
+                          .color = color});
+        y_ += metrics.height();
+    }
+
+    void addSections(const std::vector<LevelHistoryReport::Section>& sections) {
+        double room = LevelHistoryReportView::width - 2.0 * padding;
+        std::vector<double> natural;
+        for (const auto& section : sections) {
+            room -= labelWidth(section) + labelSpacing + sectionSpacing;
+            natural.push_back(valueWidth(section));
+        }
+        const double widest = widestColumn(natural, room + sectionSpacing);
+        double x = padding;
+        double bottom = y_;
+        for (const auto& section : sections) {
+            x = addSection(section, x, widest, bottom) + sectionSpacing;
+        }
+        y_ = bottom;
+    }
+
+    // Returns its right edge, and moves `bottom` down to its own.
+    double addSection(const LevelHistoryReport::Section& section, double x, double widest,
+                      double& bottom) {
+        double y = y_;
+        const double lineHeight = QFontMetricsF(text_).height();
+        texts_.push_back({.room = QRectF(x, y, widthOf(section.title, heading_), lineHeight),
+                          .text = section.title,
+                          .font = heading_,
+                          .color = Theme::primaryText});
+        y += lineHeight + lineSpacing;
+        const double valueLeft = x + labelWidth(section) + labelSpacing;
+        double right = x + widthOf(section.title, heading_);
+        for (const auto& row : section.rows) {
+            const double width = std::min(widthOf(row.value, text_), widest);
+            const double height = heightOf(row.value, text_, width);
+            texts_.push_back({.room = QRectF(x, y, labelWidth(section), lineHeight),
+                              .text = row.label,
+                              .font = text_,
+                              .color = Theme::axisText});
+            texts_.push_back({.room = QRectF(valueLeft, y, width, height),
+                              .text = row.value,
+                              .font = text_,
+                              .color = Theme::primaryText});
+            right = std::max(right, valueLeft + width);
+            y += std::max(height, lineHeight) + lineSpacing;
+        }
+        bottom = std::max(bottom, y - lineSpacing);
+        return right;
+    }
+
+    double labelWidth(const LevelHistoryReport::Section& section) const {
+        return widest(section, &LevelHistoryReport::Row::label);
+    }
+    double valueWidth(const LevelHistoryReport::Section& section) const {
+        return widest(section, &LevelHistoryReport::Row::value);
+    }
+    double widest(const LevelHistoryReport::Section& section,
+                  QString LevelHistoryReport::Row::*text) const {
+        double width = 0.0;
+        for (const auto& row : section.rows) {
+            width = std::max(width, widthOf(row.*text, text_));
+        }
+        return width;
+    }
+
+    const QFont text_;
+    const QFont heading_;
+    std::vector<PlacedText> texts_;
+    QRectF graph_;
+    double y_ = padding;
+};
+
+LevelHistoryView graphOf(const UUID& channelID, const MeterEngine& engine,
+                         const MeterChannel& meter) {
+    const SPLHistoryRecorder& recorder = meter.levelHistory();
+    const auto channel = engine.channelInfo(channelID);
+    const bool isLoudness = channel && channel->measuresLoudness;
+    const ActiveTrafficLight light = engine.activeTrafficLight(channelID);
+    LevelHistoryView graph;
+    graph.recorder = &recorder;
+    graph.metricIndex = recorder.index(engine.historyMetric(channelID)).value_or(-1);
+    graph.displayOffsetDB = engine.splReadoutDisplayOffsetDB(channelID);
+    graph.unitLabel = QString::fromStdString(engine.levelUnitLabel(channelID));
+    graph.trafficLight = light.config;
+    graph.trafficLightOffsetDB = light.offsetDB;
+    graph.isInteractive = false;
+    if (isLoudness && engine.levelHistoryShowsMomentary()) {
+        graph.secondaryMetricIndex = recorder.index(SPLMetric::loudness(LoudnessMetric::momentary));
+    }
+    graph.lostAudio = &meter.live.lostAudio;
+    graph.lostAudioTotal = LostAudioTotal::of(meter.live.lostAudio);
+    graph.fixedDBRange = isLoudness ? std::optional(loudnessAxis) : std::nullopt;
+    return graph;
+}
+
+}  // namespace
+
+std::optional<LevelHistoryReportView> LevelHistoryReportView::page(const UUID& channelID,
+                                                                   const MeterEngine& engine,
+                                                                   Date exportDate) {
+    auto report = LevelHistoryReport::make(engine, channelID, exportDate);
+    if (!report) {
+        return std::nullopt;
+    }
+    return LevelHistoryReportView{
+        .report = std::move(*report),
+        .graph = graphOf(channelID, engine, *engine.findMeterChannel(channelID))};
+}
+
+QSizeF LevelHistoryReportView::size(const Typeface& typeface) const {
+    return {width, PageLayout(report, typeface).height()};
+}
+
+void LevelHistoryReportView::paint(QPainter& painter, const Typeface& typeface) const {
+    const PageLayout layout(report, typeface);
+    painter.save();
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    painter.fillRect(QRectF(0.0, 0.0, width, layout.height()), Theme::background);
+    for (const PlacedText& text : layout.texts()) {
+        painter.setFont(text.font);
+        painter.setPen(text.color);
+        painter.drawText(text.room, text.text, broken());
+    }
+    painter.translate(layout.graph().topLeft());
+    TarvaneApp::paint(painter, graph, layout.graph().size(), typeface);
+    painter.restore();
+}
+
+}  // namespace TarvaneApp

@@ -1,0 +1,27 @@
+// Times and numbers as reports write them.
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+
+#include "Core/Date.h"
+
+namespace TarvaneApp::ReportText {
+
+/// On the machine's wall clock.
+QDateTime localTime(TarvaneKit::Date date);
+TarvaneKit::Date later(TarvaneKit::Date date, double seconds);
+
+/// "2026-03-01 21:05:00"
+QString dateTime(TarvaneKit::Date date);
+/// "21:05:00"
+QString time(TarvaneKit::Date date);
+/// "2026-03-01 2105", for the name of a file
+QString fileName(TarvaneKit::Date date);
+
+/// The shortest form of a number, as C's %g writes it.
+QString number(double value);
+/// With one decimal and the unit behind a blank; "—" for a value that is not finite.
+QString level(double value, const QString& unit);
+
+}  // namespace TarvaneApp::ReportText
