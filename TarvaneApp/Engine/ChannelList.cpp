@@ -26,8 +26,7 @@ long long inputNumber(int index) {
 
 void ChannelList::addChannel() {
     if (settings_.extraChannels().size() >= mostExtraChannels) {
-        errorMessage_.tell(
-            fmt::format("Tarvane measures at most {} channels.", mostExtraChannels + 1));
+        errorMessage_.tell(fmt::format("Tarvane measures at most {} channels.", mostChannels));
         return;
     }
     const auto& uid = settings_.selectedDeviceUID();

@@ -14,6 +14,7 @@
 #include "Engine/ModuleLayout.h"
 #include "Engine/Run.h"
 #include "Engine/SettingEffects.h"
+#include "Engine/SettingsTransfer.h"
 
 namespace TarvaneApp {
 
@@ -53,7 +54,8 @@ struct MeterEngine::Owners {
                    .channels = channels,
                    .run = run,
                    .layout = layout,
-                   .changes = changes}) {}
+                   .changes = changes}),
+          transfer({.settings = settings, .devices = devices, .layout = layout, .run = run}) {}
 
     TarvaneKit::AudioSystem& audio;
     ErrorMessage errorMessage;
@@ -67,6 +69,7 @@ struct MeterEngine::Owners {
     Run run;
     ChannelCalibration calibration;
     SettingEffects effects;
+    SettingsTransfer transfer;
 };
 
 }  // namespace TarvaneApp

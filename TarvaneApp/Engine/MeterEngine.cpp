@@ -12,7 +12,6 @@ using TarvaneKit::OctaveBand;
 using TarvaneKit::RGBAColor;
 using TarvaneKit::SPLMetric;
 using TarvaneKit::UUID;
-using TarvaneKit::Weighting;
 
 MeterEngine::MeterEngine(const Environment& environment, QObject* parent)
     : QObject(parent),
@@ -77,14 +76,6 @@ void MeterEngine::followDevices() {
     }
     refreshInputVolume();
     refreshDeviceGains();
-}
-
-// Two settings make one Leq: the second starts it over.
-void MeterEngine::configureLeq(Weighting weighting, double integrationSeconds) {
-    if (weighting != leqWeighting()) {
-        leqWeighting.set(weighting);
-    }
-    leqIntegrationSeconds.set(integrationSeconds);
 }
 
 // A channel that was removed has no record to switch off, but may still show an alert.
@@ -328,6 +319,14 @@ bool MeterEngine::isDigitalSource(const UUID& id) const {
 
 void MeterEngine::setDigitalSource(bool isDigital, const UUID& id) {
     owners_->calibration.setDigitalSource(isDigital, id);
+}
+
+SettingsSnapshot MeterEngine::captureSettings() const {
+    return owners_->transfer.capture();
+}
+
+void MeterEngine::applySettings(const SettingsSnapshot& snapshot, bool includeAudioAndCalibration) {
+    owners_->transfer.apply(snapshot, includeAudioAndCalibration);
 }
 
 void MeterEngine::applyLayoutPreset(LayoutPreset preset) {

@@ -12,6 +12,7 @@
 //   ChannelCalibration  from digital level to dB SPL
 //   Run                 start, stop, loss, tick, publication; the channels' readings
 //   ModuleLayout        where the modules are
+//   SettingsTransfer    all settings at once, from and to a snapshot
 #pragma once
 
 #include <QObject>
@@ -35,6 +36,7 @@
 #include "Records/ChannelInfo.h"
 #include "Records/DisplayEnums.h"
 #include "Records/RTAScale.h"
+#include "Records/SettingsSnapshot.h"
 #include "Settings/Observable.h"
 
 namespace TarvaneKit {
@@ -138,8 +140,6 @@ class MeterEngine : public QObject, public MeterSettings {
     void resetMinMax();
     /// The same of one channel.
     void resetMinMax(const TarvaneKit::UUID& id);
-    /// Starts the user's Leq over on every channel.
-    void configureLeq(TarvaneKit::Weighting weighting, double integrationSeconds);
     /// Starts the held peaks of every spectrum over.
     void resetPeakHold();
     /// Starts integrated loudness, range and maxima over, and min and max.
@@ -231,6 +231,13 @@ class MeterEngine : public QObject, public MeterSettings {
     /// Whether the channel's source has no acoustic level. The system's output never has.
     bool isDigitalSource(const TarvaneKit::UUID& id) const;
     void setDigitalSource(bool isDigital, const TarvaneKit::UUID& id);
+
+    // The whole setup.
+    SettingsSnapshot captureSettings() const;
+    /// Assigns what the snapshot says; what it doesn't mention stays. Without audio and calibration
+    /// every channel keeps its input and its profile, and no channel comes or goes. A run, or a
+    /// start under way, goes on with the inputs that then hold.
+    void applySettings(const SettingsSnapshot& snapshot, bool includeAudioAndCalibration);
 
     // The layout.
     void applyLayoutPreset(LayoutPreset preset);

@@ -81,6 +81,11 @@ void MeterSettings::assignMainDisplay(const ChannelDisplaySettings& display) {
     }
 }
 
+void MeterSettings::configureLeq(Weighting weighting, double integrationSeconds) {
+    leqWeighting.setWithoutEffect(weighting);
+    leqIntegrationSeconds.set(integrationSeconds);
+}
+
 // How each type is stored, compiled once.
 template class Setting<CalibrationProfile>;
 template class Setting<GraphOrder>;

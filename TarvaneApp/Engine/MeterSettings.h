@@ -168,6 +168,9 @@ class MeterSettings {
     /// Sets the settings that differ, each with its effect.
     void assignMainDisplay(const ChannelDisplaySettings& display);
 
+    /// Two settings make one Leq, and start it over once.
+    void configureLeq(TarvaneKit::Weighting weighting, double integrationSeconds);
+
   protected:
     ~MeterSettings() = default;
 };

@@ -42,16 +42,23 @@ Placements placements(LayoutPreset preset) {
 
 void ModuleLayout::applyLayoutPreset(LayoutPreset preset) {
     const Placements wanted = placements(preset);
-    isApplyingPreset_ = true;
-    settings_.splMeterPlacement.set(wanted.splMeter);
-    settings_.rtaPlacement.set(wanted.rta);
-    settings_.spectrogramPlacement.set(wanted.spectrogram);
-    settings_.levelHistoryPlacement.set(wanted.levelHistory);
-    isApplyingPreset_ = false;
+    placeTogether([&] {
+        settings_.splMeterPlacement.set(wanted.splMeter);
+        settings_.rtaPlacement.set(wanted.rta);
+        settings_.spectrogramPlacement.set(wanted.spectrogram);
+        settings_.levelHistoryPlacement.set(wanted.levelHistory);
+    });
+}
+
+void ModuleLayout::placeTogether(const std::function<void()>& place) {
+    isPlacingTogether_ = true;
+    place();
+    isPlacingTogether_ = false;
+    keepMainWindowFilled();
 }
 
 void ModuleLayout::keepMainWindowFilled() {
-    if (!isApplyingPreset_ && !mainWindowShowsGraphArea() &&
+    if (!isPlacingTogether_ && !mainWindowShowsGraphArea() &&
         settings_.splMeterPlacement() != ModulePlacement::mainWindow &&
         settings_.levelHistoryPlacement() != ModulePlacement::mainWindow) {
         settings_.splMeterPlacement.set(ModulePlacement::mainWindow);

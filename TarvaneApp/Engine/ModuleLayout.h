@@ -13,8 +13,9 @@ class ModuleLayout {
     explicit ModuleLayout(MeterSettings& settings) : settings_(settings) {}
 
     void applyLayoutPreset(LayoutPreset preset);
-    /// Brings the SPL meter back when the last module has left the main window. On the way to a
-    /// preset it may be empty for a moment.
+    /// Assigns several placements, between which the main window may be empty.
+    void placeTogether(const std::function<void()>& place);
+    /// Brings the SPL meter back when the last module has left the main window.
     void keepMainWindowFilled();
     bool mainWindowShowsGraphArea() const;
 
@@ -27,7 +28,7 @@ class ModuleLayout {
 
   private:
     MeterSettings& settings_;
-    bool isApplyingPreset_ = false;
+    bool isPlacingTogether_ = false;
 };
 
 }  // namespace TarvaneApp

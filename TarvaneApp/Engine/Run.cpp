@@ -107,6 +107,15 @@ void Run::noteDeviceChange() {
     }
 }
 
+void Run::restartOnOtherSources() {
+    const bool opensOthers =
+        isStarting() && orderedSources_ != sourceSignatures(list_.activeChannelInfos());
+    if (channelSourcesChangedWhileRunning() || opensOthers) {
+        stop();
+        start();
+    }
+}
+
 // Absent where there is none to open.
 std::optional<std::string> Run::deviceAfterRestart(const StartPlan& plan) const {
     if (plan.uid == TarvaneKit::systemOutputUID || (plan.uid && devices_.listed(*plan.uid))) {
@@ -192,6 +201,7 @@ void Run::startAuthorized() {
         order.settings.ringOutSensitivities[info.id] =
             displays_.display(info.id).ringOutSensitivity;
     }
+    orderedSources_ = sourceSignatures(order.infos);
     isStarting.set(true);
     devicesChangedDuringStart_ = false;
     const int generation = ++startGeneration_;
@@ -319,7 +329,7 @@ void Run::takeSettingsOfNow(const Order& order) {
         order.settings.leqIntegrationSeconds != settings_.leqIntegrationSeconds()) {
         configureLeq(settings_.leqWeighting(), settings_.leqIntegrationSeconds());
     }
-    if (sourceSignatures(order.infos) != sourceSignatures(list_.activeChannelInfos())) {
+    if (orderedSources_ != sourceSignatures(list_.activeChannelInfos())) {
         noteSourceChange();
     }
     if (devicesChangedDuringStart_) {

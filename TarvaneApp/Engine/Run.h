@@ -78,6 +78,9 @@ class Run {
     void noteSourceChange();
     /// Devices came or went, or the default input is another.
     void noteDeviceChange();
+    /// Takes up that offer, and begins a start under way anew if it opens other inputs than now
+    /// hold.
+    void restartOnOtherSources();
 
     /// Made at first use, so that a view may bind to a channel before it has ever run.
     const MeterChannel& meterChannel(const TarvaneKit::UUID& id) { return channelOf(id); }
@@ -182,9 +185,10 @@ class Run {
 
     std::map<TarvaneKit::UUID, std::unique_ptr<MeterChannel>> channels_;
     std::vector<std::shared_ptr<CaptureGroup>> captureGroups_;
-    std::vector<StartPlan> plans_;           // of the run as it began
-    std::shared_ptr<StartAttempt> attempt_;  // of the start under way
-    int startGeneration_ = 0;                // raised by every start and by a stop during one
+    std::vector<StartPlan> plans_;                 // of the run as it began
+    std::shared_ptr<StartAttempt> attempt_;        // of the start under way
+    std::vector<SourceSignature> orderedSources_;  // of that start
+    int startGeneration_ = 0;                      // raised by every start and by a stop during one
     bool devicesChangedDuringStart_ = false;
     bool isAskingForMicrophone_ = false;
     /// Whom an answer that comes at any time, on any thread, finds; null when it is too late.

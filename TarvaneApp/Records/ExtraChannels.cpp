@@ -23,4 +23,15 @@ std::vector<ChannelConfig> channelsThatMayStand(std::vector<ChannelConfig> chann
     return withUniqueIDs(std::move(channels));
 }
 
+std::vector<UUID> channelIDsThatMayStand(const std::vector<UUID>& ids) {
+    std::vector<UUID> result;
+    std::set<UUID> taken;
+    for (const UUID& id : ids) {
+        if (result.size() < mostChannels && taken.insert(id).second) {
+            result.push_back(id);
+        }
+    }
+    return result;
+}
+
 }  // namespace TarvaneApp

@@ -77,20 +77,20 @@ bool PossibleNumbers::areThresholds(const TarvaneKit::TrafficLightConfig& config
     return std::ranges::all_of(config.bands, isLevel, &TarvaneKit::TrafficLightBand::thresholdDB);
 }
 
-SpectrogramRanges PossibleNumbers::repaired(const SpectrogramRanges& ranges) {
-    const SpectrogramRanges usual;
+SpectrogramRanges PossibleNumbers::repaired(const SpectrogramRanges& ranges,
+                                            const SpectrogramRanges& otherwise) {
     SpectrogramRanges result = ranges;
-    keepIf(isSpectrogramRange(ranges.spl), result.spl, usual.spl);
-    keepIf(isSpectrogramRange(ranges.dbfs), result.dbfs, usual.dbfs);
+    keepIf(isSpectrogramRange(ranges.spl), result.spl, otherwise.spl);
+    keepIf(isSpectrogramRange(ranges.dbfs), result.dbfs, otherwise.dbfs);
     return result;
 }
 
-ChannelDisplaySettings PossibleNumbers::repaired(ChannelDisplaySettings display) {
-    const ChannelDisplaySettings usual;
+ChannelDisplaySettings PossibleNumbers::repaired(ChannelDisplaySettings display,
+                                                 const ChannelDisplaySettings& otherwise) {
     keepIf(isLevel(display.targetCurveReferenceDB), display.targetCurveReferenceDB,
-           usual.targetCurveReferenceDB);
+           otherwise.targetCurveReferenceDB);
     keepIf(isLevel(display.targetCurveReferenceDBFS), display.targetCurveReferenceDBFS,
-           usual.targetCurveReferenceDBFS);
+           otherwise.targetCurveReferenceDBFS);
     return display;
 }
 

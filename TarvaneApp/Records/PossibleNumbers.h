@@ -32,11 +32,13 @@ bool isSpectrogramRange(const SpectrogramRange& range);
 bool isLoudnessTarget(const LoudnessTarget& target);
 bool areThresholds(const TarvaneKit::TrafficLightConfig& config);
 
-// Records with the default in the place of what can't be; the rest of them stays. A channel's
-// calibration is taken as it is.
+// Records with the default, or what is given, in the place of what can't be; the rest of them
+// stays. A channel's calibration is taken as it is.
 
-SpectrogramRanges repaired(const SpectrogramRanges& ranges);
-ChannelDisplaySettings repaired(ChannelDisplaySettings display);
+SpectrogramRanges repaired(const SpectrogramRanges& ranges,
+                           const SpectrogramRanges& otherwise = {});
+ChannelDisplaySettings repaired(ChannelDisplaySettings display,
+                                const ChannelDisplaySettings& otherwise = {});
 ChannelWindowLayout repaired(ChannelWindowLayout layout);
 ChannelConfig repaired(ChannelConfig channel);
 

@@ -70,6 +70,8 @@ class Setting : public Observable<T>, public SettingBase {
     Setting& operator=(const Setting&) = delete;
 
     void set(T value);
+    /// The same without the effect, for a value that takes it together with the next one.
+    void setWithoutEffect(T value);
 
     void setEffect(Effect effect, Saving saving = Saving::beforeEffect) {
         effect_ = std::move(effect);
@@ -91,6 +93,7 @@ class Setting : public Observable<T>, public SettingBase {
     const ChangeNotifier& changes() const override { return this->notifier(); }
 
   private:
+    void assign(T value, const Effect& effect);
     void save();
 
     Persistence& persistence_;

@@ -33,6 +33,16 @@ Setting<T>::~Setting() = default;
 
 template <class T>
 void Setting<T>::set(T value) {
+    assign(std::move(value), effect_);
+}
+
+template <class T>
+void Setting<T>::setWithoutEffect(T value) {
+    assign(std::move(value), {});
+}
+
+template <class T>
+void Setting<T>::assign(T value, const Effect& effect) {
     if (constraint_) {
         value = constraint_(std::move(value));
     }
@@ -40,8 +50,8 @@ void Setting<T>::set(T value) {
     if (saving_ == Saving::beforeEffect) {
         save();
     }
-    if (effect_) {
-        effect_(old);
+    if (effect) {
+        effect(old);
     }
     if (saving_ == Saving::afterEffect) {
         save();

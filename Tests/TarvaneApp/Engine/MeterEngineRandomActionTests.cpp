@@ -629,6 +629,93 @@ class MeterEngineRandomActionTests : public TarvaneTests::EngineFixture {
         EXPECT_TRUE(std::ranges::any_of(
             all, [](auto* setting) { return (*setting)() == ModulePlacement::mainWindow; }));
     }
+    // A stranger's profile: any values in any of its fields.
+    void loadSnapshot() {
+        std::optional<SettingsSnapshot> snapshot;
+        TarvaneKit::Testing::drawFrom(rc::Random(random()), 20, [&snapshot] {
+            snapshot = TarvaneKit::Testing::drawnValue<SettingsSnapshot>();
+        });
+        // What the model doesn't compute: a level by a microphone file.
+        if (snapshot->calibration) {
+            snapshot->calibration->micCalFile.reset();
+        }
+        if (snapshot->channels) {
+            for (ChannelConfig& channel : *snapshot->channels) {
+                channel.deviceUID = anyUID();
+                if (channel.calibration) {
+                    channel.calibration->micCalFile.reset();
+                }
+            }
+            if (inputs.size() > 1 && !snapshot->channels->empty()) {
+                snapshot->channels->front().id = anyExtra()->id;
+            }
+        }
+        if (snapshot->audioInput) {
+            snapshot->audioInput->deviceUID = anyUID();
+        }
+        const bool includesInputs = chance(60);
+        const bool wasRunning = isRunning;
+        const bool mustRestart = sourcesChanged;
+        takeInputsOfEngine();  // a restart may have rounded the date of a calibration
+        const auto inputsBefore = inputs;
+        const Signature before = signature();
+        engine->applySettings(*snapshot, includesInputs);
+        takeInputsOfEngine();
+        settingValues = valuesOfFreeSettings();
+
+        if (!includesInputs) {
+            ASSERT_EQ(inputs.size(), inputsBefore.size());
+            for (std::size_t i = 0; i < inputs.size(); ++i) {
+                EXPECT_EQ(inputs[i].isDigital, inputsBefore[i].isDigital);
+                EXPECT_EQ(inputs[i].measuresLoudness, inputsBefore[i].measuresLoudness);
+                EXPECT_EQ(inputs[i].reference, inputsBefore[i].reference);
+                EXPECT_EQ(inputs[i].isEnabled, inputsBefore[i].isEnabled);
+            }
+            EXPECT_EQ(signature(), before);
+        }
+        EXPECT_TRUE(engine->mainWindowShowsGraphArea() ||
+                    engine->splMeterPlacement() == ModulePlacement::mainWindow ||
+                    engine->levelHistoryPlacement() == ModulePlacement::mainWindow);
+        if (isStarting) {
+            if (signature() != underWay.signature) {
+                underWay = plannedStart();
+            }
+            awaitStart();
+        } else if (wasRunning && engine->isStarting()) {
+            endRun();
+            underWay = plannedStart();
+            isStarting = true;
+            awaitStart();
+        } else {
+            EXPECT_FALSE(wasRunning && (mustRestart || signature() != before));
+        }
+    }
+    void takeInputsOfEngine() {
+        inputs.resize(1);
+        inputs.front() = {.id = UUID::main(),
+                          .uid = engine->selectedDeviceUID(),
+                          .left = engine->selectedChannelIndex(),
+                          .right = engine->mainInputRightChannelIndex(),
+                          .isStereo = engine->mainInputIsStereo(),
+                          .isEnabled = true,
+                          .isDigital = engine->mainInputIsDigital(),
+                          .measuresLoudness = engine->mainInputMeasuresLoudness(),
+                          .ringOutEnabled = engine->ringOutEnabled(),
+                          .reference = engine->calibration().reference};
+        for (const ChannelConfig& channel : engine->extraChannels()) {
+            inputs.push_back(
+                {.id = channel.id,
+                 .uid = channel.deviceUID,
+                 .left = channel.channelIndex,
+                 .right = channel.rightChannelIndex,
+                 .isStereo = channel.isStereo,
+                 .isEnabled = channel.isEnabled,
+                 .isDigital = channel.isDigital,
+                 .measuresLoudness = channel.measuresLoudness,
+                 .ringOutEnabled = channel.ringOutEnabled,
+                 .reference = channel.calibration ? channel.calibration->reference : std::nullopt});
+        }
+    }
     void changeDemand() {
         const auto key =
             std::pair(chance(50) ? ChannelDemand::rta : ChannelDemand::spectrogram, anyInput().id);
@@ -691,6 +778,7 @@ class MeterEngineRandomActionTests : public TarvaneTests::EngineFixture {
             {"place a module", &MeterEngineRandomActionTests::placeModule, 3},
             {"assign a setting", &MeterEngineRandomActionTests::assignAnyFreeSetting, 15},
             {"change demand", &MeterEngineRandomActionTests::changeDemand, 5},
+            {"load a snapshot", &MeterEngineRandomActionTests::loadSnapshot, 3},
             {"restart the program", &MeterEngineRandomActionTests::restartProgram, 1},
         };
         static const std::vector<std::size_t> deck = [] {

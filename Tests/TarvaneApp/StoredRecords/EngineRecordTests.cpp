@@ -3,6 +3,7 @@
 #include "Records/ChannelDisplaySettings.h"
 #include "Records/ChannelWindowLayout.h"
 #include "Records/LoudnessTarget.h"
+#include "Records/SettingsSnapshot.h"
 #include "Records/SpectrogramColorStop.h"
 #include "Records/SpectrogramRanges.h"
 #include "Support/CodingLaws.h"
@@ -11,9 +12,11 @@ namespace TarvaneKit::Testing {
 
 using namespace TarvaneApp;
 
-using EngineRecords = testing::Types<ChannelConfig, ChannelDisplaySettings, ChannelWindowLayout,
-                                     LoudnessTarget, LoudnessColors, SpectrogramColorStop,
-                                     SpectrogramColorPreset, SpectrogramRange, SpectrogramRanges>;
+using EngineRecords =
+    testing::Types<ChannelConfig, ChannelDisplaySettings, ChannelWindowLayout, LoudnessTarget,
+                   LoudnessColors, SpectrogramColorStop, SpectrogramColorPreset, SpectrogramRange,
+                   SpectrogramRanges, SettingsSnapshot, SettingsSnapshot::AudioInput,
+                   SettingsSnapshot::TargetCurveChoice, SettingsSnapshot::ChannelChoice>;
 INSTANTIATE_TYPED_TEST_SUITE_P(Engine, CodingLaws, EngineRecords, RecordName);
 
 }  // namespace TarvaneKit::Testing
