@@ -27,6 +27,25 @@ bool readDigits(std::string_view text, std::size_t at, std::size_t count, int& v
     return true;
 }
 
+// The clock's 64-bit nanoseconds reach from 1677 to 2262.
+constexpr int firstYear = 1678;
+constexpr int lastYear = 2261;
+
+constexpr std::size_t dateAndTimeLength = std::string_view("2026-03-01T19:30:00").size();
+
+std::optional<minutes> offsetFromUTC(std::string_view text) {
+    int h = 0, mi = 0;
+    if (text == "Z") {
+        return minutes(0);
+    }
+    if (text.size() != 6 || (text[0] != '+' && text[0] != '-') || text[3] != ':' ||
+        !readDigits(text, 1, 2, h) || !readDigits(text, 4, 2, mi) || h > 23 || mi > 59) {
+        return std::nullopt;
+    }
+    const minutes ahead = hours(h) + minutes(mi);
+    return text[0] == '+' ? ahead : -ahead;
+}
+
 }  // namespace
 
 // Both ways by whole seconds and the rest, so that a stored date comes back to the same number:
@@ -58,19 +77,27 @@ std::string iso8601(Date date) {
 
 std::optional<Date> dateFromISO8601(std::string_view text) {
     int y = 0, mo = 0, d = 0, h = 0, mi = 0, s = 0;
-    if (text.size() != 20 || text[4] != '-' || text[7] != '-' || text[10] != 'T' ||
-        text[13] != ':' || text[16] != ':' || text[19] != 'Z' || !readDigits(text, 0, 4, y) ||
-        !readDigits(text, 5, 2, mo) || !readDigits(text, 8, 2, d) || !readDigits(text, 11, 2, h) ||
-        !readDigits(text, 14, 2, mi) || !readDigits(text, 17, 2, s)) {
+    if (text.size() < dateAndTimeLength) {
+        return std::nullopt;
+    }
+    const auto offset = offsetFromUTC(text.substr(dateAndTimeLength));
+    if (!offset || text[4] != '-' || text[7] != '-' || text[10] != 'T' || text[13] != ':' ||
+        text[16] != ':' || !readDigits(text, 0, 4, y) || !readDigits(text, 5, 2, mo) ||
+        !readDigits(text, 8, 2, d) || !readDigits(text, 11, 2, h) || !readDigits(text, 14, 2, mi) ||
+        !readDigits(text, 17, 2, s)) {
         return std::nullopt;
     }
     const year_month_day ymd(year{y}, month{static_cast<unsigned>(mo)},
                              day{static_cast<unsigned>(d)});
-    // The clock's 64-bit nanoseconds reach from 1678 to 2262.
-    if (!ymd.ok() || y < 1678 || y > 2261 || h > 23 || mi > 59 || s > 59) {
+    if (!ymd.ok() || h > 23 || mi > 59 || s > 59) {
         return std::nullopt;
     }
-    return Date(sys_days(ymd) + hours(h) + minutes(mi) + seconds(s));
+    const auto second = sys_days(ymd) + hours(h) + minutes(mi) + seconds(s) - *offset;
+    if (second < sys_days(year{firstYear} / 1 / 1) ||
+        second >= sys_days(year{lastYear + 1} / 1 / 1)) {
+        return std::nullopt;
+    }
+    return Date(second);
 }
 
 }  // namespace TarvaneKit

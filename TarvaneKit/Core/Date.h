@@ -19,7 +19,8 @@ std::optional<Date> dateFromSecondsSinceReferenceDate(double seconds);
 /// "2026-03-01T19:30:00Z": ISO 8601 in UTC, in whole seconds, rounded down.
 std::string iso8601(Date date);
 
-/// The exact form that `iso8601` writes; anything else is empty.
+/// The form that `iso8601` writes, with "Z" or with an offset from UTC as "+01:00"; anything else
+/// is empty, and so is a date outside of the years 1678 to 2261.
 std::optional<Date> dateFromISO8601(std::string_view text);
 
 }  // namespace TarvaneKit

@@ -83,8 +83,9 @@ class Builder final : public nlohmann::json_sax<nlohmann::json> {
 
 struct NotRepresentable {};
 
-nlohmann::ordered_json toLibrary(const JSONValue& value) {
-    using Json = nlohmann::ordered_json;
+// The library's value says how an object keeps its members: as they come, or by name.
+template <class Json>
+Json toLibrary(const JSONValue& value) {
     struct Visitor {
         Json operator()(std::monostate) const { return nullptr; }
         Json operator()(bool v) const { return v; }
@@ -99,14 +100,14 @@ nlohmann::ordered_json toLibrary(const JSONValue& value) {
         Json operator()(const JSONValue::Array& v) const {
             Json result = Json::array();
             for (const JSONValue& element : v) {
-                result.push_back(toLibrary(element));
+                result.push_back(toLibrary<Json>(element));
             }
             return result;
         }
         Json operator()(const JSONValue::Object& v) const {
             Json result = Json::object();
             for (const auto& [name, element] : v) {
-                result[name] = toLibrary(element);
+                result[name] = toLibrary<Json>(element);
             }
             return result;
         }
@@ -143,7 +144,8 @@ std::optional<JSONValue> JSONValue::parse(std::string_view text) {
 
 std::optional<std::string> JSONValue::write(Layout layout) const {
     try {
-        return toLibrary(*this).dump(layout == Layout::indented ? 2 : -1);
+        return layout == Layout::document ? toLibrary<nlohmann::json>(*this).dump(2)
+                                          : toLibrary<nlohmann::ordered_json>(*this).dump();
     } catch (const NotRepresentable&) {
         return std::nullopt;
     } catch (const nlohmann::json::exception&) {

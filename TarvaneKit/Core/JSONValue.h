@@ -33,7 +33,10 @@ struct JSONValue {
     /// 128 levels of nesting.
     static std::optional<JSONValue> parse(std::string_view text);
 
-    enum class Layout { compact, indented };
+    enum class Layout {
+        compact,
+        document,  ///< for people: indented, the members of each object in the order of their names
+    };
 
     /// Empty when a number is not finite or a text is not UTF-8: JSON has no form for either.
     std::optional<std::string> write(Layout layout = Layout::compact) const;

@@ -132,6 +132,42 @@ TEST(Coding, datesAreNumbersOrISO8601Text) {
     EXPECT_FALSE(dateFromISO8601("2026-02-30T00:00:00Z"));
     EXPECT_FALSE(dateFromISO8601("2026-03-01 19:30:05Z"));
     EXPECT_FALSE(dateFromISO8601("9999-03-01T19:30:05Z"));
+    EXPECT_EQ(dateFromISO8601("2026-03-01T20:30:05+01:00"), date);
+    EXPECT_EQ(dateFromISO8601("2026-03-01T09:00:05-10:30"), date);
+    EXPECT_EQ(dateFromISO8601("2026-03-01T19:30:05-00:00"), date);
+    for (const char* other :
+         {"2026-03-01T19:30:05", "2026-03-01T19:30:05z", "2026-03-01T19:30:05.5Z",
+          "2026-03-01T20:30:05+0100", "2026-03-01T20:30:05+01", "2026-03-01T20:30:05+24:00",
+          "2026-03-01T20:30:05+01:60", "2026-03-01T20:30:05 01:00", "2026-03-01T19:30Z",
+          "2026-03-01", "20260301T193005Z", "2026-03-01T19:30:60Z", "2026-03-01T24:00:00Z",
+          " 2026-03-01T19:30:05Z", "2026-03-01T19:30:05Z ", ""}) {
+        EXPECT_FALSE(dateFromISO8601(other)) << other;
+    }
+}
+
+// At both ends of the clock an offset must not lead to a date that can't be written.
+TEST(Coding, everyDateThatIsReadCanBeWritten) {
+    EXPECT_TRUE(dateFromISO8601("2261-12-31T23:59:59Z"));
+    EXPECT_TRUE(dateFromISO8601("2262-01-01T00:59:59+01:00"));
+    EXPECT_FALSE(dateFromISO8601("2261-12-31T23:59:59-00:01"));
+    EXPECT_TRUE(dateFromISO8601("1678-01-01T00:00:00Z"));
+    EXPECT_FALSE(dateFromISO8601("1678-01-01T00:00:00+00:01"));
+}
+
+TEST(JSONValue, aDocumentIsIndentedWithItsNamesInOrder) {
+    const auto json = JSONValue::parse(R"({"b":[1,{"z":0.5,"a":true}],"a":{},"B":"ü"})");
+    ASSERT_TRUE(json);
+    EXPECT_EQ(json->write(JSONValue::Layout::document), R"({
+  "B": "ü",
+  "a": {},
+  "b": [
+    1,
+    {
+      "a": true,
+      "z": 0.5
+    }
+  ]
+})");
 }
 
 TEST(JSONValue, turnsDownWhatIsNotJSON) {
