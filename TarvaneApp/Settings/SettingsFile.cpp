@@ -11,50 +11,22 @@
 #include <chrono>
 #include <filesystem>
 #include <system_error>
-#include <thread>
 
-#include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "Settings/FileLock.h"
 
 namespace TarvaneApp {
 
 namespace {
 
-constexpr std::chrono::milliseconds lookEvery{5};
 constexpr std::chrono::milliseconds longestWait{5000};
 constexpr std::chrono::milliseconds longestWaitInAHurry{300};
 
 QString errorText(int number) {
     return QString::fromStdString(std::generic_category().message(number));
 }
-
-// Held from a successful construction on. A place that offers no locks is written without one.
-class FileLock {
-  public:
-    FileLock(const QString& path, const std::atomic<bool>& hurries)
-        : file_(open(QFile::encodeName(path).constData(),
-                     O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR)) {
-        for (std::chrono::milliseconds waited{0};
-             file_ >= 0 && flock(file_, LOCK_EX | LOCK_NB) != 0 &&
-             (errno == EWOULDBLOCK || errno == EINTR) &&
-             waited < (hurries ? longestWaitInAHurry : longestWait);
-             waited += lookEvery) {
-            std::this_thread::sleep_for(lookEvery);
-        }
-    }
-    ~FileLock() {
-        if (file_ >= 0) {
-            close(file_);
-        }
-    }
-    FileLock(const FileLock&) = delete;
-    FileLock& operator=(const FileLock&) = delete;
-
-  private:
-    const int file_;
-};
 
 SettingsFile::Problem write(const QByteArray& bytes, const QString& path, bool isNew) {
     QSaveFile file(path);
@@ -157,7 +129,9 @@ SettingsFile::Problem SettingsFile::write(const Values& changes,
     if (error) {
         return QString::fromStdString(error.message());
     }
-    const FileLock lock(path_ + QStringLiteral(".lock"), hurries);
+    const FileLock lock(path_ + QStringLiteral(".lock"), [&](std::chrono::milliseconds waited) {
+        return waited < (hurries ? longestWaitInAHurry : longestWait);
+    });
     if (Problem problem = whyUnreadable()) {
         return problem;
     }
