@@ -1,0 +1,4 @@
+#include "Engine/MeterEngine.h"
+#ifdef FORBIDDEN
+#include "Profiles/ProfileStore.h"
+#endif
