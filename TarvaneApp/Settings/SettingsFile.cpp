@@ -12,10 +12,10 @@
 #include <filesystem>
 #include <system_error>
 
+#include "Settings/FileLock.h"
+
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include "Settings/FileLock.h"
 
 namespace TarvaneApp {
 

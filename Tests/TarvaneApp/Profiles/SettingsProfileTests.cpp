@@ -1,16 +1,15 @@
 #include "Profiles/SettingsProfile.h"
 
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <cmath>
 #include <filesystem>
+#include <string>
+#include <vector>
 
-#include "Support/CodingLaws.h"
+#include "Support/RecordGenerators.h"
 #include "Support/TemporaryFolder.h"
-
-namespace TarvaneKit::Testing {
-using TarvaneApp::SettingsProfile;
-INSTANTIATE_TYPED_TEST_SUITE_P(Profiles, CodingLaws, testing::Types<SettingsProfile>, RecordName);
-}  // namespace TarvaneKit::Testing
 
 namespace TarvaneApp {
 namespace {
