@@ -1,6 +1,8 @@
 #include "Engine/CalibrationProfiles.h"
 
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace TarvaneApp {
 
@@ -20,6 +22,14 @@ bool isOffset(double offsetDB) {
     return std::abs(offsetDB) <= CalibrationProfiles::largestOffsetDB;
 }
 
+// As a file that was parsed has them.
+void keepPossible(std::vector<TarvaneKit::MicCalibrationPoint>& points) {
+    std::erase_if(points, [](const auto& point) {
+        return !std::isfinite(point.frequencyHz) || !isOffset(point.magnitudeDB);
+    });
+    std::ranges::stable_sort(points, {}, &TarvaneKit::MicCalibrationPoint::frequencyHz);
+}
+
 }  // namespace
 
 TarvaneKit::CalibrationProfile CalibrationProfiles::sanitized(
@@ -34,6 +44,9 @@ TarvaneKit::CalibrationProfile CalibrationProfiles::sanitized(
     if (profile.micCalFile && profile.micCalFile->sensFactorDB &&
         !isOffset(*profile.micCalFile->sensFactorDB)) {
         profile.micCalFile->sensFactorDB.reset();
+    }
+    if (profile.micCalFile) {
+        keepPossible(profile.micCalFile->points);
     }
     if (!(profile.micCalFileReferenceSPL >= 0.0 &&
           profile.micCalFileReferenceSPL <= largestReferenceSPL)) {

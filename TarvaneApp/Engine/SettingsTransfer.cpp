@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <optional>
 #include <set>
-#include <string>
+#include <span>
 #include <tuple>
 #include <utility>
 
@@ -295,7 +297,8 @@ void SettingsTransfer::applyAudioInput(const SettingsSnapshot::AudioInput& input
 void SettingsTransfer::applyChannelDisplaySettings(const std::vector<ChannelConfig>& channels) {
     auto merged = settings_.extraChannels();
     std::set<UUID> matched;
-    for (const ChannelConfig& from : channels) {
+    for (const ChannelConfig& from :
+         std::span(channels).first(std::min(channels.size(), mostExtraChannels))) {
         const auto unmatched = [&](const auto& isTheOne) {
             return std::ranges::find_if(merged, [&](const ChannelConfig& live) {
                 return isTheOne(live) && !matched.contains(live.id);

@@ -636,15 +636,16 @@ class MeterEngineRandomActionTests : public TarvaneTests::EngineFixture {
             snapshot = TarvaneKit::Testing::drawnValue<SettingsSnapshot>();
         });
         // What the model doesn't compute: a level by a microphone file.
-        if (snapshot->calibration) {
-            snapshot->calibration->micCalFile.reset();
-        }
+        const auto withoutSensFactor = [](std::optional<TarvaneKit::CalibrationProfile>& profile) {
+            if (profile && profile->micCalFile) {
+                profile->micCalFile->sensFactorDB.reset();
+            }
+        };
+        withoutSensFactor(snapshot->calibration);
         if (snapshot->channels) {
             for (ChannelConfig& channel : *snapshot->channels) {
                 channel.deviceUID = anyUID();
-                if (channel.calibration) {
-                    channel.calibration->micCalFile.reset();
-                }
+                withoutSensFactor(channel.calibration);
             }
             if (inputs.size() > 1 && !snapshot->channels->empty()) {
                 snapshot->channels->front().id = anyExtra()->id;

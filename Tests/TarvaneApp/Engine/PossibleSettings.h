@@ -2,6 +2,7 @@
 // survives a restart.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <string>
@@ -67,8 +68,15 @@ T possible(const std::string& key, T value) {
                 value.reference->inputGainDB = possibleLevel(*value.reference->inputGainDB);
             }
         }
-        if (value.micCalFile && value.micCalFile->sensFactorDB) {
-            value.micCalFile->sensFactorDB = possibleLevel(*value.micCalFile->sensFactorDB);
+        if (value.micCalFile) {
+            if (value.micCalFile->sensFactorDB) {
+                value.micCalFile->sensFactorDB = possibleLevel(*value.micCalFile->sensFactorDB);
+            }
+            auto& points = value.micCalFile->points;
+            for (auto& point : points) {
+                point.magnitudeDB = possibleLevel(point.magnitudeDB);
+            }
+            std::ranges::stable_sort(points, {}, &TarvaneKit::MicCalibrationPoint::frequencyHz);
         }
     } else if constexpr (std::is_same_v<T, std::vector<TarvaneApp::ChannelConfig>>) {
         for (TarvaneApp::ChannelConfig& channel : value) {

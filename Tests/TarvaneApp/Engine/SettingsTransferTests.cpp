@@ -469,6 +469,15 @@ TEST_F(SettingsTransferTests, calibrationsThatCanNotBeLoseTheReference) {
     EXPECT_EQ(engine->extraChannels()[0].spectrogramRanges.spl, SpectrogramRanges{}.spl);
 }
 
+TEST_F(SettingsTransferTests, aMicrophonesCurveThatCanNotBeLosesWhatIsWrong) {
+    SettingsSnapshot snapshot;
+    auto& points = snapshot.calibration.emplace().micCalFile.emplace().points;
+    points = {{1000.0, 0.5}, {20.0, 1e300}, {HUGE_VAL, 1.0}, {100.0, -300.0}, {50.0, -300.5}};
+    apply(snapshot);
+    const std::vector<TarvaneKit::MicCalibrationPoint> expected{{100.0, -300.0}, {1000.0, 0.5}};
+    EXPECT_EQ(engine->calibration().micCalFile->points, expected);
+}
+
 TEST_F(SettingsTransferTests, strangeListsOfChannelsEndInASoundOne) {
     SettingsSnapshot snapshot;
     ChannelConfig channel;
@@ -607,6 +616,21 @@ TEST_F(SettingsTransferTests, channelsOfOneNameAreMatchedInTheirOrderAndEachOnce
     EXPECT_EQ(channels[1], other);
     EXPECT_EQ(channels[2].id, second.id);
     EXPECT_EQ(channels[2].color, b.color);
+}
+
+TEST_F(SettingsTransferTests, whatIsBeyondTheLimitOfChannelsMatchesNone) {
+    const auto live = addChannel("Mic", "desk", 0);
+    ChannelConfig other;
+    other.name = "Other";
+    SettingsSnapshot snapshot;
+    snapshot.channels = std::vector<ChannelConfig>(mostExtraChannels, other);
+    snapshot.channels->push_back(live);
+    snapshot.channels->back().color = {0.1, 0.0, 0.0, 1.0};
+    engine->applySettings(snapshot, false);
+    EXPECT_EQ(engine->extraChannels(), std::vector{live});
+    snapshot.channels->erase(snapshot.channels->begin());
+    engine->applySettings(snapshot, false);
+    EXPECT_EQ(engine->extraChannels(), std::vector{snapshot.channels->back()});
 }
 
 // In the file's order, so that a name may take the channel that a later id would have had.
