@@ -5,6 +5,7 @@
 #include <functional>
 #include <utility>
 
+#include "Settings/Published.h"
 #include "Settings/Setting.h"
 
 namespace TarvaneApp {
@@ -20,6 +21,13 @@ template <class T>
 FormValue<T> settingValue(Setting<T>& setting) {
     return {.get = [&setting] { return setting(); },
             .set = [&setting](T value) { setting.set(std::move(value)); }};
+}
+
+/// The same of a value that isn't stored.
+template <class T>
+FormValue<T> publishedValue(Published<T>& value) {
+    return {.get = [&value] { return value(); },
+            .set = [&value](T changed) { value.set(std::move(changed)); }};
 }
 
 /// One field of a record. Setting it leaves the others as they are at that moment.
