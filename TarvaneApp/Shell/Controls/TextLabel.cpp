@@ -17,7 +17,10 @@ void styleTextLabel(QLabel& label, double size, const QColor& color) {
     label.setTextFormat(Qt::PlainText);
     label.setFont(Typeface::installed().systemFont(size));
     QPalette palette = label.palette();
-    palette.setColor(QPalette::WindowText, color);
+    // Where a label is disabled it is as dim as all that is.
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        palette.setColor(group, QPalette::WindowText, color);
+    }
     label.setPalette(palette);
 }
 

@@ -4,7 +4,6 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
 
@@ -23,10 +22,15 @@ namespace {
 
 constexpr int paddingUpDown = 14;
 
+// A label's "&" is one, and no key.
+QString withoutMnemonic(QString text) {
+    return text.replace(u'&', QStringLiteral("&&"));
+}
+
 }  // namespace
 
 FormSection::FormSection(const QString& title, QWidget* parent)
-    : QGroupBox(title, parent), rows_(new QFormLayout(this)) {
+    : QGroupBox(withoutMnemonic(title), parent), rows_(new QFormLayout(this)) {
     rows_->setContentsMargins(Theme::Space::panel, paddingUpDown, Theme::Space::panel,
                               paddingUpDown);
     rows_->setHorizontalSpacing(Theme::Space::panel);
@@ -47,19 +51,23 @@ void FormSection::refresh() {
     }
 }
 
-FormRow& FormSection::addRow(const QString& label, QWidget* control, std::function<void()> show) {
-    rows_->addRow(label, control);
-    if (!label.isEmpty() && control->accessibleName().isEmpty()) {
-        (control->focusProxy() != nullptr ? control->focusProxy() : control)
-            ->setAccessibleName(label);
-    }
+FormRow& FormSection::keep(QWidget* control, std::function<void()> show) {
     all_.push_back(std::make_unique<FormRow>(*rows_, *control, std::move(show)));
     return *all_.back();
 }
 
+FormRow& FormSection::addRow(const QString& label, QWidget* control, std::function<void()> show) {
+    rows_->addRow(withoutMnemonic(label), control);
+    QWidget* spoken = control->focusProxy() != nullptr ? control->focusProxy() : control;
+    if (!label.isEmpty() && spoken->accessibleName().isEmpty()) {
+        spoken->setAccessibleName(label);
+    }
+    return keep(control, std::move(show));
+}
+
 FormRow& FormSection::addToggle(const QString& label, FormValue<bool> value) {
-    auto* box = new QCheckBox(label, this);
-    connect(box, &QCheckBox::toggled, this, std::move(value.set));
+    auto* box = new QCheckBox(withoutMnemonic(label), this);
+    connect(box, &QCheckBox::toggled, this, settingAndShowing(std::move(value.set)));
     return addRow({}, box, [box, get = std::move(value.get)] {
         const QSignalBlocker quiet(box);
         box->setChecked(get());
@@ -68,7 +76,7 @@ FormRow& FormSection::addToggle(const QString& label, FormValue<bool> value) {
 
 FormRow& FormSection::addPickerRow(const QString& label, std::function<void(int)> pick,
                                    std::function<std::pair<QStringList, int>()> labelsAndCurrent) {
-    auto* picker = new FormPicker(std::move(pick), this);
+    auto* picker = new FormPicker(settingAndShowing(std::move(pick)), this);
     return addRow(label, picker, [picker, labelsAndCurrent = std::move(labelsAndCurrent)] {
         const auto [labels, current] = labelsAndCurrent();
         picker->showChoices(labels, current);
@@ -76,39 +84,35 @@ FormRow& FormSection::addPickerRow(const QString& label, std::function<void(int)
 }
 
 FormRow& FormSection::addSlider(const QString& label, NumberScale scale, FormValue<double> value) {
-    auto* slider = new ValueSlider(std::move(scale), std::move(value.set), this);
+    auto* slider = new ValueSlider(std::move(scale), settingAndShowing(std::move(value.set)), this);
     return addRow(label, slider, [slider, get = std::move(value.get)] { slider->setValue(get()); });
+}
+
+FormRow& FormSection::addSlider(const QString& label, std::function<NumberScale()> scale,
+                                FormValue<double> value) {
+    auto* slider = new ValueSlider(scale(), settingAndShowing(std::move(value.set)), this);
+    return addRow(label, slider, [slider, scale = std::move(scale), get = std::move(value.get)] {
+        slider->setScale(scale());
+        slider->setValue(get());
+    });
 }
 
 FormRow& FormSection::addStepper(const QString& label, const ValueStepper::Scale& scale,
                                  FormValue<double> value) {
-    auto* stepper = new ValueStepper(scale, std::move(value.set), this);
+    auto* stepper = new ValueStepper(scale, settingAndShowing(std::move(value.set)), this);
     return addRow(label, stepper,
                   [stepper, get = std::move(value.get)] { stepper->showValue(get()); });
 }
 
 FormRow& FormSection::addColor(const QString& label, FormValue<RGBAColor> value) {
-    auto* well = new ColorWell(label, std::move(value.set), this);
+    auto* well = new ColorWell(label, settingAndShowing(std::move(value.set)), this);
     return addRow(label, well, [well, get = std::move(value.get)] { well->setColor(get()); });
 }
 
-// What the user is typing isn't overwritten by a refresh.
-FormRow& FormSection::addTextField(const QString& label, FormValue<QString> value) {
-    auto* field = new QLineEdit(this);
-    connect(field, &QLineEdit::editingFinished, this,
-            [field, get = value.get, set = std::move(value.set)] {
-                if (field->text() != get()) {
-                    set(field->text());
-                }
-            });
-    return addRow(label, field, [field, get = std::move(value.get)] {
-        const QString now = get();
-        if (!field->isModified() || !field->hasFocus()) {
-            if (field->text() != now) {
-                field->setText(now);
-            }
-        }
-    });
+FormRow& FormSection::addTextField(const QString& label, FormValue<QString> value,
+                                   FormTextField::Counts counts) {
+    auto* field = new FormTextField(counts, settingAndShowing(std::move(value.set)), this);
+    return addRow(label, field, [field, get = std::move(value.get)] { field->showText(get()); });
 }
 
 FormRow& FormSection::addReading(const QString& label, std::function<QString()> text) {
@@ -142,18 +146,22 @@ FormRow& FormSection::addHelp(std::function<QString()> text) {
     return addRow({}, help, [help, text = std::move(text)] { help->setText(text()); });
 }
 
+FormRow& FormSection::addList(std::function<int()> count, FormList::MakeItem makeItem) {
+    auto* list = new FormList(std::move(makeItem), this);
+    return addControl({}, list, [list, count = std::move(count)] { list->showItems(count()); });
+}
+
 FormRow& FormSection::addControl(const QString& label, QWidget* control,
                                  std::function<void()> show) {
     if (label.isEmpty()) {
         rows_->addRow(control);
-        all_.push_back(std::make_unique<FormRow>(*rows_, *control, std::move(show)));
-        return *all_.back();
+        return keep(control, std::move(show));
     }
     return addRow(label, control, std::move(show));
 }
 
 QPushButton* makeFormButton(const QString& text, std::function<void()> press, QWidget* parent) {
-    auto* button = new QPushButton(text, parent);
+    auto* button = new QPushButton(withoutMnemonic(text), parent);
     button->setAutoDefault(false);
     button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     QObject::connect(button, &QPushButton::clicked, parent, std::move(press));

@@ -13,7 +13,9 @@
 #include <vector>
 
 #include "Core/RGBAColor.h"
+#include "Shell/Forms/FormList.h"
 #include "Shell/Forms/FormRow.h"
+#include "Shell/Forms/FormTextField.h"
 #include "Shell/Forms/FormValue.h"
 #include "Shell/Forms/NumberScale.h"
 #include "Shell/Forms/ValueStepper.h"
@@ -57,25 +59,39 @@ class FormSection final : public QGroupBox {
     }
 
     FormRow& addSlider(const QString& label, NumberScale scale, FormValue<double> value);
+    /// The scale may be another at each refresh.
+    FormRow& addSlider(const QString& label, std::function<NumberScale()> scale,
+                       FormValue<double> value);
     FormRow& addStepper(const QString& label, const ValueStepper::Scale& scale,
                         FormValue<double> value);
     FormRow& addColor(const QString& label, FormValue<TarvaneKit::RGBAColor> value);
-    /// Sets the text when the user is done with it.
-    FormRow& addTextField(const QString& label, FormValue<QString> value);
+    FormRow& addTextField(const QString& label, FormValue<QString> value,
+                          FormTextField::Counts counts = FormTextField::Counts::whenDone);
     /// A text to read, as "+3.0 dB".
     FormRow& addReading(const QString& label, std::function<QString()> text);
     FormRow& addButton(const QString& text, std::function<void()> press);
-    /// Buttons beside each other. Each can be had by its place for `setEnabled`.
+    /// Buttons beside each other.
     FormRow& addButtons(const std::vector<QPushButton*>& buttons);
     /// A small explanation of the row above.
     FormRow& addHelp(const QString& text);
     FormRow& addHelp(std::function<QString()> text);
+    /// As many items as `count` tells at each refresh, over the whole width.
+    FormRow& addList(std::function<int()> count, FormList::MakeItem makeItem);
     /// A control of another kind. `show` puts the value of now into it. Without a label it has the
     /// whole width.
     FormRow& addControl(const QString& label, QWidget* control, std::function<void()> show = {});
 
   private:
     FormRow& addRow(const QString& label, QWidget* control, std::function<void()> show);
+    FormRow& keep(QWidget* control, std::function<void()> show);
+    /// For the next row that is added: sets the value, then shows what that has come to.
+    template <class T>
+    std::function<void(T)> settingAndShowing(std::function<void(T)> set) {
+        return [this, row = all_.size(), set = std::move(set)](T value) {
+            set(std::move(value));
+            all_[row]->refresh();
+        };
+    }
     FormRow& addPickerRow(const QString& label, std::function<void(int)> pick,
                           std::function<std::pair<QStringList, int>()> labelsAndCurrent);
 
@@ -88,20 +104,22 @@ template <class T>
 FormRow& FormSection::addPicker(const QString& label,
                                 std::function<std::vector<FormChoice<T>>()> choices,
                                 FormValue<T> value) {
+    // What the list shows, which is what an index of it means.
+    auto offered = std::make_shared<std::vector<FormChoice<T>>>();
     return addPickerRow(
         label,
-        [choices, set = std::move(value.set)](int index) {
-            set(choices()[static_cast<std::size_t>(index)].value);
+        [offered, set = std::move(value.set)](int index) {
+            set((*offered)[static_cast<std::size_t>(index)].value);
         },
-        [choices, get = std::move(value.get)] {
-            const auto offered = choices();
+        [offered, choices = std::move(choices), get = std::move(value.get)] {
+            *offered = choices();
             QStringList labels;
-            for (const FormChoice<T>& choice : offered) {
+            for (const FormChoice<T>& choice : *offered) {
                 labels.append(choice.label);
             }
-            const auto found = std::ranges::find(offered, get(), &FormChoice<T>::value);
+            const auto found = std::ranges::find(*offered, get(), &FormChoice<T>::value);
             return std::pair(
-                labels, found != offered.end() ? static_cast<int>(found - offered.begin()) : -1);
+                labels, found != offered->end() ? static_cast<int>(found - offered->begin()) : -1);
         });
 }
 

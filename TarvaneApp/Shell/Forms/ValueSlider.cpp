@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QSignalBlocker>
 #include <QSlider>
+#include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
 
@@ -18,13 +19,22 @@ namespace {
 
 constexpr int smallestSliderWidth = 120;
 
+// Scrolling a form must not turn what happens to lie under the pointer.
+class StillSlider final : public QSlider {
+  public:
+    using QSlider::QSlider;
+
+  protected:
+    void wheelEvent(QWheelEvent* event) override { event->ignore(); }
+};
+
 }  // namespace
 
 ValueSlider::ValueSlider(NumberScale scale, std::function<void(double)> onMove, QWidget* parent)
     : QWidget(parent),
       scale_(std::move(scale)),
       value_(scale_.lowest),
-      slider_(new QSlider(Qt::Horizontal, this)),
+      slider_(new StillSlider(Qt::Horizontal, this)),
       text_(makeTextLabel({}, Theme::Text::body, Theme::primaryText, this)) {
     setFocusProxy(slider_);
     slider_->setMinimumWidth(smallestSliderWidth);
@@ -33,27 +43,28 @@ ValueSlider::ValueSlider(NumberScale scale, std::function<void(double)> onMove, 
     row->addWidget(slider_, 1);
     row->addWidget(text_);
     connect(slider_, &QSlider::valueChanged, this, [this, onMove = std::move(onMove)](int steps) {
-        onMove(std::min(scale_.lowest + steps * scale_.step, scale_.highest));
+        onMove(
+            std::min(scale_.lowest + (steps - slider_->minimum()) * scale_.step, scale_.highest));
     });
     layOut();
     setValue(value_);
 }
 
 void ValueSlider::setScale(NumberScale scale) {
-    if (scale.lowest == scale_.lowest && scale.highest == scale_.highest &&
-        scale.step == scale_.step) {
-        return;
-    }
     scale_ = std::move(scale);
     layOut();
     setValue(value_);
 }
 
+// Steps are counted from zero where that lies on the scale, so that a screen reader, which reads
+// them, reads the value of a scale in whole numbers.
 void ValueSlider::layOut() {
     const QSignalBlocker quiet(slider_);
-    slider_->setRange(
-        0, static_cast<int>(std::ceil((scale_.highest - scale_.lowest) / scale_.step - 0.001)));
-    slider_->setPageStep(std::max(slider_->maximum() / 10, 1));
+    const int lowest = static_cast<int>(std::lround(scale_.lowest / scale_.step));
+    const int steps =
+        static_cast<int>(std::ceil((scale_.highest - scale_.lowest) / scale_.step - 0.001));
+    slider_->setRange(lowest, lowest + steps);
+    slider_->setPageStep(std::max(steps / 10, 1));
     // As wide as the widest value, so that the slider doesn't move under the pointer.
     const QFontMetrics metrics(text_->font());
     int width = 0;
@@ -70,7 +81,8 @@ void ValueSlider::setValue(double value) {
     value_ = value;
     const QSignalBlocker quiet(slider_);
     const double inRange = std::clamp(value, scale_.lowest, scale_.highest);
-    slider_->setValue(static_cast<int>(std::lround((inRange - scale_.lowest) / scale_.step)));
+    slider_->setValue(slider_->minimum() +
+                      static_cast<int>(std::lround((inRange - scale_.lowest) / scale_.step)));
     const QString text = scale_.text(value);
     text_->setText(text);
     slider_->setAccessibleDescription(text);

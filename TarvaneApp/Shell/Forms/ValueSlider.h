@@ -20,10 +20,11 @@ class ValueSlider final : public QWidget {
     /// A value beyond the scale is told as it is, with the slider at the nearer end. One that is
     /// not finite is passed over.
     void setValue(double value);
-    /// The value that is shown stays the same.
+    /// The value stays the same.
     void setScale(NumberScale scale);
     const NumberScale& scale() const { return scale_; }
 
+    /// It counts in steps of the scale.
     QSlider& slider() { return *slider_; }
 
   private:

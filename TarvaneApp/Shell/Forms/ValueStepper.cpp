@@ -1,8 +1,10 @@
 #include "Shell/Forms/ValueStepper.h"
 
+#include <QLineEdit>
 #include <QLocale>
 #include <QSignalBlocker>
 #include <QWheelEvent>
+#include <cmath>
 
 namespace TarvaneApp {
 
@@ -18,15 +20,26 @@ ValueStepper::ValueStepper(const Scale& scale, std::function<void(double)> onCha
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     connect(this, &QDoubleSpinBox::valueChanged, this, std::move(onChange));
+    connect(this, &QDoubleSpinBox::editingFinished, this,
+            [this] { lineEdit()->setModified(false); });
 }
 
 void ValueStepper::showValue(double value) {
+    if (lineEdit()->isModified() || !std::isfinite(value)) {
+        return;
+    }
     const QSignalBlocker quiet(this);
     setValue(value);
 }
 
 QString ValueStepper::textFromValue(double value) const {
     return QString::number(value, 'g');
+}
+
+QValidator::State ValueStepper::validate(QString& text, int& position) const {
+    text.replace(u',', u'.');
+    text.replace(QChar(0x2212), u'-');
+    return QDoubleSpinBox::validate(text, position);
 }
 
 void ValueStepper::wheelEvent(QWheelEvent* event) {

@@ -22,9 +22,12 @@ class ValueStepper final : public QDoubleSpinBox {
                  QWidget* parent = nullptr);
 
     /// A value beyond the scale is shown as its nearer end, and stays until the user changes it.
+    /// What is being typed isn't overwritten, and what is not finite passed over.
     void showValue(double value);
 
     QString textFromValue(double value) const override;
+    /// A comma is a decimal point too, and every minus is one.
+    QValidator::State validate(QString& text, int& position) const override;
 
   protected:
     /// Scrolling a form must not turn what happens to lie under the pointer.

@@ -1,0 +1,34 @@
+#include "Shell/Forms/FormList.h"
+
+#include <QVBoxLayout>
+
+#include "Displays/Theme.h"
+#include "Shell/Controls/BareLayout.h"
+
+namespace TarvaneApp {
+
+FormList::FormList(MakeItem makeItem, QWidget* parent)
+    : QWidget(parent),
+      makeItem_(std::move(makeItem)),
+      column_(layOutColumn(this, Theme::Space::row)) {}
+
+// An item goes after the press of its own button has come back.
+void FormList::showItems(int count) {
+    while (static_cast<int>(items_.size()) > count) {
+        QWidget* last = items_.back().widget;
+        items_.pop_back();
+        column_->removeWidget(last);
+        last->hide();
+        last->deleteLater();
+    }
+    while (static_cast<int>(items_.size()) < count) {
+        items_.push_back(makeItem_(static_cast<int>(items_.size()), this));
+        column_->addWidget(items_.back().widget);
+        items_.back().widget->show();
+    }
+    for (const Item& item : items_) {
+        item.show();
+    }
+}
+
+}  // namespace TarvaneApp
