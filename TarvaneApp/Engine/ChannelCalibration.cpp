@@ -20,6 +20,10 @@ namespace {
 // At or below this there is no signal to calibrate on.
 constexpr double lowestCalibratorLevelDB = -200.0;
 
+bool isSignal(double levelDBFS) {
+    return std::isfinite(levelDBFS) && levelDBFS > lowestCalibratorLevelDB;
+}
+
 CalibrationProfile& ownProfile(ChannelConfig& channel) {
     if (!channel.calibration) {
         channel.calibration.emplace().name = channel.name;
@@ -45,30 +49,41 @@ bool ChannelCalibration::hasProfile(const UUID& id) const {
     return id == UUID::main() || (channel != nullptr && channel->calibration);
 }
 
-void ChannelCalibration::calibrateReference(double knownSPL, const UUID& id) {
-    if (!(knownSPL >= 0.0 && knownSPL <= largestReferenceSPL)) {
-        errorMessage_.tell("Enter a reference SPL between 0 and 200 dB.");
-        return;
-    }
+std::string ChannelCalibration::refuse(std::string reason) {
+    errorMessage_.tell(reason);
+    return reason;
+}
+
+// Without the calibration in force, so that an old one never feeds into a new one.
+std::optional<double> ChannelCalibration::runningLevelDBFS(const UUID& id) const {
     const auto channel = channels_.channelInfo(id);
     const auto levelDB = channel ? run_.level(displays_.meterMetric(id), id) : std::nullopt;
-    if (!levelDB) {
-        errorMessage_.tell("Start audio input and play the reference tone before calibrating.");
-        return;
+    return levelDB ? std::optional(*levelDB - channel->calibration.broadbandOffsetDB())
+                   : std::nullopt;
+}
+
+std::optional<double> ChannelCalibration::uncalibratedLevelDBFS(const UUID& id) const {
+    const auto levelDBFS = runningLevelDBFS(id);
+    return levelDBFS && isSignal(*levelDBFS) ? levelDBFS : std::nullopt;
+}
+
+std::optional<std::string> ChannelCalibration::calibrateReference(double knownSPL, const UUID& id) {
+    if (!(knownSPL >= 0.0 && knownSPL <= largestReferenceSPL)) {
+        return refuse("Enter a reference SPL between 0 and 200 dB.");
     }
-    // Without the calibration in force, so that an old one never feeds into the new one.
-    const double rawLevelDB = *levelDB - channel->calibration.broadbandOffsetDB();
-    if (!(std::isfinite(rawLevelDB) && rawLevelDB > lowestCalibratorLevelDB)) {
-        errorMessage_.tell(
-            "No signal detected — make sure the reference tone/calibrator is running.");
-        return;
+    const auto levelDBFS = runningLevelDBFS(id);
+    if (!levelDBFS) {
+        return refuse("Start audio input and play the reference tone before calibrating.");
     }
-    if (std::abs(knownSPL - rawLevelDB) > largestOffsetDB) {
-        errorMessage_.tell("That reference level doesn't match the measured signal.");
-        return;
+    if (!isSignal(*levelDBFS)) {
+        return refuse("No signal detected — make sure the reference tone/calibrator is running.");
+    }
+    if (std::abs(knownSPL - *levelDBFS) > largestOffsetDB) {
+        return refuse("That reference level doesn't match the measured signal.");
     }
 
-    ReferenceCalibration::Measurement measurement{.measuredDBFS = rawLevelDB,
+    const auto channel = channels_.channelInfo(id);
+    ReferenceCalibration::Measurement measurement{.measuredDBFS = *levelDBFS,
                                                   .knownSPL = knownSPL,
                                                   .deviceUID = channel->deviceUID,
                                                   .deviceName = {},
@@ -89,20 +104,23 @@ void ChannelCalibration::calibrateReference(double knownSPL, const UUID& id) {
     const auto reference = ReferenceCalibration::fromReference(measurement);
     if (id == UUID::main()) {
         editCalibration(id, [&](CalibrationProfile& profile) { profile.reference = reference; });
-        return;
+        return std::nullopt;
     }
     channels_.updateChannel(id, [&](ChannelConfig& config) {
         ownProfile(config).reference = reference;
         config.isDigital = false;  // what has been calibrated measures sound
     });
+    return std::nullopt;
 }
 
-void ChannelCalibration::loadMicCalFile(const std::filesystem::path& path, const UUID& id) {
+std::optional<std::string> ChannelCalibration::loadMicCalFile(const std::filesystem::path& path,
+                                                              const UUID& id) {
     try {
         const MicCalFile file = MicCalFile::read(path);
         editCalibration(id, [&](CalibrationProfile& profile) { profile.micCalFile = file; });
+        return std::nullopt;
     } catch (const std::runtime_error& error) {
-        errorMessage_.tell(error.what());
+        return refuse(error.what());
     }
 }
 

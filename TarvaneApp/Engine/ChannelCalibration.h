@@ -44,11 +44,17 @@ class ChannelCalibration {
           run_(environment.run),
           errorMessage_(environment.errorMessage) {}
 
-    /// Takes the channel's level as that of a tone of known SPL. What stands in the way is told in
-    /// the error message, and nothing changes.
-    void calibrateReference(double knownSPL, const TarvaneKit::UUID& id);
-    /// Takes a microphone file; one that can't be read is told, and nothing changes.
-    void loadMicCalFile(const std::filesystem::path& path, const TarvaneKit::UUID& id);
+    // What stands in the way of the first two is told in the error message and given back, and
+    // nothing changes.
+
+    /// Takes the channel's level as that of a tone of known SPL.
+    std::optional<std::string> calibrateReference(double knownSPL, const TarvaneKit::UUID& id);
+    /// Takes a microphone file.
+    std::optional<std::string> loadMicCalFile(const std::filesystem::path& path,
+                                              const TarvaneKit::UUID& id);
+    /// The level that `calibrateReference` would take, without the calibration in force; absent
+    /// without a live signal.
+    std::optional<double> uncalibratedLevelDBFS(const TarvaneKit::UUID& id) const;
     void clearMicCalFile(const TarvaneKit::UUID& id);
     void clearReferenceCalibration(const TarvaneKit::UUID& id);
     /// Whether the channel's source has no acoustic level. The system's output never has.
@@ -60,6 +66,9 @@ class ChannelCalibration {
     void editCalibration(const TarvaneKit::UUID& id,
                          const std::function<void(TarvaneKit::CalibrationProfile&)>& edit);
     bool hasProfile(const TarvaneKit::UUID& id) const;
+    /// Absent where the channel isn't running.
+    std::optional<double> runningLevelDBFS(const TarvaneKit::UUID& id) const;
+    std::string refuse(std::string reason);
 
     const Clock& clock_;
     MeterSettings& settings_;

@@ -22,11 +22,14 @@ std::vector<int> gainChannels(const ChannelConfig& channel) {
                         channel.isStereo ? std::optional(channel.rightChannelIndex) : std::nullopt);
 }
 
-std::string refusal(const std::string& control) {
-    return "Couldn't set input " + control + " — this device may not support it in software.";
-}
-
 }  // namespace
+
+std::string InputGains::refuse(const std::string& control) {
+    std::string sentence =
+        "Couldn't set input " + control + " — this device may not support it in software.";
+    errorMessage_.tell(sentence);
+    return sentence;
+}
 
 std::vector<int> InputGains::mainChannels() const {
     return gainChannels(settings_.selectedChannelIndex(),
@@ -106,43 +109,43 @@ std::optional<InputGainState> InputGains::inputGain(const ChannelConfig& channel
     return found != deviceGains().end() ? std::optional(found->second) : std::nullopt;
 }
 
-void InputGains::setInputGain(double gainDB, const ChannelConfig& channel) {
+std::optional<std::string> InputGains::setInputGain(double gainDB, const ChannelConfig& channel) {
     const auto device = devices_.id(channel.deviceUID);
     if (!device) {
-        return;
+        return std::nullopt;
     }
     if (!audio_.setInputGainDB(gainDB, *device, gainChannels(channel))) {
-        errorMessage_.tell(refusal("gain"));
-        return;
+        return refuse("gain");
     }
     refreshDeviceGains();
     if (channel.deviceUID == settings_.selectedDeviceUID()) {
         refreshInputVolume();
     }
+    return std::nullopt;
 }
 
-void InputGains::setInputGain(double gainDB) {
+std::optional<std::string> InputGains::setInputGain(double gainDB) {
     const auto device = devices_.id(settings_.selectedDeviceUID());
     if (!device) {
-        return;
+        return std::nullopt;
     }
-    if (audio_.setInputGainDB(gainDB, *device, mainChannels())) {
-        refreshInputVolume();
-    } else {
-        errorMessage_.tell(refusal("gain"));
+    if (!audio_.setInputGainDB(gainDB, *device, mainChannels())) {
+        return refuse("gain");
     }
+    refreshInputVolume();
+    return std::nullopt;
 }
 
-void InputGains::setInputVolume(float volume) {
+std::optional<std::string> InputGains::setInputVolume(float volume) {
     const auto device = devices_.id(settings_.selectedDeviceUID());
     if (!device) {
-        return;
+        return std::nullopt;
     }
-    if (audio_.setInputVolumeScalar(volume, *device, mainChannels())) {
-        refreshInputVolume();
-    } else {
-        errorMessage_.tell(refusal("volume"));
+    if (!audio_.setInputVolumeScalar(volume, *device, mainChannels())) {
+        return refuse("volume");
     }
+    refreshInputVolume();
+    return std::nullopt;
 }
 
 }  // namespace TarvaneApp

@@ -51,11 +51,12 @@ class InputGains {
 
     /// Absent where the channel's device reports none.
     std::optional<TarvaneKit::InputGainState> inputGain(const ChannelConfig& channel) const;
-    /// On both inputs of a pair. A device that doesn't take it is told in the error message.
-    void setInputGain(double gainDB, const ChannelConfig& channel);
+    /// On both inputs of a pair. A device that doesn't take it is told in the error message, and
+    /// what that says is given back.
+    std::optional<std::string> setInputGain(double gainDB, const ChannelConfig& channel);
     /// The same for the main input.
-    void setInputGain(double gainDB);
-    void setInputVolume(float volume);
+    std::optional<std::string> setInputGain(double gainDB);
+    std::optional<std::string> setInputVolume(float volume);
 
   private:
     struct Observation {
@@ -65,6 +66,7 @@ class InputGains {
     };
 
     std::vector<int> mainChannels() const;
+    std::string refuse(const std::string& control);
     void setCurrentInputGain(const std::optional<TarvaneKit::InputGainState>& gain);
 
     TarvaneKit::AudioSystem& audio_;

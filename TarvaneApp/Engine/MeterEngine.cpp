@@ -164,16 +164,16 @@ std::optional<InputGainState> MeterEngine::inputGain(const ChannelConfig& channe
     return owners_->gains.inputGain(channel);
 }
 
-void MeterEngine::setInputGain(double gainDB, const ChannelConfig& channel) {
-    owners_->gains.setInputGain(gainDB, channel);
+std::optional<std::string> MeterEngine::setInputGain(double gainDB, const ChannelConfig& channel) {
+    return owners_->gains.setInputGain(gainDB, channel);
 }
 
-void MeterEngine::setInputGain(double gainDB) {
-    owners_->gains.setInputGain(gainDB);
+std::optional<std::string> MeterEngine::setInputGain(double gainDB) {
+    return owners_->gains.setInputGain(gainDB);
 }
 
-void MeterEngine::setInputVolume(float volume) {
-    owners_->gains.setInputVolume(volume);
+std::optional<std::string> MeterEngine::setInputVolume(float volume) {
+    return owners_->gains.setInputVolume(volume);
 }
 
 void MeterEngine::addChannel() {
@@ -297,12 +297,17 @@ void MeterEngine::setSpectrogramCeilingDB(double ceilingDB, const UUID& id) {
     owners_->displays.setSpectrogramCeilingDB(ceilingDB, id);
 }
 
-void MeterEngine::calibrateReference(double knownSPL, const UUID& id) {
-    owners_->calibration.calibrateReference(knownSPL, id);
+std::optional<std::string> MeterEngine::calibrateReference(double knownSPL, const UUID& id) {
+    return owners_->calibration.calibrateReference(knownSPL, id);
 }
 
-void MeterEngine::loadMicCalFile(const std::filesystem::path& path, const UUID& id) {
-    owners_->calibration.loadMicCalFile(path, id);
+std::optional<std::string> MeterEngine::loadMicCalFile(const std::filesystem::path& path,
+                                                       const UUID& id) {
+    return owners_->calibration.loadMicCalFile(path, id);
+}
+
+std::optional<double> MeterEngine::uncalibratedLevelDBFS(const UUID& id) const {
+    return owners_->calibration.uncalibratedLevelDBFS(id);
 }
 
 void MeterEngine::clearMicCalFile(const UUID& id) {

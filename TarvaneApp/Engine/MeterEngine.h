@@ -159,11 +159,12 @@ class MeterEngine : public QObject, public MeterSettings {
     void refreshDeviceGains();
     /// Absent where the channel's device reports none.
     std::optional<TarvaneKit::InputGainState> inputGain(const ChannelConfig& channel) const;
-    /// On both inputs of a pair. A device that doesn't take it is told in `errorMessage`.
-    void setInputGain(double gainDB, const ChannelConfig& channel);
+    /// On both inputs of a pair. A device that doesn't take it is told in `errorMessage`, and what
+    /// that says is given back.
+    std::optional<std::string> setInputGain(double gainDB, const ChannelConfig& channel);
     /// The same for the main input.
-    void setInputGain(double gainDB);
-    void setInputVolume(float volume);
+    std::optional<std::string> setInputGain(double gainDB);
+    std::optional<std::string> setInputVolume(float volume);
 
     // The channels.
     /// A channel on the main input's device, at its lowest input that no other channel takes. One
@@ -221,11 +222,21 @@ class MeterEngine : public QObject, public MeterSettings {
     void setSpectrogramCeilingDB(double ceilingDB, const TarvaneKit::UUID& id);
 
     // Calibration.
-    /// Takes the channel's level as that of a tone of known SPL. What stands in the way is told in
-    /// `errorMessage`, and nothing changes.
-    void calibrateReference(double knownSPL, const TarvaneKit::UUID& id);
-    /// Takes a microphone file; one that can't be read is told, and nothing changes.
-    void loadMicCalFile(const std::filesystem::path& path, const TarvaneKit::UUID& id);
+    // What stands in the way of the first two is told in `errorMessage` and given back, and nothing
+    // changes.
+
+    /// Takes the channel's level as that of a tone of known SPL.
+    std::optional<std::string> calibrateReference(double knownSPL, const TarvaneKit::UUID& id);
+    /// Takes a microphone file.
+    std::optional<std::string> loadMicCalFile(const std::filesystem::path& path,
+                                              const TarvaneKit::UUID& id);
+    /// The level that `calibrateReference` would take, without the calibration in force; absent
+    /// without a live signal.
+    std::optional<double> uncalibratedLevelDBFS(const TarvaneKit::UUID& id) const;
+    /// Whether there is a live signal to calibrate on.
+    bool canCalibrate(const TarvaneKit::UUID& id) const {
+        return uncalibratedLevelDBFS(id).has_value();
+    }
     void clearMicCalFile(const TarvaneKit::UUID& id);
     void clearReferenceCalibration(const TarvaneKit::UUID& id);
     /// Whether the channel's source has no acoustic level. The system's output never has.
@@ -244,6 +255,7 @@ class MeterEngine : public QObject, public MeterSettings {
     bool mainWindowShowsGraphArea() const;
     /// The channel's own layout, or one with all modules and the main window's arrangement.
     ChannelWindowLayout windowLayout(const TarvaneKit::UUID& channelID) const;
+    /// An edit that would leave the window without a module changes nothing.
     void updateWindowLayout(const TarvaneKit::UUID& channelID,
                             const std::function<void(ChannelWindowLayout&)>& edit);
     /// Takes the layout out of `channelWindowLayouts`, so that the default holds again.

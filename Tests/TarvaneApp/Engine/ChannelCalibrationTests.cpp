@@ -127,6 +127,37 @@ TEST_F(ChannelCalibrationTests, onlyAChannelThatIsLiveCanBeCalibrated) {
     EXPECT_FALSE(engine->calibration().reference);
 }
 
+TEST_F(ChannelCalibrationTests, whatACalibrationWouldTakeIsTheLevelWithoutTheOneInForce) {
+    engine->selectedDeviceUID.set("mic");
+    EXPECT_FALSE(engine->canCalibrate(UUID::main()));
+    EXPECT_FALSE(engine->uncalibratedLevelDBFS(UUID::random()));
+    start();
+    EXPECT_FALSE(engine->canCalibrate(UUID::main()));  // silence
+    playTone("mic");
+    EXPECT_NEAR(engine->uncalibratedLevelDBFS(UUID::main()).value(), toneDB, 0.01);
+    engine->calibrateReference(94.0, UUID::main());
+    playTone("mic");
+    EXPECT_NEAR(engine->uncalibratedLevelDBFS(UUID::main()).value(), toneDB, 0.01);
+    EXPECT_TRUE(engine->canCalibrate(UUID::main()));
+    engine->pause();
+    EXPECT_FALSE(engine->canCalibrate(UUID::main()));
+    engine->resume();
+    engine->stop();
+    EXPECT_FALSE(engine->canCalibrate(UUID::main()));
+}
+
+TEST_F(ChannelCalibrationTests, whatStandsInTheWayIsGivenBackToo) {
+    EXPECT_EQ(engine->calibrateReference(94.0, UUID::main()), notRunning);
+    EXPECT_EQ(engine->calibrateReference(-1.0, UUID::main()),
+              "Enter a reference SPL between 0 and 200 dB.");
+    EXPECT_EQ(engine->loadMicCalFile(micFile("nothing of use\n"), UUID::main()),
+              "The calibration file contained no valid frequency/magnitude data points.");
+    EXPECT_EQ(engine->loadMicCalFile(micFile("100 1.5\n"), UUID::main()), std::nullopt);
+    start();
+    playTone("");
+    EXPECT_EQ(engine->calibrateReference(94.0, UUID::main()), std::nullopt);
+}
+
 TEST_F(ChannelCalibrationTests, withoutASignalNothingIsCalibrated) {
     start();
     engine->calibrateReference(94.0, UUID::main());

@@ -144,12 +144,12 @@ TEST_F(InputGainsTests, aRefusalIsToldAndChangesNothing) {
     auto controls = eachAt(-3.0);
     controls.refusesToBeSet = true;
     moveTo(desk, controls);
-    engine->setInputGain(-9.0, b);
-    EXPECT_EQ(engine->errorMessage(),
-              "Couldn't set input gain — this device may not support it in software.");
+    const auto refusal = engine->setInputGain(-9.0, b);
+    EXPECT_EQ(refusal, "Couldn't set input gain — this device may not support it in software.");
+    EXPECT_EQ(engine->errorMessage(), refusal);
     EXPECT_EQ(engine->inputGain(b)->currentDB, -3.0);
     engine->dismissError();
-    engine->setInputGain(-9.0, addChannel("C", "gone", 0));
+    EXPECT_FALSE(engine->setInputGain(-9.0, addChannel("C", "gone", 0)));
     EXPECT_FALSE(engine->errorMessage());
 }
 
