@@ -78,8 +78,11 @@ ChannelWindowLayout ModuleLayout::windowLayout(const UUID& channelID) const {
 void ModuleLayout::updateWindowLayout(const UUID& channelID,
                                       const std::function<void(ChannelWindowLayout&)>& edit) {
     auto layouts = settings_.channelWindowLayouts();
-    edit(layouts[channelID]);
-    settings_.channelWindowLayouts.set(std::move(layouts));
+    ChannelWindowLayout& layout = layouts[channelID];
+    edit(layout);
+    if (layout.visibleModuleCount() > 0) {
+        settings_.channelWindowLayouts.set(std::move(layouts));
+    }
 }
 
 void ModuleLayout::resetWindowLayout(const UUID& channelID) {

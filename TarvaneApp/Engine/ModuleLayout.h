@@ -21,6 +21,7 @@ class ModuleLayout {
 
     /// The channel's own layout, or one with all modules and the main window's arrangement.
     ChannelWindowLayout windowLayout(const TarvaneKit::UUID& channelID) const;
+    /// An edit that would leave the window without a module changes nothing.
     void updateWindowLayout(const TarvaneKit::UUID& channelID,
                             const std::function<void(ChannelWindowLayout&)>& edit);
     /// Takes the layout out of the settings, so that the default holds again.

@@ -52,14 +52,9 @@ void ChannelWindowLayoutControls::addToggle(QVBoxLayout& column, const QString& 
                                             bool ChannelWindowLayout::*shows) {
     auto* toggle = new QCheckBox(name, this);
     connect(toggle, &QCheckBox::clicked, this, [this, shows](bool isOn) {
-        ChannelWindowLayout wanted = engine_.windowLayout(channelID_);
-        wanted.*shows = isOn;
-        if (wanted.visibleModuleCount() > 0) {
-            engine_.updateWindowLayout(channelID_,
-                                       [&wanted](ChannelWindowLayout& layout) { layout = wanted; });
-        } else {
-            showLayout();
-        }
+        engine_.updateWindowLayout(channelID_,
+                                   [&](ChannelWindowLayout& layout) { layout.*shows = isOn; });
+        showLayout();
     });
     shows_.emplace_back(
         [toggle, shows](const ChannelWindowLayout& layout) { toggle->setChecked(layout.*shows); });

@@ -144,6 +144,16 @@ TEST_F(SettingEffectsTests, aChannelsWindowLayoutIsEditedAndReset) {
     EXPECT_EQ(engine->windowLayout(id), ChannelWindowLayout{});
 }
 
+TEST_F(SettingEffectsTests, aChannelsWindowKeepsItsLastModule) {
+    const auto id = addChannel("B", "desk", 0).id;
+    engine->updateWindowLayout(id, [](auto& layout) {
+        layout.showsSPLMeter = layout.showsRTA = layout.showsSpectrogram = false;
+    });
+    engine->updateWindowLayout(id, [](auto& layout) { layout.showsLevelHistory = false; });
+    EXPECT_TRUE(engine->windowLayout(id).showsLevelHistory);
+    EXPECT_EQ(engine->windowLayout(id).visibleModuleCount(), 1);
+}
+
 TEST_F(SettingEffectsTests, aChannelsBandsAreThoseOfItsFraction) {
     const auto id = addChannel("B", "desk", 0).id;
     engine->updateDisplay(
