@@ -2,6 +2,7 @@
 
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
+#include "Shell/ChannelControls/ReadoutUnits.h"
 #include "Shell/Controls/EnumChoice.h"
 
 namespace TarvaneApp {
@@ -21,25 +22,13 @@ void ReadoutUnitPicker::setChannelID(const TarvaneKit::UUID& channelID) {
     showChoices();
 }
 
-void ReadoutUnitPicker::choose(ReadoutUnit unit) {
-    const TarvaneKit::UUID id = channelID_;
-    engine_.setMeasuresLoudness(unit == ReadoutUnit::lufs, id);
-    if (unit != ReadoutUnit::lufs) {
-        engine_.updateDisplay(id, [unit](ChannelDisplaySettings& display) {
-            display.showsDBFS = unit == ReadoutUnit::dbfs;
-        });
-    }
-}
-
 void ReadoutUnitPicker::showChoices() {
     const ReadoutUnit current = engine_.readoutUnit(channelID_);
     std::vector<Item> items;
-    for (const ReadoutUnit unit : TarvaneKit::allCases<ReadoutUnit>()) {
-        if (unit == ReadoutUnit::spl && !engine_.isCalibrated(channelID_)) {
-            continue;
-        }
-        items.push_back(EnumChoice<ReadoutUnit>::item(
-            unit, current, [this](ReadoutUnit picked) { choose(picked); }));
+    for (const ReadoutUnit unit : offeredReadoutUnits(engine_, channelID_)) {
+        items.push_back(EnumChoice<ReadoutUnit>::item(unit, current, [this](ReadoutUnit picked) {
+            chooseReadoutUnit(picked, engine_, channelID_);
+        }));
     }
     setItems(std::move(items));
 }

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "Core/UUID.h"
-#include "Records/DisplayEnums.h"
 #include "Shell/Controls/MenuButton.h"
 
 namespace TarvaneApp {
@@ -19,7 +18,6 @@ class ReadoutUnitPicker final : public MenuButton {
     void setChannelID(const TarvaneKit::UUID& channelID);
 
   private:
-    void choose(ReadoutUnit unit);
     void showChoices();
 
     MeterEngine& engine_;
