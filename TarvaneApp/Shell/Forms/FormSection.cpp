@@ -59,7 +59,9 @@ FormRow& FormSection::keep(QWidget* control, std::function<void()> show) {
 FormRow& FormSection::addRow(const QString& label, QWidget* control, std::function<void()> show) {
     rows_->addRow(withoutMnemonic(label), control);
     QWidget* spoken = control->focusProxy() != nullptr ? control->focusProxy() : control;
-    if (!label.isEmpty() && spoken->accessibleName().isEmpty()) {
+    // A text is its own name: with another one a screen reader wouldn't read it.
+    if (!label.isEmpty() && spoken->accessibleName().isEmpty() &&
+        qobject_cast<QLabel*>(spoken) == nullptr) {
         spoken->setAccessibleName(label);
     }
     return keep(control, std::move(show));
