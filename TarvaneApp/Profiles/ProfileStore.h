@@ -55,6 +55,9 @@ class ProfileStore : public QObject {
     /// "Tarvane/Profiles" in the user's XDG data folder.
     static std::filesystem::path usersFolder();
 
+    /// Where the profiles' files are; it comes to be with the first of them.
+    const std::filesystem::path& folder() const { return folder_.path(); }
+
     /// Those of the folder, in the order in which people count.
     const Observable<std::vector<SettingsProfile>>& profiles;
     /// What was saved or loaded last, as long as it is there. Settings may have changed since.

@@ -23,11 +23,14 @@ void TarvaneApplication::introduce() {
     applyAppearance();
 }
 
-TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueStore& store)
+TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueStore& store,
+                                       const std::filesystem::path& profilesFolder)
     : engine_({.audio = audio, .store = store, .clock = clock_, .tickTimer = tickTimer_}),
+      profiles_({.folder = profilesFolder, .store = store, .clock = clock_, .panels = panels_}),
       mainWindow_(std::make_unique<MainWindow>(
-          engine_,
+          engine_, profiles_,
           AppCommands{.showSettings = [this] { showSettings(); },
+                      .showProfiles = [this] { showProfiles(); },
                       .openStandaloneWindow =
                           [this](StandaloneModule module) { scenes_->openModule(module); },
                       .openChannelWindow = [this](const UUID& id) { scenes_->openChannel(id); },
@@ -48,10 +51,15 @@ void TarvaneApplication::showMainWindow() {
 
 void TarvaneApplication::showSettings() {
     if (!preferences_) {
-        preferences_ = std::make_unique<PreferencesWindow>(engine_);
+        preferences_ = std::make_unique<PreferencesWindow>(engine_, profiles_);
         preferences_->addActions(mainWindow_->keyedActions());
     }
     bringToFront(*preferences_);
+}
+
+void TarvaneApplication::showProfiles() {
+    showSettings();
+    preferences_->showProfiles();
 }
 
 }  // namespace TarvaneApp

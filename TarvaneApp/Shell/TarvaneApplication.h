@@ -2,14 +2,17 @@
 #pragma once
 
 #include <QObject>
+#include <filesystem>
 #include <memory>
 
 #include "AudioIO/AudioSystem.h"
 #include "Engine/Clock.h"
 #include "Engine/KernelTickTimer.h"
 #include "Engine/MeterEngine.h"
+#include "Profiles/ProfileStore.h"
 #include "Settings/KeyValueStore.h"
 #include "Shell/Windows/AppTermination.h"
+#include "Shell/Windows/FilePanels.h"
 
 namespace TarvaneApp {
 
@@ -22,12 +25,15 @@ class TarvaneApplication final : public QObject {
   public:
     /// Both outlive the application, as does the QApplication. Metering isn't started, and no
     /// window is shown.
-    TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueStore& store);
+    TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueStore& store,
+                       const std::filesystem::path& profilesFolder);
     ~TarvaneApplication() override;
 
     /// The first time, all windows that were open when the program last ended come with it.
     void showMainWindow();
     void showSettings();
+    /// The settings, at the profiles.
+    void showProfiles();
 
     MeterEngine& engine() { return engine_; }
 
@@ -39,6 +45,8 @@ class TarvaneApplication final : public QObject {
     SystemClock clock_;
     KernelTickTimer tickTimer_;
     MeterEngine engine_;
+    FilePanels panels_;
+    ProfileStore profiles_;
     std::unique_ptr<MainWindow> mainWindow_;
     std::unique_ptr<PreferencesWindow> preferences_;
     std::unique_ptr<WindowScenes> scenes_;

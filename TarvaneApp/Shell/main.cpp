@@ -3,6 +3,7 @@
 #include <QApplication>
 
 #include "AudioIO/PipeWire/PipeWireAudioSystem.h"
+#include "Profiles/ProfileStore.h"
 #include "Settings/UserDefaults.h"
 #include "Shell/RunningInstance.h"
 #include "Shell/TarvaneApplication.h"
@@ -25,7 +26,7 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(!instance.isListening());
     TarvaneKit::PipeWireAudioSystem audio;
     TarvaneApp::UserDefaults store;
-    TarvaneApp::TarvaneApplication tarvane(audio, store);
+    TarvaneApp::TarvaneApplication tarvane(audio, store, TarvaneApp::ProfileStore::usersFolder());
     QObject::connect(&instance, &TarvaneApp::RunningInstance::launchedAgain, &tarvane,
                      &TarvaneApp::TarvaneApplication::showMainWindow);
     tarvane.showMainWindow();

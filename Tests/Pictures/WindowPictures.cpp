@@ -35,6 +35,7 @@
 #include "Support/FakeAudioSystem.h"
 #include "Support/ManualTime.h"
 #include "Support/MemoryStore.h"
+#include "TarvaneApp/Profiles/TestProfiles.h"
 
 namespace {
 
@@ -105,7 +106,8 @@ class Stage {
     TarvaneTests::ManualClock clock;
     TarvaneTests::ManualTickTimer timer;
     MeterEngine engine{{.audio = audio, .store = store, .clock = clock, .tickTimer = timer}};
-    TarvaneApp::MainWindow window{engine, {.showSettings = [] {}, .quit = [] {}}};
+    TarvaneTests::TestProfiles profiles{store, clock};
+    TarvaneApp::MainWindow window{engine, profiles.store, {.showSettings = [] {}, .quit = [] {}}};
 
   private:
     QString folder_;
@@ -207,7 +209,7 @@ void shootAll(Stage& stage) {
     QTest::keyClick(&stage.window, Qt::Key_Tab);
     stage.shoot("focus-2", stage.window);
 
-    TarvaneApp::PreferencesWindow preferences(stage.engine);
+    TarvaneApp::PreferencesWindow preferences(stage.engine, stage.profiles.store);
     preferences.show();
     stage.shoot("preferences-audio", preferences);
     stage.engine.start();

@@ -9,6 +9,7 @@
 #include "Shell/Controls/Icon.h"
 #include "Shell/Preferences/AudioSettingsView.h"
 #include "Shell/Preferences/LeqSettingsView.h"
+#include "Shell/Preferences/ProfilesSettingsView.h"
 
 namespace TarvaneApp {
 
@@ -19,7 +20,7 @@ constexpr QSize firstSize(660, 540);
 
 }  // namespace
 
-PreferencesWindow::PreferencesWindow(MeterEngine& engine)
+PreferencesWindow::PreferencesWindow(MeterEngine& engine, ProfileStore& profiles)
     : QWidget(nullptr, Qt::Window), tabs_(new QTabWidget(this)) {
     setWindowTitle(QStringLiteral("Settings"));
     setWindowIcon(Icon::application());
@@ -34,9 +35,15 @@ PreferencesWindow::PreferencesWindow(MeterEngine& engine)
     addTab(QStringLiteral("Audio"), QStringLiteral("waveform.circle"),
            new AudioSettingsView(engine));
     addTab(QStringLiteral("Leq"), QStringLiteral("waveform"), new LeqSettingsView(engine));
+    profilesTab_ = addTab(QStringLiteral("Profiles"), QStringLiteral("person.crop.circle"),
+                          new ProfilesSettingsView(engine, profiles));
 }
 
-void PreferencesWindow::addTab(const QString& title, const QString& symbol, QWidget* form) {
+void PreferencesWindow::showProfiles() {
+    tabs_->setCurrentWidget(profilesTab_);
+}
+
+QWidget* PreferencesWindow::addTab(const QString& title, const QString& symbol, QWidget* form) {
     form->setContentsMargins(Theme::Margins::form);
     auto* scroll = new QScrollArea;
     scroll->setWidgetResizable(true);
@@ -44,6 +51,7 @@ void PreferencesWindow::addTab(const QString& title, const QString& symbol, QWid
     scroll->setFocusPolicy(Qt::NoFocus);
     scroll->setWidget(form);
     tabs_->addTab(scroll, Icon::tinted(symbol, Theme::Symbol::tab, Theme::primaryText), title);
+    return scroll;
 }
 
 void PreferencesWindow::keyPressEvent(QKeyEvent* event) {

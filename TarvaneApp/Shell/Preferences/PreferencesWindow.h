@@ -8,19 +8,24 @@ class QTabWidget;
 namespace TarvaneApp {
 
 class MeterEngine;
+class ProfileStore;
 
 class PreferencesWindow final : public QWidget {
     Q_OBJECT
   public:
-    explicit PreferencesWindow(MeterEngine& engine);
+    PreferencesWindow(MeterEngine& engine, ProfileStore& profiles);
+
+    /// Brings the profiles' tab to the front.
+    void showProfiles();
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    void addTab(const QString& title, const QString& symbol, QWidget* form);
+    QWidget* addTab(const QString& title, const QString& symbol, QWidget* form);
 
     QTabWidget* tabs_;
+    QWidget* profilesTab_;
 };
 
 }  // namespace TarvaneApp

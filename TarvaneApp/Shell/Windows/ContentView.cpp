@@ -13,10 +13,11 @@
 
 namespace TarvaneApp {
 
-ContentView::ContentView(MeterEngine& engine, const AppCommands& commands, QWidget* parent)
+ContentView::ContentView(MeterEngine& engine, ProfileStore& profiles, const AppCommands& commands,
+                         QWidget* parent)
     : QWidget(parent), engine_(engine), commands_(commands) {
     auto* column = layOutColumn(this, 0);
-    column->addWidget(new MainToolbar(engine, commands, this));
+    column->addWidget(new MainToolbar(engine, profiles, commands, this));
     column->addWidget(makeDivider(this));
     auto* arrangement = new MainWindowArrangement(engine, this);
     column->addWidget(new ModuleLayoutView(engine, *arrangement, std::nullopt, this), 1);

@@ -9,11 +9,13 @@
 namespace TarvaneApp {
 
 class MeterEngine;
+class ProfileStore;
 
 class ContentView final : public QWidget {
     Q_OBJECT
   public:
-    ContentView(MeterEngine& engine, const AppCommands& commands, QWidget* parent = nullptr);
+    ContentView(MeterEngine& engine, ProfileStore& profiles, const AppCommands& commands,
+                QWidget* parent = nullptr);
 
   protected:
     void showEvent(QShowEvent* event) override;

@@ -1,18 +1,22 @@
 #include "Shell/Windows/ErrorAlert.h"
 
+#include <QApplication>
 #include <QMessageBox>
-
-#include "Engine/MeterEngine.h"
 
 namespace TarvaneApp {
 
-ErrorAlert::ErrorAlert(MeterEngine& engine, QWidget* window)
-    : QObject(window), engine_(engine), window_(window) {
-    follow(engine.errorMessage, this, [this] { messageChanged(); });
+ErrorAlert::ErrorAlert(const QString& title, const Message& message, std::function<void()> dismiss,
+                       QWidget* window)
+    : QObject(window),
+      title_(title),
+      message_(message),
+      dismiss_(std::move(dismiss)),
+      window_(window) {
+    follow(message, this, [this] { messageChanged(); });
 }
 
 void ErrorAlert::messageChanged() {
-    const auto& message = engine_.errorMessage();
+    const auto& message = message_();
     if (!message) {
         if (box_) {
             box_->close();
@@ -20,14 +24,15 @@ void ErrorAlert::messageChanged() {
         return;
     }
     if (!box_) {
-        box_ = new QMessageBox(QMessageBox::Warning, QStringLiteral("Error"), QString(),
-                               QMessageBox::Ok, window_);
+        QWidget* active = QApplication::activeWindow();
+        box_ = new QMessageBox(QMessageBox::Warning, title_, QString(), QMessageBox::Ok,
+                               active != nullptr ? active : window_);
         box_->setAttribute(Qt::WA_DeleteOnClose);
         box_->setTextFormat(Qt::PlainText);
         connect(box_, &QDialog::finished, this, [this] {
             box_ = nullptr;
-            if (engine_.errorMessage()) {
-                engine_.dismissError();
+            if (message_()) {
+                dismiss_();
             }
         });
     }

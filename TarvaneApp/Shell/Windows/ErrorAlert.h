@@ -1,27 +1,37 @@
-// Shows the engine's error message to the user: one alert at a time, over the main window. It
-// blocks nothing while it is open; dismissing it clears the message.
+// Shows a message that something observes as absent once it was dismissed: one alert at a time,
+// over the window that the user is in. It blocks nothing while it is open; dismissing it clears the
+// message.
 #pragma once
 
 #include <QObject>
 #include <QPointer>
+#include <QString>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "Settings/Observable.h"
 
 class QMessageBox;
 class QWidget;
 
 namespace TarvaneApp {
 
-class MeterEngine;
-
 class ErrorAlert final : public QObject {
     Q_OBJECT
   public:
-    /// `window` owns it.
-    ErrorAlert(MeterEngine& engine, QWidget* window);
+    using Message = Observable<std::optional<std::string>>;
+
+    /// `window` owns it, and is under the alert while the user is in none of the program's.
+    ErrorAlert(const QString& title, const Message& message, std::function<void()> dismiss,
+               QWidget* window);
 
   private:
     void messageChanged();
 
-    MeterEngine& engine_;
+    const QString title_;
+    const Message& message_;
+    const std::function<void()> dismiss_;
     QWidget* window_;
     QPointer<QMessageBox> box_;
 };

@@ -17,6 +17,7 @@
 #include "Shell/Windows/ExtraChannelsMenu.h"
 #include "Shell/Windows/MainWindowLayoutMenu.h"
 #include "Shell/Windows/MeteringKeys.h"
+#include "Shell/Windows/ProfileMenu.h"
 
 namespace TarvaneApp {
 
@@ -32,7 +33,8 @@ constexpr QLatin1String resetPeakHold("Reset Peak Hold");
 
 }  // namespace
 
-MainToolbar::MainToolbar(MeterEngine& engine, const AppCommands& commands, QWidget* parent)
+MainToolbar::MainToolbar(MeterEngine& engine, ProfileStore& profiles, const AppCommands& commands,
+                         QWidget* parent)
     : QWidget(parent),
       engine_(engine),
       row_(new QHBoxLayout(this)),
@@ -57,6 +59,7 @@ MainToolbar::MainToolbar(MeterEngine& engine, const AppCommands& commands, QWidg
     row_->addWidget(pausedNote_);
     row_->addWidget(deviceName_);
     row_->addWidget(new ExtraChannelsMenu(engine, commands, this));
+    row_->addWidget(new ProfileMenu(engine, profiles, commands, this));
     row_->addWidget(new MainWindowLayoutMenu(engine, this));
     row_->addStretch(1);
     row_->addWidget(resetPeakHoldButton_);

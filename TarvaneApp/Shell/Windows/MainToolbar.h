@@ -1,5 +1,5 @@
 // The toolbar across the top of the main window: start and stop, pause, the input's name, the menus
-// of channels and layout, and the reset of held peaks.
+// of channels, profiles and layout, and the reset of held peaks.
 #pragma once
 
 #include <QWidget>
@@ -15,12 +15,14 @@ class ElidedLabel;
 class IconButton;
 class IconMenuButton;
 class MeterEngine;
+class ProfileStore;
 class Spinner;
 
 class MainToolbar final : public QWidget {
     Q_OBJECT
   public:
-    MainToolbar(MeterEngine& engine, const AppCommands& commands, QWidget* parent = nullptr);
+    MainToolbar(MeterEngine& engine, ProfileStore& profiles, const AppCommands& commands,
+                QWidget* parent = nullptr);
 
   protected:
     bool event(QEvent* event) override;

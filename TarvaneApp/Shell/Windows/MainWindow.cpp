@@ -4,6 +4,7 @@
 #include <QMenuBar>
 
 #include "Engine/MeterEngine.h"
+#include "Profiles/ProfileStore.h"
 #include "Settings/Observable.h"
 #include "Shell/Controls/Icon.h"
 #include "Shell/Controls/MenuItems.h"
@@ -11,6 +12,7 @@
 #include "Shell/Windows/ErrorAlert.h"
 #include "Shell/Windows/InFront.h"
 #include "Shell/Windows/MeteringKeys.h"
+#include "Shell/Windows/ProfilesCommands.h"
 
 namespace TarvaneApp {
 
@@ -24,7 +26,8 @@ constexpr QSize firstSize(1200, 920);
 
 }  // namespace
 
-MainWindow::MainWindow(MeterEngine& engine, const AppCommands& commands) : engine_(engine) {
+MainWindow::MainWindow(MeterEngine& engine, ProfileStore& profiles, const AppCommands& commands)
+    : engine_(engine), profiles_(profiles) {
     setWindowTitle(QStringLiteral("Tarvane"));
     setWindowIcon(Icon::application());
     followAll(
@@ -38,13 +41,17 @@ MainWindow::MainWindow(MeterEngine& engine, const AppCommands& commands) : engin
         },
         engine.rtaPlacement, engine.spectrogramPlacement, engine.levelHistoryPlacement);
     resize(firstSize);
-    setCentralWidget(new ContentView(engine, commands, this));
+    setCentralWidget(new ContentView(engine, profiles, commands, this));
     // No control is pressed or ringed until the user moves the focus there.
     centralWidget()->setFocusPolicy(Qt::ClickFocus);
     centralWidget()->setFocus();
     makeMenus(commands);
     new MeteringKeys(engine, *this);
-    new ErrorAlert(engine, this);
+    new ErrorAlert(
+        QStringLiteral("Error"), engine.errorMessage, [&engine] { engine.dismissError(); }, this);
+    new ErrorAlert(
+        QStringLiteral("Profiles"), profiles.errorMessage, [&profiles] { profiles.dismissError(); },
+        this);
 }
 
 void MainWindow::makeMenus(const AppCommands& commands) {
@@ -69,7 +76,22 @@ void MainWindow::makeMenus(const AppCommands& commands) {
         ->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+C")));
     addSwitch(QStringLiteral("Show Level Bar in SPL Meter"), engine_.splMeterShowsLevelBar);
 
+    makeProfilesMenu(commands);
     makeWindowMenu(commands);
+}
+
+void MainWindow::makeProfilesMenu(const AppCommands& commands) {
+    QMenu* menu = menuBar()->addMenu(QStringLiteral("&Profiles"));
+    followAll(
+        menu,
+        [this, menu, commands] {
+            menu->clear();
+            ProfilesCommands::addProfiles(*menu, profiles_, engine_);
+            menu->addSeparator();
+            ProfilesCommands::addSaveToCurrent(*menu, profiles_, engine_);
+            ProfilesCommands::addManage(*menu, commands);
+        },
+        profiles_.profiles, profiles_.activeProfileName);
 }
 
 void MainWindow::makeWindowMenu(const AppCommands& commands) {

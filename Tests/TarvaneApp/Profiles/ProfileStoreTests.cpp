@@ -15,33 +15,15 @@
 #include <unistd.h>
 
 #include "Core/TextFile.h"
-#include "Profiles/ProfilePanels.h"
 #include "Support/TemporaryFolder.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
+#include "TarvaneApp/Profiles/FixedPanels.h"
 
 namespace TarvaneApp {
 namespace {
 
 namespace fs = std::filesystem;
-
-// A user who has made up their mind.
-class FixedPanels final : public ProfilePanels {
-  public:
-    std::optional<fs::path> fileToSave(const std::string& title,
-                                       const std::string& proposedName) override {
-        titles.push_back(title);
-        proposed = proposedName;
-        return chosen.empty() ? std::nullopt : std::optional(chosen.front());
-    }
-    std::vector<fs::path> filesToOpen(const std::string& title) override {
-        titles.push_back(title);
-        return chosen;
-    }
-
-    std::vector<fs::path> chosen;
-    std::vector<std::string> titles;
-    std::string proposed;
-};
+using TarvaneTests::FixedPanels;
 
 class ProfileStoreTests : public TarvaneTests::EngineFixture {
   protected:

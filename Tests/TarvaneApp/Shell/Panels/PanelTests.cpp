@@ -24,6 +24,7 @@
 #include "Shell/Panels/SpectrogramPanelView.h"
 #include "Shell/Windows/MainWindow.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
+#include "TarvaneApp/Profiles/TestProfiles.h"
 
 namespace TarvaneApp {
 namespace {
@@ -59,7 +60,7 @@ class PanelTests : public TarvaneTests::EngineFixture {
     ~PanelTests() override { window.reset(); }
 
     void open() {
-        window = std::make_unique<MainWindow>(*engine,
+        window = std::make_unique<MainWindow>(*engine, profiles.store,
                                               AppCommands{.showSettings = [] {}, .quit = [] {}});
         window->resize(1400, 900);
         window->show();
@@ -83,6 +84,7 @@ class PanelTests : public TarvaneTests::EngineFixture {
         settle();
     }
 
+    TarvaneTests::TestProfiles profiles{store, clock};
     std::unique_ptr<MainWindow> window;
 };
 

@@ -25,6 +25,7 @@
 #include "Shell/Panels/SPLMeterPanelView.h"
 #include "Shell/Windows/MainWindow.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
+#include "TarvaneApp/Profiles/TestProfiles.h"
 
 namespace TarvaneApp {
 namespace {
@@ -39,7 +40,7 @@ constexpr double noValue = -std::numeric_limits<double>::infinity();
 class SPLMeterPanelViewTests : public TarvaneTests::EngineFixture {
   protected:
     SPLMeterPanelViewTests() {
-        window = std::make_unique<MainWindow>(*engine,
+        window = std::make_unique<MainWindow>(*engine, profiles.store,
                                               AppCommands{.showSettings = [] {}, .quit = [] {}});
         window->show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(window.get()));
@@ -136,6 +137,7 @@ class SPLMeterPanelViewTests : public TarvaneTests::EngineFixture {
         throw std::logic_error(name);
     }
 
+    TarvaneTests::TestProfiles profiles{store, clock};
     std::unique_ptr<MainWindow> window;
 };
 

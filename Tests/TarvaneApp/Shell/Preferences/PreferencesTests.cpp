@@ -10,6 +10,7 @@
 #include "Shell/Preferences/InputChannelPicker.h"
 #include "Shell/Preferences/PreferencesWindow.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
+#include "TarvaneApp/Profiles/TestProfiles.h"
 
 namespace TarvaneApp {
 namespace {
@@ -17,7 +18,7 @@ namespace {
 class PreferencesTests : public TarvaneTests::EngineFixture {
   protected:
     PreferencesTests() {
-        window = std::make_unique<PreferencesWindow>(*engine);
+        window = std::make_unique<PreferencesWindow>(*engine, profiles.store);
         window->show();
         settle();
     }
@@ -48,6 +49,7 @@ class PreferencesTests : public TarvaneTests::EngineFixture {
     InputChannelPicker& input() { return *window->findChildren<InputChannelPicker*>()[0]; }
     InputChannelPicker& rightInput() { return *window->findChildren<InputChannelPicker*>()[1]; }
 
+    TarvaneTests::TestProfiles profiles{store, clock};
     std::unique_ptr<PreferencesWindow> window;
 };
 

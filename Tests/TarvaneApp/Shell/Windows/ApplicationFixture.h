@@ -12,6 +12,7 @@
 #include "Shell/Windows/MainWindow.h"
 #include "Support/FakeAudioSystem.h"
 #include "Support/MemoryStore.h"
+#include "Support/TemporaryFolder.h"
 
 namespace TarvaneTests {
 
@@ -24,7 +25,8 @@ class ApplicationFixture : public testing::Test {
     }
 
     void launch() {
-        application = std::make_unique<TarvaneApp::TarvaneApplication>(audio, store);
+        application = std::make_unique<TarvaneApp::TarvaneApplication>(
+            audio, store, profilesFolder.path() / "Profiles");
         application->showMainWindow();
         settle();
     }
@@ -54,6 +56,7 @@ class ApplicationFixture : public testing::Test {
 
     FakeAudioSystem audio;
     MemoryStore store;
+    TemporaryFolder profilesFolder;
     std::unique_ptr<TarvaneApp::TarvaneApplication> application;
 };
 

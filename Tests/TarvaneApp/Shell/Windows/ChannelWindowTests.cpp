@@ -30,6 +30,7 @@
 #include "Shell/Windows/ChannelWindowView.h"
 #include "Shell/Windows/MainWindow.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
+#include "TarvaneApp/Profiles/TestProfiles.h"
 
 namespace TarvaneApp {
 namespace {
@@ -124,7 +125,8 @@ TEST_F(ChannelWindowTests, allModulesShowTheChannelWhateverTheMainWindowShows) {
 
 TEST_F(ChannelWindowTests, ofTwoWindowsThatShowAChannelClosingOneLeavesItsAnalysisRunning) {
     engine->rtaChannelID.set(stage.id);
-    MainWindow mainWindow(*engine, {});
+    TarvaneTests::TestProfiles profiles(store, clock);
+    MainWindow mainWindow(*engine, profiles.store, {});
     mainWindow.show();
     settle();
     EXPECT_TRUE(engine->isDemanded(ChannelDemand::rta, stage.id));

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
 #include <optional>
@@ -12,7 +14,9 @@
 #include "Shell/Windows/ExtraChannelsMenu.h"
 #include "Shell/Windows/MainWindow.h"
 #include "Shell/Windows/MainWindowLayoutMenu.h"
+#include "Shell/Windows/ProfileMenu.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
+#include "TarvaneApp/Profiles/TestProfiles.h"
 
 namespace TarvaneApp {
 namespace {
@@ -22,8 +26,10 @@ using TarvaneKit::UUID;
 class MainToolbarTests : public TarvaneTests::EngineFixture {
   protected:
     MainToolbarTests()
-        : window(*engine, {.showSettings = [this] { ++settingsShown; },
-                           .openChannelWindow = [this](const UUID& id) { openedChannel = id; }}) {
+        : window(*engine, profiles.store,
+                 {.showSettings = [this] { ++settingsShown; },
+                  .showProfiles = [this] { ++profilesShown; },
+                  .openChannelWindow = [this](const UUID& id) { openedChannel = id; }}) {
         window.resize(1000, 800);
         window.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
@@ -68,7 +74,9 @@ class MainToolbarTests : public TarvaneTests::EngineFixture {
     }
 
     int settingsShown = 0;
+    int profilesShown = 0;
     std::optional<UUID> openedChannel;
+    TarvaneTests::TestProfiles profiles{store, clock};
     MainWindow window;
 };
 
@@ -193,6 +201,56 @@ TEST_F(MainToolbarTests, bothResetsStartTheHeldPeaksOver) {
     opened(more()).actions().front()->trigger();
     play(0.01);
     EXPECT_LT(heldPeak(), -30.0);
+}
+
+TEST_F(MainToolbarTests, theProfileMenuNamesTheCurrentProfileAndSwitches) {
+    auto& button = *window.findChild<ProfileMenu*>();
+    EXPECT_EQ(button.text(), QStringLiteral("No Profile"));
+    EXPECT_FALSE(item(opened(button), QStringLiteral("No Saved Profiles"))->isEnabled());
+    engine->viewMode.set(SpectrumViewMode::line);
+    profiles.store.saveCurrent(*engine, "Rock & Roll");
+    EXPECT_EQ(button.text(), QStringLiteral("Rock & Roll"));
+    engine->viewMode.set(SpectrumViewMode::both);
+    profiles.store.saveCurrent(*engine, "Talk");
+    EXPECT_TRUE(item(opened(button), QStringLiteral("Talk"))->isChecked());
+    item(opened(button), QStringLiteral("Rock && Roll"))->trigger();
+    EXPECT_EQ(engine->viewMode(), SpectrumViewMode::line);
+    EXPECT_EQ(button.text(), QStringLiteral("Rock & Roll"));
+    item(opened(button), QStringLiteral("Manage Profiles…"))->trigger();
+    EXPECT_EQ(profilesShown, 1);
+}
+
+TEST_F(MainToolbarTests, theProfilesMenuSavesToTheCurrentOne) {
+    const auto menu = [this]() -> const QMenu& {
+        for (const QAction* title : window.menuBar()->actions()) {
+            if (title->text() == QStringLiteral("&Profiles")) {
+                return *title->menu();
+            }
+        }
+        throw std::logic_error("Profiles");
+    };
+    EXPECT_FALSE(item(menu(), QStringLiteral("No Saved Profiles"))->isEnabled());
+    EXPECT_FALSE(item(menu(), QStringLiteral("Save to Current Profile"))->isEnabled());
+    profiles.store.saveCurrent(*engine, "Talk");
+    engine->viewMode.set(SpectrumViewMode::both);
+    item(menu(), QStringLiteral("Save to \"Talk\""))->trigger();
+    EXPECT_EQ(profiles.store.profiles()[0].settings.viewMode, SpectrumViewMode::both);
+    engine->viewMode.set(SpectrumViewMode::line);
+    item(menu(), QStringLiteral("Talk"))->trigger();
+    EXPECT_EQ(engine->viewMode(), SpectrumViewMode::both);
+    item(menu(), QStringLiteral("Manage Profiles…"))->trigger();
+    EXPECT_EQ(profilesShown, 1);
+}
+
+TEST_F(MainToolbarTests, whatGoesWrongWithProfilesIsTold) {
+    profiles.panels.chosen = {profiles.temporary.write("x.json", "{}")};
+    profiles.store.importProfiles();
+    const auto* alert = window.findChild<QMessageBox*>();
+    ASSERT_NE(alert, nullptr);
+    EXPECT_EQ(alert->text(), QStringLiteral("Not a valid Tarvane profile: x.json"));
+    window.findChild<QMessageBox*>()->button(QMessageBox::Ok)->click();
+    settle();
+    EXPECT_EQ(profiles.store.errorMessage(), std::nullopt);
 }
 
 }  // namespace

@@ -20,6 +20,7 @@
 #include "Shell/Controls/SegmentedPicker.h"
 #include "Shell/Controls/Spinner.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
+#include "TarvaneApp/Profiles/TestProfiles.h"
 
 namespace TarvaneApp {
 namespace {
@@ -32,7 +33,7 @@ class MainWindowTests : public TarvaneTests::EngineFixture {
   protected:
     MainWindowTests() {
         window = std::make_unique<MainWindow>(
-            *engine,
+            *engine, profiles.store,
             AppCommands{.showSettings = [this] { ++settingsShown; }, .quit = [this] { ++quits; }});
         window->show();
         window->activateWindow();
@@ -80,6 +81,7 @@ class MainWindowTests : public TarvaneTests::EngineFixture {
 
     LiveSPLReadoutView& readout() { return *window->findChild<LiveSPLReadoutView*>(); }
 
+    TarvaneTests::TestProfiles profiles{store, clock};
     std::unique_ptr<MainWindow> window;
     int settingsShown = 0;
     int quits = 0;
