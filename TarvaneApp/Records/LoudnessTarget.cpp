@@ -4,6 +4,12 @@
 
 namespace TarvaneApp {
 
+namespace {
+
+constexpr std::string_view customName = "Custom";
+
+}  // namespace
+
 const std::vector<LoudnessTarget>& LoudnessTarget::presets() {
     static const std::vector<LoudnessTarget> presets{
         {.name = "EBU R128 (−23 LUFS)",
@@ -31,7 +37,20 @@ bool LoudnessTarget::isCustom() const {
 }
 
 std::string_view LoudnessTarget::menuName() const {
-    return isCustom() ? std::string_view("Custom") : std::string_view(name);
+    return isCustom() ? customName : std::string_view(name);
+}
+
+LoudnessTarget LoudnessTarget::namedByItsNumbers() const {
+    for (const LoudnessTarget& preset : presets()) {
+        LoudnessTarget renamed = *this;
+        renamed.name = preset.name;
+        if (renamed == preset) {
+            return preset;
+        }
+    }
+    LoudnessTarget custom = *this;
+    custom.name = customName;
+    return custom;
 }
 
 TarvaneKit::TrafficLightConfig LoudnessTarget::trafficLight(const LoudnessColors& colors) const {

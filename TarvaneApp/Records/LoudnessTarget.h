@@ -37,6 +37,8 @@ struct LoudnessTarget {
     bool isCustom() const;
     /// "Custom" for a custom target, whatever its name.
     std::string_view menuName() const;
+    /// With the name of the preset that has its numbers, or "Custom": for a target that was edited.
+    LoudnessTarget namedByItsNumbers() const;
 
     /// On target from `targetLUFS` − `toleranceLU` up to, and without, `targetLUFS` +
     /// `toleranceLU`.

@@ -6,20 +6,17 @@
 
 #include "Displays/SharpLine.h"
 #include "Displays/Theme.h"
+#include "Records/SpectrogramColorRamp.h"
 
 namespace TarvaneApp {
+
+namespace ColorRamp = SpectrogramColorRamp;
 
 namespace {
 
 constexpr double smallestSliceHeight = 0.01;
 constexpr double mostRows = 1e6;  // of whatever time span: more than any history holds
-constexpr double smallestStopDistance = 1e-9;
 constexpr double ruleOpacity = 0.5;
-
-std::vector<SpectrogramColorStop> sorted(std::vector<SpectrogramColorStop> stops) {
-    std::ranges::stable_sort(stops, {}, &SpectrogramColorStop::position);
-    return stops;
-}
 
 int byte(double channel) {
     // In this order what is no number is black.
@@ -28,24 +25,6 @@ int byte(double channel) {
 
 QRgb opaque(const TarvaneKit::RGBAColor& color) {
     return qRgb(byte(color.red), byte(color.green), byte(color.blue));
-}
-
-QRgb colorAt(double t, const std::vector<SpectrogramColorStop>& sortedStops) {
-    if (sortedStops.empty()) {
-        return qRgb(255, 255, 255);
-    }
-    if (t <= sortedStops.front().position) {
-        return opaque(sortedStops.front().color);
-    }
-    if (t >= sortedStops.back().position) {
-        return opaque(sortedStops.back().color);
-    }
-    const auto b = std::ranges::lower_bound(sortedStops, t, {}, &SpectrogramColorStop::position);
-    const auto a = b - 1;
-    const double u = (t - a->position) / std::max(b->position - a->position, smallestStopDistance);
-    return opaque({.red = std::lerp(a->color.red, b->color.red, u),
-                   .green = std::lerp(a->color.green, b->color.green, u),
-                   .blue = std::lerp(a->color.blue, b->color.blue, u)});
 }
 
 }  // namespace
@@ -63,15 +42,15 @@ SpectrogramView::VisibleRows SpectrogramView::visibleRows() const {
 }
 
 QRgb SpectrogramView::colorForT(double t, const std::vector<SpectrogramColorStop>& stops) {
-    return colorAt(std::clamp(t, 0.0, 1.0), sorted(stops));
+    return opaque(ColorRamp::colorAt(t, ColorRamp::sorted(stops)));
 }
 
 SpectrogramRasterCache::LUT SpectrogramView::colorLUT(
     const std::vector<SpectrogramColorStop>& stops) {
-    const std::vector<SpectrogramColorStop> inOrder = sorted(stops);
+    const std::vector<SpectrogramColorStop> inOrder = ColorRamp::sorted(stops);
     SpectrogramRasterCache::LUT lut{};
     for (std::size_t i = 0; i < lut.size(); ++i) {
-        lut[i] = colorAt(static_cast<double>(i) / 255.0, inOrder);
+        lut[i] = opaque(ColorRamp::colorAt(static_cast<double>(i) / 255.0, inOrder));
     }
     return lut;
 }

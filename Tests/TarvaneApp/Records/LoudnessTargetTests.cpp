@@ -26,6 +26,16 @@ TEST(LoudnessTarget, r128IsOnTargetFromMinus24UpToMinus22) {
     EXPECT_EQ(table.color(-std::numeric_limits<double>::infinity()), colors.belowTarget);
 }
 
+TEST(LoudnessTarget, anEditedTargetIsNamedByItsNumbers) {
+    LoudnessTarget target = LoudnessTarget::presets()[0];
+    target.toleranceLU = 2.0;
+    EXPECT_EQ(target.namedByItsNumbers().name, "Custom");
+    EXPECT_EQ(target.namedByItsNumbers().toleranceLU, 2.0);
+    target.targetLUFS = -24.0;
+    target.truePeakCeilingDBTP = -2.0;
+    EXPECT_EQ(target.namedByItsNumbers(), LoudnessTarget::presets()[1]);
+}
+
 TEST(LoudnessTarget, withoutToleranceTheTargetItselfIsAbove) {
     const LoudnessTarget target{.name = "x", .targetLUFS = -20.0};
     const auto table = target.trafficLight(colors);
