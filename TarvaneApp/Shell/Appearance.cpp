@@ -1,5 +1,6 @@
 #include "Shell/Appearance.h"
 
+#include <QAbstractSpinBox>
 #include <QApplication>
 #include <QPainter>
 #include <QPalette>
@@ -59,6 +60,10 @@ class FlatStyle final : public QProxyStyle {
             paintButton(*painter, *option);
         } else if (element == PE_IndicatorCheckBox) {
             paintCheckBox(*painter, *option);
+        } else if (element == PE_PanelLineEdit) {
+            if (widget == nullptr || qobject_cast<QAbstractSpinBox*>(widget->parent()) == nullptr) {
+                paintField(*painter, *option);
+            }
         } else if (element != PE_FrameFocusRect) {
             QProxyStyle::drawPrimitive(element, option, painter, widget);
         }
@@ -68,6 +73,10 @@ class FlatStyle final : public QProxyStyle {
                      const QWidget* widget) const override {
         if (const auto* separator = menuSeparator(option); element == CE_MenuItem && separator) {
             paintMenuSeparator(*painter, *separator);
+            return;
+        }
+        if (element == CE_TabBarTabShape) {
+            paintTab(*painter, *option);
             return;
         }
         QProxyStyle::drawControl(element, option, painter, widget);
@@ -84,6 +93,11 @@ class FlatStyle final : public QProxyStyle {
             plain.state &= ~State_HasFocus;
             QProxyStyle::drawComplexControl(control, &plain, painter, widget);
             ringIfFocused(*option, *painter);
+            return;
+        }
+        if (const auto* spinBox = qstyleoption_cast<const QStyleOptionSpinBox*>(option);
+            control == CC_SpinBox && spinBox != nullptr) {
+            paintSpinBox(*painter, *spinBox, widget);
             return;
         }
         const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(option);
@@ -106,14 +120,28 @@ class FlatStyle final : public QProxyStyle {
         if (type == CT_MenuItem && separator != nullptr && !separator->text.isEmpty()) {
             return {natural.width(), menuSectionHeight};
         }
-        return type == CT_PushButton || type == CT_ComboBox
-                   ? QSize(natural.width() + textPadding,
-                           std::max(natural.height(), Theme::controlHeight))
-                   : natural;
+        const int height = std::max(natural.height(), Theme::controlHeight);
+        if (type == CT_PushButton || type == CT_ComboBox) {
+            return {natural.width() + textPadding, height};
+        }
+        return type == CT_LineEdit || type == CT_SpinBox ? QSize(natural.width(), height) : natural;
+    }
+
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override {
+        return metric == PM_TabBarTabHSpace ? tabPadding
+                                            : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returned) const override {
+        return hint == SH_TabBar_Alignment ? int{Qt::AlignHCenter}
+                                           : QProxyStyle::styleHint(hint, option, widget, returned);
     }
 
   private:
     static constexpr int textPadding = 12;
+    static constexpr int tabPadding = 16;
     static constexpr double chevronMargin = 8.0;
     static constexpr int menuSectionHeight = 28;
     static constexpr int menuSectionIndent = 10;
@@ -151,6 +179,58 @@ class FlatStyle final : public QProxyStyle {
                    : isHovered ? Theme::gridLineStrong
                                : Theme::gridLine);
         painter.restore();
+    }
+
+    // Where a text or number is typed.
+    static void paintField(QPainter& painter, const QStyleOption& option) {
+        const bool isEnabled = (option.state & State_Enabled) != 0;
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(isEnabled ? Theme::gridLineStrong : Theme::gridLine);
+        painter.setBrush(Theme::controlBackground);
+        painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5),
+                                Theme::Radius::control, Theme::Radius::control);
+        painter.restore();
+        ringIfFocused(option, painter);
+    }
+
+    void paintSpinBox(QPainter& painter, const QStyleOptionSpinBox& option,
+                      const QWidget* widget) const {
+        paintField(painter, option);
+        const auto paintArrow = [&](SubControl part, bool canStep, bool isUp) {
+            const QRect room = subControlRect(CC_SpinBox, &option, part, widget);
+            const bool isHovered = canStep && option.activeSubControls == part;
+            painter.save();
+            painter.translate(QRectF(room).center());
+            painter.scale(1.0, isUp ? -1.0 : 1.0);
+            const double half = Theme::Symbol::chevron / 2.0;
+            Icon::paint(painter, QStringLiteral("chevron.down"),
+                        QRectF(-half, -half, 2.0 * half, 2.0 * half),
+                        !canStep    ? Theme::gridLineStrong
+                        : isHovered ? Theme::primaryText
+                                    : Theme::axisText);
+            painter.restore();
+        };
+        const bool isEnabled = (option.state & State_Enabled) != 0;
+        paintArrow(SC_SpinBoxUp,
+                   isEnabled && (option.stepEnabled & QAbstractSpinBox::StepUpEnabled) != 0, true);
+        paintArrow(SC_SpinBoxDown,
+                   isEnabled && (option.stepEnabled & QAbstractSpinBox::StepDownEnabled) != 0,
+                   false);
+    }
+
+    static void paintTab(QPainter& painter, const QStyleOption& option) {
+        const bool isSelected = (option.state & State_Selected) != 0;
+        const bool isHovered = (option.state & State_MouseOver) != 0;
+        if (isSelected || isHovered) {
+            painter.save();
+            paintPlate(painter, option.rect.adjusted(1, 1, -1, -3), Theme::Radius::control,
+                       isSelected ? Theme::gridLineStrong : Theme::gridLine);
+            painter.restore();
+        }
+        if (isSelected && (option.state & State_HasFocus) != 0) {
+            paintFocusRing(painter, option.rect.adjusted(1, 1, -1, -3), Theme::Radius::control);
+        }
     }
 
     static void paintCheckBox(QPainter& painter, const QStyleOption& option) {

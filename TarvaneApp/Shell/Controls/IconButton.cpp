@@ -8,6 +8,12 @@
 
 namespace TarvaneApp {
 
+namespace {
+
+constexpr double dimmed = 0.4;
+
+}  // namespace
+
 IconButton::IconButton(int iconSize, QWidget* parent)
     : QAbstractButton(parent), iconSize_(iconSize) {
     setAttribute(Qt::WA_Hover);
@@ -34,10 +40,11 @@ QSize IconButton::sizeHint() const {
 
 void IconButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    painter.setOpacity(isEnabled() ? 1.0 : dimmed);
     if (!symbol_.isEmpty()) {
-        const QColor color = isDown()       ? color_.darker(130)
-                             : underMouse() ? color_.lighter(115)
-                                            : color_;
+        const QColor color = isDown()                      ? color_.darker(130)
+                             : underMouse() && isEnabled() ? color_.lighter(115)
+                                                           : color_;
         Icon::paint(painter, symbol_, QRectF(margin, margin, iconSize_, iconSize_), color);
     }
     if (hasFocus()) {

@@ -28,6 +28,9 @@ class FormList final : public QWidget {
     void showItems(int count);
 
   private:
+    QWidget* stopAhead() const;
+    void addItem();
+
     MakeItem makeItem_;
     QVBoxLayout* column_;
     std::vector<Item> items_;

@@ -9,7 +9,7 @@
 
 #include "Displays/Theme.h"
 #include "Shell/Controls/BareLayout.h"
-#include "Shell/Controls/TextLabel.h"
+#include "Shell/Controls/WrappedLabel.h"
 #include "Shell/Forms/ColorWell.h"
 #include "Shell/Forms/FormPicker.h"
 #include "Shell/Forms/ValueSlider.h"
@@ -33,7 +33,7 @@ FormSection::FormSection(const QString& title, QWidget* parent)
     : QGroupBox(withoutMnemonic(title), parent), rows_(new QFormLayout(this)) {
     rows_->setContentsMargins(Theme::Space::panel, paddingUpDown, Theme::Space::panel,
                               paddingUpDown);
-    rows_->setHorizontalSpacing(Theme::Space::panel);
+    rows_->setHorizontalSpacing(0);
     rows_->setVerticalSpacing(Theme::Space::row);
     rows_->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     rows_->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -58,6 +58,10 @@ FormRow& FormSection::keep(QWidget* control, std::function<void()> show) {
 
 FormRow& FormSection::addRow(const QString& label, QWidget* control, std::function<void()> show) {
     rows_->addRow(withoutMnemonic(label), control);
+    // Without any label the controls begin where the section does.
+    if (!label.isEmpty()) {
+        rows_->setHorizontalSpacing(Theme::Space::panel);
+    }
     QWidget* spoken = control->focusProxy() != nullptr ? control->focusProxy() : control;
     // A text is its own name: with another one a screen reader wouldn't read it.
     if (!label.isEmpty() && spoken->accessibleName().isEmpty() &&
@@ -118,9 +122,8 @@ FormRow& FormSection::addTextField(const QString& label, FormValue<QString> valu
 }
 
 FormRow& FormSection::addReading(const QString& label, std::function<QString()> text) {
-    auto* reading = makeTextLabel({}, Theme::Text::body, Theme::primaryText, this);
+    auto* reading = new WrappedLabel(Theme::Text::body, Theme::primaryText, this);
     reading->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    reading->setWordWrap(true);
     return addRow(label, reading, [reading, text = std::move(text)] { reading->setText(text()); });
 }
 
@@ -128,14 +131,15 @@ FormRow& FormSection::addButton(const QString& text, std::function<void()> press
     return addButtons({makeFormButton(text, std::move(press), this)});
 }
 
-FormRow& FormSection::addButtons(const std::vector<QPushButton*>& buttons) {
+FormRow& FormSection::addButtons(const std::vector<QPushButton*>& buttons,
+                                 std::function<void()> show) {
     auto* holder = new QWidget(this);
     auto* row = layOutRow(holder, Theme::Space::row);
     for (QPushButton* button : buttons) {
         row->addWidget(button);
     }
     row->addStretch(1);
-    return addRow({}, holder, {});
+    return addRow({}, holder, std::move(show));
 }
 
 FormRow& FormSection::addHelp(const QString& text) {
@@ -143,8 +147,7 @@ FormRow& FormSection::addHelp(const QString& text) {
 }
 
 FormRow& FormSection::addHelp(std::function<QString()> text) {
-    auto* help = makeTextLabel({}, Theme::Text::caption, Theme::axisText, this);
-    help->setWordWrap(true);
+    auto* help = new WrappedLabel(Theme::Text::caption, Theme::axisText, this);
     return addRow({}, help, [help, text = std::move(text)] { help->setText(text()); });
 }
 

@@ -70,8 +70,8 @@ class FormSection final : public QGroupBox {
     /// A text to read, as "+3.0 dB".
     FormRow& addReading(const QString& label, std::function<QString()> text);
     FormRow& addButton(const QString& text, std::function<void()> press);
-    /// Buttons beside each other.
-    FormRow& addButtons(const std::vector<QPushButton*>& buttons);
+    /// Buttons beside each other. `show` says which of them can be pressed.
+    FormRow& addButtons(const std::vector<QPushButton*>& buttons, std::function<void()> show = {});
     /// A small explanation of the row above.
     FormRow& addHelp(const QString& text);
     FormRow& addHelp(std::function<QString()> text);

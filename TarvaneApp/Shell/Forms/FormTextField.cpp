@@ -15,7 +15,8 @@ FormTextField::FormTextField(Counts counts, std::function<void(const QString&)> 
 
 void FormTextField::showText(const QString& text) {
     shown_ = text;
-    if (!isModified() && this->text() != text) {
+    const bool isTyping = isModified() && counts_ == Counts::whenDone;
+    if (!isTyping && this->text() != text) {
         setText(text);
     }
 }

@@ -17,7 +17,7 @@ class FormTextField final : public QLineEdit {
     FormTextField(Counts counts, std::function<void(const QString&)> onText,
                   QWidget* parent = nullptr);
 
-    /// What is being typed isn't overwritten.
+    /// What is being typed and not yet counted isn't overwritten.
     void showText(const QString& text);
 
   protected:

@@ -6,7 +6,16 @@
 #include <QWheelEvent>
 #include <cmath>
 
+#include "Displays/Theme.h"
+
 namespace TarvaneApp {
+
+namespace {
+
+// Steppers under each other are equally wide.
+constexpr int smallestWidth = 104;
+
+}  // namespace
 
 ValueStepper::ValueStepper(const Scale& scale, std::function<void(double)> onChange,
                            QWidget* parent)
@@ -19,6 +28,8 @@ ValueStepper::ValueStepper(const Scale& scale, std::function<void(double)> onCha
     setKeyboardTracking(false);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setMinimumWidth(smallestWidth);
+    setFixedHeight(Theme::controlHeight);
     connect(this, &QDoubleSpinBox::valueChanged, this, std::move(onChange));
     connect(this, &QDoubleSpinBox::editingFinished, this,
             [this] { lineEdit()->setModified(false); });
