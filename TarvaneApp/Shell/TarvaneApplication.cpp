@@ -25,7 +25,8 @@ void TarvaneApplication::introduce() {
 
 TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueStore& store,
                                        const std::filesystem::path& profilesFolder)
-    : engine_({.audio = audio, .store = store, .clock = clock_, .tickTimer = tickTimer_}),
+    : store_(store),
+      engine_({.audio = audio, .store = store, .clock = clock_, .tickTimer = tickTimer_}),
       profiles_({.folder = profilesFolder, .store = store, .clock = clock_, .panels = panels_}),
       mainWindow_(std::make_unique<MainWindow>(
           engine_, profiles_,
@@ -51,7 +52,8 @@ void TarvaneApplication::showMainWindow() {
 
 void TarvaneApplication::showSettings() {
     if (!preferences_) {
-        preferences_ = std::make_unique<PreferencesWindow>(engine_, profiles_);
+        preferences_ = std::make_unique<PreferencesWindow>(engine_, profiles_, store_);
+        new WindowFrame(store_, "settings", *preferences_);
         preferences_->addActions(mainWindow_->keyedActions());
     }
     bringToFront(*preferences_);

@@ -41,6 +41,7 @@ class TarvaneApplication final : public QObject {
     static void introduce();
 
   private:
+    KeyValueStore& store_;
     AppTermination termination_;
     SystemClock clock_;
     KernelTickTimer tickTimer_;

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QMenu>
 #include <QMessageBox>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
 #include <cmath>
@@ -209,7 +210,7 @@ void shootAll(Stage& stage) {
     QTest::keyClick(&stage.window, Qt::Key_Tab);
     stage.shoot("focus-2", stage.window);
 
-    TarvaneApp::PreferencesWindow preferences(stage.engine, stage.profiles.store);
+    TarvaneApp::PreferencesWindow preferences(stage.engine, stage.profiles.store, stage.store);
     preferences.show();
     stage.shoot("preferences-audio", preferences);
     stage.engine.start();
@@ -220,8 +221,43 @@ void shootAll(Stage& stage) {
     stage.engine.selectedDeviceUID.set(TarvaneKit::systemOutputUID);
     stage.shoot("preferences-audio-restart", preferences);
     stage.engine.stop();
-    preferences.findChild<QTabWidget*>()->setCurrentIndex(1);
-    stage.shoot("preferences-leq", preferences);
+}
+
+// Every tab of the settings in a window as it first opens, in the smallest and in a wide one.
+void shootPreferences(Stage& stage) {
+    using namespace TarvaneApp;
+    PreferencesWindow preferences(stage.engine, stage.store);
+    preferences.show();
+    auto& tabs = *preferences.findChild<QTabWidget*>();
+    const auto shootTab = [&](int tab, const QString& state) {
+        tabs.setCurrentIndex(tab);
+        const QString name = QStringLiteral("preferences-") + tabs.tabText(tab).toLower() + state;
+        for (const QSize size : {QSize(520, 360), QSize(660, 540), QSize(1400, 1000)}) {
+            preferences.resize(size);
+            stage.shoot(QStringLiteral("%1-%2").arg(name).arg(size.width()), preferences);
+        }
+    };
+    for (int tab = 1; tab < tabs.count(); ++tab) {
+        shootTab(tab, {});
+    }
+    stage.engine.spectrogramColorPresets.set(
+        {{"Dark Room", defaultSpectrogramColorStops()},
+         {"A ramp with a name that is far too long for its place in a narrow window",
+          {defaultSpectrogramColorStops()[2], defaultSpectrogramColorStops()[6]}}});
+    stage.engine.spectrogramColorStops.set({defaultSpectrogramColorStops()[1]});
+    shootTab(1, QStringLiteral("-presets"));
+    stage.engine.spectrogramColorStops.set(defaultSpectrogramColorStops());
+    LoudnessTarget target = LoudnessTarget::presets()[0];
+    target.toleranceLU = 2.5;
+    stage.engine.loudnessTarget.set(target.namedByItsNumbers());
+    shootTab(3, QStringLiteral("-custom"));
+    shootTab(4, QStringLiteral("-custom"));
+    preferences.resize(660, 540);
+    preferences.activateWindow();
+    tabs.tabBar()->setFocus();
+    stage.shoot(QStringLiteral("preferences-focus-tab"), preferences);
+    QTest::keyClick(tabs.tabBar(), Qt::Key_Tab);
+    stage.shoot(QStringLiteral("preferences-focus-row"), preferences);
 }
 
 void shootSizesOf(Stage& stage, QWidget& window, const QString& name,
@@ -413,16 +449,29 @@ void shootPanels(Stage& stage) {
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
-    if (argc != 2) {
-        std::cerr << "usage: TarvaneWindowPictures <folder>\n";
+    const QString part = argc == 3 ? QString::fromLocal8Bit(argv[2]) : QString();
+    if (argc < 2 || argc > 3) {
+        std::cerr << "usage: TarvaneWindowPictures <folder> [main|windows|panels|preferences]\n";
         return 2;
     }
     TarvaneApp::TarvaneApplication::introduce();
     const QString folder = QString::fromLocal8Bit(argv[1]);
     QDir().mkpath(folder);
     Stage stage(folder);
-    shootAll(stage);
-    shootWindows(stage);
-    shootPanels(stage);
+    const auto isAsked = [&part](const char* name) {
+        return part.isEmpty() || part == QLatin1String(name);
+    };
+    if (isAsked("main")) {
+        shootAll(stage);
+    }
+    if (isAsked("windows")) {
+        shootWindows(stage);
+    }
+    if (isAsked("panels")) {
+        shootPanels(stage);
+    }
+    if (isAsked("preferences")) {
+        shootPreferences(stage);
+    }
     return 0;
 }

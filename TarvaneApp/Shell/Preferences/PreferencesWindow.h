@@ -1,19 +1,23 @@
-// The settings window: one tab per form.
+// The settings window: one tab per form. It opens on the tab that was used last.
 #pragma once
 
 #include <QWidget>
+
+#include "Shell/Preferences/TextFieldStore.h"
 
 class QTabWidget;
 
 namespace TarvaneApp {
 
+class KeyValueStore;
 class MeterEngine;
 class ProfileStore;
 
 class PreferencesWindow final : public QWidget {
     Q_OBJECT
   public:
-    PreferencesWindow(MeterEngine& engine, ProfileStore& profiles);
+    /// All of them outlive the window; `store` keeps which tab is open.
+    PreferencesWindow(MeterEngine& engine, ProfileStore& profiles, KeyValueStore& store);
 
     /// Brings the profiles' tab to the front.
     void showProfiles();
@@ -23,7 +27,12 @@ class PreferencesWindow final : public QWidget {
 
   private:
     QWidget* addTab(const QString& title, const QString& symbol, QWidget* form);
+    void addTabKeys();
+    void turnTo(int tab);
+    void restoreTab();
 
+    KeyValueStore& store_;
+    TextFieldStore texts_;
     QTabWidget* tabs_;
     QWidget* profilesTab_;
 };

@@ -18,10 +18,23 @@ QImage drawn(const QString& name, double scale) {
     return image;
 }
 
-const char* const names[] = {
-    "play.circle",        "play.circle.fill",  "stop.circle.fill", "pause.circle",
-    "waveform.circle",    "waveform",          "chevron.down",     "square.3.layers.3d",
-    "square.stack.3d.up", "rectangle.3.group", "ellipsis"};
+const char* const names[] = {"play.circle",
+                             "play.circle.fill",
+                             "stop.circle.fill",
+                             "pause.circle",
+                             "waveform.circle",
+                             "waveform",
+                             "chevron.down",
+                             "square.3.layers.3d",
+                             "square.stack.3d.up",
+                             "rectangle.3.group",
+                             "ellipsis",
+                             "chart.xyaxis.line",
+                             "speaker.wave.3",
+                             "circle.lefthalf.filled",
+                             "minus.circle",
+                             "plus.circle",
+                             "trash"};
 
 TEST(Icon, everySymbolIsDrawnInTheOneColourAskedFor) {
     for (const char* name : names) {
