@@ -36,7 +36,8 @@ TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueS
                           [this](StandaloneModule module) { scenes_->openModule(module); },
                       .openChannelWindow = [this](const UUID& id) { scenes_->openChannel(id); },
                       .quit = [] { QApplication::quit(); }})),
-      scenes_(std::make_unique<WindowScenes>(engine_, store, mainWindow_->keyedActions())) {
+      scenes_(std::make_unique<WindowScenes>(engine_, store, mainWindow_->keyedActions())),
+      store_(store) {
     new WindowFrame(store, "main", *mainWindow_);
 }
 
@@ -52,7 +53,11 @@ void TarvaneApplication::showMainWindow() {
 
 void TarvaneApplication::showSettings() {
     if (!preferences_) {
-        preferences_ = std::make_unique<PreferencesWindow>(engine_, profiles_, store_);
+        preferences_ = std::make_unique<PreferencesWindow>(PreferencesWindow::Environment{
+            .engine = engine_,
+            .profiles = profiles_,
+            .store = store_,
+            .openChannelWindow = [this](const UUID& id) { scenes_->openChannel(id); }});
         new WindowFrame(store_, "settings", *preferences_);
         preferences_->addActions(mainWindow_->keyedActions());
     }

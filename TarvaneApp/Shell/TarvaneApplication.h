@@ -51,6 +51,7 @@ class TarvaneApplication final : public QObject {
     std::unique_ptr<MainWindow> mainWindow_;
     std::unique_ptr<PreferencesWindow> preferences_;
     std::unique_ptr<WindowScenes> scenes_;
+    KeyValueStore& store_;
     bool isRestored_ = false;
 };
 

@@ -1,106 +1,108 @@
 #include "Shell/Preferences/AudioSettingsView.h"
 
-#include <QCheckBox>
-#include <QFormLayout>
-#include <QHBoxLayout>
+#include <QAbstractButton>
+#include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <cstddef>
 
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
-#include "Settings/Observable.h"
-#include "Shell/Preferences/DeviceSourcePicker.h"
-#include "Shell/Preferences/FormHelp.h"
-#include "Shell/Preferences/InputChannelPicker.h"
+#include "Shell/Controls/BareLayout.h"
+#include "Shell/Controls/TextLabel.h"
+#include "Shell/Forms/FormSection.h"
 
 namespace TarvaneApp {
 
-AudioSettingsView::AudioSettingsView(MeterEngine& engine, QWidget* parent)
-    : QWidget(parent), engine_(engine) {
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(Theme::Space::section);
-    column->addWidget(makeRestartRow());
-    QFormLayout* rows = addSection(this, QStringLiteral("Main Input"));
-    addSourceRows(*rows);
-    addStereoPairRows(*rows);
-    column->addStretch(1);
+using TarvaneKit::UUID;
+
+namespace {
+
+// To the top of what is seen, once its rows have their places.
+void scrollTo(QWidget& widget) {
+    QMetaObject::invokeMethod(
+        &widget,
+        [&widget] {
+            for (QWidget* around = widget.parentWidget(); around != nullptr;
+                 around = around->parentWidget()) {
+                if (auto* area = qobject_cast<QScrollArea*>(around)) {
+                    area->verticalScrollBar()->setValue(
+                        widget.mapTo(area->widget(), QPoint(0, -Theme::Space::section)).y());
+                }
+            }
+        },
+        Qt::QueuedConnection);
 }
 
-void AudioSettingsView::addSourceRows(QFormLayout& rows) {
-    QWidget* section = rows.parentWidget();
-    auto* device = new QWidget(section);
-    auto* deviceRow = new QHBoxLayout(device);
-    deviceRow->setContentsMargins(0, 0, 0, 0);
-    auto* picker = new DeviceSourcePicker(engine_, device);
-    auto* refresh = new QPushButton(QStringLiteral("Refresh Devices"), device);
-    refresh->setAutoDefault(false);
-    connect(refresh, &QPushButton::clicked, this, [this] { engine_.refreshDevices(); });
-    deviceRow->addWidget(picker, 1);
-    deviceRow->addWidget(refresh);
-    rows.addRow(QStringLiteral("Device"), device);
-    static_cast<QLabel*>(rows.labelForField(device))->setBuddy(picker);
+}  // namespace
 
-    auto* note = makeHelp(
-        QStringLiteral("Measures what this machine is playing through its default output, in "
-                       "stereo. No permission is needed."),
-        section);
-    rows.addRow(QString(), note);
-    follow(engine_.selectedDeviceUID, note, [this, note] {
-        const bool isSystemOutput = engine_.selectedDeviceUID() == TarvaneKit::systemOutputUID;
-        note->setVisible(isSystemOutput);
-    });
-
-    rows.addRow(QStringLiteral("Input"),
-                new InputChannelPicker(engine_, engine_.selectedChannelIndex, section));
-    rows.addRow(QString(), makeHelp(QStringLiteral("Which input on this device your mic (or the "
-                                                   "feed you want to measure) is on."),
-                                    section));
+AudioSettingsView::AudioSettingsView(const ChannelSection::Environment& environment,
+                                     KeyValueStore& store, QWidget* parent)
+    : Form(parent), environment_(environment), folds_(store) {
+    auto* channels = new QWidget(this);
+    column_ = layOutColumn(channels, Theme::Space::section);
+    addWidget(channels);
+    addWidget(makeFormButton(
+        QStringLiteral("Add Channel"), [this] { addChannel(); }, this));
+    auto* note = makeTextLabel(
+        QStringLiteral("Each channel is any input of any device, including every channel of a "
+                       "network audio card or multichannel interface, or the computer's own "
+                       "output."),
+        Theme::Text::caption, Theme::axisText, this);
+    note->setWordWrap(true);
+    addWidget(note);
+    follow(environment.engine.extraChannels, this, [this] { showChannels(); });
 }
 
-void AudioSettingsView::addStereoPairRows(QFormLayout& rows) {
-    QWidget* section = rows.parentWidget();
-    auto* stereo = new QCheckBox(QStringLiteral("Stereo pair"), section);
-    connect(stereo, &QCheckBox::toggled, this, [this](bool checked) {
-        if (checked != engine_.mainInputIsStereo()) {
-            engine_.mainInputIsStereo.set(checked);
+// A channel's section stays the same as long as the channel is there, whatever happens to others.
+void AudioSettingsView::showChannels() {
+    std::vector<UUID> ids{UUID::main()};
+    for (const ChannelConfig& channel : environment_.engine.extraChannels()) {
+        ids.push_back(channel.id);
+    }
+    std::vector<ChannelSection*> sections;
+    for (const UUID& id : ids) {
+        const auto found = std::ranges::find(sections_, id, &ChannelSection::channelID);
+        sections.push_back(found != sections_.end() ? *found : &makeSection(id));
+    }
+    for (ChannelSection* section : sections_) {
+        if (std::ranges::find(sections, section) == sections.end()) {
+            folds_.forget(section->channelID());
+            section->hide();
+            section->deleteLater();  // its own button may be what removed the channel
         }
-    });
-    rows.addRow(QString(), stereo);
-    auto* right = new InputChannelPicker(engine_, engine_.mainInputRightChannelIndex, section);
-    rows.addRow(QStringLiteral("Right channel"), right);
-    rows.addRow(QString(),
-                makeHelp(QStringLiteral(
-                             "Reads two inputs as one stereo source: the RTA and spectrogram show "
-                             "both sides power-averaged (no false notches from out-of-phase "
-                             "content), the SPL meter the combined level with L and R beside it, "
-                             "Peak the higher side."),
-                         section));
-    QWidget* rightLabel = rows.labelForField(right);
-    follow(engine_.mainInputIsStereo, section, [this, stereo, right, rightLabel] {
-        const bool isStereo = engine_.mainInputIsStereo();
-        stereo->setChecked(isStereo);
-        right->setVisible(isStereo);
-        rightLabel->setVisible(isStereo);
-    });
+    }
+    for (std::size_t i = 0; i < sections.size(); ++i) {
+        if (column_->indexOf(sections[i]) != static_cast<int>(i)) {
+            column_->insertWidget(static_cast<int>(i), sections[i]);
+            sections[i]->show();
+        }
+    }
+    sections_ = std::move(sections);
 }
 
-QWidget* AudioSettingsView::makeRestartRow() {
-    auto* row = new QWidget(this);
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(
-        new QLabel(QStringLiteral("Device or input changes take effect after a restart."), row), 1);
-    auto* restart = new QPushButton(QStringLiteral("Restart Now"), row);
-    restart->setAutoDefault(false);
-    connect(restart, &QPushButton::clicked, this, [this] {
-        engine_.stop();
-        engine_.start();
-    });
-    layout->addWidget(restart);
-    follow(engine_.channelSourcesChangedWhileRunning, row,
-           [this, row] { row->setVisible(engine_.channelSourcesChangedWhileRunning()); });
-    return row;
+ChannelSection& AudioSettingsView::makeSection(const UUID& id) {
+    auto* section = new ChannelSection(environment_, id, this);
+    section->setExpanded(folds_.isExpanded(id));
+    connect(section, &FoldingGroup::folded, this,
+            [this, id](bool isExpanded) { folds_.setExpanded(id, isExpanded); });
+    return *section;
+}
+
+// What was just added is what the user wants to set up.
+void AudioSettingsView::addChannel() {
+    const std::size_t before = sections_.size();
+    environment_.engine.addChannel();
+    if (sections_.size() > before) {
+        ChannelSection& added = *sections_.back();
+        added.setExpanded(true);
+        folds_.setExpanded(added.channelID(), true);
+        added.header().setFocus();
+        scrollTo(added);
+    }
 }
 
 }  // namespace TarvaneApp

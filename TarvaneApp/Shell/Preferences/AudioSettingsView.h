@@ -1,25 +1,34 @@
-// Preferences, Audio: which device and inputs feed the main input.
+// Preferences, Audio: the main input and every extra channel, each with its source, its display,
+// its gain and its calibration.
 #pragma once
 
-#include <QWidget>
+#include <vector>
 
-class QFormLayout;
+#include "Shell/Forms/Form.h"
+#include "Shell/Preferences/ChannelFolds.h"
+#include "Shell/Preferences/ChannelSection.h"
+
+class QVBoxLayout;
 
 namespace TarvaneApp {
 
-class MeterEngine;
+class KeyValueStore;
 
-class AudioSettingsView final : public QWidget {
+class AudioSettingsView final : public Form {
     Q_OBJECT
   public:
-    explicit AudioSettingsView(MeterEngine& engine, QWidget* parent = nullptr);
+    AudioSettingsView(const ChannelSection::Environment& environment, KeyValueStore& store,
+                      QWidget* parent = nullptr);
 
   private:
-    void addSourceRows(QFormLayout& rows);
-    void addStereoPairRows(QFormLayout& rows);
-    QWidget* makeRestartRow();
+    void showChannels();
+    ChannelSection& makeSection(const TarvaneKit::UUID& id);
+    void addChannel();
 
-    MeterEngine& engine_;
+    const ChannelSection::Environment environment_;
+    ChannelFolds folds_;
+    QVBoxLayout* column_;
+    std::vector<ChannelSection*> sections_;  // in the channels' order
 };
 
 }  // namespace TarvaneApp

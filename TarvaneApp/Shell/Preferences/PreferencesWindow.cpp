@@ -9,12 +9,14 @@
 #include "Displays/RawText.h"
 #include "Displays/Theme.h"
 #include "Settings/KeyValueStore.h"
+#include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/Icon.h"
 #include "Shell/Preferences/AudioSettingsView.h"
 #include "Shell/Preferences/DisplaySettingsView.h"
 #include "Shell/Preferences/LeqSettingsView.h"
 #include "Shell/Preferences/LoudnessSettingsView.h"
 #include "Shell/Preferences/ProfilesSettingsView.h"
+#include "Shell/Preferences/RestartRow.h"
 #include "Shell/Preferences/TrafficLightSettingsView.h"
 
 namespace TarvaneApp {
@@ -32,9 +34,9 @@ constexpr auto tabKey = "SettingsWindow.tab";
 
 }  // namespace
 
-PreferencesWindow::PreferencesWindow(MeterEngine& engine, ProfileStore& profiles,
-                                     KeyValueStore& store)
-    : QWidget(nullptr, Qt::Window), store_(store), tabs_(new QTabWidget(this)) {
+PreferencesWindow::PreferencesWindow(const Environment& environment)
+    : QWidget(nullptr, Qt::Window), store_(environment.store), tabs_(new QTabWidget(this)) {
+    MeterEngine& engine = environment.engine;
     setWindowTitle(QStringLiteral("Settings"));
     setWindowIcon(Icon::application());
     setMinimumSize(smallestSize);
@@ -45,7 +47,11 @@ PreferencesWindow::PreferencesWindow(MeterEngine& engine, ProfileStore& profiles
     tabs_->setDocumentMode(true);
     tabs_->setIconSize(QSize(Theme::Symbol::tab, Theme::Symbol::tab));
     addTab(QStringLiteral("Audio"), QStringLiteral("waveform.circle"),
-           new AudioSettingsView(engine));
+           new AudioSettingsView({.engine = engine,
+                                  .texts = texts_,
+                                  .openChannelWindow = environment.openChannelWindow},
+                                 store_),
+           new RestartRow(engine));
     addTab(QStringLiteral("Display"), QStringLiteral("chart.xyaxis.line"),
            new DisplaySettingsView(engine, texts_));
     addTab(QStringLiteral("Leq"), QStringLiteral("waveform"), new LeqSettingsView(engine));
@@ -54,7 +60,7 @@ PreferencesWindow::PreferencesWindow(MeterEngine& engine, ProfileStore& profiles
     addTab(QStringLiteral("Traffic Light"), QStringLiteral("circle.lefthalf.filled"),
            new TrafficLightSettingsView(engine));
     profilesTab_ = addTab(QStringLiteral("Profiles"), QStringLiteral("person.crop.circle"),
-                          new ProfilesSettingsView(engine, profiles));
+                          new ProfilesSettingsView(engine, environment.profiles));
     addTabKeys();
     restoreTab();
 }
@@ -63,7 +69,8 @@ void PreferencesWindow::showProfiles() {
     tabs_->setCurrentWidget(profilesTab_);
 }
 
-QWidget* PreferencesWindow::addTab(const QString& title, const QString& symbol, QWidget* form) {
+QWidget* PreferencesWindow::addTab(const QString& title, const QString& symbol, QWidget* form,
+                                   QWidget* head) {
     form->setContentsMargins(Theme::Margins::form);
     form->setMaximumWidth(widestForm);
     auto* scroll = new QScrollArea;
@@ -72,8 +79,14 @@ QWidget* PreferencesWindow::addTab(const QString& title, const QString& symbol, 
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setFocusPolicy(Qt::NoFocus);
     scroll->setWidget(form);
-    tabs_->addTab(scroll, Icon::tinted(symbol, Theme::Symbol::tab, Theme::primaryText), title);
-    return scroll;
+    auto* page = new QWidget;
+    auto* column = layOutColumn(page, 0);
+    if (head != nullptr) {
+        column->addWidget(head);
+    }
+    column->addWidget(scroll, 1);
+    tabs_->addTab(page, Icon::tinted(symbol, Theme::Symbol::tab, Theme::primaryText), title);
+    return page;
 }
 
 // The tabs are a ring. The same keys turn them wherever the focus is.

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <QWidget>
+#include <functional>
 
+#include "Core/UUID.h"
 #include "Shell/Preferences/TextFieldStore.h"
 
 class QTabWidget;
@@ -16,8 +18,16 @@ class ProfileStore;
 class PreferencesWindow final : public QWidget {
     Q_OBJECT
   public:
-    /// All of them outlive the window; `store` keeps which tab is open.
-    PreferencesWindow(MeterEngine& engine, ProfileStore& profiles, KeyValueStore& store);
+    /// All of it outlives the window.
+    struct Environment {
+        MeterEngine& engine;
+        ProfileStore& profiles;
+        /// Keeps what is open: the tab, the channels' groups.
+        KeyValueStore& store;
+        /// Brings up a channel in a window of its own.
+        std::function<void(const TarvaneKit::UUID&)> openChannelWindow;
+    };
+    explicit PreferencesWindow(const Environment& environment);
 
     /// Brings the profiles' tab to the front.
     void showProfiles();
@@ -26,7 +36,9 @@ class PreferencesWindow final : public QWidget {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    QWidget* addTab(const QString& title, const QString& symbol, QWidget* form);
+    /// `head` stays above the form while that is scrolled.
+    QWidget* addTab(const QString& title, const QString& symbol, QWidget* form,
+                    QWidget* head = nullptr);
     void addTabKeys();
     void turnTo(int tab);
     void restoreTab();

@@ -1,14 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <QCheckBox>
-#include <QLabel>
+#include <QComboBox>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTest>
 
-#include "Shell/Preferences/AudioSettingsView.h"
-#include "Shell/Preferences/DeviceSourcePicker.h"
-#include "Shell/Preferences/InputChannelPicker.h"
 #include "Shell/Preferences/PreferencesWindow.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
 #include "TarvaneApp/Profiles/TestProfiles.h"
@@ -19,7 +15,11 @@ namespace {
 class PreferencesTests : public TarvaneTests::EngineFixture {
   protected:
     PreferencesTests() {
-        window = std::make_unique<PreferencesWindow>(*engine, profiles.store, store);
+        window = std::make_unique<PreferencesWindow>(
+            PreferencesWindow::Environment{.engine = *engine,
+                                           .profiles = profiles.store,
+                                           .store = store,
+                                           .openChannelWindow = [](const auto&) {}});
         window->show();
         settle();
     }
@@ -46,76 +46,10 @@ class PreferencesTests : public TarvaneTests::EngineFixture {
         }
         return nullptr;
     }
-    DeviceSourcePicker& devices() { return *window->findChild<DeviceSourcePicker*>(); }
-    InputChannelPicker& input() { return *window->findChildren<InputChannelPicker*>()[0]; }
-    InputChannelPicker& rightInput() { return *window->findChildren<InputChannelPicker*>()[1]; }
 
     TarvaneTests::TestProfiles profiles{store, clock};
     std::unique_ptr<PreferencesWindow> window;
 };
-
-TEST_F(PreferencesTests, listTheDevicesBetweenTheDefaultAndTheSystemOutput) {
-    EXPECT_EQ(entries(devices()), (QStringList{"Default Input", "Measurement Mic", "Desk",
-                                               "System Output (what the Mac is playing)"}));
-    EXPECT_EQ(devices().currentText(), QStringLiteral("Default Input"));
-}
-
-TEST_F(PreferencesTests, devicesOfOneNameAreToldApartAndPickedByTheirUIDs) {
-    audio.plugIn({.id = 101, .uid = "usb-Mic_A17-00", .name = "USB Mic", .channelCount = 1});
-    audio.plugIn({.id = 102, .uid = "usb-Mic_B02-00", .name = "USB Mic", .channelCount = 1});
-    engine->refreshDevices();
-    settle();
-    EXPECT_TRUE(entries(devices()).contains("USB Mic (A17)"));
-    pick(devices(), "USB Mic (B02)");
-    EXPECT_EQ(engine->selectedDeviceUID(), "usb-Mic_B02-00");
-    EXPECT_EQ(devices().currentText(), QStringLiteral("USB Mic (B02)"));
-}
-
-TEST_F(PreferencesTests, pickingADeviceSelectsItAndListsItsInputs) {
-    pick(devices(), "Desk");
-    EXPECT_EQ(engine->selectedDeviceUID(), "desk");
-    EXPECT_EQ(entries(input()).size(), 8);
-    pick(input(), "Input 5");
-    EXPECT_EQ(engine->selectedChannelIndex(), 4);
-    pick(devices(), "Default Input");
-    EXPECT_FALSE(engine->selectedDeviceUID().has_value());
-    EXPECT_EQ(engine->selectedChannelIndex(), 0);
-}
-
-TEST_F(PreferencesTests, aStoredDeviceThatIsGoneIsUnavailable) {
-    engine->selectedDeviceUID.set("gone");
-    EXPECT_EQ(devices().currentText(), QStringLiteral("Unavailable Device"));
-}
-
-TEST_F(PreferencesTests, aPluggedInDeviceAppearsAndRefreshLooksAgain) {
-    audio.plugIn({.id = 50, .uid = "usb", .name = "USB Mic", .channelCount = 1});
-    button("Refresh Devices")->click();
-    EXPECT_TRUE(entries(devices()).contains(QStringLiteral("USB Mic")));
-}
-
-TEST_F(PreferencesTests, theRightChannelIsOfferedOnlyForAPair) {
-    auto* pair = window->findChild<AudioSettingsView*>()->findChild<QCheckBox*>();
-    EXPECT_EQ(pair->text(), QStringLiteral("Stereo pair"));
-    EXPECT_FALSE(rightInput().isVisible());
-    pick(devices(), "Desk");
-    pair->click();
-    EXPECT_TRUE(engine->mainInputIsStereo());
-    EXPECT_TRUE(rightInput().isVisible());
-    pick(rightInput(), "Input 4");
-    EXPECT_EQ(engine->mainInputRightChannelIndex(), 3);
-}
-
-TEST_F(PreferencesTests, aSourceChangedWhileRunningOffersARestart) {
-    QPushButton* restart = button("Restart Now");
-    EXPECT_FALSE(restart->isVisible());
-    start();
-    pick(devices(), "Desk");
-    EXPECT_TRUE(restart->isVisible());
-    restart->click();
-    waitUntil([&] { return engine->isRunning(); });
-    EXPECT_FALSE(restart->isVisible());
-    EXPECT_EQ(audio.madeUIDs(), (std::vector<std::string>{"", "desk"}));
-}
 
 TEST_F(PreferencesTests, theLeqFormWritesTheSettingsAndApplyStartsOver) {
     window->findChild<QTabWidget*>()->setCurrentIndex(2);
