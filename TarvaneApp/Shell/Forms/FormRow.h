@@ -10,8 +10,9 @@ namespace TarvaneApp {
 
 class FormRow {
   public:
-    /// `control` is in `rows` already. `show` puts the value of now into it.
-    FormRow(QFormLayout& rows, QWidget& control, std::function<void()> show);
+    /// `control` is the last row of `rows`, under that of `before`, or the first where that is
+    /// null. `show` puts the value of now into it.
+    FormRow(QFormLayout& rows, QWidget& control, const FormRow* before, std::function<void()> show);
 
     /// The row is there while the condition holds.
     FormRow& shownWhile(std::function<bool()> condition);
@@ -24,8 +25,17 @@ class FormRow {
     void refresh();
 
   private:
+    /// How many rows of the layout there are up to this one and with it.
+    int count() const;
+    void putIn();
+    void takeOut();
+
     QFormLayout& rows_;
     QWidget& control_;
+    QWidget* const label_;  ///< null without one
+    const FormRow* const before_;
+    bool spans_ = false;
+    bool isIn_ = true;
     std::function<void()> show_;
     std::function<bool()> isShown_;
     std::function<bool()> isEnabled_;

@@ -52,7 +52,8 @@ void FormSection::refresh() {
 }
 
 FormRow& FormSection::keep(QWidget* control, std::function<void()> show) {
-    all_.push_back(std::make_unique<FormRow>(*rows_, *control, std::move(show)));
+    const FormRow* before = all_.empty() ? nullptr : all_.back().get();
+    all_.push_back(std::make_unique<FormRow>(*rows_, *control, before, std::move(show)));
     return *all_.back();
 }
 

@@ -9,6 +9,7 @@
 #include <QSlider>
 #include <QTest>
 
+#include "DSP/Weighting.h"
 #include "Shell/Forms/ColorWell.h"
 #include "Shell/Forms/EnumChoices.h"
 #include "Shell/Forms/Form.h"
@@ -388,10 +389,10 @@ TEST_F(FormSectionTests, rowsComeAndGoAndDimWithTheirLabels) {
     section.addSlider("Level", decibels(0, 10), number.formValue())
         .shownWhile([&] { return isShown; })
         .enabledWhile([&] { return isEnabled; });
-    form.show();
     auto& slider = only<QSlider>();
     auto& rows = *static_cast<QFormLayout*>(section.layout());
     QWidget* label = rows.labelForField(&only<ValueSlider>());
+    form.show();
     EXPECT_FALSE(slider.isVisible());
     EXPECT_FALSE(label->isVisible());
     EXPECT_EQ(number.reads, 0) << "nobody sees it";
