@@ -92,6 +92,18 @@ class Program:
         number = re.match(r"-?[0-9.]+", self.reading(name))
         return float(number.group()) if number else None
 
+    def levels(self, name):
+        """The numbers in all readings of that name that are on screen, in whichever window."""
+        found = []
+        for element in self.elements():
+            try:
+                if (element.get_name() == name and element.get_role_name() == "label"
+                        and self._has_state(element, "SHOWING")):
+                    found.append(re.match(r"-?[0-9.]+", text_of(element)))
+            except Exception:  # went away meanwhile
+                continue
+        return [float(number.group()) for number in found if number]
+
     def drawn(self, display, part):
         """What one part of a drawn display reads, as "Under the pointer" of the analyzer."""
         widget = self.wait_for(display, "label")
@@ -168,6 +180,11 @@ class Program:
         """As a screen reader does it: the element's first action, without the pointer."""
         if not _atspi().Action.do_action(self.wait_for(name, role), 0):
             raise DeskFailure(f"{name!r} can't be pressed.")
+
+    def slide(self, name, value):
+        """As a screen reader does it: sets a slider to a number of its steps."""
+        if not _atspi().Value.set_current_value(self.wait_for(name, "slider"), value):
+            raise DeskFailure(f"{name!r} can't be moved.")
 
     def key(self, *keys):
         """A key with the main window in front."""

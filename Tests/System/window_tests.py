@@ -219,6 +219,86 @@ def a_device_is_chosen_in_preferences(desk):
     expect("tarvane.other" in desk.settings_file().read_text(), "the device isn't stored")
 
 
+# What a measurement microphone's maker sends with it, of one with a flat response.
+MIC_FILE = '"Sens Factor =-30dB, SERNO: 7000123"\n20 0.0\n20000 0.0\n'
+
+
+def choose_file(desk, program, path):
+    """In the dialog that is open."""
+    program.wait_for("Load Cal File")
+    desk.xdotool("type", str(path))
+    desk.xdotool("key", "Return")
+
+
+@test
+def a_calibration_file_gives_sound_pressure_levels(desk):
+    desk.plug_in("--tone", "1000:-20")
+    good, bad = desk.folder / "mic.txt", desk.folder / "notes.txt"
+    good.write_text(MIC_FILE)
+    bad.write_text("nothing of use")
+    program = metering(desk)
+    program.key("ctrl+comma")
+    program.wait_for("Not calibrated — showing raw dBFS, not real SPL", "label")
+    program.press("Load Cal File…", "push button")
+    choose_file(desk, program, bad)
+    sentence = "The calibration file contained no valid frequency/magnitude data points."
+    program.wait_for(f"notes.txt: {sentence}", "label")
+    program.dismiss_alert()
+    program.press("Load Cal File…", "push button")
+    choose_file(desk, program, good)
+    program.wait_for("Calibrated from mic cal file", "label")
+    # Reference SPL less Sens Factor, and the 20 lg 2 between a sine's RMS and AES17's full scale.
+    expect_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB + 94 + 30 + 6.02)
+
+
+@test
+def a_calibrators_tone_reads_its_level_at_any_gain(desk):
+    desk.plug_in("--tone", "1000:-20")
+    program = metering(desk)
+    program.key("ctrl+comma")
+    program.wait_for("-23.0 dBFS → offset +117.0 dB", "label")
+    program.press("Calibrate", "push button")
+    program.wait_for("Calibrated from reference tone", "label")
+    expect_level(program, "SPL A Fast", 94.0)
+    expect(program.find("SPL compensation", "label") is None, "there is nothing to compensate")
+    program.slide("Input gain", -6)
+    program.wait_for("+6.0 dB", "label")
+    wait_until(lambda: program.reading("Input level") == "-26.0", 10, "the gain isn't turned")
+    expect_level(program, "SPL A Fast", 94.0)
+    program.press("Max", "push button")
+    wait_until(lambda: program.find("SPL compensation", "label") is None, 10,
+               "the compensation stays")
+    wait_until(lambda: program.reading("Input level") == "-20.0", 10, "the gain isn't turned back")
+    expect_level(program, "SPL A Fast", 94.0)
+
+
+@test
+def a_channel_on_a_second_device_is_added_and_read_after_a_restart(desk):
+    desk.plug_in("--tone", "1000:-26", name="tarvane.other", description="Other Mic")
+    desk.plug_in("--tone", "1000:-20")
+    program = metering(desk)
+    program.key("ctrl+comma")
+    program.press("Collapse", "push button")  # the main input, which is the one unfolded
+    program.press("Add Channel", "push button")
+    program.wait_for("Channel 2", "label")
+    # By its first letters: the list of the main input's picker, which is closed, has one of them too.
+    program.click("Default Input", "combo box")
+    desk.xdotool("type", "Other")
+    desk.xdotool("key", "Return")
+    program.wait_for("Other Mic", "combo box")
+    program.press("Open in Window", "push button")
+    program.wait_for("Tarvane — Channel 2", "frame")
+    program.press("Restart Now", "push button")
+    expected = [-20 + SINE_RMS_RE_PEAK_DB, -26 + SINE_RMS_RE_PEAK_DB]
+
+    def both_read():
+        shown = sorted(program.levels("SPL A Fast"), reverse=True)
+        return len(shown) == 2 and all(abs(level - wanted) <= TOLERANCE_DB
+                                       for level, wanted in zip(shown, expected))
+
+    wait_until(both_read, 20, f"not {expected} are read, but {program.levels('SPL A Fast')}")
+
+
 @test
 def a_pause_keeps_the_reading_and_stop_ends_it(desk):
     tone = desk.plug_in("--tone", "1000:-20")
