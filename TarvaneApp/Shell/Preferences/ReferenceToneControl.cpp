@@ -1,6 +1,5 @@
 #include "Shell/Preferences/ReferenceToneControl.h"
 
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -70,11 +69,8 @@ ReferenceToneControl::ReferenceToneControl(MeterEngine& engine, const TarvaneKit
       binding_(*this, [this] { listen(); }) {
     preview_->setWordWrap(true);
     auto* column = layOutColumn(this, Theme::Space::related);
-    auto* row = new QHBoxLayout;
-    row->setSpacing(Theme::Space::section);
-    row->addWidget(button_);
-    row->addWidget(preview_, 1);
-    column->addLayout(row);
+    column->addWidget(preview_);
+    column->addWidget(button_);
     column->addWidget(failure_);
     column->addWidget(doubts_);
     failure_->hide();

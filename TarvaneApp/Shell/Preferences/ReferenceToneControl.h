@@ -1,4 +1,4 @@
-// Calibrates a channel on the tone that it hears: the button, beside it what it is about to do, and
+// Calibrates a channel on the tone that it hears: the button, above it what it is about to do, and
 // under it what speaks against doing so. It listens while it is visible, and costs nothing while it
 // isn't. Main thread.
 #pragma once
