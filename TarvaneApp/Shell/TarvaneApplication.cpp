@@ -36,8 +36,7 @@ TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueS
                           [this](StandaloneModule module) { scenes_->openModule(module); },
                       .openChannelWindow = [this](const UUID& id) { scenes_->openChannel(id); },
                       .quit = [] { QApplication::quit(); }})),
-      scenes_(std::make_unique<WindowScenes>(engine_, store, mainWindow_->keyedActions())),
-      store_(store) {
+      scenes_(std::make_unique<WindowScenes>(engine_, store, mainWindow_->keyedActions())) {
     new WindowFrame(store, "main", *mainWindow_);
 }
 

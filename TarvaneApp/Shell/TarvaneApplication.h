@@ -51,7 +51,6 @@ class TarvaneApplication final : public QObject {
     std::unique_ptr<MainWindow> mainWindow_;
     std::unique_ptr<PreferencesWindow> preferences_;
     std::unique_ptr<WindowScenes> scenes_;
-    KeyValueStore& store_;
     bool isRestored_ = false;
 };
 

@@ -12,6 +12,7 @@
 #include <iostream>
 #include <numbers>
 
+#include "Calibration/MicCalFile.h"
 #include "Engine/LiveMeterData.h"
 #include "Engine/MeterEngine.h"
 #include "LiveDisplays/LiveLevelHistoryGraph.h"
@@ -26,6 +27,8 @@
 #include "Shell/Panels/RTAPanelView.h"
 #include "Shell/Panels/SPLMeterPanelView.h"
 #include "Shell/Panels/SpectrogramPanelView.h"
+#include "Shell/Preferences/AudioSettingsView.h"
+#include "Shell/Preferences/ChannelSection.h"
 #include "Shell/Preferences/PreferencesWindow.h"
 #include "Shell/TarvaneApplication.h"
 #include "Shell/Windows/ChannelWindowLayoutControls.h"
@@ -108,6 +111,12 @@ class Stage {
     TarvaneTests::ManualTickTimer timer;
     MeterEngine engine{{.audio = audio, .store = store, .clock = clock, .tickTimer = timer}};
     TarvaneTests::TestProfiles profiles{store, clock};
+    TarvaneApp::PreferencesWindow::Environment preferences() {
+        return {.engine = engine,
+                .profiles = profiles.store,
+                .store = store,
+                .openChannelWindow = [](const auto&) {}};
+    }
     TarvaneApp::MainWindow window{engine, profiles.store, {.showSettings = [] {}, .quit = [] {}}};
 
   private:
@@ -209,24 +218,12 @@ void shootAll(Stage& stage) {
     stage.shoot("focus-1", stage.window);
     QTest::keyClick(&stage.window, Qt::Key_Tab);
     stage.shoot("focus-2", stage.window);
-
-    TarvaneApp::PreferencesWindow preferences(stage.engine, stage.profiles.store, stage.store);
-    preferences.show();
-    stage.shoot("preferences-audio", preferences);
-    stage.engine.start();
-    while (!stage.engine.isRunning()) {
-        QCoreApplication::processEvents();
-    }
-    stage.engine.selectedDeviceUID.set("mic");
-    stage.engine.selectedDeviceUID.set(TarvaneKit::systemOutputUID);
-    stage.shoot("preferences-audio-restart", preferences);
-    stage.engine.stop();
 }
 
 // Every tab of the settings in a window as it first opens, in the smallest and in a wide one.
 void shootPreferences(Stage& stage) {
     using namespace TarvaneApp;
-    PreferencesWindow preferences(stage.engine, stage.store);
+    PreferencesWindow preferences(stage.preferences());
     preferences.show();
     auto& tabs = *preferences.findChild<QTabWidget*>();
     const auto shootTab = [&](int tab, const QString& state) {
@@ -445,33 +442,113 @@ void shootPanels(Stage& stage) {
     }
 }
 
+// The whole form at its natural height, and what of it is seen in windows of some sizes.
+void shootAudioForm(Stage& stage, TarvaneApp::PreferencesWindow& preferences, const QString& name) {
+    for (const QSize size : {QSize(520, 360), QSize(660, 540), QSize(1000, 700)}) {
+        preferences.resize(size);
+        stage.shoot(QStringLiteral("audio-%1-%2").arg(name).arg(size.width()), preferences);
+        auto* form = preferences.findChild<TarvaneApp::AudioSettingsView*>();
+        stage.shoot(QStringLiteral("audio-%1-whole-%2").arg(name).arg(size.width()), *form);
+    }
+}
+
+TarvaneApp::ChannelSection& audioSection(TarvaneApp::PreferencesWindow& preferences,
+                                         const TarvaneKit::UUID& id) {
+    for (auto* section : preferences.findChildren<TarvaneApp::ChannelSection*>()) {
+        if (section->channelID() == id) {
+            return *section;
+        }
+    }
+    return *preferences.findChild<TarvaneApp::ChannelSection*>();
+}
+
+// The audio tab of the settings window: every state of calibration, gain and source.
+void shootAudio(Stage& stage) {
+    using namespace TarvaneApp;
+    const auto main = TarvaneKit::UUID::main();
+    PreferencesWindow preferences(stage.preferences());
+    preferences.show();
+    stage.engine.refreshDevices();
+    shootAudioForm(stage, preferences, QStringLiteral("first"));
+
+    TarvaneTests::FakeControls controls;
+    controls.masterGainDB = -6.0;
+    stage.audio.setControls(7, controls);
+    stage.engine.refreshDevices();
+    TarvaneKit::CalibrationProfile profile;
+    profile.micCalFile =
+        TarvaneKit::MicCalFile::parse("\"Sens Factor =-30.5dB, SERNO: 7000123\"\n20 -1\n20000 2\n");
+    stage.engine.calibration.set(profile);
+    stage.engine.updateDisplay(main, [](auto& display) { display.showsPeakHold = false; });
+    stage.start();
+    stage.play(4.0, 0.12);
+    shootAudioForm(stage, preferences, QStringLiteral("file"));
+    stage.engine.calibrateReference(94.0, main);
+    controls.masterGainDB = -9.0;
+    stage.audio.setControls(7, controls);
+    stage.play(1.0, 0.12);
+    stage.play(0.3, 0.5);
+    stage.engine.mainInputRightChannelIndex.set(1);
+    shootAudioForm(stage, preferences, QStringLiteral("tone"));
+    stage.play(0.5, 1.0);
+    shootAudioForm(stage, preferences, QStringLiteral("clipping"));
+    stage.engine.selectedDeviceUID.set("gone");
+    shootAudioForm(stage, preferences, QStringLiteral("unavailable"));
+    stage.engine.selectedDeviceUID.set(TarvaneKit::systemOutputUID);
+    shootAudioForm(stage, preferences, QStringLiteral("system-output"));
+    stage.engine.selectedDeviceUID.set(std::nullopt);
+    stage.engine.mainInputIsStereo.set(false);
+    stage.engine.setDigitalSource(true, main);
+    shootAudioForm(stage, preferences, QStringLiteral("digital"));
+    stage.engine.setDigitalSource(false, main);
+
+    audioSection(preferences, main).setExpanded(false);
+    std::vector<ChannelConfig> channels;
+    for (const char* name : {"Stage Left", "Stage Right", "Front of House", "Balcony",
+                             "Under Balcony Delay, Row 24 to 31", "Console L+R", "Playback"}) {
+        ChannelConfig channel;
+        channel.name = name;
+        channel.color = channelColors[channels.size() % channelColors.size()];
+        channel.channelIndex = static_cast<int>(channels.size()) % 2;
+        channel.isDigital = channels.size() > 4;
+        channel.isEnabled = channels.size() != 3;
+        channels.push_back(channel);
+    }
+    channels[1].calibration = stage.engine.calibration();
+    channels[2].calibration = profile;
+    channels[6].deviceUID = TarvaneKit::systemOutputUID;
+    stage.engine.extraChannels.set(channels);
+    shootAudioForm(stage, preferences, QStringLiteral("eight-folded"));
+    for (const ChannelConfig& channel : channels) {
+        audioSection(preferences, channel.id).setExpanded(true);
+    }
+    shootAudioForm(stage, preferences, QStringLiteral("eight-open"));
+    stage.engine.stop();
+    stage.engine.extraChannels.set({});
+    stage.engine.calibration.set({});
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
-    const QString part = argc == 3 ? QString::fromLocal8Bit(argv[2]) : QString();
-    if (argc < 2 || argc > 3) {
-        std::cerr << "usage: TarvaneWindowPictures <folder> [main|windows|panels|preferences]\n";
+    if (argc < 2) {
+        std::cerr
+            << "usage: TarvaneWindowPictures <folder> [main|windows|panels|preferences|audio…]\n";
         return 2;
     }
+    const QStringList sets = QApplication::arguments().mid(2);
     TarvaneApp::TarvaneApplication::introduce();
     const QString folder = QString::fromLocal8Bit(argv[1]);
     QDir().mkpath(folder);
     Stage stage(folder);
-    const auto isAsked = [&part](const char* name) {
-        return part.isEmpty() || part == QLatin1String(name);
-    };
-    if (isAsked("main")) {
-        shootAll(stage);
-    }
-    if (isAsked("windows")) {
-        shootWindows(stage);
-    }
-    if (isAsked("panels")) {
-        shootPanels(stage);
-    }
-    if (isAsked("preferences")) {
-        shootPreferences(stage);
+    for (const auto& [name, shoot] :
+         {std::pair("main", &shootAll), std::pair("windows", &shootWindows),
+          std::pair("panels", &shootPanels), std::pair("preferences", &shootPreferences),
+          std::pair("audio", &shootAudio)}) {
+        if (sets.isEmpty() || sets.contains(QLatin1String(name))) {
+            shoot(stage);
+        }
     }
     return 0;
 }
