@@ -20,6 +20,7 @@
 #include "Shell/Preferences/ChannelSection.h"
 #include "Shell/Preferences/PreferencesWindow.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
+#include "TarvaneApp/Profiles/TestProfiles.h"
 
 namespace TarvaneTests {
 
@@ -30,8 +31,13 @@ class AudioFormFixture : public EngineFixture {
 
     void openWindow() {
         window = std::make_unique<TarvaneApp::PreferencesWindow>(
-            *engine, store,
-            [this](const TarvaneKit::UUID& id) { openedChannelWindows.push_back(id); });
+            TarvaneApp::PreferencesWindow::Environment{
+                .engine = *engine,
+                .profiles = profiles.store,
+                .store = store,
+                .openChannelWindow = [this](const TarvaneKit::UUID& id) {
+                    openedChannelWindows.push_back(id);
+                }});
         window->show();
         settle();
     }
@@ -161,6 +167,7 @@ class AudioFormFixture : public EngineFixture {
     }
 
     std::vector<TarvaneKit::UUID> openedChannelWindows;
+    TestProfiles profiles{store, clock};
     std::unique_ptr<TarvaneApp::PreferencesWindow> window;
 
   private:

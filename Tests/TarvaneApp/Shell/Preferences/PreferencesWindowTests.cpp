@@ -48,7 +48,8 @@ TEST_F(PreferencesWindowTests, theTabsStandInTheirOrder) {
         titles.append(tabs().tabText(i));
         EXPECT_FALSE(tabs().tabIcon(i).isNull()) << i;
     }
-    EXPECT_EQ(titles, (QStringList{"Audio", "Display", "Leq", "Loudness", "Traffic Light"}));
+    EXPECT_EQ(titles,
+              (QStringList{"Audio", "Display", "Leq", "Loudness", "Traffic Light", "Profiles"}));
     EXPECT_EQ(tab(), "Audio");
 }
 
@@ -77,13 +78,16 @@ TEST_F(PreferencesWindowTests, keysTurnTheTabsFromWhereverTheFocusIs) {
     ASSERT_TRUE(slider.hasFocus());
     const int value = slider.value();
     QTest::keyClick(&slider, Qt::Key_PageDown, Qt::ControlModifier);
-    EXPECT_EQ(tab(), "Audio") << "the tabs are a ring";
+    EXPECT_EQ(tab(), "Profiles");
     EXPECT_EQ(slider.value(), value);
+    QTest::keyClick(&window(), Qt::Key_PageDown, Qt::ControlModifier);
+    EXPECT_EQ(tab(), "Audio") << "the tabs are a ring";
     QTest::keyClick(&window(), Qt::Key_PageUp, Qt::ControlModifier);
-    EXPECT_EQ(tab(), "Traffic Light");
+    EXPECT_EQ(tab(), "Profiles");
+    tabs().setCurrentIndex(4);
     slider.setFocus();
     QTest::keyClick(&slider, Qt::Key_Tab, Qt::ControlModifier);
-    EXPECT_EQ(tab(), "Audio");
+    EXPECT_EQ(tab(), "Profiles");
     QTest::keyClick(&window(), Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(tab(), "Traffic Light");
 }
@@ -94,10 +98,10 @@ TEST_F(PreferencesWindowTests, tabGoesDownTheForm) {
     while (!window().isActiveWindow()) {
         settle();
     }
-    for (const int place : {1, 2, 3, 4}) {
+    for (const int place : {1, 2, 3, 4, 5}) {
         tabs().setCurrentIndex(place);
         settle();
-        QWidget* form = static_cast<QScrollArea*>(tabs().currentWidget())->widget();
+        QWidget* form = tabs().currentWidget()->findChild<QScrollArea*>()->widget();
         tabs().tabBar()->setFocus();
         int stops = 0;
         QPoint last(0, -1);
@@ -122,7 +126,7 @@ TEST_F(PreferencesWindowTests, aFormIsNeverWiderThanItReads) {
     for (int place = 0; place < tabs().count(); ++place) {
         tabs().setCurrentIndex(place);
         settle();
-        auto* scroll = static_cast<QScrollArea*>(tabs().currentWidget());
+        auto* scroll = tabs().currentWidget()->findChild<QScrollArea*>();
         EXPECT_LE(scroll->widget()->width(), 760);
         EXPECT_NEAR(scroll->widget()->geometry().center().x(), scroll->viewport()->width() / 2, 2);
     }
@@ -134,7 +138,7 @@ TEST_F(PreferencesWindowTests, everyFormFitsTheSmallestWindow) {
     for (int place = 1; place < tabs().count(); ++place) {
         tabs().setCurrentIndex(place);
         settle();
-        auto* scroll = static_cast<QScrollArea*>(tabs().currentWidget());
+        auto* scroll = tabs().currentWidget()->findChild<QScrollArea*>();
         EXPECT_LE(scroll->widget()->width(), scroll->viewport()->width()) << tab().toStdString();
     }
 }
