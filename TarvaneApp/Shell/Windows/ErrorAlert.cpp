@@ -15,6 +15,15 @@ ErrorAlert::ErrorAlert(const QString& title, const Message& message, std::functi
     follow(message, this, [this] { messageChanged(); });
 }
 
+// A dialog that is answered takes what lies over it along.
+QWidget* ErrorAlert::usersWindow() const {
+    QWidget* active = QApplication::activeWindow();
+    while (qobject_cast<QDialog*>(active) != nullptr) {
+        active = active->parentWidget() != nullptr ? active->parentWidget()->window() : nullptr;
+    }
+    return active != nullptr ? active : window_;
+}
+
 void ErrorAlert::messageChanged() {
     const auto& message = message_();
     if (!message) {
@@ -24,9 +33,8 @@ void ErrorAlert::messageChanged() {
         return;
     }
     if (!box_) {
-        QWidget* active = QApplication::activeWindow();
         box_ = new QMessageBox(QMessageBox::Warning, title_, QString(), QMessageBox::Ok,
-                               active != nullptr ? active : window_);
+                               usersWindow());
         box_->setAttribute(Qt::WA_DeleteOnClose);
         box_->setTextFormat(Qt::PlainText);
         connect(box_, &QDialog::finished, this, [this] {

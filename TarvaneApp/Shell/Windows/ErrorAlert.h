@@ -28,6 +28,7 @@ class ErrorAlert final : public QObject {
 
   private:
     void messageChanged();
+    QWidget* usersWindow() const;
 
     const QString title_;
     const Message& message_;
