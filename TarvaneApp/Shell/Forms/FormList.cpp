@@ -4,31 +4,9 @@
 
 #include "Displays/Theme.h"
 #include "Shell/Controls/BareLayout.h"
+#include "Shell/Forms/TabStops.h"
 
 namespace TarvaneApp {
-
-namespace {
-
-// Where Tab stops in an item. What has parts of its own, as a slider with its value, is one stop.
-void collectStops(QWidget& widget, QList<QWidget*>& stops) {
-    if (widget.focusPolicy() != Qt::NoFocus) {
-        stops.append(&widget);
-        return;
-    }
-    for (QObject* child : widget.children()) {
-        if (child->isWidgetType()) {
-            collectStops(static_cast<QWidget&>(*child), stops);
-        }
-    }
-}
-
-QList<QWidget*> stopsOf(QWidget& item) {
-    QList<QWidget*> stops;
-    collectStops(item, stops);
-    return stops;
-}
-
-}  // namespace
 
 FormList::FormList(MakeItem makeItem, QWidget* parent)
     : QWidget(parent),
@@ -39,10 +17,7 @@ FormList::FormList(MakeItem makeItem, QWidget* parent)
 void FormList::addItem() {
     QWidget* ahead = stopAhead();
     const Item item = makeItem_(static_cast<int>(items_.size()), this);
-    for (QWidget* stop : stopsOf(*item.widget)) {
-        setTabOrder(ahead, stop);
-        ahead = stop;
-    }
+    chainTabStops(QList<QWidget*>{ahead} + tabStopsIn(*item.widget));
     column_->addWidget(item.widget);
     item.widget->show();
     items_.push_back(item);
@@ -50,7 +25,7 @@ void FormList::addItem() {
 
 QWidget* FormList::stopAhead() const {
     if (!items_.empty()) {
-        const auto stops = stopsOf(*items_.back().widget);
+        const auto stops = tabStopsIn(*items_.back().widget);
         if (!stops.empty()) {
             return stops.back();
         }

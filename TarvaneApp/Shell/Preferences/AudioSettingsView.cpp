@@ -14,6 +14,7 @@
 #include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/TextLabel.h"
 #include "Shell/Forms/FormSection.h"
+#include "Shell/Forms/TabStops.h"
 
 namespace TarvaneApp {
 
@@ -45,8 +46,9 @@ AudioSettingsView::AudioSettingsView(const ChannelSection::Environment& environm
     auto* channels = new QWidget(this);
     column_ = layOutColumn(channels, Theme::Space::section);
     addWidget(channels);
-    addWidget(makeFormButton(
-        QStringLiteral("Add Channel"), [this] { addChannel(); }, this));
+    addButton_ = makeFormButton(
+        QStringLiteral("Add Channel"), [this] { addChannel(); }, this);
+    addWidget(addButton_);
     auto* note = makeTextLabel(
         QStringLiteral("Each channel is any input of any device, including every channel of a "
                        "network audio card or multichannel interface, or the computer's own "
@@ -82,13 +84,25 @@ void AudioSettingsView::showChannels() {
         }
     }
     sections_ = std::move(sections);
+    orderTabStops();
+}
+
+// Sections come and unfold after what stands under them was made.
+void AudioSettingsView::orderTabStops() {
+    QList<QWidget*> stops;
+    for (ChannelSection* section : sections_) {
+        stops += tabStopsIn(*section);
+    }
+    chainTabStops(stops << addButton_);
 }
 
 ChannelSection& AudioSettingsView::makeSection(const UUID& id) {
     auto* section = new ChannelSection(environment_, id, this);
     section->setExpanded(folds_.isExpanded(id));
-    connect(section, &FoldingGroup::folded, this,
-            [this, id](bool isExpanded) { folds_.setExpanded(id, isExpanded); });
+    connect(section, &FoldingGroup::folded, this, [this, id](bool isExpanded) {
+        folds_.setExpanded(id, isExpanded);
+        orderTabStops();
+    });
     return *section;
 }
 
@@ -100,6 +114,7 @@ void AudioSettingsView::addChannel() {
         ChannelSection& added = *sections_.back();
         added.setExpanded(true);
         folds_.setExpanded(added.channelID(), true);
+        orderTabStops();
         added.header().setFocus();
         scrollTo(added);
     }

@@ -24,10 +24,12 @@ class AudioSettingsView final : public Form {
     void showChannels();
     ChannelSection& makeSection(const TarvaneKit::UUID& id);
     void addChannel();
+    void orderTabStops();
 
     const ChannelSection::Environment environment_;
     ChannelFolds folds_;
     QVBoxLayout* column_;
+    QWidget* addButton_;
     std::vector<ChannelSection*> sections_;  // in the channels' order
 };
 

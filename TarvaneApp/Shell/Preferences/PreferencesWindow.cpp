@@ -46,12 +46,12 @@ PreferencesWindow::PreferencesWindow(const Environment& environment)
     column->addWidget(tabs_);
     tabs_->setDocumentMode(true);
     tabs_->setIconSize(QSize(Theme::Symbol::tab, Theme::Symbol::tab));
-    addTab(QStringLiteral("Audio"), QStringLiteral("waveform.circle"),
-           new AudioSettingsView({.engine = engine,
-                                  .texts = texts_,
-                                  .openChannelWindow = environment.openChannelWindow},
-                                 store_),
-           new RestartRow(engine));
+    addTab(
+        QStringLiteral("Audio"), QStringLiteral("waveform.circle"),
+        new AudioSettingsView(
+            {.engine = engine, .texts = texts_, .openChannelWindow = environment.openChannelWindow},
+            store_),
+        new RestartRow(engine));
     addTab(QStringLiteral("Display"), QStringLiteral("chart.xyaxis.line"),
            new DisplaySettingsView(engine, texts_));
     addTab(QStringLiteral("Leq"), QStringLiteral("waveform"), new LeqSettingsView(engine));

@@ -111,7 +111,8 @@ TEST_F(PreferencesWindowTests, tabGoesDownTheForm) {
             QWidget* focused = window().focusWidget();
             const QPoint at = focused->mapTo(form, focused->rect().center());
             EXPECT_TRUE(at.y() > last.y() + 2 || (at.y() > last.y() - 10 && at.x() > last.x()))
-                << tab().toStdString() << ", " << focused->accessibleName().toStdString();
+                << tab().toStdString() << ", " << focused->accessibleName().toStdString() << " of "
+                << focused->metaObject()->className() << " at " << at.y() << " behind " << last.y();
             last = at;
             ++stops;
         }
