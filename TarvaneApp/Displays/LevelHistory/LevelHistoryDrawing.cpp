@@ -3,7 +3,9 @@
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPolygonF>
 #include <algorithm>
+#include <iterator>
 #include <limits>
 
 #include "Displays/Plate.h"
@@ -144,18 +146,33 @@ void drawGrid(QPainter& painter, const LevelHistoryView& view, const LevelHistor
         view.unitLabel, font);
 }
 
+// Neighbours of one colour are one shape: between shapes of their own a seam would show wherever a
+// page is enlarged.
 void drawColumns(QPainter& painter, const LevelHistoryView& view,
                  const LevelHistoryGeometry& geometry) {
     painter.setRenderHint(QPainter::Antialiasing);
-    const double pixelRatio = painter.device()->devicePixelRatioF();
-    for (const LevelHistoryColumn& column : historyColumns(view, geometry, pixelRatio)) {
-        const QColor color = Theme::color(column.color);
-        const double width = column.right - column.left;
-        painter.fillRect(
-            QRectF(column.left, column.top, width, geometry.plot.bottom() - column.top),
-            Theme::faded(color, LevelHistoryOpacity::foot));
-        painter.fillRect(QRectF(column.left, column.top, width, column.bottom - column.top),
-                         Theme::faded(color, LevelHistoryOpacity::band));
+    painter.setPen(Qt::NoPen);
+    const auto columns = historyColumns(view, geometry, painter.device()->devicePixelRatioF());
+    for (auto first = columns.begin(); first != columns.end();) {
+        const auto end = std::adjacent_find(
+            first, columns.end(), [](const LevelHistoryColumn& a, const LevelHistoryColumn& b) {
+                return a.right != b.left || !(a.color == b.color);
+            });
+        const auto behind = end == columns.end() ? end : std::next(end);
+        QPolygonF tops;
+        QPolygonF undersides;
+        for (auto column = first; column != behind; ++column) {
+            tops << QPointF(column->left, column->top) << QPointF(column->right, column->top);
+            undersides.prepend(QPointF(column->left, column->bottom));
+            undersides.prepend(QPointF(column->right, column->bottom));
+        }
+        const QColor color = Theme::color(first->color);
+        painter.setBrush(Theme::faded(color, LevelHistoryOpacity::foot));
+        painter.drawPolygon(QPolygonF(tops) << QPointF(tops.back().x(), geometry.plot.bottom())
+                                            << QPointF(tops.front().x(), geometry.plot.bottom()));
+        painter.setBrush(Theme::faded(color, LevelHistoryOpacity::band));
+        painter.drawPolygon(tops + undersides);
+        first = behind;
     }
 }
 
