@@ -150,6 +150,13 @@ class Desk:
 
     # The program.
 
+    def become_another_user(self):
+        """Whose folders are empty; whoever sat here has left theirs behind."""
+        for variable in ("HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME",
+                         "XDG_DATA_HOME"):
+            self.env[variable] += "-of-another"
+            Path(self.env[variable]).mkdir()
+
     def settings_file(self):
         return Path(self.env["XDG_CONFIG_HOME"]) / "Tarvane/Tarvane.ini"
 

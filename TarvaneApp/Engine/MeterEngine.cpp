@@ -53,6 +53,10 @@ const ChannelChanges& MeterEngine::channelChanges() const {
     return owners_->changes;
 }
 
+void MeterEngine::tellError(const std::string& sentence) {
+    owners_->errorMessage.tell(sentence);
+}
+
 void MeterEngine::dismissError() {
     owners_->errorMessage.dismiss();
 }

@@ -126,6 +126,8 @@ class MeterEngine : public QObject, public MeterSettings {
     void pause();
     void resume();
     void dismissError();
+    /// For whoever works with the engine: the sentence waits for its turn in `errorMessage`.
+    void tellError(const std::string& sentence);
 
     // Readings.
     /// Made at first use, so that a view may bind to a channel before it has ever run.

@@ -7,6 +7,7 @@
 #include "Shell/Controls/Icon.h"
 #include "Shell/Preferences/PreferencesWindow.h"
 #include "Shell/Windows/InFront.h"
+#include "Shell/Windows/LevelHistoryExport.h"
 #include "Shell/Windows/MainWindow.h"
 #include "Shell/Windows/WindowFrame.h"
 #include "Shell/Windows/WindowScenes.h"
@@ -31,11 +32,14 @@ TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueS
       mainWindow_(std::make_unique<MainWindow>(
           engine_, profiles_,
           AppCommands{.showSettings = [this] { showSettings(); },
+                      .exportLevelHistory = [this] { export_->begin(); },
                       .showProfiles = [this] { showProfiles(); },
                       .openStandaloneWindow =
                           [this](StandaloneModule module) { scenes_->openModule(module); },
                       .openChannelWindow = [this](const UUID& id) { scenes_->openChannel(id); },
                       .quit = [] { QApplication::quit(); }})),
+      export_(new LevelHistoryExport(
+          {.engine = engine_, .store = store, .note = mainWindow_->note()}, mainWindow_.get())),
       scenes_(std::make_unique<WindowScenes>(engine_, store, mainWindow_->keyedActions())) {
     new WindowFrame(store, "main", *mainWindow_);
 }

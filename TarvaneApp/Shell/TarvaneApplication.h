@@ -16,6 +16,7 @@
 
 namespace TarvaneApp {
 
+class LevelHistoryExport;
 class MainWindow;
 class PreferencesWindow;
 class WindowScenes;
@@ -49,6 +50,7 @@ class TarvaneApplication final : public QObject {
     FilePanels panels_;
     ProfileStore profiles_;
     std::unique_ptr<MainWindow> mainWindow_;
+    LevelHistoryExport* export_;
     std::unique_ptr<PreferencesWindow> preferences_;
     std::unique_ptr<WindowScenes> scenes_;
     bool isRestored_ = false;

@@ -223,9 +223,9 @@ def a_device_is_chosen_in_preferences(desk):
 MIC_FILE = '"Sens Factor =-30dB, SERNO: 7000123"\n20 0.0\n20000 0.0\n'
 
 
-def choose_file(desk, program, path):
+def choose_file(desk, program, path, dialog="Load Cal File"):
     """In the dialog that is open."""
-    program.wait_for("Load Cal File")
+    program.wait_for(dialog)
     desk.xdotool("type", str(path))
     desk.xdotool("key", "Return")
 
@@ -297,6 +297,109 @@ def a_channel_on_a_second_device_is_added_and_read_after_a_restart(desk):
                                        for level, wanted in zip(shown, expected))
 
     wait_until(both_read, 20, f"not {expected} are read, but {program.levels('SPL A Fast')}")
+
+
+@test
+def a_profile_brings_a_setup_back_with_and_without_its_input(desk):
+    desk.plug_in("--tone", "1000:-26", name="tarvane.other", description="Other Mic")
+    desk.plug_in("--tone", "1000:-20")
+    uses(desk, MIC)
+    program = metering(desk)
+    program.press("C weighting")
+    expect_level(program, "SPL C Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    program.key("ctrl+comma")
+    program.press("Profiles", "page tab")
+    program.click("Profile name", "text")
+    desk.xdotool("type", "Night & Day")
+    program.press("Save", "push button")
+    program.wait_for("Profile: Night & Day", "push button")
+
+    def other_setup():
+        program.press("Audio", "page tab")
+        program.click("Tone Mic", "combo box")
+        desk.xdotool("type", "Other")
+        desk.xdotool("key", "Return")
+        program.press("Restart Now", "push button")
+        program.press("Z weighting")
+        expect_level(program, "SPL Z Fast", -26 + SINE_RMS_RE_PEAK_DB)
+        program.press("Profiles", "page tab")
+
+    # With its input: what is metered changes at once.
+    other_setup()
+    program.press("Load", "push button")
+    expect_level(program, "SPL C Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    # Without: the weighting comes back, and the input stays.
+    other_setup()
+    program.press("Loading also switches input device & calibration", "check box")
+    program.press("Load", "push button")
+    expect_level(program, "SPL C Fast", -26 + SINE_RMS_RE_PEAK_DB)
+
+
+@test
+def a_profile_is_carried_to_another_user(desk):
+    desk.plug_in("--tone", "1000:-20")
+    program = desk.launch()
+    program.press("C weighting")
+    program.wait_for("SPL C Fast", "label")
+    program.key("ctrl+comma")
+    program.press("Profiles", "page tab")
+    program.click("Profile name", "text")
+    desk.xdotool("type", "Show")
+    program.press("Save", "push button")
+    program.click("More for Show", "push button")
+    time.sleep(0.5)  # until the menu has the keys
+    desk.xdotool("key", "Down", "Down", "Return")  # past what overwrites it
+    carried = desk.folder / "carried.json"
+    choose_file(desk, program, carried, "Export Profile")
+    wait_until(carried.exists, 10, "nothing is exported")
+    program.quit()
+    desk.become_another_user()
+    program = desk.launch()
+    program.wait_for("SPL A Fast", "label")
+    program.key("ctrl+comma")
+    program.press("Profiles", "page tab")
+    for name in ("Show", "Show (2)"):
+        program.press("Import…", "push button")
+        choose_file(desk, program, carried, "Import Profiles")
+        program.wait_for(name, "label")
+    program.press("Load", "push button")
+    program.wait_for("SPL C Fast", "label")
+
+
+@test
+def a_session_becomes_a_report(desk):
+    desk.plug_in("--tone", "1000:-20")
+    program = metering(desk)
+    expect_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    time.sleep(10)
+    program.key("p")
+    program.wait_for("PAUSED", "label")
+    time.sleep(5)
+    program.key("p")
+    time.sleep(10)
+    program.key("space")
+    program.wait_for("Start", "push button")
+    for place, extension in enumerate(("pdf", "png", "txt")):
+        program.key("ctrl+shift+e")
+        program.click("PDF Report", "combo box")
+        time.sleep(0.5)  # until the list has the keys
+        desk.xdotool("key", *["Down"] * place, "Return")
+        program.click("File name:", "text")
+        desk.xdotool("key", "ctrl+a")
+        report = desk.folder / f"night.{extension}"
+        desk.xdotool("type", str(report))
+        desk.xdotool("key", "Return")
+        wait_until(report.exists, 20, f"there is no {report.name}")
+        program.wait_for(f"Exported {report.name}", "label")
+    text = (desk.folder / "night.txt").read_text()
+    leq = re.search(r"LAeq (-?[0-9.]+) dBFS", text)
+    expect(leq and abs(float(leq.group(1)) - (-20 + SINE_RMS_RE_PEAK_DB)) <= 0.2, text)
+    paused = re.search(r"Paused +0:0([0-9])", text)
+    # Less a history point at either end, and as long as the hands take.
+    expect(paused and 4 <= int(paused.group(1)) <= 7, text)
+    read = subprocess.run(["pdftotext", "-layout", desk.folder / "night.pdf", "-"],
+                          capture_output=True, text=True, check=True).stdout
+    expect(leq.group() in read, read)
 
 
 @test

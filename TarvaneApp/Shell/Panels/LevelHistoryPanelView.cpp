@@ -14,6 +14,7 @@
 #include "Shell/Controls/IconButton.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Controls/TextLabel.h"
+#include "Shell/Panels/ExportButton.h"
 #include "Shell/Panels/LevelHistoryChannelMenu.h"
 #include "Shell/Panels/LevelHistoryExtremesSummary.h"
 #include "Shell/Panels/LevelHistoryOverlayMenu.h"
@@ -62,6 +63,7 @@ LevelHistoryPanelView::LevelHistoryPanelView(MeterEngine& engine,
     header->row().addWidget(extremes);
     header->row().addWidget(resetButton_);
     header->row().addWidget(zoomMenu_);
+    header->row().addWidget(new ExportButton(header));
     header->setExpendable({caption_, extremes});
     header->orderTabs(*graph_);
 

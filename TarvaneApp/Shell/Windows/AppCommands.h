@@ -11,6 +11,7 @@ namespace TarvaneApp {
 
 struct AppCommands {
     std::function<void()> showSettings = [] {};
+    std::function<void()> exportLevelHistory = [] {};
     std::function<void()> showProfiles = [] {};  ///< in the settings
     std::function<void(StandaloneModule)> openStandaloneWindow = [](StandaloneModule) {};
     std::function<void(const TarvaneKit::UUID&)> openChannelWindow = [](const TarvaneKit::UUID&) {};

@@ -6,6 +6,7 @@
 #include "Engine/MeterEngine.h"
 #include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/Divider.h"
+#include "Shell/Controls/NoteBar.h"
 #include "Shell/Panels/MainWindowArrangement.h"
 #include "Shell/Panels/ModuleLayoutView.h"
 #include "Shell/Windows/MainToolbar.h"
@@ -15,12 +16,13 @@ namespace TarvaneApp {
 
 ContentView::ContentView(MeterEngine& engine, ProfileStore& profiles, const AppCommands& commands,
                          QWidget* parent)
-    : QWidget(parent), engine_(engine), commands_(commands) {
+    : QWidget(parent), engine_(engine), commands_(commands), note_(new NoteBar(this)) {
     auto* column = layOutColumn(this, 0);
     column->addWidget(new MainToolbar(engine, profiles, commands, this));
     column->addWidget(makeDivider(this));
     auto* arrangement = new MainWindowArrangement(engine, this);
     column->addWidget(new ModuleLayoutView(engine, *arrangement, std::nullopt, this), 1);
+    column->addWidget(note_);
     for (const StandaloneModule module : standaloneModules) {
         const Setting<ModulePlacement>& where = placement(engine, module);
         connect(&where.notifier(), &ChangeNotifier::changed, this,

@@ -9,6 +9,7 @@
 namespace TarvaneApp {
 
 class MeterEngine;
+class NoteBar;
 class ProfileStore;
 
 class ContentView final : public QWidget {
@@ -16,6 +17,8 @@ class ContentView final : public QWidget {
   public:
     ContentView(MeterEngine& engine, ProfileStore& profiles, const AppCommands& commands,
                 QWidget* parent = nullptr);
+
+    NoteBar& note() { return *note_; }
 
   protected:
     void showEvent(QShowEvent* event) override;
@@ -26,6 +29,7 @@ class ContentView final : public QWidget {
 
     MeterEngine& engine_;
     const AppCommands commands_;
+    NoteBar* note_;
 };
 
 }  // namespace TarvaneApp

@@ -8,6 +8,7 @@
 #include "Settings/Observable.h"
 #include "Shell/Controls/Icon.h"
 #include "Shell/Controls/MenuItems.h"
+#include "Shell/Panels/ExportButton.h"
 #include "Shell/Windows/ContentView.h"
 #include "Shell/Windows/ErrorAlert.h"
 #include "Shell/Windows/InFront.h"
@@ -41,7 +42,8 @@ MainWindow::MainWindow(MeterEngine& engine, ProfileStore& profiles, const AppCom
         },
         engine.rtaPlacement, engine.spectrogramPlacement, engine.levelHistoryPlacement);
     resize(firstSize);
-    setCentralWidget(new ContentView(engine, profiles, commands, this));
+    content_ = new ContentView(engine, profiles, commands, this);
+    setCentralWidget(content_);
     // No control is pressed or ringed until the user moves the focus there.
     centralWidget()->setFocusPolicy(Qt::ClickFocus);
     centralWidget()->setFocus();
@@ -56,6 +58,12 @@ MainWindow::MainWindow(MeterEngine& engine, ProfileStore& profiles, const AppCom
 
 void MainWindow::makeMenus(const AppCommands& commands) {
     QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
+    QAction* exporting =
+        file->addAction(QStringLiteral("Export Level History…"), this, commands.exportLevelHistory);
+    exporting->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+E")));
+    exporting->setObjectName(exportActionName);
+    addAction(exporting);
+    file->addSeparator();
     QAction* settings = file->addAction(QStringLiteral("Settings…"), this, commands.showSettings);
     settings->setShortcut(QKeySequence(QStringLiteral("Ctrl+,")));
     settings->setMenuRole(QAction::PreferencesRole);
@@ -110,6 +118,10 @@ void MainWindow::makeWindowMenu(const AppCommands& commands) {
             }
         }
     });
+}
+
+NoteBar& MainWindow::note() {
+    return content_->note();
 }
 
 QList<QAction*> MainWindow::keyedActions() const {

@@ -7,7 +7,9 @@
 
 namespace TarvaneApp {
 
+class ContentView;
 class MeterEngine;
+class NoteBar;
 class ProfileStore;
 
 class MainWindow final : public QMainWindow {
@@ -15,6 +17,8 @@ class MainWindow final : public QMainWindow {
   public:
     MainWindow(MeterEngine& engine, ProfileStore& profiles, const AppCommands& commands);
 
+    /// Under the modules, for what has just happened.
+    NoteBar& note();
     /// The menu items with shortcuts, which are to work in every window.
     QList<QAction*> keyedActions() const;
 
@@ -25,6 +29,7 @@ class MainWindow final : public QMainWindow {
 
     MeterEngine& engine_;
     ProfileStore& profiles_;
+    ContentView* content_;
 };
 
 }  // namespace TarvaneApp

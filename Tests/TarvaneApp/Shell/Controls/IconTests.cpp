@@ -18,23 +18,29 @@ QImage drawn(const QString& name, double scale) {
     return image;
 }
 
-const char* const names[] = {"play.circle",
-                             "play.circle.fill",
-                             "stop.circle.fill",
-                             "pause.circle",
-                             "waveform.circle",
-                             "waveform",
+const char* const names[] = {"arrow.uturn.backward",
+                             "chart.xyaxis.line",
+                             "checkmark.circle.fill",
                              "chevron.down",
+                             "chevron.right",
+                             "circle.lefthalf.filled",
+                             "ellipsis",
+                             "ellipsis.circle",
+                             "minus.circle",
+                             "pause.circle",
+                             "person.crop.circle",
+                             "play.circle",
+                             "play.circle.fill",
+                             "plus.circle",
+                             "rectangle.3.group",
+                             "slider.horizontal.3",
+                             "speaker.wave.3",
                              "square.3.layers.3d",
                              "square.stack.3d.up",
-                             "rectangle.3.group",
-                             "ellipsis",
-                             "chart.xyaxis.line",
-                             "speaker.wave.3",
-                             "circle.lefthalf.filled",
-                             "minus.circle",
-                             "plus.circle",
-                             "trash"};
+                             "stop.circle.fill",
+                             "trash",
+                             "waveform",
+                             "waveform.circle"};
 
 TEST(Icon, everySymbolIsDrawnInTheOneColourAskedFor) {
     for (const char* name : names) {

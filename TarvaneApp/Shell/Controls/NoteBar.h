@@ -1,0 +1,33 @@
+// A line across the window that says what has just happened, with what can be done about it. It
+// stays until it is dismissed or something else has happened.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <vector>
+
+class QHBoxLayout;
+
+namespace TarvaneApp {
+
+class ElidedLabel;
+
+class NoteBar final : public QWidget {
+    Q_OBJECT
+  public:
+    explicit NoteBar(QWidget* parent = nullptr);
+
+    struct Button {
+        QString text;
+        std::function<void()> press;
+    };
+    /// Takes the place of the note before.
+    void say(const QString& text, const std::vector<Button>& buttons);
+
+  private:
+    QHBoxLayout* row_;
+    ElidedLabel* text_;
+    std::vector<QWidget*> buttons_;
+};
+
+}  // namespace TarvaneApp

@@ -1,0 +1,150 @@
+#include "Shell/Windows/LevelHistoryExport.h"
+
+#include <gmock/gmock.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFile>
+#include <QFileDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+
+#include "Shell/Controls/NoteBar.h"
+#include "Shell/Windows/ExportOptions.h"
+#include "Support/TemporaryFolder.h"
+#include "TarvaneApp/Engine/EngineFixture.h"
+
+namespace TarvaneApp {
+namespace {
+
+using TarvaneKit::UUID;
+using testing::ElementsAre;
+
+class LevelHistoryExportTests : public TarvaneTests::EngineFixture {
+  protected:
+    LevelHistoryExportTests() {
+        store.setText("ExportLevelHistory.folder", folder.path().string());
+        window.show();
+    }
+
+    void record() {
+        start();
+        for (int i = 0; i < 20; ++i) {
+            clock.advance(0.1);
+            audio.feed("", {TarvaneTests::sine(1000.0, 0.1, 4800)});
+            tick();
+        }
+    }
+    QFileDialog* panel() { return window.findChild<QFileDialog*>(); }
+    ExportOptions& options() { return *panel()->findChild<ExportOptions*>(); }
+    QComboBox& format() { return *options().findChild<QComboBox*>(); }
+    QString proposed() {
+        const QStringList files = panel()->selectedFiles();
+        return files.isEmpty() ? QString() : QFileInfo(files.front()).fileName();
+    }
+    void save(const QString& name) {
+        panel()->selectFile(name);
+        settle();
+        Q_EMIT panel()->fileSelected(
+            QString::fromStdString((folder.path() / name.toStdString()).string()));
+        panel()->close();
+        settle();
+    }
+    QByteArray written(const char* name) {
+        QFile file(QString::fromStdString((folder.path() / name).string()));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    const TarvaneTests::TemporaryFolder folder;
+    QWidget window;
+    NoteBar note{&window};
+    LevelHistoryExport exporting{{.engine = *engine, .store = store, .note = note}, &window};
+};
+
+TEST_F(LevelHistoryExportTests, withoutASessionItSaysSoAndAsksNothing) {
+    exporting.begin();
+    EXPECT_EQ(engine->errorMessage(),
+              "There's no level history to export yet. Press Start to record a session.");
+    EXPECT_EQ(panel(), nullptr);
+}
+
+TEST_F(LevelHistoryExportTests, aSingleChannelIsNotAskedFor) {
+    record();
+    exporting.begin();
+    ASSERT_NE(panel(), nullptr);
+    EXPECT_EQ(panel()->windowTitle(), QStringLiteral("Export Level History"));
+    EXPECT_TRUE(options().findChildren<QCheckBox*>().isEmpty());
+    EXPECT_THAT(options().selectedChannelIDs(), ElementsAre(UUID::main()));
+    EXPECT_TRUE(proposed().startsWith(QStringLiteral("Level History Main Input 2026-03-01")));
+}
+
+TEST_F(LevelHistoryExportTests, theExtensionFollowsTheFormat) {
+    record();
+    exporting.begin();
+    EXPECT_TRUE(proposed().endsWith(QStringLiteral(".pdf")));
+    format().setCurrentIndex(2);
+    EXPECT_TRUE(proposed().endsWith(QStringLiteral(".txt"))) << proposed().toStdString();
+    EXPECT_EQ(panel()->defaultSuffix(), QStringLiteral("txt"));
+    format().setCurrentIndex(1);
+    EXPECT_TRUE(proposed().endsWith(QStringLiteral(".png"))) << proposed().toStdString();
+}
+
+TEST_F(LevelHistoryExportTests, theLastCheckedChannelStaysChecked) {
+    const ChannelConfig stage = addChannel("Stage & Hall", "mic", 0);
+    record();
+    audio.feed("mic", {TarvaneTests::sine(1000.0, 0.1, 4800)});
+    tick(stage.id);
+    exporting.begin();
+    const auto boxes = options().findChildren<QCheckBox*>();
+    ASSERT_EQ(boxes.size(), 2);
+    EXPECT_EQ(boxes[1]->text(), QStringLiteral("Stage && Hall"));
+    EXPECT_TRUE(boxes[0]->isChecked());  // what the history shows
+    EXPECT_FALSE(boxes[1]->isChecked());
+    boxes[0]->click();
+    EXPECT_TRUE(boxes[0]->isChecked());
+    boxes[1]->click();
+    boxes[0]->click();
+    EXPECT_THAT(options().selectedChannelIDs(), ElementsAre(stage.id));
+}
+
+TEST_F(LevelHistoryExportTests, eachFormatIsWrittenAndTheNoteSaysSo) {
+    record();
+    exporting.begin();
+    save(QStringLiteral("a.pdf"));
+    EXPECT_TRUE(written("a.pdf").startsWith("%PDF"));
+    EXPECT_TRUE(note.isVisible());
+    EXPECT_EQ(note.findChild<QLabel*>()->text(), QStringLiteral("Exported a.pdf"));
+    exporting.begin();
+    format().setCurrentIndex(1);
+    save(QStringLiteral("a.png"));
+    EXPECT_TRUE(written("a.png").mid(1, 3) == "PNG");
+    exporting.begin();
+    format().setCurrentIndex(2);
+    save(QStringLiteral("a.txt"));
+    EXPECT_TRUE(written("a.txt").startsWith("Main Input"));
+    EXPECT_TRUE(written("a.txt").endsWith('\n'));
+    EXPECT_EQ(store.text("ExportLevelHistory.folder"), folder.path().string());
+}
+
+TEST_F(LevelHistoryExportTests, whatCannotBeWrittenIsToldAndLeavesNoNote) {
+    record();
+    exporting.begin();
+    save(QStringLiteral("no/where.pdf"));
+    ASSERT_TRUE(engine->errorMessage().has_value());
+    EXPECT_TRUE(engine->errorMessage()->starts_with("Couldn't export the level history: "));
+    EXPECT_FALSE(note.isVisible());
+}
+
+TEST_F(LevelHistoryExportTests, aChannelThatHasGoneMeanwhileIsLeftOut) {
+    record();
+    exporting.begin();
+    engine->stop();
+    start();  // a new session, in which nothing is recorded yet
+    save(QStringLiteral("a.pdf"));
+    EXPECT_EQ(engine->errorMessage(), "The selected channels have no level history to export.");
+    EXPECT_TRUE(written("a.pdf").isEmpty());
+}
+
+}  // namespace
+}  // namespace TarvaneApp
