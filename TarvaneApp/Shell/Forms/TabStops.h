@@ -8,8 +8,8 @@ class QWidget;
 
 namespace TarvaneApp {
 
-/// Where Tab stops in a widget, in the order of its children. What has parts of its own, as a slider
-/// with its value, is one stop.
+/// Where Tab stops in a widget, in the order of its children. What has parts of its own, as a
+/// slider with its value, is one stop.
 QList<QWidget*> tabStopsIn(QWidget& widget);
 
 /// From each to the next.
