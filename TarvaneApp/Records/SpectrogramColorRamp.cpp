@@ -85,7 +85,7 @@ std::vector<SpectrogramColorStop> withStopInWidestGap(std::vector<SpectrogramCol
     SpectrogramColorStop added;
     added.position = (gap.from + gap.to) / 2.0;
     added.color = colorAt(added.position, inOrder);
-    stops.push_back(std::move(added));
+    stops.push_back(added);
     return sorted(std::move(stops));
 }
 

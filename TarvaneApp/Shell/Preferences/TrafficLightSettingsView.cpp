@@ -1,5 +1,6 @@
 #include "Shell/Preferences/TrafficLightSettingsView.h"
 
+#include <QLabel>
 #include <algorithm>
 #include <cstddef>
 
