@@ -67,11 +67,6 @@ MeterChannel* Run::existingChannel(const UUID& id) const {
     return found != channels_.end() ? found->second.get() : nullptr;
 }
 
-const MeterChannel* Run::findMeterChannel(const UUID& id) const {
-    const auto found = channels_.find(id);
-    return found != channels_.end() ? found->second.get() : nullptr;
-}
-
 MeterChannel& Run::channelOf(const UUID& id) {
     auto& channel = channels_[id];
     if (!channel) {

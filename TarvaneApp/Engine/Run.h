@@ -85,7 +85,9 @@ class Run {
     /// Made at first use, so that a view may bind to a channel before it has ever run.
     const MeterChannel& meterChannel(const TarvaneKit::UUID& id) { return channelOf(id); }
     /// Null where nobody has used it.
-    const MeterChannel* findMeterChannel(const TarvaneKit::UUID& id) const;
+    const MeterChannel* findMeterChannel(const TarvaneKit::UUID& id) const {
+        return existingChannel(id);
+    }
     /// The channel's level now, of samples that are coming in; absent when none are.
     std::optional<double> level(const TarvaneKit::SPLMetric& metric,
                                 const TarvaneKit::UUID& id) const;

@@ -30,9 +30,6 @@ constexpr double shortestDrag = 3.0;
 // One notch of a wheel, in eighths of a degree.
 constexpr double wheelNotch = 120.0;
 
-// Program loudness has a fixed axis.
-constexpr LevelHistoryView::Span loudnessAxis{-60.0, 0.0};
-
 }  // namespace
 
 LiveLevelHistoryGraph::LiveLevelHistoryGraph(MeterEngine& engine, const UUID& channelID,
@@ -98,7 +95,7 @@ void LiveLevelHistoryGraph::contextChanged() {
         isLoudness && engine_.levelHistoryShowsMomentary()
             ? recorder.index(SPLMetric::loudness(LoudnessMetric::momentary))
             : std::nullopt;
-    view_.fixedDBRange = isLoudness ? std::optional(loudnessAxis) : std::nullopt;
+    view_.fixedDBRange = isLoudness ? std::optional(LevelHistoryView::loudnessAxis) : std::nullopt;
     view_.overlays.clear();
     std::vector<UUID> shown{channelID_};
     for (const UUID& id : requestedOverlayIDs_) {

@@ -32,9 +32,6 @@ constexpr double titleSize = 22.0;
 constexpr double textSize = 12.0;
 constexpr double footnoteSize = 10.0;
 
-// Program loudness has a fixed axis.
-constexpr LevelHistoryView::Span loudnessAxis{-60.0, 0.0};
-
 // A page is printed and enlarged: letters stand where their design puts them, and not on pixels.
 // It is searched too, so that no two letters may become one sign: with any spacing between
 // letters there are no ligatures.
@@ -210,7 +207,7 @@ LevelHistoryView graphOf(const UUID& channelID, const MeterEngine& engine,
     }
     graph.lostAudio = &meter.live.lostAudio;
     graph.lostAudioTotal = LostAudioTotal::of(meter.live.lostAudio);
-    graph.fixedDBRange = isLoudness ? std::optional(loudnessAxis) : std::nullopt;
+    graph.fixedDBRange = isLoudness ? std::optional(LevelHistoryView::loudnessAxis) : std::nullopt;
     return graph;
 }
 

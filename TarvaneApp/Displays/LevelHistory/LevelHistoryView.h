@@ -50,6 +50,8 @@ struct LevelHistoryView {
         double highest = 0.0;
         bool operator==(const Span&) const = default;
     };
+    /// The `fixedDBRange` of program loudness.
+    static constexpr Span loudnessAxis{-60.0, 0.0};
 
     const TarvaneKit::SPLHistoryRecorder* recorder = nullptr;  ///< outlives the record
     int revision = 0;  ///< changes with every change of the recorder
