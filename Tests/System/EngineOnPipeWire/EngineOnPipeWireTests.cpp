@@ -23,7 +23,7 @@
 #include "TarvaneKit/AudioIO/PipeWire/Capture.h"
 
 namespace TarvaneTests {
-namespace {
+namespace EngineOnPipeWireTests {
 
 using namespace TarvaneApp;
 using TarvaneKit::AudioInputDevice;
@@ -262,5 +262,5 @@ TEST_F(EngineOnPipeWireTests, theServersEndEndsTheRunAndItsReturnLetsItStartAgai
     expectEachInputsLevel();
 }
 
-}  // namespace
+}  // namespace EngineOnPipeWireTests
 }  // namespace TarvaneTests

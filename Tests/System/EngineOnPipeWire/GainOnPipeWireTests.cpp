@@ -16,7 +16,7 @@
 #include "TarvaneKit/AudioIO/PipeWire/Capture.h"
 
 namespace TarvaneTests {
-namespace {
+namespace GainOnPipeWireTests {
 
 using namespace TarvaneApp;
 using TarvaneKit::UUID;
@@ -113,5 +113,5 @@ TEST_F(GainOnPipeWireTests, aGainSetHereIsSetOnTheServerAndCompensated) {
     EXPECT_EQ(engine.errorMessage(), std::nullopt);
 }
 
-}  // namespace
+}  // namespace GainOnPipeWireTests
 }  // namespace TarvaneTests

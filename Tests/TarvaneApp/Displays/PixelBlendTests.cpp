@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace TarvaneApp {
-namespace {
+namespace PixelBlendTests {
 
 using PixelBlend::fullWeight;
 
@@ -44,5 +44,5 @@ TEST(PixelBlend, mixingIsWithinHalfAStepOfTheFormula) {
     }
 }
 
-}  // namespace
+}  // namespace PixelBlendTests
 }  // namespace TarvaneApp

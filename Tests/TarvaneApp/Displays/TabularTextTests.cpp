@@ -9,7 +9,7 @@
 #include "Displays/Theme.h"
 
 namespace TarvaneApp {
-namespace {
+namespace TabularTextTests {
 
 QFont boldFont(const QString& family) {
     QFont font(family);
@@ -74,5 +74,5 @@ TEST(TabularText, neighbouringDigitsDontTouch) {
     }
 }
 
-}  // namespace
+}  // namespace TabularTextTests
 }  // namespace TarvaneApp

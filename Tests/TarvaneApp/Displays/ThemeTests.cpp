@@ -5,7 +5,7 @@
 #include <cmath>
 
 namespace TarvaneApp {
-namespace {
+namespace ThemeTests {
 
 // QColor keeps 16 bits a component.
 void expectColor(const QColor& color, double red, double green, double blue) {
@@ -63,5 +63,5 @@ TEST(Theme, aStoredColourOutOfRangeIsLimitedAndOneThatIsNoNumberIsBlack) {
     EXPECT_EQ(Theme::color({std::nan(""), 0.0, 0.0, 1.0}), QColor::fromRgbF(0.0F, 0.0F, 0.0F));
 }
 
-}  // namespace
+}  // namespace ThemeTests
 }  // namespace TarvaneApp

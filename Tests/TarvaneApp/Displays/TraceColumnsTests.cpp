@@ -5,7 +5,7 @@
 #include <cmath>
 
 namespace TarvaneApp {
-namespace {
+namespace TraceColumnsTests {
 
 using Rows = TraceColumns::Rows;
 
@@ -14,7 +14,7 @@ constexpr int rows = 40;
 
 struct Cut {
     Rows rows;
-    std::vector<float> shares = std::vector<float>(TarvaneApp::rows + 2);
+    std::vector<float> shares = std::vector<float>(TraceColumnsTests::rows + 2);
 
     float at(int row) const {
         return row >= rows.first && row < rows.end ? shares[static_cast<std::size_t>(row)] : 0.0F;
@@ -145,5 +145,5 @@ TEST(TraceColumns, aStrokeIsBlendedByItsShares) {
     EXPECT_EQ(picture.pixel(7, 12), qRgb(0, 0, 0));
 }
 
-}  // namespace
+}  // namespace TraceColumnsTests
 }  // namespace TarvaneApp

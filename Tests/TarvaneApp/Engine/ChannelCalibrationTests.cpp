@@ -2,7 +2,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ChannelCalibrationTests {
 
 using TarvaneKit::CalibrationSource;
 using TarvaneKit::SPLMetric;
@@ -321,5 +321,5 @@ TEST_F(ChannelCalibrationTests, theSystemsOutputIsDigitalWhateverTheRecordSays) 
     EXPECT_FALSE(engine->isDigitalSource(UUID::random()));
 }
 
-}  // namespace
+}  // namespace ChannelCalibrationTests
 }  // namespace TarvaneApp

@@ -5,7 +5,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ChannelDemandTests {
 
 using TarvaneKit::UUID;
 
@@ -61,5 +61,5 @@ TEST_F(ChannelDemandTests, aDisplayMayOutliveTheEngine) {
     display.clear();
 }
 
-}  // namespace
+}  // namespace ChannelDemandTests
 }  // namespace TarvaneApp

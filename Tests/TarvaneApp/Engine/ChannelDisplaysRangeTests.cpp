@@ -1,7 +1,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ChannelDisplaysRangeTests {
 
 using TarvaneKit::UUID;
 
@@ -57,5 +57,5 @@ TEST_F(ChannelDisplaysRangeTests, anotherChannelKeepsItsOwn) {
     EXPECT_EQ(engine->spectrogramRange(UUID::main()), (SpectrogramRange{-100.0, -20.0}));
 }
 
-}  // namespace
+}  // namespace ChannelDisplaysRangeTests
 }  // namespace TarvaneApp

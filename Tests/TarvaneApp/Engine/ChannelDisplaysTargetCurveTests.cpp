@@ -3,7 +3,7 @@
 #include "Records/ChannelDisplaySettings.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ChannelDisplaysTargetCurveTests {
 
 using namespace TarvaneKit;
 
@@ -25,5 +25,5 @@ TEST(TargetCurveSelection, onlyAWholeNameSelectsACurve) {
     EXPECT_FALSE(settings.targetCurve());
 }
 
-}  // namespace
+}  // namespace ChannelDisplaysTargetCurveTests
 }  // namespace TarvaneApp

@@ -1,7 +1,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ChannelDisplaysTests {
 
 using TarvaneKit::SPLMetric;
 using TarvaneKit::TimeWeighting;
@@ -185,5 +185,5 @@ TEST_F(ChannelDisplaysTests, configuringTheLeqStartsItOverOnEveryChannel) {
     EXPECT_FALSE(std::isfinite(processorOf(b.id)->value(leq)));
 }
 
-}  // namespace
+}  // namespace ChannelDisplaysTests
 }  // namespace TarvaneApp

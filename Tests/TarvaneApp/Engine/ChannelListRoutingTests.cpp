@@ -1,7 +1,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ChannelListRoutingTests {
 
 using TarvaneKit::RGBAColor;
 using TarvaneKit::systemOutputUID;
@@ -205,5 +205,5 @@ TEST_F(ChannelListRoutingTests, choosingTheSameDeviceAgainChangesNothing) {
     EXPECT_FALSE(engine->channelSourcesChangedWhileRunning());
 }
 
-}  // namespace
+}  // namespace ChannelListRoutingTests
 }  // namespace TarvaneApp

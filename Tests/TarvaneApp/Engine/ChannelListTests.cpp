@@ -2,7 +2,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ChannelListTests {
 
 using TarvaneKit::CalibrationProfile;
 using TarvaneKit::ReferenceCalibration;
@@ -260,5 +260,5 @@ TEST_F(ChannelListTests, aCalibrationReachesARunningChannelAtOnce) {
                 0.01);
 }
 
-}  // namespace
+}  // namespace ChannelListTests
 }  // namespace TarvaneApp

@@ -1,7 +1,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace InputGainsTests {
 
 using TarvaneKit::InputGainState;
 using TarvaneKit::UUID;
@@ -254,5 +254,5 @@ TEST_F(InputGainsTests, noListenerOutlivesTheEngine) {
     EXPECT_EQ(audio.observedChannels(mic), Channels{});
 }
 
-}  // namespace
+}  // namespace InputGainsTests
 }  // namespace TarvaneApp

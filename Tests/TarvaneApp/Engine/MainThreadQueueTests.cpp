@@ -9,7 +9,7 @@
 #include "Engine/MainThreadQueue.h"
 
 namespace TarvaneApp {
-namespace {
+namespace MainThreadQueueTests {
 
 TEST(MainThreadQueue, bringsWorkOfManyThreadsToOneInEachOnesOrder) {
     MainThreadQueue queue;
@@ -49,5 +49,5 @@ TEST(MainThreadQueue, dropsWhatHasNotRunWhenItEnds) {
     EXPECT_FALSE(ran);
 }
 
-}  // namespace
+}  // namespace MainThreadQueueTests
 }  // namespace TarvaneApp

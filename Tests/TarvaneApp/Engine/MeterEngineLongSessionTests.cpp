@@ -7,7 +7,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace MeterEngineLongSessionTests {
 
 using TarvaneKit::SPLMetric;
 using TarvaneKit::TimeWeighting;
@@ -91,5 +91,5 @@ TEST_F(MeterEngineLongSessionTests, anAnalysisThatStallsCostsTheMetersNothing) {
     EXPECT_NEAR(live().lineSpectrumDB.at(85), 20.0 * std::log10(0.02), 1.5);
 }
 
-}  // namespace
+}  // namespace MeterEngineLongSessionTests
 }  // namespace TarvaneApp

@@ -16,7 +16,7 @@
 #include "TarvaneApp/Engine/PossibleSettings.h"
 
 namespace TarvaneApp {
-namespace {
+namespace MeterEngineRandomActionTests {
 using TarvaneKit::AudioIOError;
 using TarvaneKit::AudioSourceLoss;
 using TarvaneKit::systemOutputUID;
@@ -883,5 +883,5 @@ TEST_F(MeterEngineRandomActionTests, theFieldsHoldWhatTheModelSaysAfterEveryStep
     }
 }
 
-}  // namespace
+}  // namespace MeterEngineRandomActionTests
 }  // namespace TarvaneApp

@@ -3,7 +3,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace MeterEngineTests {
 
 using MeterEngineTests = TarvaneTests::EngineFixture;
 
@@ -25,5 +25,5 @@ TEST_F(MeterEngineTests, aStoreThatCannotBeReadIsToldAtLaunch) {
     EXPECT_EQ(engine->errorMessage(), "Tarvane couldn't save its settings.");
 }
 
-}  // namespace
+}  // namespace MeterEngineTests
 }  // namespace TarvaneApp

@@ -14,7 +14,7 @@
 #include "TarvaneApp/Engine/PossibleSettings.h"
 
 namespace TarvaneApp {
-namespace {
+namespace MeterSettingsTests {
 using TarvaneKit::TimeWeighting;
 using TarvaneKit::UUID;
 using TarvaneTests::forEachSetting;
@@ -460,5 +460,5 @@ TEST_F(MeterSettingsTests, loadingRunsNoEffect) {
     EXPECT_FALSE(store.contains("Tarvane.mainInputIsDigital"));
 }
 
-}  // namespace
+}  // namespace MeterSettingsTests
 }  // namespace TarvaneApp

@@ -5,7 +5,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace RunPublicationTests {
 
 using TarvaneKit::LoudnessMetric;
 using TarvaneKit::SPLMetric;
@@ -606,5 +606,5 @@ TEST_F(RunPublicationTests, demandStaysAcrossStopAndStart) {
     }
 }
 
-}  // namespace
+}  // namespace RunPublicationTests
 }  // namespace TarvaneApp

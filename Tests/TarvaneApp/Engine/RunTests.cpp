@@ -3,7 +3,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace RunTests {
 
 using TarvaneKit::AudioIOError;
 using TarvaneKit::AudioSourceLoss;
@@ -624,5 +624,5 @@ TEST_F(RunTests, aDeviceThatVanishesFromTheListKeepsRunning) {
     EXPECT_EQ(audio.runningCount(), 1);
 }
 
-}  // namespace
+}  // namespace RunTests
 }  // namespace TarvaneApp

@@ -1,7 +1,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace RunTickTests {
 
 using TarvaneKit::InputClipState;
 using TarvaneKit::SPLMetric;
@@ -274,5 +274,5 @@ TEST_F(RunTickTests, channelsAreAnalysedSideBySide) {
     }
 }
 
-}  // namespace
+}  // namespace RunTickTests
 }  // namespace TarvaneApp

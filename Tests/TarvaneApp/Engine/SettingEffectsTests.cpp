@@ -1,7 +1,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace SettingEffectsTests {
 
 using TarvaneKit::OctaveFraction;
 using TarvaneKit::SPLMetric;
@@ -310,5 +310,5 @@ TEST_F(SettingEffectsTests, oneChannelsMinAndMaxCanBeResetAlone) {
     EXPECT_EQ(live(other).inputClipState, TarvaneKit::InputClipState::none);
 }
 
-}  // namespace
+}  // namespace SettingEffectsTests
 }  // namespace TarvaneApp

@@ -14,7 +14,7 @@
 #include "TarvaneApp/Engine/PossibleSettings.h"
 
 namespace TarvaneApp {
-namespace {
+namespace SettingsTransferTests {
 using TarvaneKit::CalibrationProfile;
 using TarvaneKit::JSONValue;
 using TarvaneKit::LoudnessMetric;
@@ -716,5 +716,5 @@ TEST_F(SettingsTransferTests, aLoadStartsNothingThatStands) {
     EXPECT_FALSE(engine->isRunning());
 }
 
-}  // namespace
+}  // namespace SettingsTransferTests
 }  // namespace TarvaneApp

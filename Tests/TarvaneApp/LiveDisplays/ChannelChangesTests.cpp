@@ -14,7 +14,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ChannelChangesTests {
 
 using TarvaneKit::UUID;
 
@@ -143,5 +143,5 @@ TEST_F(ChannelChangesTests, theRunIsTold) {
     EXPECT_TRUE(areTold(std::nullopt, [&] { engine->stop(); }));
 }
 
-}  // namespace
+}  // namespace ChannelChangesTests
 }  // namespace TarvaneApp

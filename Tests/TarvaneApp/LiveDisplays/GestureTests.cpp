@@ -18,7 +18,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace GestureTests {
 
 using TarvaneKit::UUID;
 using TarvaneTests::sine;
@@ -392,5 +392,5 @@ TEST_F(SpectrogramGestureTests, keysScrollBackAndResume) {
     EXPECT_EQ(offset(), 0);
 }
 
-}  // namespace
+}  // namespace GestureTests
 }  // namespace TarvaneApp

@@ -7,7 +7,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace LiveInputLevelMeterViewTests {
 
 using TarvaneKit::UUID;
 
@@ -70,5 +70,5 @@ TEST_F(LiveInputLevelMeterViewTests, aScreenReaderReadsIt) {
     EXPECT_EQ(spoken->text(QAccessible::Value), QStringLiteral("-20.0"));
 }
 
-}  // namespace
+}  // namespace LiveInputLevelMeterViewTests
 }  // namespace TarvaneApp

@@ -7,7 +7,7 @@
 #include <vector>
 
 namespace TarvaneApp {
-namespace {
+namespace RingOutBannerFadeTests {
 
 RingOutBannerView banner(bool isLive = true) {
     return {.alert = TarvaneKit::RingAlert{.id = TarvaneKit::UUID::random(),
@@ -70,5 +70,5 @@ TEST_F(RingOutBannerFadeTests, anAlertThatComesBackGoesOnFromWhereItIs) {
     EXPECT_TRUE(fade.shown().alert);
 }
 
-}  // namespace
+}  // namespace RingOutBannerFadeTests
 }  // namespace TarvaneApp

@@ -16,7 +16,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ChannelAnalysisTests {
 
 using TarvaneKit::CalibrationProfile;
 using TarvaneKit::OctaveFraction;
@@ -538,5 +538,5 @@ INSTANTIATE_TEST_SUITE_P(
                               TimeWeighting::none, false, true}),
     [](const auto& instance) { return instance.param.name; });
 
-}  // namespace
+}  // namespace ChannelAnalysisTests
 }  // namespace TarvaneApp

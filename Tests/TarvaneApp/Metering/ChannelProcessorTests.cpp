@@ -12,7 +12,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ChannelProcessorTests {
 
 using TarvaneKit::LoudnessMetric;
 using TarvaneKit::SPLMetric;
@@ -393,5 +393,5 @@ TEST(RollingBuffer, aBlockBeyondTheLimitLeavesItsNewestSamples) {
     EXPECT_EQ(newest.front(), 100000.0F - 16384.0F);
 }
 
-}  // namespace
+}  // namespace ChannelProcessorTests
 }  // namespace TarvaneApp

@@ -10,7 +10,7 @@
 #include <vector>
 
 namespace TarvaneApp {
-namespace {
+namespace ParallelLoopTests {
 
 // Runs a loop whose every iteration waits until all have begun, so that each needs a thread of
 // its own; returns these threads.
@@ -83,5 +83,5 @@ TEST(ParallelLoop, withoutHelpersRunsOnTheCaller) {
     EXPECT_EQ(seen, std::set{std::this_thread::get_id()});
 }
 
-}  // namespace
+}  // namespace ParallelLoopTests
 }  // namespace TarvaneApp

@@ -5,7 +5,7 @@
 #include <cmath>
 
 namespace TarvaneApp {
-namespace {
+namespace SpectrogramPaceTests {
 
 // A row that tells which tick it came from.
 std::vector<float> rowOf(int tick) {
@@ -93,5 +93,5 @@ TEST(SpectrogramPaceTests, forgettingTheDebtKeepsTheRowBefore) {
     EXPECT_EQ(rows[0][0], 5.0F);
 }
 
-}  // namespace
+}  // namespace SpectrogramPaceTests
 }  // namespace TarvaneApp

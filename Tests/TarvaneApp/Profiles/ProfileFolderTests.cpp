@@ -8,7 +8,7 @@
 #include "Support/TemporaryFolder.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ProfileFolderTests {
 
 namespace fs = std::filesystem;
 
@@ -151,5 +151,5 @@ TEST_F(ProfileFolderTests, aFolderThatIsNoneIsEmpty) {
     EXPECT_TRUE(fs::is_directory(deep.path()));
 }
 
-}  // namespace
+}  // namespace ProfileFolderTests
 }  // namespace TarvaneApp

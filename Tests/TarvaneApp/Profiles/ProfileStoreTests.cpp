@@ -20,7 +20,7 @@
 #include "TarvaneApp/Profiles/FixedPanels.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ProfileStoreTests {
 
 namespace fs = std::filesystem;
 using TarvaneTests::FixedPanels;
@@ -469,5 +469,5 @@ TEST_F(ProfileStoreTests, aStuckProgramHoldsTheLockInVain) {
     close(lock);
 }
 
-}  // namespace
+}  // namespace ProfileStoreTests
 }  // namespace TarvaneApp

@@ -12,7 +12,7 @@
 #include "Support/TemporaryFolder.h"
 
 namespace TarvaneApp {
-namespace {
+namespace SettingsProfileTests {
 using TarvaneKit::dateFromISO8601;
 
 std::string textOf(const std::string& settings, const std::string& format = "1",
@@ -166,5 +166,5 @@ TEST(SettingsProfile, whatCouldNotBeReadAgainIsNotWritten) {
     EXPECT_FALSE(profile.text());
 }
 
-}  // namespace
+}  // namespace SettingsProfileTests
 }  // namespace TarvaneApp

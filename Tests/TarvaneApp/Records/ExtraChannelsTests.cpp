@@ -5,7 +5,7 @@
 #include <set>
 
 namespace TarvaneApp {
-namespace {
+namespace ExtraChannelsTests {
 
 using TarvaneKit::UUID;
 
@@ -47,5 +47,5 @@ TEST(ExtraChannelsTests, beyondTheLimitTheFirstOnesStay) {
     EXPECT_EQ(kept, channels);
 }
 
-}  // namespace
+}  // namespace ExtraChannelsTests
 }  // namespace TarvaneApp

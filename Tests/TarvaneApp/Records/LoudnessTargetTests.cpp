@@ -5,7 +5,7 @@
 #include <limits>
 
 namespace TarvaneApp {
-namespace {
+namespace LoudnessTargetTests {
 
 using TarvaneKit::RGBAColor;
 using namespace TarvaneKit::SignalColors;
@@ -96,5 +96,5 @@ TEST(LoudnessTarget, aMissingKeyFailsTheRecord) {
         TarvaneKit::decode<LoudnessTarget>(R"({"name":"x","targetLUFS":-23,"toleranceLU":1})"));
 }
 
-}  // namespace
+}  // namespace LoudnessTargetTests
 }  // namespace TarvaneApp

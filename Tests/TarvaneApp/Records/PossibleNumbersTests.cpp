@@ -7,7 +7,7 @@
 #include <vector>
 
 namespace TarvaneApp {
-namespace {
+namespace PossibleNumbersTests {
 
 using namespace PossibleNumbers;
 
@@ -123,5 +123,5 @@ TEST(PossibleNumbersTests, aRecordKeepsAllButWhatCanNotBe) {
     EXPECT_FALSE(repaired(layout).showsRTA);
 }
 
-}  // namespace
+}  // namespace PossibleNumbersTests
 }  // namespace TarvaneApp

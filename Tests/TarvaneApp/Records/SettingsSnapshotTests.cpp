@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace TarvaneApp {
-namespace {
+namespace SettingsSnapshotTests {
 using TarvaneKit::decode;
 using TarvaneKit::encode;
 
@@ -51,5 +51,5 @@ TEST(SettingsSnapshot, layoutsAreAnObjectWithTheChannelsIDsAsItsNames) {
     EXPECT_EQ(layout->member("showsRTA")->content, (TarvaneKit::JSONValue{{false}}.content));
 }
 
-}  // namespace
+}  // namespace SettingsSnapshotTests
 }  // namespace TarvaneApp

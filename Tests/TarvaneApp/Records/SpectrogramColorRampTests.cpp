@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace TarvaneApp {
-namespace {
+namespace SpectrogramColorRampTests {
 
 using namespace SpectrogramColorRamp;
 using Stops = std::vector<SpectrogramColorStop>;
@@ -113,5 +113,5 @@ TEST(SpectrogramColorRamp, aPresetTakesThePlaceOfTheOneWithItsName) {
     EXPECT_EQ(presets[2].name, "fire");
 }
 
-}  // namespace
+}  // namespace SpectrogramColorRampTests
 }  // namespace TarvaneApp

@@ -5,7 +5,7 @@
 #include <limits>
 
 namespace TarvaneApp {
-namespace {
+namespace ThresholdEditingTests {
 
 using TarvaneKit::TrafficLightConfig;
 
@@ -61,5 +61,5 @@ TEST(ThresholdEditing, whatIsNotFiniteIsDropped) {
     }
 }
 
-}  // namespace
+}  // namespace ThresholdEditingTests
 }  // namespace TarvaneApp

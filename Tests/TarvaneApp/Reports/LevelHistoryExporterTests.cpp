@@ -15,7 +15,7 @@
 #include "TarvaneApp/Reports/ReportFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace LevelHistoryExporterTests {
 
 using LevelHistoryExporter::Format;
 using TarvaneKit::UUID;
@@ -191,5 +191,5 @@ TEST_F(LevelHistoryExporterTests, aPageIsAsHighAsItsTextNeeds) {
     EXPECT_GT(broken.size().height(), page.size().height() + 12.0);
 }
 
-}  // namespace
+}  // namespace LevelHistoryExporterTests
 }  // namespace TarvaneApp

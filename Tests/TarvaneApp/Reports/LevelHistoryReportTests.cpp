@@ -5,7 +5,7 @@
 #include "TarvaneApp/Reports/ReportFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace LevelHistoryReportTests {
 
 using TarvaneKit::TimeWeighting;
 using TarvaneKit::TrafficLightBand;
@@ -282,5 +282,5 @@ TEST_F(LevelHistoryReportTests, severalReportsStandUnderEachOther) {
     EXPECT_TRUE(text.endsWith(u'\n'));
 }
 
-}  // namespace
+}  // namespace LevelHistoryReportTests
 }  // namespace TarvaneApp

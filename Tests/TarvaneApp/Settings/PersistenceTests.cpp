@@ -9,7 +9,7 @@
 #include "Support/MemoryStore.h"
 
 namespace TarvaneApp {
-namespace {
+namespace PersistenceTests {
 using TarvaneKit::UUID;
 using TarvaneKit::Weighting;
 
@@ -105,5 +105,5 @@ TEST_F(PersistenceTests, aPlainBooleanOfAnotherHandDoesNotLoad) {
     EXPECT_FALSE(persistence.load<bool>("splReadoutShowsDBFS"));
 }
 
-}  // namespace
+}  // namespace PersistenceTests
 }  // namespace TarvaneApp

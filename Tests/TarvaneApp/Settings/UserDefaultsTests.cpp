@@ -22,7 +22,7 @@
 #include <unistd.h>
 
 namespace TarvaneApp {
-namespace {
+namespace UserDefaultsTests {
 
 constexpr std::chrono::milliseconds retryInterval{10};
 
@@ -323,5 +323,5 @@ TEST_F(UserDefaultsTests, aCrashAtAnyMomentLeavesAReadableStore) {
     EXPECT_GT(last, 0.0);
 }
 
-}  // namespace
+}  // namespace UserDefaultsTests
 }  // namespace TarvaneApp

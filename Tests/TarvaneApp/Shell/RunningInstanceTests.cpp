@@ -12,7 +12,7 @@
 #include <unistd.h>
 
 namespace TarvaneApp {
-namespace {
+namespace RunningInstanceTests {
 
 // Of a launch that nobody answers; what is answered at all is answered by then.
 constexpr std::chrono::milliseconds shortPatience{50};
@@ -128,5 +128,5 @@ TEST_F(RunningInstanceTests, onlyAFolderOfTheUsersOwnHoldsTheSocket) {
     }
 }
 
-}  // namespace
+}  // namespace RunningInstanceTests
 }  // namespace TarvaneApp

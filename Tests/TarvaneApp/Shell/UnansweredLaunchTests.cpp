@@ -9,7 +9,7 @@
 #include <QTimer>
 
 namespace TarvaneApp {
-namespace {
+namespace UnansweredLaunchTests {
 
 // Does something to the box once it is there.
 template <class Action>
@@ -40,5 +40,5 @@ TEST(UnansweredLaunchTests, startsAnywayOnlyWhenTheUserSaysSo) {
     EXPECT_FALSE(answerTo([](QMessageBox& box) { box.close(); }));
 }
 
-}  // namespace
+}  // namespace UnansweredLaunchTests
 }  // namespace TarvaneApp

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace TarvaneKit {
-namespace {
+namespace AudioIOErrorTests {
 
 TEST(AudioIOError, describesItselfInTheWordsTheUserReads) {
     EXPECT_STREQ(AudioIOError::deviceEnumerationFailed(-112).what(),
@@ -38,5 +38,5 @@ TEST(AudioIOError, carriesTheStatusOfTheFailingCall) {
     EXPECT_FALSE(AudioIOError::noInputAvailable().status());
 }
 
-}  // namespace
+}  // namespace AudioIOErrorTests
 }  // namespace TarvaneKit

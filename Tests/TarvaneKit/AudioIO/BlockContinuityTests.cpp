@@ -6,7 +6,7 @@
 #include <vector>
 
 namespace TarvaneKit {
-namespace {
+namespace BlockContinuityTests {
 
 struct Turn {
     std::uint64_t ticks;
@@ -160,5 +160,5 @@ TEST(BlockContinuity, aRestartTellsAGapThatWasSeenButNoLateTurn) {
     EXPECT_EQ(continuity.restart(), 0);
 }
 
-}  // namespace
+}  // namespace BlockContinuityTests
 }  // namespace TarvaneKit

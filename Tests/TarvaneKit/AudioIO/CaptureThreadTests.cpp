@@ -8,7 +8,7 @@
 #include <vector>
 
 namespace TarvaneKit {
-namespace {
+namespace CaptureThreadTests {
 
 using namespace std::chrono_literals;
 
@@ -309,5 +309,5 @@ TEST(CaptureThread, stopsAtAnyMomentOfItsLife) {
     }
 }
 
-}  // namespace
+}  // namespace CaptureThreadTests
 }  // namespace TarvaneKit

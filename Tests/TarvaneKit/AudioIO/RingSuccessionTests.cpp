@@ -5,7 +5,7 @@
 #include <vector>
 
 namespace TarvaneKit {
-namespace {
+namespace RingSuccessionTests {
 
 std::unique_ptr<SampleRing> ring(int channelCount) {
     return std::make_unique<SampleRing>(channelCount, 100, 10);
@@ -68,5 +68,5 @@ TEST(RingSuccession, thereIsNothingAfterTheNewest) {
     EXPECT_FALSE(rings.advance());
 }
 
-}  // namespace
+}  // namespace RingSuccessionTests
 }  // namespace TarvaneKit

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace TarvaneKit {
-namespace {
+namespace CalibrationProfileTests {
 
 // 20 log10(2), the step from a Sens Factor's sine reference to the meter's scale.
 constexpr double sineStepDB = 6.020599913279624;
@@ -171,5 +171,5 @@ TEST(CalibrationProfileCoding, failsWithoutARequiredKey) {
         R"({"name":"x","micCalFileReferenceSPL":94,"reference":null,"unknown":[1]})"));
 }
 
-}  // namespace
+}  // namespace CalibrationProfileTests
 }  // namespace TarvaneKit

@@ -12,7 +12,7 @@
 #include "Support/TemporaryFolder.h"
 
 namespace TarvaneKit {
-namespace {
+namespace MicCalFileTests {
 
 using TarvaneTests::TemporaryFolder;
 using Points = std::vector<MicCalibrationPoint>;
@@ -310,5 +310,5 @@ RC_GTEST_PROP(MicCalFileLaws, anyTextIsParsedOrTurnedDown, (const std::string& t
     }
 }
 
-}  // namespace
+}  // namespace MicCalFileTests
 }  // namespace TarvaneKit

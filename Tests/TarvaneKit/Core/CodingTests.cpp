@@ -38,7 +38,7 @@ struct Coding<Sample> {
     };
 };
 
-namespace {
+namespace CodingTests {
 
 TEST(Coding, writesTheKeysInTheTablesOrder) {
     Sample sample;
@@ -208,5 +208,5 @@ TEST(Coding, aMapOfIdentifiersIsAnObjectWithTheirTextsAsNames) {
     EXPECT_FALSE(decode<Map>("[]"));
 }
 
-}  // namespace
+}  // namespace CodingTests
 }  // namespace TarvaneKit

@@ -4,7 +4,7 @@
 #include <rapidcheck/gtest.h>
 
 namespace TarvaneKit {
-namespace {
+namespace DateTests {
 
 using namespace std::chrono_literals;
 
@@ -29,5 +29,5 @@ RC_GTEST_PROP(DateLaws, aStoredDateComesBackTheSame, ()) {
     RC_ASSERT(dateFromSecondsSinceReferenceDate(secondsSinceReferenceDate(*date)) == date);
 }
 
-}  // namespace
+}  // namespace DateTests
 }  // namespace TarvaneKit

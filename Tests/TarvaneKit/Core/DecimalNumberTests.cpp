@@ -9,7 +9,7 @@
 #include <limits>
 
 namespace TarvaneKit {
-namespace {
+namespace DecimalNumberTests {
 
 TEST(DecimalNumber, takesSignDigitsFractionAndExponent) {
     EXPECT_EQ(decimalNumber("0"), 0.0);
@@ -63,5 +63,5 @@ RC_GTEST_PROP(DecimalNumberLaws, everyFiniteNumberComesBackFromItsShortestForm, 
     RC_ASSERT(decimalNumber(fmt::format("{}", value)) == value);
 }
 
-}  // namespace
+}  // namespace DecimalNumberTests
 }  // namespace TarvaneKit

@@ -6,7 +6,7 @@
 #include <limits>
 
 namespace TarvaneKit {
-namespace {
+namespace FlushDenormalsTests {
 
 // A product whose result is a denormal number.
 double denormalProduct() {
@@ -40,5 +40,5 @@ TEST(FlushDenormals, takesDenormalInputsAsZero) {
 }
 #endif
 
-}  // namespace
+}  // namespace FlushDenormalsTests
 }  // namespace TarvaneKit

@@ -9,7 +9,7 @@
 #include <vector>
 
 namespace TarvaneKit {
-namespace {
+namespace SampleRingTests {
 
 /// A block whose sample says where it stands: block number, channel, frame.
 class NumberedBlock {
@@ -225,5 +225,5 @@ TEST(SampleRing, twoThreadsLoseOnlyWhatIsCounted) {
     EXPECT_GT(received, 0);
 }
 
-}  // namespace
+}  // namespace SampleRingTests
 }  // namespace TarvaneKit

@@ -8,7 +8,7 @@
 #include <vector>
 
 namespace TarvaneKit {
-namespace {
+namespace SerialQueueTests {
 
 TEST(SerialQueue, runsWhatItIsGivenInOrderOnOneOtherThread) {
     std::vector<int> order;
@@ -51,5 +51,5 @@ TEST(SerialQueue, endingItWaitsForTheWorkAtHand) {
     EXPECT_TRUE(ended);
 }
 
-}  // namespace
+}  // namespace SerialQueueTests
 }  // namespace TarvaneKit

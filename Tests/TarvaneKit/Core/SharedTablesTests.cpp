@@ -7,7 +7,7 @@
 #include <vector>
 
 namespace TarvaneKit {
-namespace {
+namespace SharedTablesTests {
 
 TEST(SharedTables, areMadeOnceForEachKeyAndAnewWhenNobodyHasThem) {
     SharedTables<int, int> tables;
@@ -46,5 +46,5 @@ TEST(SharedTables, areOneForAllThreads) {
     EXPECT_EQ(made, 1);
 }
 
-}  // namespace
+}  // namespace SharedTablesTests
 }  // namespace TarvaneKit

@@ -6,7 +6,7 @@
 #include "Support/TemporaryFolder.h"
 
 namespace TarvaneKit {
-namespace {
+namespace TextFileTests {
 
 using TarvaneTests::TemporaryFolder;
 
@@ -113,5 +113,5 @@ TEST(TextFile, anotherEncodingSaysSo) {
                  "The file “latin.txt” couldn't be read because it isn't UTF-8 text.");
 }
 
-}  // namespace
+}  // namespace TextFileTests
 }  // namespace TarvaneKit

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace TarvaneKit {
-namespace {
+namespace UUIDTests {
 
 TEST(UUID, mainInputHasItsFixedIdentifier) {
     EXPECT_EQ(UUID::main().text(), "6A1D0000-0000-4000-8000-000000000001");
@@ -29,5 +29,5 @@ TEST(UUID, randomIdentifiersDiffer) {
     EXPECT_NE(UUID::random(), UUID::random());
 }
 
-}  // namespace
+}  // namespace UUIDTests
 }  // namespace TarvaneKit

@@ -16,7 +16,7 @@
 #include "Support/Signals.h"
 
 namespace TarvaneKit {
-namespace {
+namespace FFTAnalyzerTests {
 
 using Testing::plainHannWindow;
 using Testing::plainMagnitudes;
@@ -248,5 +248,5 @@ TEST_P(FFTAnalyzerSpectra, carryTheEnergyOfTheWindowedFrame) {
 
 TARVANE_ON_EACH_VECTOR_TARGET(FFTAnalyzerSpectra);
 
-}  // namespace
+}  // namespace FFTAnalyzerTests
 }  // namespace TarvaneKit

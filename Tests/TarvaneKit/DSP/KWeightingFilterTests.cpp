@@ -9,7 +9,7 @@
 #include "Support/TestSignals.h"
 
 namespace TarvaneKit {
-namespace {
+namespace KWeightingFilterTests {
 
 using namespace Testing;
 
@@ -148,5 +148,5 @@ TEST_P(KWeightingOnTargets, aToneUnderALargeOffsetKeepsItsLevel) {
     EXPECT_NEAR(offset.sumOfSquares(raised), expected, 1e-10 * expected);
 }
 
-}  // namespace
+}  // namespace KWeightingFilterTests
 }  // namespace TarvaneKit

@@ -7,7 +7,7 @@
 #include <vector>
 
 namespace TarvaneKit {
-namespace {
+namespace LeqAccumulatorTests {
 
 constexpr double minusInfinity = -std::numeric_limits<double>::infinity();
 
@@ -74,5 +74,5 @@ TEST(LeqAccumulatorDeathTest, aSampleRateIsPositive) {
     EXPECT_DEATH(LeqAccumulator(1.0, 0.0), "sampleRate");
 }
 
-}  // namespace
+}  // namespace LeqAccumulatorTests
 }  // namespace TarvaneKit

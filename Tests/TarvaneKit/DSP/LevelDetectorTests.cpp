@@ -6,7 +6,7 @@
 #include <vector>
 
 namespace TarvaneKit {
-namespace {
+namespace LevelDetectorTests {
 
 constexpr double sampleRate = 48000.0;
 
@@ -110,5 +110,5 @@ TEST(LevelDetectorDeathTest, aSampleRateIsPositive) {
     EXPECT_DEATH(LevelDetector(TimeWeighting::fast, 0.0), "sampleRate");
 }
 
-}  // namespace
+}  // namespace LevelDetectorTests
 }  // namespace TarvaneKit

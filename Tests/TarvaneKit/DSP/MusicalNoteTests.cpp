@@ -7,7 +7,7 @@
 #include <limits>
 
 namespace TarvaneKit {
-namespace {
+namespace MusicalNoteTests {
 
 using MusicalNoteNaming::nearestNote;
 
@@ -92,5 +92,5 @@ RC_GTEST_PROP(MusicalNoteLaws, noteAndOffsetGiveTheFrequencyBack, ()) {
     RC_ASSERT(std::abs(back / frequencyHz - 1.0) < 1e-12);
 }
 
-}  // namespace
+}  // namespace MusicalNoteTests
 }  // namespace TarvaneKit

@@ -13,7 +13,7 @@
 #include "Support/Signals.h"
 
 namespace TarvaneKit {
-namespace {
+namespace OctaveBandAnalyzerTests {
 
 using Testing::allNear;
 using Testing::plainBandLevels;
@@ -158,5 +158,5 @@ TEST_P(OctaveBandLevels, areWrittenWithoutAnAllocation) {
 
 TARVANE_ON_EACH_VECTOR_TARGET(OctaveBandLevels);
 
-}  // namespace
+}  // namespace OctaveBandAnalyzerTests
 }  // namespace TarvaneKit

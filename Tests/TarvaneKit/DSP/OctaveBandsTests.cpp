@@ -6,7 +6,7 @@
 #include <cmath>
 
 namespace TarvaneKit {
-namespace {
+namespace OctaveBandsTests {
 
 std::vector<OctaveBand> standard(OctaveFraction fraction) {
     return OctaveBands::standardBands(fraction, 20.0, 20000.0);
@@ -106,5 +106,5 @@ TEST(OctaveBandsDeathTest, aRangeWithoutEndStopsTheProgram) {
     EXPECT_DEATH(OctaveBands::standardBands(OctaveFraction::oneOctave, 20.0, INFINITY), "maxHz");
 }
 
-}  // namespace
+}  // namespace OctaveBandsTests
 }  // namespace TarvaneKit

@@ -10,7 +10,7 @@
 #include "Support/Signals.h"
 
 namespace TarvaneKit {
-namespace {
+namespace OctaveNormalizationTests {
 
 class OctaveNormalization : public Testing::EachVectorTarget {};
 
@@ -50,5 +50,5 @@ TEST_P(OctaveNormalization, tellsTheSameAsAFactorOfPower) {
 
 TARVANE_ON_EACH_VECTOR_TARGET(OctaveNormalization);
 
-}  // namespace
+}  // namespace OctaveNormalizationTests
 }  // namespace TarvaneKit

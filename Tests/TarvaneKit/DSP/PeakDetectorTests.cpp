@@ -7,7 +7,7 @@
 #include <vector>
 
 namespace TarvaneKit {
-namespace {
+namespace PeakDetectorTests {
 
 std::vector<double> silence(int count) {
     return std::vector<double>(static_cast<std::size_t>(count), 0.0);
@@ -90,5 +90,5 @@ TEST(PeakDetectorDeathTest, aSampleRateIsPositive) {
     EXPECT_DEATH(PeakDetector(-1.0), "sampleRate");
 }
 
-}  // namespace
+}  // namespace PeakDetectorTests
 }  // namespace TarvaneKit

@@ -17,7 +17,7 @@
 #include "Support/RealtimeGuard.h"
 
 namespace TarvaneKit {
-namespace {
+namespace PeakPickerTests {
 
 using PeakPicker::findPeaks;
 using PeakPicker::measureBandwidth;
@@ -450,5 +450,5 @@ TEST(Bandwidth, equalLevelsAtTheEdgeTakeTheOuterBin) {
     EXPECT_DOUBLE_EQ(measureBandwidth(spectrum, 2, 0.0, 1.0, 5).value(), 2.0);
 }
 
-}  // namespace
+}  // namespace PeakPickerTests
 }  // namespace TarvaneKit

@@ -20,7 +20,7 @@
 #include "Support/RingOutSignals.h"
 
 namespace TarvaneKit {
-namespace {
+namespace RingOutDetectorTests {
 
 using Sensitivity = RingOutDetector::Sensitivity;
 using Configuration = RingOutDetector::Configuration;
@@ -650,5 +650,5 @@ TEST(RingOutAtAConcert, musicAlertsOnlyWhereTheRulesAskForIt) {
     }
 }
 
-}  // namespace
+}  // namespace RingOutDetectorTests
 }  // namespace TarvaneKit

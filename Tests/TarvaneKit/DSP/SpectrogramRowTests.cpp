@@ -11,7 +11,7 @@
 #include "Support/Signals.h"
 
 namespace TarvaneKit {
-namespace {
+namespace SpectrogramRowTests {
 
 using Testing::allNear;
 using Testing::plainSpectrogramRow;
@@ -92,5 +92,5 @@ TEST_P(SpectrogramRow, comesOutTheSameFromTheLinesThatItReads) {
 
 TARVANE_ON_EACH_VECTOR_TARGET(SpectrogramRow);
 
-}  // namespace
+}  // namespace SpectrogramRowTests
 }  // namespace TarvaneKit

@@ -13,7 +13,7 @@
 #include "Support/Signals.h"
 
 namespace TarvaneKit {
-namespace {
+namespace SpectrumSmoothingTests {
 
 using Testing::PlainAverage;
 using Testing::plainSmoothedLevels;
@@ -123,5 +123,5 @@ TEST_P(SpectrumSmoothing, allocatesNothingAfterTheFirstFrame) {
 
 TARVANE_ON_EACH_VECTOR_TARGET(SpectrumSmoothing);
 
-}  // namespace
+}  // namespace SpectrumSmoothingTests
 }  // namespace TarvaneKit

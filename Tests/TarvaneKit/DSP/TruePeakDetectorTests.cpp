@@ -12,7 +12,7 @@
 #include "Support/TestSignals.h"
 
 namespace TarvaneKit {
-namespace {
+namespace TruePeakDetectorTests {
 
 using namespace Testing;
 
@@ -288,5 +288,5 @@ TEST_P(TruePeakOnTargets, aDetectorTakenBackReadsTheSameAgain) {
     EXPECT_EQ(detector.processBlock(block), first);
 }
 
-}  // namespace
+}  // namespace TruePeakDetectorTests
 }  // namespace TarvaneKit

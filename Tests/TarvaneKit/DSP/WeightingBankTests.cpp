@@ -11,7 +11,7 @@
 #include "Support/EachVectorTarget.h"
 
 namespace TarvaneKit {
-namespace {
+namespace WeightingBankTests {
 
 class WeightingBankOnEachTarget : public Testing::EachVectorTarget {};
 
@@ -70,5 +70,5 @@ TEST_P(WeightingBankOnEachTarget, noSamplesGiveNothing) {
 
 TARVANE_ON_EACH_VECTOR_TARGET(WeightingBankOnEachTarget);
 
-}  // namespace
+}  // namespace WeightingBankTests
 }  // namespace TarvaneKit

@@ -9,7 +9,7 @@
 #include "Support/ClassOneWeightings.h"
 
 namespace TarvaneKit {
-namespace {
+namespace WeightingFilterTests {
 
 using Testing::ClassOneWeighting;
 using Testing::classOneWeightings;
@@ -211,5 +211,5 @@ TEST(WeightingFilterDeathTest, aSampleRateIsPositive) {
     EXPECT_DEATH(WeightingFilter(Weighting::z, -48000.0), "sampleRate");
 }
 
-}  // namespace
+}  // namespace WeightingFilterTests
 }  // namespace TarvaneKit

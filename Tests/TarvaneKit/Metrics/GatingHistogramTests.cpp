@@ -5,7 +5,7 @@
 #include <limits>
 
 namespace TarvaneKit {
-namespace {
+namespace GatingHistogramTests {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
@@ -74,5 +74,5 @@ TEST(GatingHistogram, aPercentileIsTheCentreOfTheBinThatHoldsItsRank) {
     EXPECT_EQ(histogram.percentileLoudness(50, 800), std::nullopt);
 }
 
-}  // namespace
+}  // namespace GatingHistogramTests
 }  // namespace TarvaneKit

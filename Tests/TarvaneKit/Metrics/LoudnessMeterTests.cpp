@@ -16,7 +16,7 @@
 #include "Support/TestSignals.h"
 
 namespace TarvaneKit {
-namespace {
+namespace LoudnessMeterTests {
 
 using namespace Testing;
 
@@ -419,5 +419,5 @@ TEST(LoudnessMeter, readersAndResetsRunBesideTheAudio) {
     EXPECT_EQ(meter.readings(), alone.readings());
 }
 
-}  // namespace
+}  // namespace LoudnessMeterTests
 }  // namespace TarvaneKit

@@ -9,7 +9,7 @@
 #include "Support/TestSignals.h"
 
 namespace TarvaneKit {
-namespace {
+namespace LoudnessMetricTests {
 
 TEST(LoudnessMetric, isStoredByName) {
     std::vector<std::string_view> names;
@@ -69,5 +69,5 @@ TEST(SPLMetricEngine, answersNoLoudnessWhateverTheAudio) {
     EXPECT_TRUE(std::isfinite(values[1]));
 }
 
-}  // namespace
+}  // namespace LoudnessMetricTests
 }  // namespace TarvaneKit

@@ -19,7 +19,7 @@
 #include "Support/TestSignals.h"
 
 namespace TarvaneKit {
-namespace {
+namespace LoudnessPeerTests {
 
 using namespace Testing;
 
@@ -153,5 +153,5 @@ TEST_P(LoudnessBesideAPeer, onLevelsOnEitherSideOfTheGates) {
     compare(rate, left, right, fullBand, Range::leftOut);
 }
 
-}  // namespace
+}  // namespace LoudnessPeerTests
 }  // namespace TarvaneKit

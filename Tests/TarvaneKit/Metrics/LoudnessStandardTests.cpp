@@ -12,7 +12,7 @@
 #include "Support/TestSignals.h"
 
 namespace TarvaneKit {
-namespace {
+namespace LoudnessStandardTests {
 
 using namespace Testing;
 
@@ -190,5 +190,5 @@ TEST_P(LoudnessStandard, tech3342Cases1To4) {
     }
 }
 
-}  // namespace
+}  // namespace LoudnessStandardTests
 }  // namespace TarvaneKit

@@ -10,7 +10,7 @@
 #include "Support/LineSpectra.h"
 
 namespace TarvaneKit {
-namespace {
+namespace ReferenceToneTests {
 
 using Testing::spectrumFFTSize;
 using Testing::spectrumSampleRate;
@@ -72,5 +72,5 @@ TEST(ReferenceToneTests, aSteadyLevelStaysWithinHalfADecibel) {
     EXPECT_FALSE((ReferenceTone{.spreadDB = 0.51, .frequencyHz = {}}.isSteady()));
 }
 
-}  // namespace
+}  // namespace ReferenceToneTests
 }  // namespace TarvaneKit

@@ -9,7 +9,7 @@
 #include "Support/ReferenceLevelHistory.h"
 
 namespace TarvaneKit {
-namespace {
+namespace SPLHistoryRecorderTests {
 
 using TarvaneTests::ReferenceLevelHistory;
 using Range = SPLHistoryRecorder::Range;
@@ -431,5 +431,5 @@ RC_GTEST_PROP(SPLHistoryRecorderLaws, answersAsIfEverySampleHadBeenKept, ()) {
     }
 }
 
-}  // namespace
+}  // namespace SPLHistoryRecorderTests
 }  // namespace TarvaneKit

@@ -21,7 +21,7 @@
 #include "Support/ScalarSPLMeter.h"
 
 namespace TarvaneKit {
-namespace {
+namespace SPLMetricEngineAccuracyTests {
 
 using Testing::calibrationWithOffsetDB;
 using Testing::ScalarSPLMeter;
@@ -200,5 +200,5 @@ TEST_P(SPLMetricEngineAccuracy, equalsTheFormulasAcrossChangesOfCalibration) {
 
 TARVANE_ON_EACH_VECTOR_TARGET(SPLMetricEngineAccuracy);
 
-}  // namespace
+}  // namespace SPLMetricEngineAccuracyTests
 }  // namespace TarvaneKit

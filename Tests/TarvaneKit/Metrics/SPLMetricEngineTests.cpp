@@ -15,7 +15,7 @@
 #include "Support/SPLReadings.h"
 
 namespace TarvaneKit {
-namespace {
+namespace SPLMetricEngineTests {
 
 using Testing::allLevelMetrics;
 using Testing::allPeakMetrics;
@@ -373,5 +373,5 @@ TEST(SPLMetricEngineTests, loudnessIsNotItsReading) {
     }
 }
 
-}  // namespace
+}  // namespace SPLMetricEngineTests
 }  // namespace TarvaneKit

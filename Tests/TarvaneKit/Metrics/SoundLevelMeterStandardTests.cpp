@@ -25,7 +25,7 @@
 #include "Support/SPLReadings.h"
 
 namespace TarvaneKit {
-namespace {
+namespace SoundLevelMeterStandardTests {
 
 constexpr double sampleRate = 48000.0;
 constexpr int blockLengths[] = {1, 64, 256, 1000};
@@ -298,5 +298,5 @@ TEST(SoundLevelMeter, fastAndSlowAgreeOnASteadyTone) {
     }
 }
 
-}  // namespace
+}  // namespace SoundLevelMeterStandardTests
 }  // namespace TarvaneKit

@@ -5,7 +5,7 @@
 #include <limits>
 
 namespace TarvaneKit {
-namespace {
+namespace TrafficLightConfigTests {
 
 using namespace SignalColors;
 
@@ -61,5 +61,5 @@ TEST(TrafficLightConfig, roundTrips) {
     EXPECT_FALSE(decode<TrafficLightConfig>(R"({"name":"x","bands":[]})"));
 }
 
-}  // namespace
+}  // namespace TrafficLightConfigTests
 }  // namespace TarvaneKit

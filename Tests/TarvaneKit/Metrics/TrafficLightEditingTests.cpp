@@ -8,7 +8,7 @@
 #include <limits>
 
 namespace TarvaneKit {
-namespace {
+namespace TrafficLightEditingTests {
 
 using namespace SignalColors;
 
@@ -113,5 +113,5 @@ RC_GTEST_PROP(TrafficLightEditingLaws, anyDraggingKeepsTheBandsDescending, ()) {
     }
 }
 
-}  // namespace
+}  // namespace TrafficLightEditingTests
 }  // namespace TarvaneKit

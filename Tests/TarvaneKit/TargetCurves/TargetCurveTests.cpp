@@ -5,7 +5,7 @@
 #include "TargetCurves/BuiltInCurves.h"
 
 namespace TarvaneKit {
-namespace {
+namespace TargetCurveTests {
 
 TEST(TargetCurve, flatIs0AtEveryFrequency) {
     for (const double frequencyHz : {0.0, 5.0, 20.0, 1000.0, 20000.0, 30000.0}) {
@@ -74,5 +74,5 @@ TEST(BuiltInCurves, comeInTheOrderOfTheMenu) {
     EXPECT_EQ(BuiltInCurves::all()[1].name, "X-Curve (SMPTE ST202 / ISO 2969)");
 }
 
-}  // namespace
+}  // namespace TargetCurveTests
 }  // namespace TarvaneKit

@@ -12,7 +12,7 @@
 #include "Support/PinnedTypeface.h"
 
 namespace TarvaneApp {
-namespace {
+namespace LevelHistoryDrawingTests {
 
 using TarvaneTests::constant;
 using TarvaneTests::GoldenImage;
@@ -167,5 +167,5 @@ TEST(LevelHistoryDrawing, aMissingMarkUnitOrLineIsMoreThanAGoldenImageTolerates)
     EXPECT_GT(GoldenImage::differingPixels(whole, drawn(other, size)), GoldenImage::tolerance);
 }
 
-}  // namespace
+}  // namespace LevelHistoryDrawingTests
 }  // namespace TarvaneApp

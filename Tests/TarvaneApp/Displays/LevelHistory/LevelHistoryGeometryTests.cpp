@@ -7,7 +7,7 @@
 #include "Support/LevelHistoryScenes.h"
 
 namespace TarvaneApp {
-namespace {
+namespace LevelHistoryGeometryTests {
 
 using TarvaneTests::constant;
 using TarvaneTests::historyOf;
@@ -128,5 +128,5 @@ TEST(LevelHistoryGeometry, aMetricThatTheRecorderDoesntHoldShowsTheEmptyGrid) {
     EXPECT_EQ(layout(view, {900.0, 300.0}).axis, (Span{30.0, 110.0}));
 }
 
-}  // namespace
+}  // namespace LevelHistoryGeometryTests
 }  // namespace TarvaneApp

@@ -8,7 +8,7 @@
 #include "Support/PinnedTypeface.h"
 
 namespace TarvaneApp {
-namespace {
+namespace LevelHistoryHoverTests {
 
 using TarvaneTests::constant;
 using TarvaneTests::historyOf;
@@ -70,5 +70,5 @@ TEST(LevelHistoryHover, theReadoutStaysInsideAtEveryWidth) {
     }
 }
 
-}  // namespace
+}  // namespace LevelHistoryHoverTests
 }  // namespace TarvaneApp

@@ -9,7 +9,7 @@
 #include "Support/PinnedTypeface.h"
 
 namespace TarvaneApp {
-namespace {
+namespace LevelHistoryRasterTests {
 
 using TarvaneTests::concert;
 using TarvaneTests::graphPicture;
@@ -105,5 +105,5 @@ TEST(LevelHistoryRaster, everySmallSizeIsDrawnAtEveryScale) {
     TarvaneTests::expectPicturesOfAllSmallSizes(raster, view);
 }
 
-}  // namespace
+}  // namespace LevelHistoryRasterTests
 }  // namespace TarvaneApp

@@ -6,7 +6,7 @@
 #include "Support/LevelHistoryScenes.h"
 
 namespace TarvaneApp {
-namespace {
+namespace LevelHistoryViewTests {
 
 using TarvaneTests::historyOf;
 using TarvaneTests::newSession;
@@ -153,5 +153,5 @@ TEST(LevelHistoryView, anExtremeIsLabelledWithLevelUnitAndTime) {
               QStringLiteral("-25.8 dBFS 1:05"));
 }
 
-}  // namespace
+}  // namespace LevelHistoryViewTests
 }  // namespace TarvaneApp

@@ -5,7 +5,7 @@
 #include <cmath>
 
 namespace TarvaneApp {
-namespace {
+namespace LevelHistoryViewportTests {
 
 using Range = LevelHistoryViewport::Range;
 using Session = LevelHistoryViewport::Session;
@@ -188,5 +188,5 @@ TEST(LevelHistoryViewport, aMomentIsShownWithHalfAMinuteOnEachSide) {
     expectRange(viewport.range(session(1000.0)), 0.0, 20.0);
 }
 
-}  // namespace
+}  // namespace LevelHistoryViewportTests
 }  // namespace TarvaneApp

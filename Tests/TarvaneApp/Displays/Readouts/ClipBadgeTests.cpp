@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace TarvaneApp {
-namespace {
+namespace ClipBadgeTests {
 
 using TarvaneKit::InputClipState;
 
@@ -57,5 +57,5 @@ TEST(ClipBadge, aClipGoesAheadOfLostAudioAndBothAreExplained) {
     EXPECT_TRUE(badge.help().contains(QStringLiteral("2 gaps, 1.00 s")));
 }
 
-}  // namespace
+}  // namespace ClipBadgeTests
 }  // namespace TarvaneApp

@@ -6,7 +6,7 @@
 #include "Support/ReadoutPictures.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ClockReadoutViewTests {
 
 using TarvaneTests::GoldenImage;
 using TarvaneTests::readoutPicture;
@@ -104,5 +104,5 @@ TEST(ClockReadoutView, looksAsItsGoldenImages) {
     }
 }
 
-}  // namespace
+}  // namespace ClockReadoutViewTests
 }  // namespace TarvaneApp

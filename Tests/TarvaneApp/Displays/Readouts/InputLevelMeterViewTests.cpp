@@ -9,7 +9,7 @@
 #include "Core/RGBAColor.h"
 
 namespace TarvaneApp {
-namespace {
+namespace InputLevelMeterViewTests {
 
 InputLevelMeterView metering(std::optional<double> levelDBFS) {
     return {.isMetering = true, .levelDBFS = levelDBFS, .heldDBFS = levelDBFS, .isClipping = false};
@@ -87,5 +87,5 @@ TEST(InputLevelMeterView, whatChangesIsRepaintedAndNothingElse) {
             .isEmpty());
 }
 
-}  // namespace
+}  // namespace InputLevelMeterViewTests
 }  // namespace TarvaneApp

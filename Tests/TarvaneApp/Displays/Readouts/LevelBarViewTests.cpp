@@ -9,7 +9,7 @@
 #include <limits>
 
 namespace TarvaneApp {
-namespace {
+namespace LevelBarViewTests {
 
 using testing::ElementsAre;
 
@@ -153,5 +153,5 @@ TEST(LevelBarView, onlyAMoveByAPixelIsAChange) {
     EXPECT_FALSE(changedArea(before, sample(-30.0, -infinity), geometry, rect, 1.0).isEmpty());
 }
 
-}  // namespace
+}  // namespace LevelBarViewTests
 }  // namespace TarvaneApp

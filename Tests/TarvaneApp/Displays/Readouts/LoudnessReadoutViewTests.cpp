@@ -9,7 +9,7 @@
 #include "Support/ReadoutPictures.h"
 
 namespace TarvaneApp {
-namespace {
+namespace LoudnessReadoutViewTests {
 
 using TarvaneKit::InputClipState;
 using TarvaneKit::LoudnessMetric;
@@ -310,5 +310,5 @@ TEST(LoudnessReadoutView, anotherDigitIsMoreThanAGoldenImageTolerates) {
               GoldenImage::tolerance);
 }
 
-}  // namespace
+}  // namespace LoudnessReadoutViewTests
 }  // namespace TarvaneApp

@@ -7,7 +7,7 @@
 #include <limits>
 
 namespace TarvaneApp {
-namespace {
+namespace ReadoutTextTests {
 
 using TarvaneKit::LoudnessMetric;
 using TarvaneKit::SPLMetric;
@@ -86,5 +86,5 @@ TEST(ReadoutText, onlyAStereoChannelHasASidesLine) {
     EXPECT_EQ(sidesText({-20.04, -infinity}), QStringLiteral("L -20.0   R —"));
 }
 
-}  // namespace
+}  // namespace ReadoutTextTests
 }  // namespace TarvaneApp

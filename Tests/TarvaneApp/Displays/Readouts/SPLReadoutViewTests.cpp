@@ -12,7 +12,7 @@
 #include "Support/ReadoutPictures.h"
 
 namespace TarvaneApp {
-namespace {
+namespace SPLReadoutViewTests {
 
 using TarvaneKit::InputClipState;
 using TarvaneTests::GoldenImage;
@@ -315,5 +315,5 @@ TEST(SPLReadoutView, aMissingLabelOrAnotherDigitIsMoreThanAGoldenImageTolerates)
     EXPECT_GT(GoldenImage::differingPixels(whole, drawn(other, size)), GoldenImage::tolerance);
 }
 
-}  // namespace
+}  // namespace SPLReadoutViewTests
 }  // namespace TarvaneApp

@@ -12,7 +12,7 @@
 #include "Support/SpectrogramScenes.h"
 
 namespace TarvaneApp {
-namespace {
+namespace SpectrogramRasterTests {
 
 using TarvaneTests::spectrogramHistory;
 using TarvaneTests::SpectrogramHistory;
@@ -282,5 +282,5 @@ TEST(SpectrogramRaster, everySmallSizeIsDrawnAtEveryScale) {
     TarvaneTests::expectPicturesOfAllSmallSizes(raster, view);
 }
 
-}  // namespace
+}  // namespace SpectrogramRasterTests
 }  // namespace TarvaneApp

@@ -15,7 +15,7 @@
 #include "Support/SpectrogramScenes.h"
 
 namespace TarvaneApp {
-namespace {
+namespace SpectrogramViewTests {
 
 using TarvaneKit::RGBAColor;
 using TarvaneTests::GoldenImage;
@@ -353,5 +353,5 @@ TEST(SpectrogramColorStop, aPresetIsReadBackAsItWasWritten) {
     EXPECT_EQ(TarvaneKit::decode<SpectrogramColorPreset>(*TarvaneKit::encode(preset)), preset);
 }
 
-}  // namespace
+}  // namespace SpectrogramViewTests
 }  // namespace TarvaneApp

@@ -6,7 +6,7 @@
 #include <QPainter>
 
 namespace TarvaneApp {
-namespace {
+namespace RingOutBannerViewTests {
 
 RingOutBannerView bannerAt(double frequencyHz, double cents = 0.0) {
     return {.alert = TarvaneKit::RingAlert{.id = TarvaneKit::UUID::random(),
@@ -79,5 +79,5 @@ TEST(RingOutBannerViewTests, standsInTheCornerAndIsDimmedOnceTheRingHasStopped) 
     EXPECT_EQ(qGray(drawn().pixel(plate)), 255);
 }
 
-}  // namespace
+}  // namespace RingOutBannerViewTests
 }  // namespace TarvaneApp

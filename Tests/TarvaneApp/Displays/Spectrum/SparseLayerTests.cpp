@@ -7,7 +7,7 @@
 #include "Support/ImageSimilarity.h"
 
 namespace TarvaneApp {
-namespace {
+namespace SparseLayerTests {
 
 QImage layerPicture() {
     QImage picture(60, 40, QImage::Format_ARGB32_Premultiplied);
@@ -42,5 +42,5 @@ TEST(SparseLayer, anEmptyLayerChangesNothing) {
     EXPECT_EQ(picture, before);
 }
 
-}  // namespace
+}  // namespace SparseLayerTests
 }  // namespace TarvaneApp

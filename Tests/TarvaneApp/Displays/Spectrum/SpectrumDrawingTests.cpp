@@ -13,7 +13,7 @@
 #include "Support/SpectrumScenes.h"
 
 namespace TarvaneApp {
-namespace {
+namespace SpectrumDrawingTests {
 
 using TarvaneTests::GoldenImage;
 using TarvaneTests::spectrumInDBFS;
@@ -150,5 +150,5 @@ TEST(SpectrumDrawing, aMissingLabelOrTraceIsMoreThanAGoldenImageTolerates) {
               GoldenImage::tolerance);
 }
 
-}  // namespace
+}  // namespace SpectrumDrawingTests
 }  // namespace TarvaneApp

@@ -8,7 +8,7 @@
 #include "Support/SpectrumScenes.h"
 
 namespace TarvaneApp {
-namespace {
+namespace SpectrumGeometryTests {
 
 using TarvaneTests::bandBetween;
 using TarvaneTests::spectrumInDBFS;
@@ -116,5 +116,5 @@ TEST(SpectrumGeometry, theTargetCurveTakes201PointsAndNoOffset) {
     EXPECT_TRUE(targetCurvePoints(view, {}, {900.0, 140.0}).empty());
 }
 
-}  // namespace
+}  // namespace SpectrumGeometryTests
 }  // namespace TarvaneApp

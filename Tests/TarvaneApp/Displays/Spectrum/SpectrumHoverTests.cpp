@@ -7,7 +7,7 @@
 #include "Support/SpectrumScenes.h"
 
 namespace TarvaneApp {
-namespace {
+namespace SpectrumHoverTests {
 
 using TarvaneTests::spectrumInDBFS;
 
@@ -28,5 +28,5 @@ TEST(SpectrumHover, theReadoutStaysInsideAtEveryWidth) {
     EXPECT_TRUE(hoverPlate(view, {900.0, 300.0}, pinned).isEmpty());
 }
 
-}  // namespace
+}  // namespace SpectrumHoverTests
 }  // namespace TarvaneApp

@@ -12,7 +12,7 @@
 #include "Support/SpectrumScenes.h"
 
 namespace TarvaneApp {
-namespace {
+namespace SpectrumLabelsTests {
 
 using TarvaneTests::spectrumInDBFS;
 
@@ -94,5 +94,5 @@ TEST(SpectrumLabels, noLabelTouchesAnotherOrLeavesTheGraphAtAnySize) {
     }
 }
 
-}  // namespace
+}  // namespace SpectrumLabelsTests
 }  // namespace TarvaneApp

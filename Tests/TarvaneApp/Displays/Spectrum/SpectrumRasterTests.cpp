@@ -11,7 +11,7 @@
 #include "Support/SpectrumScenes.h"
 
 namespace TarvaneApp {
-namespace {
+namespace SpectrumRasterTests {
 
 using TarvaneKit::OctaveFraction;
 using TarvaneTests::fullSpectrum;
@@ -128,5 +128,5 @@ TEST(SpectrumRaster, everySmallSizeIsDrawnAtEveryScale) {
     TarvaneTests::expectPicturesOfAllSmallSizes(raster, view);
 }
 
-}  // namespace
+}  // namespace SpectrumRasterTests
 }  // namespace TarvaneApp

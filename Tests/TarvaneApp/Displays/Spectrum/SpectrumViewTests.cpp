@@ -10,7 +10,7 @@
 #include "Support/SpectrumScenes.h"
 
 namespace TarvaneApp {
-namespace {
+namespace SpectrumViewTests {
 
 using TarvaneTests::bandBetween;
 using TarvaneTests::spectrumInDBFS;
@@ -138,5 +138,5 @@ TEST(SpectrumView, theReadoutShowsTheLevelThatIsDrawnAndCurveAndRulesKeepTheirs)
     EXPECT_EQ(view.ruleY(-50.0, 140.0), 50.0);
 }
 
-}  // namespace
+}  // namespace SpectrumViewTests
 }  // namespace TarvaneApp

@@ -11,7 +11,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ChannelOverlayMenuTests {
 
 using TarvaneKit::UUID;
 using IDs = std::vector<UUID>;
@@ -118,5 +118,5 @@ TEST_F(ChannelOverlayMenuTests, aChannelThatWasSwitchedOffCanStillBeTakenAway) {
     EXPECT_FALSE(history->isVisible());
 }
 
-}  // namespace
+}  // namespace ChannelOverlayMenuTests
 }  // namespace TarvaneApp

@@ -14,7 +14,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace RTAOptionsViewTests {
 
 using TarvaneKit::OctaveFraction;
 using TarvaneKit::RGBAColor;
@@ -181,5 +181,5 @@ TEST_F(RTAOptionsViewTests, anotherChannelsOptionsAreItsOwn) {
     EXPECT_EQ(engine->octaveFraction(), OctaveFraction::sixthOctave);
 }
 
-}  // namespace
+}  // namespace RTAOptionsViewTests
 }  // namespace TarvaneApp

@@ -11,7 +11,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace TargetCurveControlsTests {
 
 using TarvaneKit::UUID;
 
@@ -112,5 +112,5 @@ TEST_F(TargetCurveControlsTests, anotherChannelsCurveIsItsOwn) {
     EXPECT_TRUE(curves().text().startsWith(QStringLiteral("X-Curve")));
 }
 
-}  // namespace
+}  // namespace TargetCurveControlsTests
 }  // namespace TarvaneApp

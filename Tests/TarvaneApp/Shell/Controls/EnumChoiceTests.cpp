@@ -5,7 +5,7 @@
 #include "Records/DisplayEnums.h"
 
 namespace TarvaneApp {
-namespace {
+namespace EnumChoiceTests {
 
 using Choice = EnumChoice<ReadoutUnit>;
 
@@ -35,5 +35,5 @@ TEST(EnumChoiceTests, anItemPicksItsCaseAndTheCurrentOneIsMarked) {
     }
 }
 
-}  // namespace
+}  // namespace EnumChoiceTests
 }  // namespace TarvaneApp

@@ -12,7 +12,7 @@
 #include <vector>
 
 namespace TarvaneApp {
-namespace {
+namespace FileDropTests {
 
 class FileDropTests : public testing::Test {
   protected:
@@ -58,5 +58,5 @@ TEST_F(FileDropTests, severalFilesAndWhatIsNoneAreNot) {
     EXPECT_TRUE(files.empty());
 }
 
-}  // namespace
+}  // namespace FileDropTests
 }  // namespace TarvaneApp

@@ -6,7 +6,7 @@
 #include <QPainter>
 
 namespace TarvaneApp {
-namespace {
+namespace IconTests {
 
 // Every symbol of the program, drawn at that scale in one colour on nothing.
 QImage drawn(const QString& name, double scale) {
@@ -79,5 +79,5 @@ TEST(IconDeathTest, anUnknownSymbolStopsTheProgram) {
     EXPECT_DEATH(drawn(QStringLiteral("no.such.symbol"), 1.0), "exists");
 }
 
-}  // namespace
+}  // namespace IconTests
 }  // namespace TarvaneApp

@@ -8,7 +8,7 @@
 #include <QTest>
 
 namespace TarvaneApp {
-namespace {
+namespace PopoverPresentationStateTests {
 
 class PopoverPresentationStateTests : public testing::Test {
   protected:
@@ -94,5 +94,5 @@ TEST_F(PopoverPresentationStateTests, openedByTheKeyboardItsFirstControlHasTheFo
     EXPECT_EQ(popover()->focusWidget(), content());
 }
 
-}  // namespace
+}  // namespace PopoverPresentationStateTests
 }  // namespace TarvaneApp

@@ -8,7 +8,7 @@
 #include <vector>
 
 namespace TarvaneApp {
-namespace {
+namespace FoldingGroupTests {
 
 class FoldingGroupTests : public testing::Test {
   protected:
@@ -60,5 +60,5 @@ TEST_F(FoldingGroupTests, whatTheProgramFoldsIsNotTold) {
     EXPECT_TRUE(folds.empty());
 }
 
-}  // namespace
+}  // namespace FoldingGroupTests
 }  // namespace TarvaneApp

@@ -12,7 +12,7 @@
 #include "Shell/Forms/FormSection.h"
 
 namespace TarvaneApp {
-namespace {
+namespace FormRowTests {
 
 // A section of four rows, of which those that are switched on are there.
 class FormRowTests : public testing::Test {
@@ -94,5 +94,5 @@ TEST_F(FormRowTests, aLabelComesAndGoesWithItsRow) {
     EXPECT_EQ(rows.labelForField(controls[1]), label);
 }
 
-}  // namespace
+}  // namespace FormRowTests
 }  // namespace TarvaneApp

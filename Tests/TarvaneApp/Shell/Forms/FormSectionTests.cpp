@@ -17,7 +17,7 @@
 #include "Shell/Forms/ValueSlider.h"
 
 namespace TarvaneApp {
-namespace {
+namespace FormSectionTests {
 
 using TarvaneKit::RGBAColor;
 
@@ -501,5 +501,5 @@ TEST_F(FormSectionTests, aScreenReaderHasTheRowsLabel) {
     EXPECT_EQ(only<ColorWell>().accessibleName(), "Color");
 }
 
-}  // namespace
+}  // namespace FormSectionTests
 }  // namespace TarvaneApp

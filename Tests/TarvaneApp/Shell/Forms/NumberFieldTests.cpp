@@ -8,7 +8,7 @@
 #include <vector>
 
 namespace TarvaneApp {
-namespace {
+namespace NumberFieldTests {
 
 class NumberFieldTests : public testing::Test {
   protected:
@@ -74,5 +74,5 @@ TEST_F(NumberFieldTests, aNumberFromElsewhereIsShownUnlessItIsTheSame) {
     EXPECT_EQ(line().text(), QStringLiteral("113.9"));
 }
 
-}  // namespace
+}  // namespace NumberFieldTests
 }  // namespace TarvaneApp

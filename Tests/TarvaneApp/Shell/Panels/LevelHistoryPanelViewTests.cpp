@@ -14,7 +14,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace LevelHistoryPanelViewTests {
 
 using TarvaneKit::UUID;
 using TarvaneTests::sine;
@@ -193,5 +193,5 @@ TEST_F(LevelHistoryPanelViewTests, aNarrowHeaderLeavesOutTheCaptionThenTheExtrem
     EXPECT_TRUE(caption->isVisible() && extremes->isVisible() && title->isVisible());
 }
 
-}  // namespace
+}  // namespace LevelHistoryPanelViewTests
 }  // namespace TarvaneApp

@@ -23,7 +23,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace PanelPopoverTests {
 
 using TarvaneKit::UUID;
 
@@ -184,5 +184,5 @@ TEST_F(PanelPopoverTests, aNarrowSpectrogramOpensItsSlidersUnderTheButton) {
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
-}  // namespace
+}  // namespace PanelPopoverTests
 }  // namespace TarvaneApp

@@ -27,7 +27,7 @@
 #include "TarvaneApp/Profiles/TestProfiles.h"
 
 namespace TarvaneApp {
-namespace {
+namespace PanelTests {
 
 using TarvaneKit::UUID;
 using TarvaneTests::sine;
@@ -379,5 +379,5 @@ TEST_F(PanelTests, aNarrowHeaderKeepsTheSlidersBehindAButton) {
     EXPECT_TRUE(controls.isVisible());
 }
 
-}  // namespace
+}  // namespace PanelTests
 }  // namespace TarvaneApp

@@ -28,7 +28,7 @@
 #include "TarvaneApp/Profiles/TestProfiles.h"
 
 namespace TarvaneApp {
-namespace {
+namespace SPLMeterPanelViewTests {
 
 using TarvaneKit::LoudnessMetric;
 using TarvaneKit::UUID;
@@ -580,5 +580,5 @@ TEST_F(SPLMeterPanelViewTests, aClockThatIsNotSeenDoesNotTick) {
     EXPECT_TRUE(clockView().isTicking());
 }
 
-}  // namespace
+}  // namespace SPLMeterPanelViewTests
 }  // namespace TarvaneApp

@@ -11,7 +11,7 @@
 #include "TarvaneApp/Shell/Preferences/AudioFormFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace AudioSettingsViewTests {
 
 using TarvaneKit::UUID;
 
@@ -337,5 +337,5 @@ TEST_F(AudioSettingsViewTests, theLastModuleOfAChannelsWindowStays) {
     EXPECT_EQ(engine->windowLayout(UUID::main()).visibleModuleCount(), 1);
 }
 
-}  // namespace
+}  // namespace AudioSettingsViewTests
 }  // namespace TarvaneApp

@@ -17,7 +17,7 @@
 #include "TarvaneApp/Shell/Preferences/AudioFormFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ChannelCalibrationSectionsTests {
 
 using TarvaneKit::CalibrationProfile;
 using TarvaneKit::UUID;
@@ -313,5 +313,5 @@ TEST_F(ChannelCalibrationSectionsTests, theSpectrumIsAskedForOnlyWhileTheToneIsL
     EXPECT_FALSE(engine->isDemanded(ChannelDemand::rta, UUID::main()));
 }
 
-}  // namespace
+}  // namespace ChannelCalibrationSectionsTests
 }  // namespace TarvaneApp

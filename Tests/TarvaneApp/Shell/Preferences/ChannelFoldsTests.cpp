@@ -5,7 +5,7 @@
 #include "Support/MemoryStore.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ChannelFoldsTests {
 
 using TarvaneKit::UUID;
 
@@ -38,5 +38,5 @@ TEST(ChannelFolds, whatIsStoredAndUnreadableCountsAsNothing) {
     EXPECT_TRUE(ChannelFolds(store).isExpanded(UUID::main()));
 }
 
-}  // namespace
+}  // namespace ChannelFoldsTests
 }  // namespace TarvaneApp

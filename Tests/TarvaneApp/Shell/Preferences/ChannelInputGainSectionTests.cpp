@@ -6,7 +6,7 @@
 #include "TarvaneApp/Shell/Preferences/AudioFormFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ChannelInputGainSectionTests {
 
 using TarvaneKit::UUID;
 using TarvaneTests::FakeControls;
@@ -178,5 +178,5 @@ TEST_F(ChannelInputGainSectionTests, theInputLevelIsLive) {
     EXPECT_FALSE(meter->isVisible());
 }
 
-}  // namespace
+}  // namespace ChannelInputGainSectionTests
 }  // namespace TarvaneApp

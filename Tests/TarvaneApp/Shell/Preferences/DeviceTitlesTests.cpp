@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace TarvaneApp {
-namespace {
+namespace DeviceTitlesTests {
 
 using TarvaneKit::AudioInputDevice;
 using Titles = std::vector<std::string>;
@@ -65,5 +65,5 @@ TEST(DeviceTitles, separatorsAloneTellApartByTheWholeUID) {
     EXPECT_EQ(titlesOf({"a", "a."}), (Titles{"Mic (a)", "Mic (a.)"}));
 }
 
-}  // namespace
+}  // namespace DeviceTitlesTests
 }  // namespace TarvaneApp

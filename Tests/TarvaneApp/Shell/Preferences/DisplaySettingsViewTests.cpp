@@ -15,7 +15,7 @@
 #include "TarvaneApp/Shell/Preferences/FormWidgets.h"
 
 namespace TarvaneApp {
-namespace {
+namespace DisplaySettingsViewTests {
 
 using namespace TarvaneTests;
 using TarvaneKit::RGBAColor;
@@ -257,5 +257,5 @@ TEST_F(DisplaySettingsViewTests, aHalfTypedNameOutlivesTheForm) {
     EXPECT_EQ(named<FormTextField>(another, QStringLiteral("Preset name")).text(), "Fi");
 }
 
-}  // namespace
+}  // namespace DisplaySettingsViewTests
 }  // namespace TarvaneApp

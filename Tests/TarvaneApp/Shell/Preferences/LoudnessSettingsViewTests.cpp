@@ -10,7 +10,7 @@
 #include "TarvaneApp/Shell/Preferences/FormWidgets.h"
 
 namespace TarvaneApp {
-namespace {
+namespace LoudnessSettingsViewTests {
 
 using namespace TarvaneTests;
 using TarvaneKit::LoudnessMetric;
@@ -112,5 +112,5 @@ TEST_F(LoudnessSettingsViewTests, theHelpSaysWhatTheNumbersDo) {
         "Start or the last Reset Integration. Level History graphs the same reading.")));
 }
 
-}  // namespace
+}  // namespace LoudnessSettingsViewTests
 }  // namespace TarvaneApp

@@ -10,7 +10,7 @@
 #include "TarvaneApp/Profiles/TestProfiles.h"
 
 namespace TarvaneApp {
-namespace {
+namespace PreferencesTests {
 
 class PreferencesTests : public TarvaneTests::EngineFixture {
   protected:
@@ -89,5 +89,5 @@ TEST_F(PreferencesTests, aStoredLeqTimeThatNoPresetHasIsShown) {
     EXPECT_TRUE(found);
 }
 
-}  // namespace
+}  // namespace PreferencesTests
 }  // namespace TarvaneApp

@@ -11,7 +11,7 @@
 #include "TarvaneApp/Shell/Windows/ApplicationFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace PreferencesWindowTests {
 
 class PreferencesWindowTests : public TarvaneTests::ApplicationFixture {
   protected:
@@ -149,5 +149,5 @@ TEST_F(PreferencesWindowTests, escapeClosesTheWindow) {
     EXPECT_FALSE(window().isVisible());
 }
 
-}  // namespace
+}  // namespace PreferencesWindowTests
 }  // namespace TarvaneApp

@@ -17,7 +17,7 @@
 #include "TarvaneApp/Profiles/TestProfiles.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ProfilesSettingsViewTests {
 
 class ProfilesSettingsViewTests : public TarvaneTests::EngineFixture {
   protected:
@@ -174,5 +174,5 @@ TEST_F(ProfilesSettingsViewTests, inputsAndCalibrationsCanBeLeftOut) {
     EXPECT_FALSE(profiles.store.includeAudioAndCalibration());
 }
 
-}  // namespace
+}  // namespace ProfilesSettingsViewTests
 }  // namespace TarvaneApp

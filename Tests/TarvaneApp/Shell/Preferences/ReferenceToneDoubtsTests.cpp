@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace TarvaneApp {
-namespace {
+namespace ReferenceToneDoubtsTests {
 
 using TarvaneKit::Weighting;
 
@@ -56,5 +56,5 @@ TEST(ReferenceToneDoubts, aClippingInputAndAPeakMeterAreTold) {
                            "tone: choose SPL before calibrating."}));
 }
 
-}  // namespace
+}  // namespace ReferenceToneDoubtsTests
 }  // namespace TarvaneApp

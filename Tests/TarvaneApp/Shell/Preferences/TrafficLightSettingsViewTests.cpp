@@ -11,7 +11,7 @@
 #include "TarvaneApp/Shell/Preferences/FormWidgets.h"
 
 namespace TarvaneApp {
-namespace {
+namespace TrafficLightSettingsViewTests {
 
 using namespace TarvaneTests;
 using TarvaneKit::RGBAColor;
@@ -160,5 +160,5 @@ TEST_F(TrafficLightSettingsViewTests, loudnessColoursAreEditedAndReset) {
     EXPECT_EQ(engine->loudnessColors(), LoudnessColors{});
 }
 
-}  // namespace
+}  // namespace TrafficLightSettingsViewTests
 }  // namespace TarvaneApp

@@ -33,7 +33,7 @@
 #include "TarvaneApp/Profiles/TestProfiles.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ChannelWindowTests {
 
 using TarvaneKit::UUID;
 
@@ -332,5 +332,5 @@ TEST_F(ChannelWindowLayoutTests, theHeadersMenuOpensTheControls) {
     menu.popover().setPresented(false);
 }
 
-}  // namespace
+}  // namespace ChannelWindowTests
 }  // namespace TarvaneApp

@@ -16,7 +16,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace LevelHistoryExportTests {
 
 using TarvaneKit::UUID;
 using testing::ElementsAre;
@@ -146,5 +146,5 @@ TEST_F(LevelHistoryExportTests, aChannelThatHasGoneMeanwhileIsLeftOut) {
     EXPECT_TRUE(written("a.pdf").isEmpty());
 }
 
-}  // namespace
+}  // namespace LevelHistoryExportTests
 }  // namespace TarvaneApp

@@ -19,7 +19,7 @@
 #include "TarvaneApp/Profiles/TestProfiles.h"
 
 namespace TarvaneApp {
-namespace {
+namespace MainToolbarTests {
 
 using TarvaneKit::UUID;
 
@@ -253,5 +253,5 @@ TEST_F(MainToolbarTests, whatGoesWrongWithProfilesIsTold) {
     EXPECT_EQ(profiles.store.errorMessage(), std::nullopt);
 }
 
-}  // namespace
+}  // namespace MainToolbarTests
 }  // namespace TarvaneApp

@@ -23,7 +23,7 @@
 #include "TarvaneApp/Profiles/TestProfiles.h"
 
 namespace TarvaneApp {
-namespace {
+namespace MainWindowTests {
 
 using TarvaneKit::SignalColors::green;
 using TarvaneKit::SignalColors::red;
@@ -520,5 +520,5 @@ TEST_F(MainWindowTests, aSilentSideShowsNoNumber) {
     EXPECT_EQ(readout().readout().sideValuesDB[1], -std::numeric_limits<double>::infinity());
 }
 
-}  // namespace
+}  // namespace MainWindowTests
 }  // namespace TarvaneApp

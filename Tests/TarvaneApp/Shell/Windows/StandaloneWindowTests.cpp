@@ -19,7 +19,7 @@
 #include "TarvaneApp/Shell/Windows/ApplicationFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace StandaloneWindowTests {
 
 using enum ModulePlacement;
 
@@ -258,5 +258,5 @@ TEST_F(StandaloneWindowTests, aStoredFrameThatMeansNothingIsPassedOver) {
     EXPECT_EQ(fresh.geometry(), before);
 }
 
-}  // namespace
+}  // namespace StandaloneWindowTests
 }  // namespace TarvaneApp

@@ -14,7 +14,7 @@
 #include "TarvaneApp/Shell/Windows/ApplicationFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace WindowSceneTests {
 
 using TarvaneKit::UUID;
 
@@ -144,5 +144,5 @@ TEST_F(WindowSceneTests, openChannelWindowsComeBackWhereTheyWereAndClosedOnesDoN
     EXPECT_TRUE(windows<ChannelWindowView>().isEmpty());
 }
 
-}  // namespace
+}  // namespace WindowSceneTests
 }  // namespace TarvaneApp

@@ -11,7 +11,7 @@
 #include "TarvaneKit/AudioIO/PipeWire/Capture.h"
 
 namespace TarvaneTests {
-namespace {
+namespace DeviceListTests {
 
 using namespace TarvaneKit;
 
@@ -288,5 +288,5 @@ TEST(DeviceList, theMicrophoneNeedsNoPermission) {
     EXPECT_TRUE(granted);
 }
 
-}  // namespace
+}  // namespace DeviceListTests
 }  // namespace TarvaneTests

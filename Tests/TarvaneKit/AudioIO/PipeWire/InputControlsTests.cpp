@@ -11,7 +11,7 @@
 #include "TarvaneKit/AudioIO/PipeWire/Capture.h"
 
 namespace TarvaneTests {
-namespace {
+namespace InputControlsTests {
 
 using namespace TarvaneKit;
 
@@ -251,5 +251,5 @@ TEST_F(InputGainTests, aGainChangeLeavesTheSoundPressureWhereItIs) {
     }
 }
 
-}  // namespace
+}  // namespace InputControlsTests
 }  // namespace TarvaneTests

@@ -19,7 +19,7 @@
 #include "TarvaneKit/AudioIO/PipeWire/Capture.h"
 
 namespace TarvaneTests {
-namespace {
+namespace PipeWireInputEngineTests {
 
 using namespace TarvaneKit;
 using Kind = AudioIOError::Kind;
@@ -871,5 +871,5 @@ TEST(PipeWireInputEngine, whatAHandlerThatIsTooLateLosesIsToldAheadOfTheNextBloc
     EXPECT_NEAR(jump, static_cast<double>(late->missingAhead), 2400);
 }
 
-}  // namespace
+}  // namespace PipeWireInputEngineTests
 }  // namespace TarvaneTests

@@ -9,7 +9,7 @@
 #include "Core/RealtimeScope.h"
 
 namespace TarvaneTests {
-namespace {
+namespace RealtimeGuardTests {
 
 // Written where the compiler can't see that nobody reads it, so that the allocation stays.
 void* volatile sink = nullptr;
@@ -43,5 +43,5 @@ TEST(RealtimeGuard, countsLocksInsideAScopeWhereItCan) {
     EXPECT_EQ(TarvaneKit::RealtimeScope::depth(), 0);
 }
 
-}  // namespace
+}  // namespace RealtimeGuardTests
 }  // namespace TarvaneTests

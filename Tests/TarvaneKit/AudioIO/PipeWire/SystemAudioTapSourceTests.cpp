@@ -7,7 +7,7 @@
 #include "TarvaneKit/AudioIO/PipeWire/Capture.h"
 
 namespace TarvaneTests {
-namespace {
+namespace SystemAudioTapSourceTests {
 
 using namespace TarvaneKit;
 using Kind = AudioIOError::Kind;
@@ -169,5 +169,5 @@ TEST(SystemAudioTapSource, startingTwiceClosesTheFirstTap) {
     EXPECT_TRUE(eventually([&] { return server.nodeCount(streamName) == 0; }));
 }
 
-}  // namespace
+}  // namespace SystemAudioTapSourceTests
 }  // namespace TarvaneTests

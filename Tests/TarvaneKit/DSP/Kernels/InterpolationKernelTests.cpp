@@ -8,7 +8,7 @@
 #include "Support/EachVectorTarget.h"
 
 namespace TarvaneKit {
-namespace {
+namespace InterpolationKernelTests {
 
 class InterpolationKernel : public Testing::EachVectorTarget {
   protected:
@@ -59,5 +59,5 @@ TEST_P(InterpolationKernel, readsAStraightLineBetweenItsEntries) {
 
 TARVANE_ON_EACH_VECTOR_TARGET(InterpolationKernel);
 
-}  // namespace
+}  // namespace InterpolationKernelTests
 }  // namespace TarvaneKit

@@ -16,7 +16,7 @@
 #include "Support/EachVectorTarget.h"
 
 namespace TarvaneKit {
-namespace {
+namespace LevelKernelTests {
 
 using Doubles = std::vector<double>;
 using Floats = std::vector<float>;
@@ -284,5 +284,5 @@ TEST_P(LevelKernel, aHeldLevelTakesWhatIsAboveItAndFallsOtherwise) {
 
 TARVANE_ON_EACH_VECTOR_TARGET(LevelKernel);
 
-}  // namespace
+}  // namespace LevelKernelTests
 }  // namespace TarvaneKit

@@ -10,7 +10,7 @@
 #include "Support/EachVectorTarget.h"
 
 namespace TarvaneKit {
-namespace {
+namespace SanitizeKernelTests {
 
 class SanitizeKernel : public Testing::EachVectorTarget {};
 
@@ -67,5 +67,5 @@ TEST_P(SanitizeKernel, worksInPlaceAndBoundsWhatNoDeviceDelivers) {
 
 TARVANE_ON_EACH_VECTOR_TARGET(SanitizeKernel);
 
-}  // namespace
+}  // namespace SanitizeKernelTests
 }  // namespace TarvaneKit

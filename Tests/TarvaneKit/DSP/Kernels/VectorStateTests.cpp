@@ -27,7 +27,7 @@
 #include "Support/Signals.h"
 
 namespace TarvaneKit {
-namespace {
+namespace VectorStateTests {
 
 constexpr unsigned upperHalves = 1U << 2 | 1U << 6;  // of YMM0 to 15, and of ZMM0 to 15
 
@@ -130,7 +130,7 @@ TEST_P(VectorState, theUpperHalvesOfRegistersAreLeftEmpty) {
 
 TARVANE_ON_EACH_VECTOR_TARGET(VectorState);
 
-}  // namespace
+}  // namespace VectorStateTests
 }  // namespace TarvaneKit
 
 #endif  // __x86_64__

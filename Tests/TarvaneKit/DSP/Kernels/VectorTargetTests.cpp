@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace TarvaneKit {
-namespace {
+namespace VectorTargetTests {
 
 TEST(VectorTarget, theBestOneIsInUseUnlessAnotherIsChosen) {
     const auto targets = availableVectorTargets();
@@ -16,5 +16,5 @@ TEST(VectorTarget, theBestOneIsInUseUnlessAnotherIsChosen) {
     EXPECT_EQ(vectorTargetInUse().id, targets.front().id);
 }
 
-}  // namespace
+}  // namespace VectorTargetTests
 }  // namespace TarvaneKit
