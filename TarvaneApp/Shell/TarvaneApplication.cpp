@@ -37,6 +37,9 @@ TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueS
                       .openStandaloneWindow =
                           [this](StandaloneModule module) { scenes_->openModule(module); },
                       .openChannelWindow = [this](const UUID& id) { scenes_->openChannel(id); },
+                      .openHelp = [this] { scenes_->openHelp(); },
+                      .openReleaseNotes = [this] { scenes_->openReleaseNotes(); },
+                      .openAbout = [this] { scenes_->openAbout(); },
                       .quit = [] { QApplication::quit(); }})),
       export_(new LevelHistoryExport(
           {.engine = engine_, .store = store, .note = mainWindow_->note()}, mainWindow_.get())),

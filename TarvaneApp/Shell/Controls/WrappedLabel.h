@@ -6,7 +6,7 @@
 
 namespace TarvaneApp {
 
-class WrappedLabel final : public QLabel {
+class WrappedLabel : public QLabel {
     Q_OBJECT
   public:
     /// `size` in logical pixels.

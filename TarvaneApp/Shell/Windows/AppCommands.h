@@ -15,6 +15,9 @@ struct AppCommands {
     std::function<void()> showProfiles = [] {};  ///< in the settings
     std::function<void(StandaloneModule)> openStandaloneWindow = [](StandaloneModule) {};
     std::function<void(const TarvaneKit::UUID&)> openChannelWindow = [](const TarvaneKit::UUID&) {};
+    std::function<void()> openHelp = [] {};
+    std::function<void()> openReleaseNotes = [] {};
+    std::function<void()> openAbout = [] {};
     std::function<void()> quit = [] {};
 };
 

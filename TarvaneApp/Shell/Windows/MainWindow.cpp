@@ -86,6 +86,7 @@ void MainWindow::makeMenus(const AppCommands& commands) {
 
     makeProfilesMenu(commands);
     makeWindowMenu(commands);
+    makeHelpMenu(commands);
 }
 
 void MainWindow::makeProfilesMenu(const AppCommands& commands) {
@@ -118,6 +119,16 @@ void MainWindow::makeWindowMenu(const AppCommands& commands) {
             }
         }
     });
+}
+
+void MainWindow::makeHelpMenu(const AppCommands& commands) {
+    QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
+    QAction* book = help->addAction(QStringLiteral("Tarvane Help"), this, commands.openHelp);
+    book->setShortcuts({QKeySequence(QStringLiteral("Ctrl+?")), QKeySequence(Qt::Key_F1)});
+    help->addAction(QStringLiteral("What's New in Tarvane"), this, commands.openReleaseNotes);
+    help->addSeparator();
+    QAction* about = help->addAction(QStringLiteral("About Tarvane"), this, commands.openAbout);
+    about->setMenuRole(QAction::AboutRole);
 }
 
 NoteBar& MainWindow::note() {

@@ -26,6 +26,7 @@ class MainWindow final : public QMainWindow {
     void makeMenus(const AppCommands& commands);
     void makeProfilesMenu(const AppCommands& commands);
     void makeWindowMenu(const AppCommands& commands);
+    void makeHelpMenu(const AppCommands& commands);
 
     MeterEngine& engine_;
     ProfileStore& profiles_;

@@ -4,8 +4,13 @@
 #include <QShortcut>
 #include <vector>
 
+#include "Build/Maker.h"
+#include "Build/Version.h"
 #include "Core/Coding.h"
 #include "Engine/MeterEngine.h"
+#include "Shell/Help/AboutWindowView.h"
+#include "Shell/Help/HelpWindowView.h"
+#include "Shell/Help/ReleaseNotesWindowView.h"
 #include "Shell/Windows/AppTermination.h"
 #include "Shell/Windows/ChannelWindowView.h"
 #include "Shell/Windows/InFront.h"
@@ -20,6 +25,14 @@ namespace {
 
 // The channels whose windows are open, as the JSON of their identifiers.
 constexpr auto openChannelsKey = "OpenWindows.channel";
+
+QString legalLine() {
+    return QStringLiteral(
+               "© 2026 %1. Tarvane is free software under the GNU General Public License, version "
+               "3 or later (GPL-3.0-or-later). It comes with no warranty, as far as the law "
+               "permits.")
+        .arg(QString::fromUtf8(Build::maker));
+}
 
 }  // namespace
 
@@ -48,6 +61,40 @@ void WindowScenes::openChannel(const UUID& channelID) {
     });
     open(window, "channel." + channelID.text());
     storeOpenChannels();
+}
+
+void WindowScenes::openHelp() {
+    if (!bringBack<HelpWindowView>()) {
+        open(new HelpWindowView(store_, QString::fromUtf8(Build::makerSite)), "help");
+    }
+}
+
+void WindowScenes::openReleaseNotes() {
+    if (!bringBack<ReleaseNotesWindowView>()) {
+        open(new ReleaseNotesWindowView, "release-notes");
+    }
+}
+
+void WindowScenes::openAbout() {
+    if (bringBack<AboutWindowView>()) {
+        return;
+    }
+    open(new AboutWindowView({.version = QString::fromUtf8(Build::version),
+                              .legalLine = legalLine(),
+                              .makerSite = QString::fromUtf8(Build::makerSite)}),
+         "about");
+}
+
+template <class Window>
+bool WindowScenes::bringBack() const {
+    for (const QPointer<QWidget>& window : windows_) {
+        // One that was closed is there until the event loop takes it away.
+        if (auto* found = qobject_cast<Window*>(window.data()); found && found->isVisible()) {
+            bringToFront(*found);
+            return true;
+        }
+    }
+    return false;
 }
 
 void WindowScenes::restoreChannels() {

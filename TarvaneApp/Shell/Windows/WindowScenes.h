@@ -1,4 +1,5 @@
-// The windows beside the main one, opened by name: a module's, a channel's. Each is where it was
+// The windows beside the main one, opened by name: a module's, a channel's, help and what is read
+// beside it. Each is where it was
 // when the program was last used, and channel windows that were open come back. The application
 // owns them; main thread.
 #pragma once
@@ -27,11 +28,17 @@ class WindowScenes final : public QObject {
     void openModule(StandaloneModule module);
     /// A channel has one window: where it is open already, it comes to the front.
     void openChannel(const TarvaneKit::UUID& channelID);
+    /// There is one window of each: where it is open already, it comes to the front.
+    void openHelp();
+    void openReleaseNotes();
+    void openAbout();
     /// Opens the channel windows that were open when the program was last used.
     void restoreChannels();
 
   private:
     void open(QWidget* window, const std::string& frameName);
+    template <class Window>
+    bool bringBack() const;
     ChannelWindowView* channelWindow(const TarvaneKit::UUID& channelID) const;
     void storeOpenChannels();
 

@@ -1,0 +1,11 @@
+// The chapters of the help, each written in a source of its own.
+#pragma once
+
+#include "Shell/Help/HelpTopic.h"
+
+namespace TarvaneApp::HelpChapters {
+
+HelpGroup basics();
+HelpGroup reference();
+
+}  // namespace TarvaneApp::HelpChapters
