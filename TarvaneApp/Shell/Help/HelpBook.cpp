@@ -8,8 +8,8 @@ namespace TarvaneApp {
 
 const std::vector<HelpGroup>& helpGroups() {
     static const std::vector<HelpGroup> groups{
-        HelpChapters::basics(),
-        HelpChapters::reference(),
+        HelpChapters::basics(), HelpChapters::modules(),   HelpChapters::measuring(),
+        HelpChapters::setup(),  HelpChapters::reference(),
     };
     return groups;
 }

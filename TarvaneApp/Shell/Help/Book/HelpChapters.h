@@ -6,6 +6,9 @@
 namespace TarvaneApp::HelpChapters {
 
 HelpGroup basics();
+HelpGroup modules();
+HelpGroup measuring();
+HelpGroup setup();
 HelpGroup reference();
 
 }  // namespace TarvaneApp::HelpChapters

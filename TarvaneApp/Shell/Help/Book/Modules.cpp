@@ -1,0 +1,240 @@
+#include "Shell/Help/Book/HelpChapters.h"
+
+namespace TarvaneApp {
+
+namespace {
+
+using namespace HelpBlocks;
+
+HelpTopic splMeter() {
+    return {
+        "SPL Meter",
+        "speedometer",
+        "The big number: current level, with Min and Max.",
+        {
+            Paragraph{
+                "The large value is the level now, in the color of the **Traffic Light**. Under it "
+                "stands what it is, such as “SPL A Slow”, and its unit: nothing behind it means dB "
+                "SPL, “(dBFS, uncalibrated)” says that the channel isn't calibrated yet."},
+            Heading{"What it measures"},
+            Bullets{{
+                "**SPL**: the time-weighted level. **A** for what people hear and most limits at a "
+                "venue, **C** where bass counts, **Z** for everything alike. **Fast** (125 ms) "
+                "follows the music, **Slow** (1 s) is what you note down; both as IEC 61672-1 "
+                "defines them. **Infinite** averages everything since start, **None** shows each "
+                "block as it comes.",
+                "**Peak**: the highest sample of the last second, through the weighting. A limit "
+                "such as 140 dB C peak is read here, and not in **SPL**: the peak of a sine stands "
+                "3 dB above its level, that of music 10 to 20 dB.",
+                "**Leq**: the average energy over time. See **Leq**.",
+            }},
+            Paragraph{"All of them run all the time. A change of weighting shows a settled value "
+                      "at once, and can be taken back; only Min and Max start over, since they "
+                      "would be of another reading."},
+            Heading{"Unit"},
+            Paragraph{"The menu at the left of the controls switches the channel between **SPL**, "
+                      "**dBFS** and **LUFS**; **SPL** is offered once it is calibrated. LUFS turns "
+                      "the meter into a loudness meter: see **Loudness (LUFS)**."},
+            Heading{"Min, Max and clipping"},
+            Paragraph{"MIN and MAX are those of the reading shown, since start or the last **Reset "
+                      "Min/Max**. That button also clears CLIPPED and the peaks, on every channel. "
+                      "CLIP means full scale now, CLIPPED that it happened: a level from such a "
+                      "moment is too low."},
+            Heading{"Also here"},
+            Bullets{{
+                "**View > Show Level Bar in SPL Meter**: the input's peak as a bar, with a line "
+                "that holds it. The bar ends where the input clips.",
+                "**View > Show Clock Instead of SPL Meter** (**Ctrl+Shift+C**): the time of day, "
+                "large.",
+                "**F11** shows the meter on the full screen.",
+            }},
+        },
+    };
+}
+
+HelpTopic realTimeAnalyzer() {
+    return {
+        "Real-Time Analyzer",
+        "chart.bar.xaxis",
+        "The live spectrum, from full octave to 1/48 octave.",
+        {
+            Paragraph{"The analyzer shows the level per frequency band, from 20 Hz to 20 kHz. "
+                      "Point at it, or go along it with the arrow keys: the readout gives "
+                      "frequency and level there."},
+            Heading{"Set it up"},
+            Steps{{
+                "**Averaging**: **Fast** to see what happens, **Slow** to judge a balance, "
+                "**Infinite** for pink noise, until the curve stands. **None** shows every block.",
+                "Press the options button in the header. **Bands** picks the resolution: 1/3 "
+                "octave for tonal balance, 1/6 to 1/12 for equalizing, 1/24 and 1/48 to find a "
+                "narrow peak.",
+                "**View**: **Bands**, **Line**, or **Both**. The line is the spectrum itself, "
+                "every 12 Hz at 48 kHz.",
+                "**Peak hold** keeps the highest values as a line that falls by 6 dB a second. "
+                "**Reset Peak Hold** in the toolbar starts it over.",
+                "**Target curve**: hold the response against flat, or against the X-Curve of "
+                "cinemas. The slider under it moves the curve to your level, separately for SPL "
+                "and dBFS.",
+            }},
+            Heading{"What the numbers mean"},
+            Paragraph{"A band holds all energy between its edges: pink noise is a flat row of "
+                      "bars, and a bar grows by 3 dB where the bands are twice as wide. The line "
+                      "shows each frequency alone, where pink noise falls by 3 dB an octave. "
+                      "**Octave-normalized display** lifts the line to the highs by that much, so "
+                      "that it lies like the bars."},
+            Paragraph{"Band centers are steps of the fraction from 1 kHz, as in IEC 61260-1, but "
+                      "the bands are sums of FFT lines and not that standard's filters: at fine "
+                      "resolutions the lowest bands share a line, and none of it belongs in a "
+                      "class 1 report. The level that counts is the meter's."},
+            Heading{"More"},
+            Bullets{{
+                "The overlay menu lays other channels over this one: front of house against "
+                "balcony, left against right.",
+                "The dashed lines are the range of colors of the **Spectrogram**.",
+                "A loaded microphone file corrects the spectrum, also without a calibration of the "
+                "level.",
+                "Feedback that builds up is marked, with its frequency and note: see **Ring-Out "
+                "Alerts**.",
+            }},
+        },
+    };
+}
+
+HelpTopic spectrogram() {
+    return {
+        "Spectrogram",
+        "rectangle.grid.3x2",
+        "The spectrum over time, as a scrolling picture.",
+        {
+            Paragraph{"Frequency runs across, time runs down: the newest row is at the bottom, and "
+                      "the color is the level. What the analyzer shows for a moment stays here to "
+                      "be looked at: a resonance is a vertical stripe that hangs on, feedback a "
+                      "thin one that brightens, a clap a horizontal line, hum a comb at 50 or 60 "
+                      "Hz and its multiples."},
+            Heading{"Set the colors to your level"},
+            Steps{{
+                "Play the program at show level.",
+                "Lower **Ceiling** until only the loudest parts reach the top color.",
+                "Raise **Floor** until the noise of the room is nearly black. What lies between "
+                "the two gets all the colors.",
+            }},
+            Paragraph{"Both are kept separately for SPL and dBFS, and are the dashed lines in the "
+                      "**Real-Time Analyzer**."},
+            Heading{"Set the pace"},
+            Bullets{{
+                "**Speed**: to the right the picture moves faster and spans less time, from 6 "
+                "seconds down to half a second.",
+                "**Slice Height**: taller slices are easier to read from afar. Fewer of them fit, "
+                "so the picture spans less time.",
+            }},
+            Paragraph{"In a narrow window the four sliders are behind one button in the header."},
+            Heading{"Look back"},
+            Paragraph{
+                "Drag the picture down, or press **Up** and **Page Up**: the last two minutes are "
+                "kept. The badge then says HISTORY. The picture goes on moving, that much later; "
+                "**P** holds it still. Double-click, click the badge, or press **Esc** for LIVE."},
+            Heading{"Your own colors"},
+            Paragraph{"**Preferences > Display** has the ramp: a slider for where each color "
+                      "begins, **Add Color**, and **Reset to Default**. A ramp for a dark room or "
+                      "for people who see red and green alike can be kept under a name with **Save "
+                      "Current as Preset**."},
+            Tip{"For low bass give it time: below 100 Hz the picture needs a sixth of a second to "
+                "tell neighboring tones apart. With **Octave-normalized display** pink noise has "
+                "one color from left to right."},
+        },
+    };
+}
+
+HelpTopic levelHistory() {
+    return {
+        "Level History",
+        "chart.xyaxis.line",
+        "The whole session graphed, with the loudest and quietest moments.",
+        {
+            Paragraph{"From start to stop every reading of every channel is kept, ten times a "
+                      "second, whichever is on screen. So you can decide afterwards: switch the "
+                      "meter from A to C, and the history of the whole evening is in C. After four "
+                      "hours the points grow longer, and keep their highest and lowest value."},
+            Heading{"Find a moment"},
+            Steps{{
+                "Press **MAX** or **MIN** in the header: the graph goes to the loudest or the "
+                "quietest moment of the session.",
+                "Point at the graph: the readout gives the time in the session, the time of day, "
+                "and the level.",
+                "Turn the wheel, or pinch, to zoom in at the pointer, down to ten seconds. Drag to "
+                "go through time.",
+                "Double-click, or press **Esc**, to return to the range of the picker at the "
+                "right: **Session**, **Last 1 min**, **Last 5 min**, **Last 15 min**.",
+            }},
+            Heading{"Which channel"},
+            Paragraph{"With several channels the header has a picker: **Follow SPL Meter**, or a "
+                      "channel that stays whatever the meter shows. The overlay menu lays the "
+                      "history of other channels over it. On a channel in LUFS the graph shows "
+                      "short-term loudness; **Momentary** draws the faster reading over it."},
+            Heading{"What the graph says"},
+            Bullets{{
+                "Colors are those of the **Traffic Light**. Two small triangles mark the maximum "
+                "and the minimum.",
+                "A hole means that nothing was measured: a pause, a device that was lost, a "
+                "computer that slept. Lost audio is marked at its moment.",
+                "The first three seconds count for no minimum, while the detectors settle.",
+                "Calibrate before you start: what was recorded before a calibration keeps its old "
+                "scale.",
+            }},
+            Tip{"A session ends with the next start, which clears it. Export it before: see "
+                "**Exporting Reports**. To take a break, use **P**."},
+        },
+    };
+}
+
+HelpTopic exportingReports() {
+    return {
+        "Exporting Reports",
+        "square.and.arrow.up",
+        "Save a session as a PDF report, an image or text.",
+        {
+            Steps{{
+                "Press the export button in the header of **Level History**, or choose **File > "
+                "Export Level History…** (**Ctrl+Shift+E**). It works while metering goes on: the "
+                "report then ends at this moment and says so.",
+                "Choose the **Format**: **PDF Report**, **PNG Image** or **Summary Text**.",
+                "With several channels, tick those that you want. The PDF gets a page for each, "
+                "the image stacks them.",
+                "Choose folder and name, and save. The note at the foot of the window opens the "
+                "file, or shows it in the file manager.",
+            }},
+            Heading{"What is in it"},
+            Bullets{{
+                "When the session began, how long it was, and how much of it was paused.",
+                "The input, and how it is calibrated. An uncalibrated channel is reported in dBFS, "
+                "and says that it is.",
+                "Session Leq in A, C and Z, and the loudest and quietest moment with the time of "
+                "day. A loudness channel has Integrated, Loudness Range and True Peak Max in their "
+                "place.",
+                "L10 / L50 / L90: the levels that were exceeded for 10, 50 and 90 percent of the "
+                "time. L90 is near the background, L10 near the loud parts.",
+                "How long each threshold of the **Traffic Light** was reached, in minutes and in "
+                "percent.",
+                "The graph of the whole session, in the PDF and in the image.",
+            }},
+            Paragraph{"The report shows the reading that the channel's meter shows. For a limit in "
+                      "dB A, have **A** chosen on the meter before you export; the whole session "
+                      "is recalculated, as every weighting was recorded."},
+            Heading{"What it is good for"},
+            Paragraph{"It is an honest record of a show. Where a law or a contract asks for a "
+                      "class 1 measurement, microphone, calibrator and meter need their "
+                      "certificates, which no program can give."},
+            Tip{"The next start clears the session. Without one there is nothing to export: "
+                "“There's no level history to export yet. Press Start to record a session.”"},
+        },
+    };
+}
+
+}  // namespace
+
+HelpGroup HelpChapters::modules() {
+    return {"Modules",
+            {splMeter(), realTimeAnalyzer(), spectrogram(), levelHistory(), exportingReports()}};
+}
+
+}  // namespace TarvaneApp
