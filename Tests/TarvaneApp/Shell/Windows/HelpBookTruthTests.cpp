@@ -1,0 +1,143 @@
+// What the help says of keys, menus and controls is what the program has.
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTest>
+
+#include "Shell/ChannelControls/RTAOptionsView.h"
+#include "Shell/Forms/FoldingGroup.h"
+#include "Shell/Help/HelpBook.h"
+#include "Shell/Help/Prose.h"
+#include "Shell/Panels/SpectrogramControls.h"
+#include "Shell/Preferences/PreferencesWindow.h"
+#include "Shell/Windows/ChannelWindowLayoutControls.h"
+#include "Shell/Windows/ChannelWindowView.h"
+#include "Shell/Windows/ExportOptions.h"
+#include "TarvaneApp/Shell/Help/ProgramLabels.h"
+#include "TarvaneApp/Shell/Windows/ApplicationFixture.h"
+
+namespace TarvaneApp {
+namespace {
+
+using TarvaneKit::UUID;
+
+class HelpBookTruthTests : public TarvaneTests::ApplicationFixture {
+  protected:
+    HelpBookTruthTests() : ApplicationFixture({.id = 41, .uid = "desk", .name = "Desk"}) {}
+
+    static PreferencesWindow& settingsWindow() {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (auto* window = qobject_cast<PreferencesWindow*>(widget)) {
+                return *window;
+            }
+        }
+        throw std::logic_error("there is no settings window");
+    }
+    static QStringList boldWords(const HelpTopic& topic) {
+        QStringList words;
+        for (const HelpBlock& block : topic.blocks) {
+            for (const std::string& text : textsOf(block)) {
+                for (const ProseRun& run : prose(text)) {
+                    if (run.isBold) {
+                        words << run.text;
+                    }
+                }
+            }
+        }
+        return words;
+    }
+    /// The keys that the topic of shortcuts names, one by one.
+    static QStringList keysInTheBook() {
+        QStringList keys;
+        for (const HelpBlock& block : helpTopic("Keyboard Shortcuts")->blocks) {
+            if (const auto* table = std::get_if<HelpBlocks::Shortcuts>(&block)) {
+                for (const HelpBlocks::Shortcut& row : table->rows) {
+                    const QString both = QString::fromStdString(row.keys).replace(" or ", ", ");
+                    keys << both.split(", ");
+                }
+            }
+        }
+        return keys;
+    }
+    static void saveProfile() {
+        for (auto* field : settingsWindow().findChildren<QLineEdit*>()) {
+            if (field->accessibleName() == "Profile name") {
+                QTest::keyClicks(field, "Hall");
+            }
+        }
+        for (auto* button : settingsWindow().findChildren<QPushButton*>()) {
+            if (button->text() == "Save") {
+                button->click();
+            }
+        }
+        settle();
+    }
+    /// Everything that can be seen in the present state.
+    void readAll() {
+        const UUID channel = engine().extraChannels().back().id;
+        for (FoldingGroup* group : settingsWindow().findChildren<FoldingGroup*>()) {
+            group->setExpanded(true);
+        }
+        ChannelWindowView channelWindow(engine(), channel);
+        ChannelWindowLayoutControls layout(engine(), channel);
+        RTAOptionsView options(engine(), channel);
+        SpectrogramControls spectrogram(engine(), channel, Qt::Vertical);
+        QFileDialog panel;
+        ExportOptions exportOptions(panel, engine().channelInfos(), {channel}, nullptr);
+        settle();
+        for (QWidget* window :
+             std::initializer_list<QWidget*>{&channelWindow, &layout, &options, &spectrogram,
+                                             &exportOptions, &theMainWindow(), &settingsWindow()}) {
+            program.read(*window);
+        }
+    }
+
+    TarvaneTests::ProgramLabels program;
+};
+
+TEST_F(HelpBookTruthTests, theBookHasEveryShortcutOfTheMenus) {
+    const QStringList keys = keysInTheBook();
+    ASSERT_FALSE(theMainWindow().keyedActions().isEmpty());
+    for (const QAction* action : theMainWindow().keyedActions()) {
+        for (const QKeySequence& shortcut : action->shortcuts()) {
+            EXPECT_TRUE(keys.contains(shortcut.toString())) << shortcut.toString().toStdString();
+        }
+    }
+}
+
+TEST_F(HelpBookTruthTests, whatTheBookPrintsBoldIsATopicAKeyOrOnTheScreen) {
+    application->showSettings();
+    engine().addChannel();
+    engine().selectedDeviceUID.set("gone");
+    readAll();
+    application->showProfiles();
+    saveProfile();
+    readAll();
+    engine().selectedDeviceUID.set(std::nullopt);
+    engine().start();
+    while (engine().isStarting()) {
+        settle();
+    }
+    engine().mainInputMeasuresLoudness.set(true);
+    readAll();
+    engine().pause();
+    readAll();
+    engine().stop();
+    program.readMenus(*theMainWindow().menuBar());
+    const QStringList keys = keysInTheBook();
+    for (const HelpTopic& topic : allHelpTopics()) {
+        for (const QString& words : boldWords(topic)) {
+            EXPECT_TRUE(helpTopic(words.toStdString()) != nullptr || keys.contains(words) ||
+                        program.has(words))
+                << topic.title << ": " << words.toStdString();
+        }
+    }
+}
+
+}  // namespace
+}  // namespace TarvaneApp
