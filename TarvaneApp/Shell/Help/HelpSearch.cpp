@@ -21,9 +21,18 @@ QString wholeText(const HelpTopic& topic) {
     return texts.join(u'\n');
 }
 
+// "gain" is no part of "again", but "cali" begins "calibration".
+bool hasWord(const QString& text, const QString& beginning) {
+    const bool isWord = beginning.front().isLetterOrNumber();
+    qsizetype at = text.indexOf(beginning, 0, Qt::CaseInsensitive);
+    while (at > 0 && isWord && text[at - 1].isLetterOrNumber()) {
+        at = text.indexOf(beginning, at + 1, Qt::CaseInsensitive);
+    }
+    return at >= 0;
+}
+
 bool hasAll(const QString& text, const QStringList& words) {
-    return std::ranges::all_of(
-        words, [&text](const QString& word) { return text.contains(word, Qt::CaseInsensitive); });
+    return std::ranges::all_of(words, [&text](const QString& word) { return hasWord(text, word); });
 }
 
 }  // namespace

@@ -8,9 +8,8 @@
 
 namespace TarvaneApp {
 
-/// The topics that hold every word of `query` as a part of their text, in upper or lower case:
-/// first those that have them all in the title, each in the order of the book. All topics, if it is
-/// blank.
+/// The topics with words that begin like each word of `query`, in upper or lower case: first those
+/// that have them all in the title, each in the order of the book. All topics, if it is blank.
 std::vector<const HelpTopic*> helpTopicsWith(const QString& query);
 
 }  // namespace TarvaneApp

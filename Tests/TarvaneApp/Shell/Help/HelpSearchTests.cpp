@@ -12,6 +12,7 @@ namespace {
 
 using testing::Contains;
 using testing::IsEmpty;
+using testing::Not;
 
 std::vector<std::string> found(const char* query) {
     std::vector<std::string> titles;
@@ -47,6 +48,14 @@ TEST(HelpSearchTests, boldWordsAreFoundWithTheWordsAroundThem) {
     // "choose the **Device**, and": the marks are no part of the text.
     EXPECT_THAT(found("device, and"), Contains("Getting Started"));
     EXPECT_THAT(found("**"), IsEmpty());
+}
+
+TEST(HelpSearchTests, aWordIsFoundByItsBeginning) {
+    EXPECT_EQ(found("troublesh").front(), "Troubleshooting");
+    EXPECT_THAT(found("shooting"), Not(Contains("Troubleshooting")));
+    EXPECT_THAT(found("indow"), IsEmpty());
+    // "again" stands in this topic.
+    EXPECT_THAT(found("gain"), Not(Contains("Keyboard Shortcuts")));
 }
 
 TEST(HelpSearchTests, allWordsMustBeThere) {
