@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QTabBar>
@@ -21,6 +22,10 @@
 #include "Shell/Controls/IconButton.h"
 #include "Shell/Controls/IconMenuButton.h"
 #include "Shell/Controls/PopoverPresentationState.h"
+#include "Shell/Help/AboutWindowView.h"
+#include "Shell/Help/HelpBook.h"
+#include "Shell/Help/HelpWindowView.h"
+#include "Shell/Help/ReleaseNotesWindowView.h"
 #include "Shell/Panels/LevelHistoryChannelMenu.h"
 #include "Shell/Panels/LevelHistoryPanelView.h"
 #include "Shell/Panels/RTAOverlayMenu.h"
@@ -528,13 +533,62 @@ void shootAudio(Stage& stage) {
     stage.engine.calibration.set({});
 }
 
+// The help at several topics and sizes, with its search, what is new, and About.
+void shootHelp(Stage& stage) {
+    using namespace TarvaneApp;
+    const QString site = QStringLiteral("https://example.org/tarvane");
+    HelpWindowView help(stage.store, site);
+    help.setAttribute(Qt::WA_DeleteOnClose, false);
+    help.show();
+    for (const HelpTopic& topic : allHelpTopics()) {
+        help.resize(920, 1500);
+        help.navigation().selection.set(topic.title);
+        stage.shoot(
+            QStringLiteral("help-") + QString::fromStdString(topic.title).replace(u' ', u'-'),
+            help);
+    }
+    for (const char* title : {"Getting Started", "Keyboard Shortcuts"}) {
+        help.navigation().selection.set(title);
+        for (const QSize size : {QSize(640, 420), QSize(920, 680), QSize(1600, 900)}) {
+            help.resize(size);
+            stage.shoot(QStringLiteral("help-%1-%2").arg(QLatin1String(title)).arg(size.width()),
+                        help);
+        }
+    }
+    help.resize(920, 680);
+    help.activateWindow();
+    auto& search = *help.findChild<QLineEdit*>();
+    search.setFocus();
+    QTest::keyClicks(&search, QStringLiteral("gain"));
+    stage.shoot(QStringLiteral("help-search"), help);
+    QTest::keyClick(&search, Qt::Key_Tab);
+    QTest::keyClick(help.focusWidget(), Qt::Key_Tab);
+    stage.shoot(QStringLiteral("help-focus-page"), help);
+    search.setText(QStringLiteral("cheese"));
+    help.navigation().selection.set(std::nullopt);
+    stage.shoot(QStringLiteral("help-nothing"), help);
+    ReleaseNotesWindowView notes;
+    notes.setAttribute(Qt::WA_DeleteOnClose, false);
+    notes.show();
+    for (const QSize size : {QSize(420, 360), QSize(620, 1100), QSize(1400, 700)}) {
+        notes.resize(size);
+        stage.shoot(QStringLiteral("help-release-notes-%1").arg(size.width()), notes);
+    }
+    AboutWindowView about({.version = QStringLiteral("1.3.1"),
+                           .legalLine = legalLine(QStringLiteral("The Tarvane developers")),
+                           .makerSite = site});
+    about.setAttribute(Qt::WA_DeleteOnClose, false);
+    about.show();
+    stage.shoot(QStringLiteral("help-about"), about);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     if (argc < 2) {
-        std::cerr
-            << "usage: TarvaneWindowPictures <folder> [main|windows|panels|preferences|audio…]\n";
+        std::cerr << "usage: TarvaneWindowPictures <folder> "
+                     "[main|windows|panels|preferences|audio|help…]\n";
         return 2;
     }
     const QStringList sets = QApplication::arguments().mid(2);
@@ -545,7 +599,7 @@ int main(int argc, char** argv) {
     for (const auto& [name, shoot] :
          {std::pair("main", &shootAll), std::pair("windows", &shootWindows),
           std::pair("panels", &shootPanels), std::pair("preferences", &shootPreferences),
-          std::pair("audio", &shootAudio)}) {
+          std::pair("audio", &shootAudio), std::pair("help", &shootHelp)}) {
         if (sets.isEmpty() || sets.contains(QLatin1String(name))) {
             shoot(stage);
         }

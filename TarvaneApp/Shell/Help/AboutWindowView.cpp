@@ -26,6 +26,14 @@ void addLine(QVBoxLayout& column, WrappedLabel* line) {
 
 }  // namespace
 
+QString legalLine(const QString& maker) {
+    return QStringLiteral(
+               "© 2026 %1. Tarvane is free software under the GNU General Public License, version "
+               "3 or later (GPL-3.0-or-later). It comes with no warranty, as far as the law "
+               "permits.")
+        .arg(maker);
+}
+
 AboutWindowView::AboutWindowView(const Environment& environment) : QWidget(nullptr, Qt::Window) {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowRole(QStringLiteral("about"));

@@ -2,9 +2,13 @@
 // WindowScenes opens it; main thread.
 #pragma once
 
+#include <QString>
 #include <QWidget>
 
 namespace TarvaneApp {
+
+/// Who made the program, and on what terms it may be passed on.
+QString legalLine(const QString& maker);
 
 class AboutWindowView final : public QWidget {
     Q_OBJECT

@@ -16,6 +16,10 @@ namespace {
 constexpr int buttonHeight = 48;
 constexpr int smallestWidth = 120;
 constexpr int padding = 12;
+
+// An advance is a whole number, the text that is drawn may be a little wider.
+constexpr int rounding = 2;
+
 constexpr int chevronRoom = padding + Theme::Symbol::chevron + padding;
 
 QFont titleFont() {
@@ -38,7 +42,7 @@ QString HelpPageButton::caption() const {
 }
 
 QSize HelpPageButton::sizeHint() const {
-    return {QFontMetrics(titleFont()).horizontalAdvance(title_) + chevronRoom + padding,
+    return {QFontMetrics(titleFont()).horizontalAdvance(title_) + rounding + chevronRoom + padding,
             buttonHeight};
 }
 

@@ -44,7 +44,11 @@ HelpSidebar::HelpSidebar(HelpNavigation& navigation, QWidget* parent)
     head->addWidget(search_);
     head->addWidget(nothing_);
     column->addLayout(head);
-    column->addWidget(list_, 1);
+    auto* rows = new QVBoxLayout;
+    rows->setContentsMargins(Theme::Space::row, 0, Theme::Space::label, 0);
+    rows->addWidget(list_);
+    column->addLayout(rows, 1);
+    setFocusProxy(list_);
 
     search_->setPlaceholderText(QStringLiteral("Search"));
     search_->setAccessibleName(QStringLiteral("Search the help"));

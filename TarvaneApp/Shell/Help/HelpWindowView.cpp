@@ -58,6 +58,7 @@ HelpWindowView::HelpWindowView(KeyValueStore& store, QString makerSite)
     navigation_.selection.set(helpTopic(lastRead) != nullptr ? lastRead
                                                              : allHelpTopics().front().title);
     follow(navigation_.selection, this, [this] { showTopic(); });
+    sidebar_->setFocus();
 }
 
 // Each topic is a page of its own, so that it is read from its top.

@@ -15,13 +15,14 @@ namespace TarvaneApp {
 namespace {
 
 // A line of more letters makes the eye lose its way back.
-constexpr int lettersInLine = 72;
+constexpr int lettersInLine = 70;
 
 constexpr int margin = 28;
 
-// Lower-case English text, of which a line's width is told.
+// By a text as the pages have it.
 int widthOfLine() {
-    const QString sample = QStringLiteral("the level at your mic is set against its own target");
+    const QString sample =
+        QStringLiteral("It says how much signal there is, and nothing yet about sound.");
     const QFontMetrics metrics(Typeface::installed().systemFont(HelpLook::bodySize));
     return metrics.horizontalAdvance(sample) * lettersInLine / static_cast<int>(sample.size());
 }

@@ -79,8 +79,11 @@ void ReleaseNotesWindowView::addNote(QVBoxLayout& column, const ReleaseNote& not
     version->setMinimumWidth(version->fontMetrics().horizontalAdvance(version->text()));
     version->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     head->addWidget(version);
-    head->addWidget(makeTextLabel(utf8Text(note.date), Theme::Text::body, Theme::axisText, nullptr),
-                    0, Qt::AlignBottom);
+    auto* date = makeTextLabel(utf8Text(note.date), Theme::Text::body, Theme::axisText, nullptr);
+    // On the base line of the version.
+    date->setContentsMargins(0, 0, 0,
+                             version->fontMetrics().descent() - date->fontMetrics().descent());
+    head->addWidget(date, 0, Qt::AlignBottom);
     if (isNewest) {
         head->addWidget(new Badge(QStringLiteral("LATEST"), nullptr), 0, Qt::AlignVCenter);
     }

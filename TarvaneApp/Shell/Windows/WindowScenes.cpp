@@ -26,14 +26,6 @@ namespace {
 // The channels whose windows are open, as the JSON of their identifiers.
 constexpr auto openChannelsKey = "OpenWindows.channel";
 
-QString legalLine() {
-    return QStringLiteral(
-               "© 2026 %1. Tarvane is free software under the GNU General Public License, version "
-               "3 or later (GPL-3.0-or-later). It comes with no warranty, as far as the law "
-               "permits.")
-        .arg(QString::fromUtf8(Build::maker));
-}
-
 }  // namespace
 
 WindowScenes::WindowScenes(MeterEngine& engine, KeyValueStore& store, QList<QAction*> actions)
@@ -80,7 +72,7 @@ void WindowScenes::openAbout() {
         return;
     }
     open(new AboutWindowView({.version = QString::fromUtf8(Build::version),
-                              .legalLine = legalLine(),
+                              .legalLine = legalLine(QString::fromUtf8(Build::maker)),
                               .makerSite = QString::fromUtf8(Build::makerSite)}),
          "about");
 }
