@@ -219,6 +219,18 @@ def a_device_is_chosen_in_preferences(desk):
     expect("tarvane.other" in desk.settings_file().read_text(), "the device isn't stored")
 
 
+@test
+def the_help_opens_by_its_key_and_a_search_leads_to_a_topic(desk):
+    program = desk.launch()
+    program.key("ctrl+question")
+    program.wait_for("Getting Started", "heading")
+    desk.xdotool("search", "--sync", "--name", "^Tarvane Help$", "windowactivate", "--sync")
+    desk.xdotool("key", "ctrl+f")
+    desk.xdotool("type", "pistonphone")
+    desk.xdotool("key", "Return")
+    program.wait_for("Calibration", "heading")
+
+
 # What a measurement microphone's maker sends with it, of one with a flat response.
 MIC_FILE = '"Sens Factor =-30dB, SERNO: 7000123"\n20 0.0\n20000 0.0\n'
 
