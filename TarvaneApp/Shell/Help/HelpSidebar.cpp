@@ -4,9 +4,13 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPainter>
 #include <QSignalBlocker>
+#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 
+#include "Displays/FocusRing.h"
+#include "Displays/Plate.h"
 #include "Displays/RawText.h"
 #include "Displays/Theme.h"
 #include "Shell/Controls/Icon.h"
@@ -23,6 +27,28 @@ namespace {
 
 constexpr int rowHeight = 28;
 constexpr int headingHeight = 34;
+
+// The topic that is shown lies on a plate, as a chosen tab does, and has a ring with the focus.
+class RowDelegate final : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        const bool isSelected = (option.state & QStyle::State_Selected) != 0;
+        if (isSelected) {
+            painter->save();
+            paintPlate(*painter, option.rect, Theme::Radius::control, Theme::gridLineStrong);
+            painter->restore();
+        }
+        QStyleOptionViewItem plain = option;
+        plain.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus | QStyle::State_MouseOver);
+        QStyledItemDelegate::paint(painter, plain, index);
+        if (isSelected && (option.state & QStyle::State_HasFocus) != 0) {
+            paintFocusRing(*painter, option.rect, Theme::Radius::control - 1.0);
+        }
+    }
+};
 
 }  // namespace
 
@@ -64,12 +90,12 @@ HelpSidebar::HelpSidebar(HelpNavigation& navigation, QWidget* parent)
 
     list_->setAccessibleName(QStringLiteral("Topics"));
     list_->setFrameShape(QFrame::NoFrame);
+    list_->setItemDelegate(new RowDelegate(list_));
     list_->setIconSize(QSize(Theme::Symbol::toolbar, Theme::Symbol::toolbar));
     list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     QPalette colors = list_->palette();
     colors.setColor(QPalette::Base, Theme::panelBackground);
-    colors.setColor(QPalette::Highlight, Theme::gridLineStrong);
     list_->setPalette(colors);
     connect(list_, &QListWidget::itemSelectionChanged, this, [this] { select(); });
     showTopics();
