@@ -99,7 +99,7 @@ HelpTopic microphonePermissions() {
             Paragraph{
                 "On Linux nobody asks: a program that reaches the PipeWire audio server may use "
                 "its inputs and listen to its output. There is no dialog to confirm, and Tarvane "
-                "needs no permission of its own, for the microphone or for System Output."},
+                "needs no permission of its own, neither for a microphone nor for System Output."},
             Heading{"When no input is there"},
             Bullets{{
                 "PipeWire isn't running. Tarvane says so when you press start. PipeWire runs in "

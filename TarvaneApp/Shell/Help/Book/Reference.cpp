@@ -37,7 +37,7 @@ HelpTopic keyboardShortcuts() {
                  "Press the button that has the focus, or open its menu; Space stays start and "
                  "stop"},
                 {"Ctrl+W", "Close the window; not the main one"},
-                {"Esc", "Close the settings, or a popover"},
+                {"Esc", "Close the settings, About, what is new, or a popover"},
                 {"Ctrl+Tab, Ctrl+Shift+Tab",
                  "In the settings: the next or the previous tab, also with Ctrl+Page Down and "
                  "Ctrl+Page Up"},

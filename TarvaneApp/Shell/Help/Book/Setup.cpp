@@ -160,7 +160,7 @@ HelpTopic channelWindows() {
             }},
             Paragraph{"Both menus are there once there is a channel beside the main input. A "
                       "channel has one window: opened again, it comes to the front. Windows that "
-                      "are open when you quit come back where they were."},
+                      "are open when you quit open again with the next start."},
             Heading{"Arrange it"},
             Steps{{
                 "Press the layout button at the right of its header.",
@@ -227,9 +227,10 @@ HelpTopic windowLayout() {
                 "other one back.",
             }},
             Heading{"What comes back"},
-            Paragraph{"Placements and windows return when Tarvane starts again, on the screens "
-                      "where they were; a window whose screen is gone moves onto one that is "
-                      "there. A profile carries the arrangement, but no places on the screen."},
+            Paragraph{"Placements and windows return when Tarvane starts again, where they were; a "
+                      "window whose screen is gone moves onto one that is there. Under Wayland the "
+                      "desktop chooses the place, and only sizes return. A profile carries the "
+                      "arrangement, but no places on the screen."},
             Tip{"Three that work: SPL meter and history alone on a small laptop; the meter in a "
                 "window of its own, large, on the screen that faces the mixing position; stacked "
                 "graphs for ringing out, where a tone in the analyzer stands straight above its "
