@@ -20,10 +20,10 @@ const std::vector<ReleaseNote>& releaseNotes() {
           "Color ramps of the spectrogram can be edited, and saved as presets."}},
         {"1.2.0",
          "October 3, 2026",
-         {"**Program loudness** in LUFS after ITU-R BS.1770 and EBU R128: momentary, short-term, "
+         {"Program loudness in LUFS after ITU-R BS.1770 and EBU R128: momentary, short-term, "
           "integrated, loudness range and true peak, against a target of your choice.",
           "**Level History**: the whole session as a graph, with its loudest and quietest moments.",
-          "**System Output** measures what the computer is playing; digital feeds read in dBFS or "
+          "System Output measures what the computer is playing; digital feeds read in dBFS or "
           "LUFS and need no calibration."}},
         {"1.1.1",
          "September 30, 2026",
@@ -35,7 +35,7 @@ const std::vector<ReleaseNote>& releaseNotes() {
          "September 30, 2026",
          {"**Channels**: any number of inputs on any devices at the same time, each with its own "
           "calibration, color and display.",
-          "**Stereo pairs** read two inputs as one source, with L and R beside the combined level.",
+          "**Stereo Pairs** read two inputs as one source, with L and R beside the combined level.",
           "Every module can have a window of its own, and every channel one with all its modules.",
           "Other channels can be laid over the analyzer."}},
         {"1.0.0",

@@ -18,6 +18,9 @@ HelpTopic keyboardShortcuts() {
             Shortcuts{{
                 {"Space", "Start or stop; while a device opens, cancel"},
                 {"P", "Pause without clearing, or resume"},
+                {"Enter",
+                 "Press the button that has the focus, or open its menu: Space would start and "
+                 "stop"},
             }},
             Heading{"Menus"},
             Paragraph{"In every window:"},
@@ -33,9 +36,8 @@ HelpTopic keyboardShortcuts() {
             Heading{"Moving around"},
             Shortcuts{{
                 {"Tab, Shift+Tab", "The next or the previous control or graph"},
-                {"Enter",
-                 "Press the button that has the focus, or open its menu; Space stays start and "
-                 "stop"},
+                {"Arrow keys", "Within a row of choices, a list or a slider"},
+                {"Alt+F, Alt+V, Alt+P, Alt+W, Alt+H", "Open a menu of the main window"},
                 {"Ctrl+W", "Close the window; not the main one"},
                 {"Esc", "Close the settings, About, what is new, or a popover"},
                 {"Ctrl+Tab, Ctrl+Shift+Tab",

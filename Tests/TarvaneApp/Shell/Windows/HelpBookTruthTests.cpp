@@ -13,6 +13,7 @@
 #include "Shell/Forms/FoldingGroup.h"
 #include "Shell/Help/HelpBook.h"
 #include "Shell/Help/Prose.h"
+#include "Shell/Help/ReleaseNote.h"
 #include "Shell/Panels/SpectrogramControls.h"
 #include "Shell/Preferences/PreferencesWindow.h"
 #include "Shell/Windows/ChannelWindowLayoutControls.h"
@@ -38,14 +39,12 @@ class HelpBookTruthTests : public TarvaneTests::ApplicationFixture {
         }
         throw std::logic_error("there is no settings window");
     }
-    static QStringList boldWords(const HelpTopic& topic) {
+    static QStringList boldWords(const std::vector<std::string>& texts) {
         QStringList words;
-        for (const HelpBlock& block : topic.blocks) {
-            for (const std::string& text : textsOf(block)) {
-                for (const ProseRun& run : prose(text)) {
-                    if (run.isBold) {
-                        words << run.text;
-                    }
+        for (const std::string& text : texts) {
+            for (const ProseRun& run : prose(text)) {
+                if (run.isBold) {
+                    words << run.text;
                 }
             }
         }
@@ -110,6 +109,14 @@ TEST_F(HelpBookTruthTests, theBookHasEveryShortcutOfTheMenus) {
     }
 }
 
+TEST_F(HelpBookTruthTests, theBookHasTheLetterOfEveryMenu) {
+    const QStringList keys = keysInTheBook();
+    for (const QAction* menu : theMainWindow().menuBar()->actions()) {
+        const QString key = QKeySequence::mnemonic(menu->text()).toString();
+        EXPECT_TRUE(keys.contains(key)) << key.toStdString();
+    }
+}
+
 TEST_F(HelpBookTruthTests, whatTheBookPrintsBoldIsATopicAKeyOrOnTheScreen) {
     application->showSettings();
     engine().addChannel();
@@ -130,12 +137,20 @@ TEST_F(HelpBookTruthTests, whatTheBookPrintsBoldIsATopicAKeyOrOnTheScreen) {
     engine().stop();
     program.readMenus(*theMainWindow().menuBar());
     const QStringList keys = keysInTheBook();
-    for (const HelpTopic& topic : allHelpTopics()) {
-        for (const QString& words : boldWords(topic)) {
+    const auto lookUp = [&](const std::string& where, const std::vector<std::string>& texts) {
+        for (const QString& words : boldWords(texts)) {
             EXPECT_TRUE(helpTopic(words.toStdString()) != nullptr || keys.contains(words) ||
                         program.has(words))
-                << topic.title << ": " << words.toStdString();
+                << where << ": " << words.toStdString();
         }
+    };
+    for (const HelpTopic& topic : allHelpTopics()) {
+        for (const HelpBlock& block : topic.blocks) {
+            lookUp(topic.title, textsOf(block));
+        }
+    }
+    for (const ReleaseNote& note : releaseNotes()) {
+        lookUp(note.version, note.highlights);
     }
 }
 

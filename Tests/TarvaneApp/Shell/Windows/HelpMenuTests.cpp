@@ -5,9 +5,12 @@
 #include <QApplication>
 #include <QMenuBar>
 
+#include "Build/Maker.h"
+#include "Build/Version.h"
 #include "Shell/Help/AboutWindowView.h"
 #include "Shell/Help/HelpWindowView.h"
 #include "Shell/Help/ReleaseNotesWindowView.h"
+#include "TarvaneApp/Shell/Help/ReadTexts.h"
 #include "TarvaneApp/Shell/Windows/ApplicationFixture.h"
 
 namespace TarvaneApp {
@@ -71,6 +74,14 @@ TEST_F(HelpMenuTests, theMenuOpensOneWindowOfEach) {
 TEST_F(HelpMenuTests, helpHasTheKeysThatUsersKnow) {
     EXPECT_EQ(item("Tarvane Help").shortcuts(),
               (QList<QKeySequence>{QKeySequence("Ctrl+?"), QKeySequence(Qt::Key_F1)}));
+}
+
+TEST_F(HelpMenuTests, aboutTellsTheVersionThatIsBuiltAndItsTerms) {
+    item("About Tarvane").trigger();
+    const QStringList texts = TarvaneTests::readTexts(*windows<AboutWindowView>()[0]);
+    EXPECT_TRUE(texts.contains(QString("Version ") + Build::version));
+    EXPECT_TRUE(texts.join(u'\n').contains("GPL-3.0-or-later"));
+    EXPECT_TRUE(texts.join(u'\n').contains(Build::maker));
 }
 
 TEST_F(HelpMenuTests, theHelpComesBackWhereItWas) {
