@@ -15,7 +15,7 @@ HelpTopic gettingStarted() {
             Steps{{
                 "Plug in the measurement microphone or the interface. An interface with phantom "
                 "power: switch it on for the mic, then wait a few seconds.",
-                "Open **File > Settings…** (**Ctrl+,**) and stay in the tab **Audio**. Under "
+                "Open **File > Settings…** (**Ctrl+,**) and there the tab **Audio**. Under "
                 "**Main Input** choose the **Device**, and under **Input** the socket that the mic "
                 "is on.",
                 "Press **Space**, or the round start button at the top left. The level appears, "

@@ -69,7 +69,8 @@ HelpTopic inputGainAndClipping() {
                 "Open **Preferences > Audio** and unfold the channel. Under **Input Gain** watch "
                 "**Input level**, which shows peaks.",
                 "Make the loudest sound of the show, or leave 20 dB above what you have now.",
-                "Move **Input gain** until the peaks stay below −10. If there is no slider, use "
+                "Move **Input gain** until the peaks stay below −10 dBFS. If there is no slider, "
+                "use "
                 "the knob of the interface.",
                 "Press **Reset Min/Max** on the meter. If CLIPPED comes back, take off more.",
             }},
@@ -166,7 +167,7 @@ HelpTopic loudness() {
             }},
             Heading{"The readings"},
             Bullets{{
-                "Momentary: the last 400 ms. For faders.",
+                "Momentary: the last 400 ms (EBU Tech 3341). For faders.",
                 "Short-Term: the last 3 seconds. For the flow of a program.",
                 "Integrated: since start or reset. Silence is left out below −70 LUFS, and so is "
                 "what lies 10 LU below the rest. This is what is delivered.",

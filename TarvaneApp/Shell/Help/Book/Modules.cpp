@@ -64,7 +64,7 @@ HelpTopic realTimeAnalyzer() {
             Heading{"Set it up"},
             Steps{{
                 "**Averaging**: **Fast** to see what happens, **Slow** to judge a balance, "
-                "**Infinite** for pink noise, until the curve stands. **None** shows every block.",
+                "**Infinite** for pink noise, until the curve stands. **None** averages nothing.",
                 "Press the options button in the header. **Bands** picks the resolution: 1/3 "
                 "octave for tonal balance, 1/6 to 1/12 for equalizing, 1/24 and 1/48 to find a "
                 "narrow peak.",

@@ -36,9 +36,10 @@ HelpTopic channels() {
                 "**Channel Windows**.",
             }},
             Heading{"Switch off, take away"},
-            Paragraph{"**Enabled** takes a channel out of the next start and keeps all its "
-                      "settings. **Remove Channel** takes it away with its calibration. A click on "
-                      "a section's name folds it to one line with name and input."},
+            Paragraph{
+                "With **Enabled** off a channel sits out from the next start on, and keeps all its "
+                "settings. **Remove Channel** takes it away with its calibration. A click on "
+                "a section's name folds it to one line with name and input."},
             Heading{"What belongs together"},
             Bullets{{
                 "Channels of one device share one stream: they are aligned to the sample. "
