@@ -10,9 +10,18 @@ fail() {
     exit 1
 }
 
-# The project's own files that match, whoever owns the checkout.
+# The project's own files that match, whoever owns the checkout. In an archive of the tree, which has
+# no Git, all but what builds leave.
 tracked_files() {
-    git -c safe.directory="$root" ls-files -- "$@"
+    if [[ -e .git ]]; then
+        git -c safe.directory="$root" ls-files -- "$@"
+        return
+    fi
+    local pattern matches=()
+    for pattern; do
+        matches+=(-o -path "./$pattern")
+    done
+    find . -path ./build -prune -o -type f \( "${matches[@]:1}" \) -printf '%P\n' | sort
 }
 
 step() {
