@@ -15,6 +15,11 @@ target_compile_options(TarvaneFlags INTERFACE
   -ffp-contract=off
   # GCC 12 sees uninitialised members in moved std::variant alternatives where there are none.
   $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+# What users run doesn't say where it was built, and is the same wherever that is; and the C library
+# checks what it is given to write into.
+target_compile_options(TarvaneFlags INTERFACE "$<$<CONFIG:Release>:\
+-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.;-ffile-prefix-map=${CMAKE_BINARY_DIR}=build;\
+-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
 target_compile_definitions(TarvaneFlags INTERFACE QT_NO_KEYWORDS)
 if(TARVANE_SANITIZE)
   target_compile_options(TarvaneFlags INTERFACE
