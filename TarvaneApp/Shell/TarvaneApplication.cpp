@@ -19,7 +19,7 @@ using TarvaneKit::UUID;
 void TarvaneApplication::introduce() {
     QApplication::setApplicationName(QStringLiteral("Tarvane"));
     QApplication::setApplicationVersion(QString::fromLatin1(Build::version));
-    QApplication::setDesktopFileName(QStringLiteral("tarvane"));
+    QApplication::setDesktopFileName(QStringLiteral("org.brenlow.tarvane"));
     QApplication::setWindowIcon(Icon::application());
     applyAppearance();
 }
