@@ -11,6 +11,7 @@ The first test makes the package, in the folder `package` beside the programs.
 import configparser
 import gzip
 import hashlib
+import json
 import os
 import re
 import shutil
@@ -236,6 +237,29 @@ def it_is_installed_started_and_removed_without_a_trace(package):
         left = root.files() - root.before
         expect(not left, f"{left} stays behind")
         expect("Package: tarvane\n" not in (root.database / "status").read_text(), "it is still known")
+
+
+@test
+def the_flatpak_manifest_is_whole(_package):
+    manifest = json.loads((ROOT / f"Packaging/{NAME}.json").read_text())
+    expect(manifest["id"] == NAME and manifest["command"] == "tarvane", "it is of another program")
+    expect(manifest["runtime"] == "org.kde.Platform" and manifest["sdk"] == "org.kde.Sdk" and
+           manifest["runtime-version"].startswith("6."), "its runtime has no Qt 6")
+    permissions = set(manifest["finish-args"])
+    for needed in ("--filesystem=xdg-run/pipewire-0", "--socket=wayland", "--socket=fallback-x11"):
+        expect(needed in permissions, f"it lacks {needed}")
+    # No update feed is set there, and nothing else of the program uses the network.
+    told = " ".join(option for module in manifest["modules"]
+                    for option in module.get("config-opts", []))
+    expect("TARVANE_UPDATE_FEED" not in told and "--share=network" not in permissions,
+           "it has the network, or a feed without it")
+    *libraries, program = manifest["modules"]
+    for module in libraries:
+        expect(module["name"] and module["buildsystem"] in ("cmake-ninja", "simple"), f"{module}")
+        for source in module["sources"]:
+            expect(source["type"] == "archive" and source["url"].startswith("https://") and
+                   re.fullmatch("[0-9a-f]{64}", source["sha256"]), f"{source} isn't pinned")
+    expect(program["sources"] == [{"type": "dir", "path": "..", "skip": ["build"]}], "it builds another tree")
 
 
 def main():
