@@ -61,8 +61,12 @@ void RunningInstance::answer() {
     Q_EMIT launchedAgain();
 }
 
+// In a Flatpak each launch has a runtime folder of its own, of which only this part is common to
+// all.
 QString RunningInstance::userSocketPath() {
-    return socketPathIn(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation));
+    const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    const QString flatpak = qEnvironmentVariable("FLATPAK_ID");
+    return socketPathIn(flatpak.isEmpty() ? runtime : runtime + QStringLiteral("/app/") + flatpak);
 }
 
 QString RunningInstance::socketPathIn(const QString& folder) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QThread>
@@ -104,6 +105,42 @@ TEST_F(RunningInstanceTests, withoutAPlaceToListenTheProgramRunsAllTheSame) {
         EXPECT_FALSE(alone.isUnanswered());
         EXPECT_FALSE(alone.isListening());
     }
+}
+
+/// An environment variable that has another value for a while.
+class Variable {
+  public:
+    Variable(const char* name, const QByteArray& value)
+        : name_(name), wasSet_(qEnvironmentVariableIsSet(name)), before_(qgetenv(name)) {
+        qputenv(name, value);
+    }
+    ~Variable() {
+        if (wasSet_) {
+            qputenv(name_, before_);
+        } else {
+            qunsetenv(name_);
+        }
+    }
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+
+  private:
+    const char* name_;
+    bool wasSet_;
+    QByteArray before_;
+};
+
+TEST_F(RunningInstanceTests, theLaunchesOfASandboxMeetInItsCommonFolder) {
+    const Variable runtime("XDG_RUNTIME_DIR", QFile::encodeName(folder.path()));
+    const Variable sandbox("FLATPAK_ID", "org.brenlow.tarvane");
+    EXPECT_EQ(RunningInstance::userSocketPath(), QString());
+    const QString common = folder.filePath(QStringLiteral("app/org.brenlow.tarvane"));
+    ASSERT_TRUE(QDir().mkpath(common));
+    ASSERT_TRUE(QFile::setPermissions(
+        common, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner));
+    EXPECT_EQ(RunningInstance::userSocketPath(), common + QStringLiteral("/tarvane.socket"));
+    qputenv("FLATPAK_ID", "");
+    EXPECT_EQ(RunningInstance::userSocketPath(), path());
 }
 
 TEST_F(RunningInstanceTests, onlyAFolderOfTheUsersOwnHoldsTheSocket) {
