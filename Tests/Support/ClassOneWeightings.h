@@ -1,4 +1,4 @@
-// IEC 61672-1, table 2: the A and C weightings and the acceptance limits of class 1.
+// IEC 61672-1:2013, table 3: the A and C weightings and the acceptance limits of class 1.
 #pragma once
 
 #include <cmath>

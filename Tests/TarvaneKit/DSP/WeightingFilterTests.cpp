@@ -6,6 +6,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "Support/AnalogWeightings.h"
 #include "Support/ClassOneWeightings.h"
 
 namespace TarvaneKit {
@@ -33,6 +34,21 @@ template <class Axis>
 double prototypeDB(Weighting weighting, double frequencyHz, Axis axis) {
     return 20.0 *
            std::log10(prototype(weighting, frequencyHz, axis) / prototype(weighting, 1000.0, axis));
+}
+
+// To the digits that the corners are given with; table 3 rounds to tenths.
+TEST(WeightingFilter, cornersAndTabledGoalsAreThoseOfAnnexE) {
+    const Testing::AnalogCorners corners = Testing::analogCorners();
+    EXPECT_NEAR(f1 / corners.f1, 1.0, 1e-7);
+    EXPECT_NEAR(f2 / corners.f2, 1.0, 1e-7);
+    EXPECT_NEAR(f3 / corners.f3, 1.0, 1e-7);
+    EXPECT_NEAR(f4 / corners.f4, 1.0, 1e-7);
+    for (const ClassOneWeighting& row : classOneWeightings()) {
+        const double f = row.exactFrequencyHz;
+        EXPECT_NEAR(Testing::analogWeightingDB(Weighting::a, f), row.a, 0.0501) << f;
+        EXPECT_NEAR(Testing::analogWeightingDB(Weighting::c, f), row.c, 0.0501) << f;
+        EXPECT_EQ(Testing::analogWeightingDB(Weighting::z, f), 0.0);
+    }
 }
 
 TEST(WeightingFilter, sectionsStandInTheirOrder) {
@@ -103,7 +119,7 @@ TEST(WeightingFilter, responseIsTheAnalogPrototypeOnTheBilinearAxis) {
     }
 }
 
-// IEC 61672-1, 5.4 and table 2, class 1, at the exact frequencies below half the sample rate. The
+// IEC 61672-1, 5.5 and table 3, class 1, at the exact frequencies below half the sample rate. The
 // bilinear curve bends down at the top of the band and stays inside.
 TEST(WeightingFilter, staysInsideTheClassOneLimits) {
     for (const double sampleRate : {44100.0, 48000.0, 96000.0, 192000.0, 384000.0}) {
