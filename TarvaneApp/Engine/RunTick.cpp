@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "Engine/Run.h"
+#include "Metrics/InputClipState.h"
 
 namespace TarvaneApp {
 
@@ -19,8 +20,6 @@ using TarvaneKit::UUID;
 
 namespace {
 
-// Full scale less 0.009 dB: converters clip a little below their last code.
-constexpr float clipThreshold = 0.999F;
 constexpr double clipShowsSeconds = 1.5;
 
 constexpr double inputMeterFallDBPerSecond = 20.0;
@@ -130,7 +129,7 @@ void Run::analysisReturned(int generation, const std::vector<Asked>& asked,
 void Run::publish(ChannelFrame& frame, MeterChannel& channel, Date now) {
     LiveMeterData& live = channel.live;
     Q_EMIT live.willChange();
-    updateClipState(channel, frame.peak >= clipThreshold, now);
+    updateClipState(channel, frame.peak >= TarvaneKit::inputClipThreshold, now);
     updateInputMeter(channel, frame.peak, now);
     if (frame.rta) {
         // What the displays had goes back with the frame, to be filled again.
