@@ -25,13 +25,15 @@ def end_on_signal(number, _frame):
 
 
 class Desk:
-    def __init__(self, build, size=(1400, 900), devices="standard", serves_audio=True):
+    def __init__(self, build, size=(1400, 900), devices="standard", serves_audio=True, rate=48000):
         """`build` is the build folder whose programs are used. `devices` is a set of
-        private-audio; with `serves_audio` false the server is started later, by `serve_audio`."""
+        private-audio, and `rate` the audio server's, in Hz. With `serves_audio` false the server is
+        started later, by `serve_audio`."""
         self.build = Path(build)
         self.size = size
         self._devices = devices
         self._serves_audio = serves_audio
+        self._rate = rate
         self._audio_runs = False
         self._tones = 0
         self._program = None
@@ -118,7 +120,8 @@ class Desk:
         if self._audio_runs:
             self._private_audio("resume")
         else:
-            self._private_audio("start", "--devices", self._devices, "--parent", str(os.getpid()))
+            self._private_audio("start", "--rate", str(self._rate), "--devices", self._devices,
+                                "--parent", str(os.getpid()))
             self._audio_runs = True
 
     def kill_audio(self):

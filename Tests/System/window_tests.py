@@ -24,6 +24,7 @@ sys.dont_write_bytecode = True
 from desk import Desk  # noqa: E402
 from desk.processes import wait_until  # noqa: E402
 from desk.tone import pink_noise, rising_sine, sine_1khz  # noqa: E402
+from end_to_end import Measurement  # noqa: E402
 
 MIC = "tarvane.tone"
 SYSTEM_OUTPUT = "org.brenlow.tarvane.system-output"
@@ -837,6 +838,15 @@ def a_launch_beside_a_stuck_program_says_so(desk):
         launch_again(desk)
     finally:
         program.process.send_signal(signal.SIGCONT)
+
+
+@test
+def the_signals_of_the_standards_read_right_at_96_khz(desk):
+    for reading in Measurement(desk, 96000).readings():
+        expect(reading.is_within(), str(reading))
+
+
+the_signals_of_the_standards_read_right_at_96_khz.desk = {"rate": 96000}
 
 
 @test
