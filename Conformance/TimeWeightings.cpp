@@ -44,7 +44,7 @@ Table decays() {
                 .clause = "5.8.2",
                 .text =
                     "A steady tone of 4 kHz stops; how fast the A-weighted level falls over half a "
-                    "second, in dB per second. The goal is 10 lg(e) / τ.",
+                    "second, in dB per second. The goal is 10 lg(e) / τ, in tenths.",
                 .labelHeading = "Time weighting",
                 .unit = "dB/s",
                 .columns = rateColumns()};

@@ -42,14 +42,15 @@ double truePeakOf(const TruePeakCase& c, double rate) {
 // sin(x)/x of a quarter of the sample rate under a Hann window: no peak but its own, of exactly 1,
 // so many samples behind a sample.
 Samples peakBetweenSamples(double offset) {
-    constexpr int reach = 64;
-    Samples samples(2000);
-    for (int n = -reach; n <= reach; ++n) {
-        const double t = n - offset;
+    constexpr std::size_t first = 900;
+    constexpr std::size_t reach = 64;
+    Samples samples(2 * first);
+    for (std::size_t i = 0; i <= 2 * reach; ++i) {
+        const double t = static_cast<double>(i) - static_cast<double>(reach) - offset;
         const double x = std::numbers::pi * t / 2.0;
         const double sinc = t == 0.0 ? 1.0 : std::sin(x) / x;
         const double window = 0.5 + 0.5 * std::cos(std::numbers::pi * t / (reach + 1));
-        samples[static_cast<std::size_t>(1000 + n)] = static_cast<float>(sinc * window);
+        samples[first + i] = static_cast<float>(sinc * window);
     }
     return samples;
 }
