@@ -83,7 +83,9 @@ std::string legend(const Table& table) {
         html += fmt::format("<span><i class=\"series{}\"></i>{}</span>", i % seriesCount,
                             escaped(table.columns[i]));
     }
-    return html + "departure from the goal, " + escaped(table.unit) + "</p>\n";
+    const bool hasGoals =
+        std::ranges::any_of(table.rows, [](const Row& row) { return row.goal.has_value(); });
+    return html + (hasGoals ? "departure from the goal, " : "") + escaped(table.unit) + "</p>\n";
 }
 
 std::string tableOf(const Table& table) {

@@ -86,9 +86,8 @@ std::string dot(std::size_t series, double x, double y) {
 }
 
 std::string begin(const Table& table, double height) {
-    return fmt::format(
-        R"(<svg viewBox="0 0 {:.0f} {:.0f}" role="img" aria-label="{}: departure from the goal">)",
-        width, height, escaped(table.title));
+    return fmt::format(R"(<svg viewBox="0 0 {:.0f} {:.0f}" role="img" aria-label="{}">)", width,
+                       height, escaped(table.title));
 }
 
 std::string points(const std::vector<std::pair<double, double>>& places) {

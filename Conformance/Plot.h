@@ -1,4 +1,5 @@
-// A table as a small picture: how far each figure is from its goal, between its limits.
+// A table as a small picture: how far each figure is from its goal, or itself where there is none,
+// between its limits.
 #pragma once
 
 #include <string>

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -70,15 +71,18 @@ double surroundLoudness(const UnitTone& tone) {
         weights.push_back(channel.weight);
     }
     LoudnessMeter meter(tone.sampleRate(), weights);
-    std::array<Samples, surroundCase.size()> samples;
-    for (std::size_t c = 0; c < samples.size(); ++c) {
-        tone.play(surroundCase[c].peakDB, 20.0, [&](std::span<const float> block) {
-            samples[c].insert(samples[c].end(), block.begin(), block.end());
-        });
-    }
-    std::array<std::span<const float>, samples.size()> channels;
-    std::ranges::copy(samples, channels.begin());
-    meter.process(channels);
+    std::array<Samples, surroundCase.size()> scaled;
+    tone.play(0.0, 20.0, [&](std::span<const float> block) {
+        std::array<std::span<const float>, scaled.size()> channels;
+        for (std::size_t c = 0; c < scaled.size(); ++c) {
+            const auto gain = static_cast<float>(std::pow(10.0, surroundCase[c].peakDB / 20.0));
+            scaled[c].assign(block.begin(), block.end());
+            std::ranges::transform(scaled[c], scaled[c].begin(),
+                                   [gain](float sample) { return gain * sample; });
+            channels[c] = scaled[c];
+        }
+        meter.process(channels);
+    });
     return meter.readings().integrated;
 }
 

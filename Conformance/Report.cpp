@@ -31,7 +31,7 @@ Count countOf(const std::vector<Chapter>& chapters) {
             for (const Row& row : table.rows) {
                 switch (row.verdict()) {
                     case Verdict::none:
-                        ++count.withoutLimit;
+                        ++(row.measured.empty() ? count.notMeasured : count.withoutLimit);
                         break;
                     case Verdict::within:
                         ++count.within;

@@ -77,6 +77,7 @@ struct Count {
     int outside = 0;
     int knownExceptions = 0;
     int withoutLimit = 0;
+    int notMeasured = 0;
 
     int judged() const { return within + outside + knownExceptions; }
 };

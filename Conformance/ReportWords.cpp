@@ -18,10 +18,10 @@ const char* const reportText =
 
 std::string summaryOf(const Count& count) {
     return fmt::format(
-        "{} rows have limits: {} are within them, {} are known exceptions, {} are outside. {} more "
-        "rows "
-        "show a figure without a limit.",
-        count.judged(), count.within, count.knownExceptions, count.outside, count.withoutLimit);
+        "{} rows were held against limits: {} are within them, {} are known exceptions, {} are "
+        "outside. {} more show a figure that has no limit, and {} weren't measured.",
+        count.judged(), count.within, count.knownExceptions, count.outside, count.withoutLimit,
+        count.notMeasured);
 }
 
 std::string buildLine(const Build& build) {
