@@ -1,9 +1,11 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
 #include "Chapters.h"
+#include "Columns.h"
 #include "MeterUnderTest.h"
 #include "Support/AnalogWeightings.h"
 #include "Support/ClassOneWeightings.h"
@@ -25,9 +27,7 @@ Table tableOf(Weighting weighting) {
         .labelHeading = "Hz",
         .unit = "dB",
         .axis = Table::Axis::logarithmic};
-    for (const double rate : rates) {
-        table.columns.push_back(fmt::format("{:g} kHz", rate / 1000.0));
-    }
+    table.columns = rateColumns(rates);
     return table;
 }
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Chapters.h"
+#include "Columns.h"
 #include "LoudnessUnderTest.h"
 
 namespace TarvaneConformance {
@@ -20,8 +21,8 @@ Chapter loudnessRange() {
                               .goal = c.rangeLU,
                               .limits = Limits::within(rangeToleranceLU)});
     }
+    table.columns = rateColumns(loudnessRates);
     for (const double rate : loudnessRates) {
-        table.columns.push_back(fmt::format("{:g} kHz", rate / 1000.0));
         const UnitTone tone(rate);
         const auto cases = rangeCases();
         for (std::size_t i = 0; i < cases.size(); ++i) {

@@ -1,10 +1,12 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <utility>
 
 #include "Chapters.h"
+#include "Columns.h"
 #include "Core/UUID.h"
 #include "MeterUnderTest.h"
 #include "Metering/ChannelProcessor.h"
@@ -42,9 +44,7 @@ Table peaks() {
                     "frequency.",
                 .labelHeading = "Signal",
                 .unit = "dB"};
-    for (const double rate : rates) {
-        table.columns.push_back(fmt::format("{:g} kHz", rate / 1000.0));
-    }
+    table.columns = rateColumns(rates);
     for (const ClassOnePeak& peak : classOnePeaks) {
         for (const double sign : {1.0, -1.0}) {
             if (peak.cycles == 1.0 && sign < 0.0) {

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 #include <utility>
 
 #include "Chapters.h"
+#include "Columns.h"
 #include "LoudnessUnderTest.h"
 
 namespace TarvaneConformance {
@@ -15,16 +15,6 @@ namespace {
 
 using namespace TarvaneKit;
 using namespace TarvaneKit::Testing;
-
-struct Range {
-    double lowest = std::numeric_limits<double>::infinity();
-    double highest = -std::numeric_limits<double>::infinity();
-
-    void take(double value) {
-        lowest = std::min(lowest, value);
-        highest = std::max(highest, value);
-    }
-};
 
 // Rows that several rates add their figures to, in the order of the first rate.
 class Rows {
@@ -160,9 +150,9 @@ Chapter programmeLoudness() {
                     "of all; cases 10, 11, 13 and 14 have twenty segments.",
                 .labelHeading = "Case",
                 .unit = "LUFS"};
+    table.columns = rateColumns(loudnessRates);
     Rows rows;
     for (const double rate : loudnessRates) {
-        table.columns.push_back(fmt::format("{:g} kHz", rate / 1000.0));
         rows.begin();
         addCases(rows, UnitTone(rate));
     }

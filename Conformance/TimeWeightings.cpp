@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Chapters.h"
+#include "Columns.h"
 #include "MeterUnderTest.h"
 #include "Support/ClassOneMeter.h"
 
@@ -14,14 +15,6 @@ namespace {
 using namespace TarvaneKit::Testing;
 
 constexpr std::array rates{44100.0, 48000.0, 96000.0, 192000.0};
-
-std::vector<std::string> rateColumns() {
-    std::vector<std::string> columns;
-    for (const double rate : rates) {
-        columns.push_back(fmt::format("{:g} kHz", rate / 1000.0));
-    }
-    return columns;
-}
 
 struct Decay {
     double fast, slow;  // dB per second
@@ -47,7 +40,7 @@ Table decays() {
                     "second, in dB per second. The goal is 10 lg(e) / τ, in tenths.",
                 .labelHeading = "Time weighting",
                 .unit = "dB/s",
-                .columns = rateColumns()};
+                .columns = rateColumns(rates)};
     Row fast{.label = "Fast",
              .goal = fastDecay.goal,
              .limits = Limits{fastDecay.limits.lower, fastDecay.limits.upper}};
@@ -70,7 +63,7 @@ Table steadyReadings() {
         .text = "A steady tone of 1 kHz for 12 s; Slow and the time-averaged level re Fast.",
         .labelHeading = "Difference",
         .unit = "dB",
-        .columns = rateColumns()};
+        .columns = rateColumns(rates)};
     for (const Weighting weighting : TarvaneKit::allCases<Weighting>()) {
         for (const char* const what : {"Slow", "average"}) {
             table.rows.push_back({.label = fmt::format("{}: {} - Fast", rawValue(weighting), what),

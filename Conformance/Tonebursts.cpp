@@ -1,12 +1,11 @@
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 #include <utility>
 
 #include "Chapters.h"
+#include "Columns.h"
 #include "MeterUnderTest.h"
 #include "Support/ClassOneMeter.h"
 
@@ -20,17 +19,6 @@ constexpr std::array rates{44100.0, 48000.0, 96000.0, 192000.0};
 
 // Where in a block the burst begins: a block is one step of the average, so that it matters.
 constexpr std::array starts{0, 37, 101, 128, 190, 255};
-
-struct Range {
-    double lowest = std::numeric_limits<double>::infinity();
-    double highest = -std::numeric_limits<double>::infinity();
-
-    void take(double value) {
-        lowest = std::min(lowest, value);
-        highest = std::max(highest, value);
-    }
-    std::vector<double> figures() const { return {lowest, highest}; }
-};
 
 // Of one burst, re the steady level of its weighting.
 struct BurstReadings {
@@ -130,10 +118,7 @@ Table repeatedBursts(const std::vector<SteadyLevels>& steady) {
                    "a second of silence behind them; the time-averaged level over all of it. "
                    "The goal is 10 lg(5 T / duration).");
     table.clause = "5.10, table 4";
-    table.columns.clear();
-    for (const double rate : rates) {
-        table.columns.push_back(fmt::format("{:g} kHz", rate / 1000.0));
-    }
+    table.columns = rateColumns(rates);
     for (const ClassOneBurst& burst : classOneBursts) {
         const double seconds = burst.milliseconds / 1000.0;
         const double duration = count * 4.0 * seconds + 0.5;

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "Chapters.h"
+#include "Columns.h"
 #include "LoudnessUnderTest.h"
 
 namespace TarvaneConformance {
@@ -62,9 +64,7 @@ Table tableAt(std::string title, std::string text, const std::vector<double>& ra
                 .text = std::move(text),
                 .labelHeading = "Case",
                 .unit = "dBTP"};
-    for (const double rate : rates) {
-        table.columns.push_back(fmt::format("{:g} kHz", rate / 1000.0));
-    }
+    table.columns = rateColumns(rates);
     for (const TruePeakCase& c : truePeakCases) {
         Row row{.label = fmt::format("{}: 1/{:g} of the rate, {:g}°", c.number, c.samplesPerPeriod,
                                      c.phaseDegrees),
