@@ -41,16 +41,6 @@ constexpr double barYellowFromDBFS = -12.0;
 // How often a screen reader is notified of a new value; on request it always gets the newest.
 constexpr int announcementMilliseconds = 1000;
 
-// The bar grows with the view, from this size on and up to three times.
-constexpr QSizeF barReferenceSize(900.0, 330.0);
-constexpr double largestBarScale = 3.0;
-
-double barScale(const QSizeF& size) {
-    return std::clamp(std::min(size.width() / barReferenceSize.width(),
-                               size.height() / barReferenceSize.height()),
-                      1.0, largestBarScale);
-}
-
 RGBAColor barColor(double peakDBFS, bool isClipping) {
     if (isClipping || peakDBFS >= barRedFromDBFS) {
         return TarvaneKit::SignalColors::red;
@@ -183,6 +173,7 @@ SPLReadoutView LiveSPLReadoutView::currentReadout() const {
         .lostAudio = LostAudioTotal::of(now.lostAudio),
         .sideValuesDB = {},
         .offersReset = true,
+        .hasLevelBar = context_.showsLevelBar,
     };
     for (const double side : now.sideSPLValuesDB) {
         view.sideValuesDB.push_back(side <= silentSideDB ? noValue : side - offset);
@@ -201,6 +192,7 @@ LoudnessReadoutView LiveSPLReadoutView::currentLoudness() const {
         .clipState = now.inputClipState,
         .lostAudio = LostAudioTotal::of(now.lostAudio),
         .offersReset = true,
+        .hasLevelBar = context_.showsLevelBar,
     };
     view.color = view.judgement(view.headline);
     return view;
@@ -265,8 +257,8 @@ void LiveSPLReadoutView::refresh() {
         updateGeometryRecords();
         order(rect());
     } else {
-        changed->translate(readoutRect_.topLeft().toPoint());
-        if (levelBar_) {
+        changed->translate(plate_.topLeft().toPoint());
+        if (!levelBarRect_.isEmpty()) {
             if (levelBar_->range != barBefore->range) {
                 levelBarGeometry_ = TarvaneApp::layout(*levelBar_, levelBarRect_);
             }
@@ -324,30 +316,16 @@ void LiveSPLReadoutView::announce() {
 
 void LiveSPLReadoutView::updateGeometryRecords() {
     plate_ = ReadoutPlate::rect(size());
-    placeParts(std::round(LevelBarGeometry::naturalHeight * barScale(size())));
-    if (levelBar_ && !frame().fits) {
-        placeParts(LevelBarGeometry::bareHeight);
-    }
-    resetButton_->setGeometry(
-        frame().resetButton.translated(readoutRect_.topLeft()).toAlignedRect());
-}
-
-// The level bar at the foot of the plate, and the readout in the rest of it.
-void LiveSPLReadoutView::placeParts(double barHeight) {
-    readoutRect_ = plate_;
-    levelBarRect_ = QRectF();
-    if (levelBar_) {
-        levelBarRect_ = QRectF(plate_.left() + Theme::Space::panel,
-                               plate_.bottom() - Theme::Space::related - barHeight,
-                               plate_.width() - 2.0 * Theme::Space::panel, barHeight);
-        readoutRect_.setBottom(levelBarRect_.top());
+    std::visit(
+        [this](auto& placed) { placed.geometry = TarvaneApp::layout(placed.view, plate_.size()); },
+        readout_);
+    levelBarRect_ = {};
+    if (levelBar_ && !frame().levelBar.isEmpty()) {
+        levelBarRect_ = frame().levelBar.translated(plate_.topLeft());
         levelBarGeometry_ = TarvaneApp::layout(*levelBar_, levelBarRect_);
     }
-    std::visit(
-        [this](auto& placed) {
-            placed.geometry = TarvaneApp::layout(placed.view, readoutRect_.size());
-        },
-        readout_);
+    resetButton_->setVisible(!frame().resetButton.isEmpty());
+    resetButton_->setGeometry(frame().resetButton.translated(plate_.topLeft()).toRect());
 }
 
 void LiveSPLReadoutView::resizeEvent(QResizeEvent*) {
@@ -357,10 +335,10 @@ void LiveSPLReadoutView::resizeEvent(QResizeEvent*) {
 void LiveSPLReadoutView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     ReadoutPlate::paint(painter, plate_, event->rect());
-    if (levelBar_ && event->region().intersects(levelBarRect_.toAlignedRect())) {
+    if (!levelBarRect_.isEmpty() && event->region().intersects(levelBarRect_.toAlignedRect())) {
         paint(painter, *levelBar_, levelBarGeometry_, event->region());
     }
-    const QPoint origin = readoutRect_.topLeft().toPoint();
+    const QPoint origin = plate_.topLeft().toPoint();
     painter.translate(origin);
     std::visit(
         [&](const auto& placed) {
@@ -392,7 +370,7 @@ QString LiveSPLReadoutView::help(const QPointF& place) const {
 bool LiveSPLReadoutView::event(QEvent* event) {
     if (event->type() == QEvent::ToolTip) {
         const auto* request = static_cast<QHelpEvent*>(event);
-        const QString text = help(QPointF(request->pos()) - readoutRect_.topLeft());
+        const QString text = help(QPointF(request->pos()) - plate_.topLeft());
         if (!text.isEmpty()) {
             QToolTip::showText(request->globalPos(), text, this);
             return true;
@@ -442,7 +420,7 @@ std::vector<SpokenPart> LiveSPLReadoutView::spokenParts() const {
 
 // Empty for a part that isn't drawn.
 QRect LiveSPLReadoutView::spokenPlace(const QRectF& part) const {
-    return part.isEmpty() ? QRect() : part.translated(readoutRect_.topLeft()).toAlignedRect();
+    return part.isEmpty() ? QRect() : part.translated(plate_.topLeft()).toAlignedRect();
 }
 
 }  // namespace TarvaneApp

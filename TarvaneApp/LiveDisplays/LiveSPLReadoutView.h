@@ -44,6 +44,8 @@ class LiveSPLReadoutView final : public QWidget, public SpokenDisplay {
     }
     /// Absent while the bar is switched off.
     const std::optional<LevelBarView>& levelBar() const { return levelBar_; }
+    /// Where the shared parts are, within the plate.
+    const ReadoutFrame& frame() const;
     /// How many repaints of parts were requested since the view was made.
     int repaintsOrdered() const { return repaintsOrdered_; }
 
@@ -83,12 +85,10 @@ class LiveSPLReadoutView final : public QWidget, public SpokenDisplay {
     LevelBarView currentLoudnessBar() const;
     template <class View>
     std::optional<QRegion> put(View view);
-    const ReadoutFrame& frame() const;
     QString spokenValue() const;
     QString help(const QPointF& place) const;
     QRect spokenPlace(const QRectF& part) const;
     void updateGeometryRecords();
-    void placeParts(double barHeight);
     void showResetButton();
     void reset();
     void order(const QRegion& area);
@@ -104,7 +104,6 @@ class LiveSPLReadoutView final : public QWidget, public SpokenDisplay {
     std::variant<Placed<SPLReadoutView>, Placed<LoudnessReadoutView>> readout_;
     std::optional<LevelBarView> levelBar_;
     QRectF plate_;
-    QRectF readoutRect_;
     QRectF levelBarRect_;
     LevelBarGeometry levelBarGeometry_;
     int repaintsOrdered_ = 0;

@@ -17,9 +17,30 @@ namespace TarvaneTests {
 
 /// From the least that a panel leaves its readout to a whole 4K screen.
 inline const std::vector<QSize>& readoutSizes() {
-    static const std::vector<QSize> sizes{
-        {288, 130}, {320, 200},  {320, 120},  {868, 87},    {868, 99},    {480, 260},  {900, 260},
-        {900, 430}, {1280, 720}, {1920, 600}, {1920, 1080}, {1080, 1920}, {3840, 2160}};
+    static const std::vector<QSize> sizes{{288, 146},   {328, 106},   {320, 200},  {290, 600},
+                                          {868, 93},    {868, 143},   {480, 260},  {900, 260},
+                                          {900, 430},   {1168, 186},  {1280, 720}, {1920, 600},
+                                          {1920, 1080}, {1080, 1920}, {3840, 366}, {3840, 2160}};
+    return sizes;
+}
+
+/// Every size from the least on, in steps of a few pixels where the arrangement changes from step
+/// to step, of an eighth from there to a whole 4K screen.
+inline std::vector<QSize> readoutGrid() {
+    constexpr QSize least(280, 100);
+    const auto lengths = [](int from, int fineUntil, int step, int until) {
+        std::vector<int> all;
+        for (int length = from; length <= until; length += length < fineUntil ? step : length / 8) {
+            all.push_back(length);
+        }
+        return all;
+    };
+    std::vector<QSize> sizes;
+    for (const int width : lengths(least.width(), 700, 17, 3840)) {
+        for (const int height : lengths(least.height(), 400, 11, 2160)) {
+            sizes.emplace_back(width, height);
+        }
+    }
     return sizes;
 }
 

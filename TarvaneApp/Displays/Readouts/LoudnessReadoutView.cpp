@@ -28,6 +28,8 @@ constexpr double readingPaddingAcross = Theme::Space::related;
 constexpr double readingPaddingUpDown = 1.0;
 constexpr double readingTitleGap = 5.0;
 constexpr double readingUnitGap = 3.0;
+// Their numbers are then as high as the smallest texts.
+constexpr double leastReadingsScale = 0.75;
 
 const QString& widthTemplate() {
     static const QString text = QStringLiteral("-00.0");
@@ -86,6 +88,9 @@ SideLabel widestSideLabel(const LoudnessReadoutView& view) {
 }
 
 void placeReadings(LoudnessReadoutGeometry& geometry, const QRectF& row, const Typeface& typeface) {
+    if (row.isEmpty()) {
+        return;
+    }
     constexpr double measuring = ReadoutDrawing::measuringScale;
     geometry.readingsScale = std::min(
         geometry.textScale, row.width() / (rowSize(measuring, typeface).width() / measuring));
@@ -197,9 +202,13 @@ LoudnessReadoutGeometry layout(const LoudnessReadoutView& view, const QSizeF& si
         .value = ReadoutDrawing::valueSize(widthTemplate(), typeface),
         .side = widestSideLabel(view).size(scale, typeface) / scale,
         .label = ReadoutDrawing::labelSize(view.labelText(), typeface),
-        .rows = {{.size = rowSize(scale, typeface) / scale, .gapAbove = Theme::Space::label}},
+        .rows = {{.extra = ReadoutExtra::readings,
+                  .size = rowSize(scale, typeface) / scale,
+                  .gapAbove = Theme::Space::label,
+                  .leastShare = leastReadingsScale}},
         .badge = ClipBadge::size(scale, typeface) / scale,
         .hasResetButton = view.offersReset,
+        .hasLevelBar = view.hasLevelBar,
     };
     const ReadoutLayout shared = ReadoutLayout::of(parts, size);
     LoudnessReadoutGeometry geometry;
@@ -216,8 +225,11 @@ void paint(QPainter& painter, const LoudnessReadoutView& view,
     painter.setRenderHint(QPainter::Antialiasing);
     const double scale = geometry.textScale;
     if (dirty.intersects(valueArea(geometry))) {
-        ReadoutDrawing::paintValue(painter, view.readings[view.headline], view.color, geometry,
-                                   typeface);
+        // Of all readings the range alone has no sign.
+        ReadoutDrawing::paintValue(
+            painter, view.readings[view.headline],
+            view.headline == LoudnessMetric::range ? QStringLiteral("00.0") : widthTemplate(),
+            view.color, geometry, typeface);
     }
     if (dirty.intersects(textArea(geometry.target))) {
         view.targetLabel().paint(painter, geometry.target, scale, typeface);
@@ -247,7 +259,8 @@ void paint(QPainter& painter, const LoudnessReadoutView& view, const QSizeF& siz
 }
 
 bool sameShape(const LoudnessReadoutView& a, const LoudnessReadoutView& b) {
-    return a.labelText() == b.labelText();
+    return a.labelText() == b.labelText() && a.offersReset == b.offersReset &&
+           a.hasLevelBar == b.hasLevelBar;
 }
 
 QRegion changedArea(const LoudnessReadoutView& before, const LoudnessReadoutView& after,

@@ -38,6 +38,8 @@ struct LoudnessReadoutView {
     LostAudioTotal lostAudio = {};
     /// Keeps room for the button "Reset Integration".
     bool offersReset = false;
+    /// Keeps room for the level bar.
+    bool hasLevelBar = false;
 
     // --- what it says
 

@@ -42,8 +42,10 @@ void paintValueAt(QPainter& painter, const QString& text, const QColor& color, d
         text, font);
 }
 
-QRect inkArea(const QRectF& rect, double overhang) {
-    return rect.adjusted(-overhang, -overhang, overhang, overhang).toAlignedRect();
+QRect inkArea(const QRectF& rect, double overhangAcross) {
+    constexpr double antialiasing = 2.0;
+    return rect.adjusted(-overhangAcross, -antialiasing, overhangAcross, antialiasing)
+        .toAlignedRect();
 }
 
 }  // namespace
@@ -59,17 +61,19 @@ QSizeF labelSize(const QString& text, const Typeface& typeface) {
     return QSizeF(metrics.horizontalAdvance(text), metrics.height()) / measuringScale;
 }
 
-void paintValue(QPainter& painter, double value, const TarvaneKit::RGBAColor& color,
-                const ReadoutFrame& frame, const Typeface& typeface) {
+void paintValue(QPainter& painter, double value, const QString& ordinary,
+                const TarvaneKit::RGBAColor& color, const ReadoutFrame& frame,
+                const Typeface& typeface) {
     const QString text = levelText(value);
     const QFont font = fitted(typeface.roundedFont(frame.valuePixelSize), text, frame.value.width(),
                               ReadoutLayout::smallestValueScale);
     const double width = TabularText::width(text, font);
+    const double middle = frame.value.center().x();
     if (std::isfinite(value)) {
-        paintValueAt(painter, text, Theme::color(color), frame.value.right() - width, font, frame);
+        const double right = middle + std::max(width, TabularText::width(ordinary, font)) / 2.0;
+        paintValueAt(painter, text, Theme::color(color), right - width, font, frame);
     } else {
-        paintValueAt(painter, text, Theme::axisText, frame.value.center().x() - width / 2.0, font,
-                     frame);
+        paintValueAt(painter, text, Theme::axisText, middle - width / 2.0, font, frame);
     }
 }
 
@@ -98,7 +102,7 @@ QRect valueArea(const ReadoutFrame& frame) {
 }
 
 QRect textArea(const QRectF& rect) {
-    return inkArea(rect, 2.0);
+    return rect.isEmpty() ? QRect() : inkArea(rect, 2.0);
 }
 
 QFont fitted(QFont font, const QString& text, double width, double smallest) {

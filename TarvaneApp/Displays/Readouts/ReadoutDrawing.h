@@ -25,17 +25,19 @@ inline constexpr double measuringScale = 8.0;
 QSizeF valueSize(const QString& widthTemplate, const Typeface& typeface);
 QSizeF labelSize(const QString& text, const Typeface& typeface);
 
-/// Within `frame.value`; a wider number shrinks to fit. It is aligned to the right, so that the
-/// decimal point keeps its place when a digit is added in front; "—" is centred.
-void paintValue(QPainter& painter, double value, const TarvaneKit::RGBAColor& color,
-                const ReadoutFrame& frame, const Typeface& typeface);
+/// In the middle of `frame.value`; a wider number shrinks to fit. One that is shorter than
+/// `ordinary` stands where that would end, so that a number moves only where it gets longer.
+void paintValue(QPainter& painter, double value, const QString& ordinary,
+                const TarvaneKit::RGBAColor& color, const ReadoutFrame& frame,
+                const Typeface& typeface);
 /// The same for a text that is as wide as its template, centred.
 void paintValueText(QPainter& painter, const QString& text, const QColor& color,
                     const ReadoutFrame& frame, const Typeface& typeface);
 void paintLabel(QPainter& painter, const QString& text, const ReadoutFrame& frame,
                 const Typeface& typeface);
 
-/// What antialiasing and overhanging glyphs may reach beyond a part's rectangle.
+/// What antialiasing and overhanging glyphs may reach beyond a part's rectangle; nothing of a part
+/// that isn't there.
 QRect valueArea(const ReadoutFrame& frame);
 QRect textArea(const QRectF& rect);
 

@@ -100,6 +100,10 @@ QString valueTemplate(bool isCalibrated, bool showsDBFS) {
     return readsSPL(isCalibrated, showsDBFS) ? QStringLiteral("000.0") : QStringLiteral("-00.0");
 }
 
+QString ordinaryValue(bool isCalibrated, bool showsDBFS) {
+    return readsSPL(isCalibrated, showsDBFS) ? QStringLiteral("00.0") : QStringLiteral("-00.0");
+}
+
 QString levelUnit(bool isCalibrated, bool showsDBFS) {
     return readsSPL(isCalibrated, showsDBFS) ? QStringLiteral("dB SPL") : QStringLiteral("dBFS");
 }

@@ -29,6 +29,9 @@ QString metricSuffix(bool isCalibrated, bool showsDBFS);
 /// The widest ordinary number of the readout, which sets the width of its column.
 QString valueTemplate(bool isCalibrated, bool showsDBFS);
 
+/// The longest number that is usual: the value stands in the middle as this would.
+QString ordinaryValue(bool isCalibrated, bool showsDBFS);
+
 /// "dB SPL" or "dBFS", for a screen reader.
 QString levelUnit(bool isCalibrated, bool showsDBFS);
 

@@ -42,15 +42,20 @@ ReadoutParts partsOf(const SPLReadoutView& view, const Typeface& typeface) {
         .rows = {},
         .badge = ClipBadge::size(scale, typeface) / scale,
         .hasResetButton = view.offersReset,
+        .hasLevelBar = view.hasLevelBar,
     };
     if (hasSides(view)) {
         const QFontMetricsF metrics(sidesFont(scale, typeface));
         const double width = metrics.horizontalAdvance(QStringLiteral("L -000.0   R -000.0"));
-        parts.rows.push_back({.size = QSizeF(width, metrics.height()) / scale});
+        parts.rows.push_back({.extra = ReadoutExtra::sides,
+                              .size = QSizeF(width, metrics.height()) / scale,
+                              .gapAbove = ReadoutLayout::rowGap});
     }
     if (view.leqElapsedFraction) {
         parts.rows.push_back(
-            {.size = QSizeF(0.0, progressHeight), .gapAbove = ReadoutLayout::rowGap});
+            {.extra = ReadoutExtra::progress,
+             .size = QSizeF(parts.value.width() * progressWidthShare, progressHeight),
+             .gapAbove = ReadoutLayout::rowGap});
     }
     return parts;
 }
@@ -112,9 +117,6 @@ SPLReadoutGeometry layout(const SPLReadoutView& view, const QSizeF& size,
     }
     if (view.leqElapsedFraction) {
         geometry.progress = shared.rows.back();
-        const double width = geometry.value.width() * progressWidthShare;
-        geometry.progress.setLeft(geometry.value.center().x() - width / 2.0);
-        geometry.progress.setWidth(width);
     }
     return geometry;
 }
@@ -124,7 +126,9 @@ void paint(QPainter& painter, const SPLReadoutView& view, const SPLReadoutGeomet
     painter.setRenderHint(QPainter::Antialiasing);
     const double scale = geometry.textScale;
     if (dirty.intersects(valueArea(geometry))) {
-        ReadoutDrawing::paintValue(painter, view.valueDB, view.color, geometry, typeface);
+        ReadoutDrawing::paintValue(painter, view.valueDB,
+                                   ordinaryValue(view.isCalibrated, view.showsDBFS), view.color,
+                                   geometry, typeface);
     }
     if (dirty.intersects(textArea(geometry.min))) {
         MinMaxLabel{QStringLiteral("MIN"), view.minValueDB}.paint(painter, geometry.min, scale,
@@ -137,10 +141,10 @@ void paint(QPainter& painter, const SPLReadoutView& view, const SPLReadoutGeomet
     if (dirty.intersects(textArea(geometry.label))) {
         ReadoutDrawing::paintLabel(painter, view.labelText(), geometry, typeface);
     }
-    if (hasSides(view) && dirty.intersects(textArea(geometry.sides))) {
+    if (dirty.intersects(textArea(geometry.sides))) {
         paintSides(painter, view, geometry, typeface);
     }
-    if (view.leqElapsedFraction && dirty.intersects(textArea(geometry.progress))) {
+    if (dirty.intersects(textArea(geometry.progress))) {
         paintProgress(painter, view.progress(), geometry);
     }
     if (dirty.intersects(textArea(geometry.clipBadge))) {
@@ -160,7 +164,8 @@ bool sameShape(const SPLReadoutView& a, const SPLReadoutView& b) {
            valueTemplate(a.isCalibrated, a.showsDBFS) ==
                valueTemplate(b.isCalibrated, b.showsDBFS) &&
            a.leqElapsedFraction.has_value() == b.leqElapsedFraction.has_value() &&
-           a.sideValuesDB.size() == b.sideValuesDB.size();
+           a.sideValuesDB.size() == b.sideValuesDB.size() && a.offersReset == b.offersReset &&
+           a.hasLevelBar == b.hasLevelBar;
 }
 
 QRegion changedArea(const SPLReadoutView& before, const SPLReadoutView& after,

@@ -40,6 +40,8 @@ struct SPLReadoutView {
     std::vector<double> sideValuesDB;
     /// Keeps room for the button "Reset Min/Max".
     bool offersReset = false;
+    /// Keeps room for the level bar.
+    bool hasLevelBar = false;
 
     // --- what it says
 

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 
+#include "Displays/Readouts/LevelBarView.h"
 #include "Displays/Readouts/ReadoutText.h"
 #include "Support/GoldenImage.h"
 #include "Support/ReadoutPictures.h"
@@ -68,19 +71,40 @@ TarvaneTests::ReadoutPartRects parts(const LoudnessReadoutGeometry& geometry) {
             {"truePeak", geometry.truePeak},   {"label", geometry.label},
             {"M", geometry.readings[0]},       {"S", geometry.readings[1]},
             {"I", geometry.readings[2]},       {"LRA", geometry.readings[3]},
-            {"clipBadge", geometry.clipBadge}, {"resetButton", geometry.resetButton}};
+            {"clipBadge", geometry.clipBadge}, {"resetButton", geometry.resetButton},
+            {"levelBar", geometry.levelBar}};
 }
 
 TEST(LoudnessReadoutView, noPartTouchesAnotherOrLeavesTheViewAtAnySize) {
     LoudnessReadoutView plain = programme();
     plain.offersReset = false;
-    for (const Typeface& typeface : {pinned, Typeface::installed()}) {
-        for (const LoudnessReadoutView& view : {programme(), extreme(), plain}) {
-            for (const QSize& size : readoutSizes()) {
-                TarvaneTests::expectPartsApart(parts(layout(view, size, typeface)), size);
-            }
+    LoudnessReadoutView barred = extreme();
+    barred.hasLevelBar = true;
+    for (const LoudnessReadoutView& view : {programme(), plain, barred}) {
+        for (const QSize& size : TarvaneTests::readoutGrid()) {
+            TarvaneTests::expectPartsApart(parts(layout(view, size, pinned)), size);
+        }
+        for (const QSize& size : readoutSizes()) {
+            TarvaneTests::expectPartsApart(parts(layout(view, size, Typeface::installed())), size);
         }
     }
+}
+
+// The level bar's scale first, the bar itself last.
+TEST(LoudnessReadoutView, whatDoesNotFitLeavesInItsOrder) {
+    LoudnessReadoutView view = programme();
+    view.hasLevelBar = true;
+    int most = 0;
+    for (const QSize& size : TarvaneTests::readoutGrid()) {
+        const LoudnessReadoutGeometry geometry = layout(view, size, pinned);
+        const std::array there{geometry.levelBar.height() > LevelBarGeometry::bareHeight,
+                               !geometry.resetButton.isEmpty(), !geometry.readings[0].isEmpty(),
+                               !geometry.levelBar.isEmpty()};
+        EXPECT_TRUE(std::is_sorted(there.begin(), there.end()))
+            << size.width() << 'x' << size.height();
+        most = std::max(most, static_cast<int>(std::count(there.begin(), there.end(), false)));
+    }
+    EXPECT_GE(most, 3) << "the grid goes down to where parts leave";
 }
 
 TEST(LoudnessReadoutView, whatIsDrawnLiesInItsPart) {
@@ -118,7 +142,7 @@ TEST(LoudnessReadoutView, aValueWiderThanTheTemplateShrinksIntoItsColumn) {
 }
 
 TEST(LoudnessReadoutView, theReadingsStandFourPointsApart) {
-    const LoudnessReadoutGeometry geometry = layout(programme(), QSizeF(330, 200), pinned);
+    const LoudnessReadoutGeometry geometry = layout(programme(), QSizeF(340, 104), pinned);
     EXPECT_DOUBLE_EQ(geometry.readingsScale, 1.0);
     for (std::size_t i = 1; i < geometry.readings.size(); ++i) {
         EXPECT_NEAR(geometry.readings[i].left() - geometry.readings[i - 1].right(), 4.0, 1e-9);
@@ -132,7 +156,7 @@ TEST(LoudnessReadoutView, theValueReadsFromThreeMetresInTheSmallestMainWindow) {
     for (const Typeface& typeface : {pinned, Typeface::installed()}) {
         EXPECT_GE(layout(programme(), QSizeF(868, 92), typeface).value.height() * 0.277, 4.4);
     }
-    EXPECT_GE(layout(programme(), QSizeF(1888, 900), pinned).value.height(), 225.0);
+    EXPECT_GE(layout(programme(), QSizeF(1888, 900), pinned).value.height(), 300.0);
 }
 
 TEST(LoudnessReadoutView, theHeadlineIsTheChosenReadingWithItsNameAndUnit) {

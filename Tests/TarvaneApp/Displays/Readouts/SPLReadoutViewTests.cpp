@@ -4,10 +4,14 @@
 
 #include <QImage>
 #include <QPainter>
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
+#include "Displays/Readouts/LevelBarView.h"
 #include "Displays/Readouts/ReadoutText.h"
+#include "Displays/TabularText.h"
 #include "Support/GoldenImage.h"
 #include "Support/ReadoutPictures.h"
 
@@ -62,12 +66,15 @@ const std::vector<std::pair<const char*, SPLReadoutView>>& shapes() {
         leq.leqElapsedFraction = 0.3;
         SPLReadoutView plain = uncalibrated();
         plain.offersReset = false;
+        SPLReadoutView barred = everything();
+        barred.hasLevelBar = true;
         return std::vector<std::pair<const char*, SPLReadoutView>>{{"uncalibrated", uncalibrated()},
                                                                    {"calibrated", calibrated()},
                                                                    {"stereo", stereo},
                                                                    {"leq", leq},
                                                                    {"plain", plain},
-                                                                   {"all", everything()}};
+                                                                   {"all", everything()},
+                                                                   {"barred", barred}};
     }();
     return all;
 }
@@ -82,18 +89,60 @@ TarvaneTests::ReadoutPartRects parts(const SPLReadoutGeometry& geometry) {
             {"sides", geometry.sides},
             {"progress", geometry.progress},
             {"clipBadge", geometry.clipBadge},
-            {"resetButton", geometry.resetButton}};
+            {"resetButton", geometry.resetButton},
+            {"levelBar", geometry.levelBar}};
 }
 
 TEST(SPLReadoutView, noPartTouchesAnotherOrLeavesTheViewAtAnySize) {
-    for (const Typeface& typeface : {pinned, Typeface::installed()}) {
-        for (const auto& [shape, view] : shapes()) {
-            SCOPED_TRACE(shape);
-            for (const QSize& size : sizes) {
-                TarvaneTests::expectPartsApart(parts(layout(view, size, typeface)), size);
-            }
+    for (const auto& [shape, view] : shapes()) {
+        SCOPED_TRACE(shape);
+        for (const QSize& size : TarvaneTests::readoutGrid()) {
+            TarvaneTests::expectPartsApart(parts(layout(view, size, pinned)), size);
+        }
+        for (const QSize& size : sizes) {
+            TarvaneTests::expectPartsApart(parts(layout(view, size, Typeface::installed())), size);
         }
     }
+}
+
+TEST(SPLReadoutView, theValueStandsInTheMiddleAtEverySize) {
+    for (const QSize& size : TarvaneTests::readoutGrid()) {
+        const SPLReadoutGeometry geometry = layout(everything(), size, pinned);
+        EXPECT_NEAR(geometry.value.center().x(), size.width() / 2.0, 1e-9);
+        EXPECT_NEAR(geometry.label.center().x(), size.width() / 2.0, 1e-9);
+        EXPECT_NEAR(geometry.min.center().x() + geometry.max.center().x(), size.width(), 1e-9);
+    }
+}
+
+// The level bar's scale first, the bar itself last.
+TEST(SPLReadoutView, whatDoesNotFitLeavesInItsOrder) {
+    SPLReadoutView view = everything();
+    view.hasLevelBar = true;
+    int most = 0;
+    for (const QSize& size : TarvaneTests::readoutGrid()) {
+        const SPLReadoutGeometry geometry = layout(view, size, pinned);
+        const std::array there{geometry.levelBar.height() > LevelBarGeometry::bareHeight,
+                               !geometry.resetButton.isEmpty(), !geometry.progress.isEmpty(),
+                               !geometry.sides.isEmpty(), !geometry.levelBar.isEmpty()};
+        EXPECT_TRUE(std::is_sorted(there.begin(), there.end()))
+            << size.width() << 'x' << size.height();
+        most = std::max(most, static_cast<int>(std::count(there.begin(), there.end(), false)));
+        EXPECT_FALSE(geometry.label.isEmpty() || geometry.min.isEmpty() ||
+                     geometry.clipBadge.isEmpty());
+    }
+    EXPECT_GE(most, 3) << "the grid goes down to where parts leave";
+}
+
+TEST(SPLReadoutView, inATallAndNarrowPanelMinAndMaxAreUnderTheValue) {
+    const SPLReadoutGeometry tall = layout(calibrated(), QSizeF(320, 600), pinned);
+    EXPECT_GT(tall.min.top(), tall.label.bottom());
+    EXPECT_EQ(tall.min.top(), tall.max.top());
+    EXPECT_GT(tall.value.width(), 0.85 * 320);
+    const SPLReadoutGeometry wide = layout(calibrated(), QSizeF(1168, 140), pinned);
+    EXPECT_LT(wide.min.right(), wide.value.left());
+    EXPECT_NEAR(wide.resetButton.center().x(), wide.max.center().x(), 1.0);
+    EXPECT_GT(wide.resetButton.top(), wide.max.bottom());
+    EXPECT_NEAR(wide.clipBadge.center().y(), wide.label.center().y(), 1.0);
 }
 
 QImage drawn(const SPLReadoutView& view, const QSize& size, double scale = 1.0,
@@ -148,19 +197,43 @@ TEST(SPLReadoutView, theValueNeverMovesItsNeighbours) {
     }
 }
 
-TEST(SPLReadoutView, theLastDigitKeepsItsPlaceWhenOneIsAddedInFront) {
+// The middle of what is drawn: the same digits at both ends, so that their shapes don't count.
+TEST(SPLReadoutView, theNumberChangesItsPlaceOnlyBetweenTwoDigitsAndThree) {
+    const QSize size(900, 300);
     SPLReadoutView view = calibrated();
-    view.valueDB = 88.8;
-    const int right = valueInk(view, QSize(900, 300)).second;
-    view.valueDB = 188.8;
-    EXPECT_EQ(valueInk(view, QSize(900, 300)).second, right);
+    const auto span = [&](double valueDB) {
+        view.valueDB = valueDB;
+        return valueInk(view, size);
+    };
+    const auto [left, right] = span(88.8);
+    EXPECT_NEAR((left + right) / 2.0, size.width() / 2.0, 1.5);
+    EXPECT_EQ(span(8.8).second, right) << "the decimal stays";
+    EXPECT_EQ(span(18.8).second, right);
+    const auto [widerLeft, widerRight] = span(888.8);
+    EXPECT_NEAR((widerLeft + widerRight) / 2.0, size.width() / 2.0, 1.5);
+    EXPECT_GT(widerRight, right);
+}
+
+TEST(SPLReadoutView, aNumberInDBFSStandsInTheMiddleWithItsSign) {
+    SPLReadoutView view = uncalibrated();
+    view.valueDB = -88.8;
+    const QSize size(900, 300);
+    const QRectF value = layout(view, size, pinned).value;
+    EXPECT_NEAR(TabularText::width(QStringLiteral("-88.8"),
+                                   pinned.roundedFont(layout(view, size, pinned).valuePixelSize)),
+                value.width(), 4.0)
+        << "as wide as its column";
+    const int right = valueInk(view, size).second;
+    view.valueDB = -8.8;
+    EXPECT_EQ(valueInk(view, size).second, right);
 }
 
 TEST(SPLReadoutView, theValueIsAtItsOrdinarySizeOrMoreInTheSmallestMainWindow) {
-    // 900 by 260 less menu, toolbar, control bar, level bar and margins.
+    // 900 by 260 less menu, toolbar, control bar and margins.
+    SPLReadoutView view = calibrated();
+    view.hasLevelBar = true;
     for (const Typeface& typeface : {pinned, Typeface::installed()}) {
-        EXPECT_GE(layout(calibrated(), QSizeF(868, 92), typeface).valuePixelSize,
-                  0.9 * Theme::Text::readout);
+        EXPECT_GE(layout(view, QSizeF(868, 142), typeface).valuePixelSize, Theme::Text::readout);
     }
 }
 
@@ -171,14 +244,21 @@ TEST(SPLReadoutView, theValueGrowsWithTheView) {
         EXPECT_GT(size, previous);
         previous = size;
     }
-    // On a full screen the digits take at least a quarter of the height: 8 cm on a 60 cm wide
-    // screen, more than ten times what 20/20 vision needs at three metres (5 arc minutes).
-    EXPECT_GE(layout(calibrated(), QSizeF(1888, 900), pinned).value.height(), 225.0);
+    // On a full screen the digits take at least a third of the height.
+    EXPECT_GE(layout(calibrated(), QSizeF(1888, 900), pinned).value.height(), 300.0);
 }
 
-TEST(SPLReadoutView, theValueIsNeverSmallerThanTwoFifthsOfItsOrdinarySize) {
-    EXPECT_EQ(layout(everything(), QSizeF(100, 40), pinned).valuePixelSize,
-              std::floor(0.4 * Theme::Text::readout));
+// A drawing at any size has a number to show.
+TEST(SPLReadoutView, asSmallAsAStampTheNumberAloneIsLeft) {
+    for (const QSize& size : {QSize(100, 40), QSize(60, 24), QSize(40, 300)}) {
+        const SPLReadoutGeometry geometry = layout(everything(), size, pinned);
+        EXPECT_FALSE(geometry.value.isEmpty());
+        EXPECT_TRUE(geometry.min.isEmpty());
+        TarvaneTests::expectPartsApart(parts(geometry), size);
+    }
+    EXPECT_GE(layout(everything(), QSizeF(100, 80), pinned).valuePixelSize,
+              std::floor(0.4 * Theme::Text::readout))
+        << "before the name leaves it has its smallest size";
 }
 
 TEST(SPLReadoutView, theMetricCarriesItsSuffix) {
@@ -280,7 +360,7 @@ std::vector<Golden> goldens() {
             {"clip", clip, ordinary},
             {"latched", latched, ordinary},
             {"extreme", extreme, ordinary},
-            {"small", everything(), {320, 140}},
+            {"small", everything(), {420, 180}},
             {"short", clip, {868, 92}},
             {"huge", calibrated(), {1600, 800}}};
 }
@@ -299,7 +379,7 @@ TEST(SPLReadoutView, looksAsItsGoldenImages) {
 
 // What the golden images are there to notice, at the size where it is the fewest pixels.
 TEST(SPLReadoutView, aMissingLabelOrAnotherDigitIsMoreThanAGoldenImageTolerates) {
-    const QSize size(320, 140);
+    const QSize size(420, 180);
     const QImage whole = drawn(everything(), size);
     SPLReadoutView other = everything();
     other.metricLabel.clear();
