@@ -9,6 +9,7 @@
 #include "Shell/Windows/InFront.h"
 #include "Shell/Windows/LevelHistoryExport.h"
 #include "Shell/Windows/MainWindow.h"
+#include "Shell/Windows/MeterHeightMemory.h"
 #include "Shell/Windows/WindowFrame.h"
 #include "Shell/Windows/WindowScenes.h"
 
@@ -45,6 +46,7 @@ TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueS
           {.engine = engine_, .store = store, .note = mainWindow_->note()}, mainWindow_.get())),
       scenes_(std::make_unique<WindowScenes>(engine_, store, mainWindow_->keyedActions())) {
     new WindowFrame(store, "main", *mainWindow_);
+    MeterHeightMemory::keep(store, "main", *mainWindow_);
 }
 
 TarvaneApplication::~TarvaneApplication() = default;

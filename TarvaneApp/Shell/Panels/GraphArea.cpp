@@ -64,6 +64,7 @@ GraphArea::GraphArea(MeterEngine& engine, ModuleArrangementLink& arrangement,
                },
            .reset = [this] { arrangement_.setSplitFraction(evenSplit); }},
           this)) {
+    handle_->setAccessibleName(QStringLiteral("Divider between the graphs"));
     connect(&arrangement, &ModuleArrangementLink::changed, this, [this] { arrange(); });
     arrange();
 }

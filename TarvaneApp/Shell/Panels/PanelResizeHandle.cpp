@@ -22,7 +22,6 @@ constexpr double keyStep = 16.0;
 PanelResizeHandle::PanelResizeHandle(Actions actions, QWidget* parent)
     : QWidget(parent), actions_(std::move(actions)) {
     setFocusPolicy(Qt::TabFocus);
-    setAccessibleName(QStringLiteral("Divider between the graphs"));
     setOrientation(Qt::Horizontal);
 }
 

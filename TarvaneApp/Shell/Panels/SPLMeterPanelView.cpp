@@ -1,6 +1,8 @@
 #include "Shell/Panels/SPLMeterPanelView.h"
 
 #include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
 
 #include "Engine/MeterEngine.h"
 #include "LiveDisplays/LiveClockReadoutView.h"
@@ -12,15 +14,16 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr int heightAboveOthers = 230;
 constexpr int leastHeight = 190;
+constexpr int greatestHeight = 420;
+constexpr double shareOfWindow = 0.28;
 
 }  // namespace
 
 SPLMeterPanelView::SPLMeterPanelView(MeterEngine& engine,
                                      const std::optional<TarvaneKit::UUID>& fixedChannelID,
                                      QWidget* parent)
-    : QWidget(parent) {
+    : QWidget(parent), preferredHeight_(leastHeight) {
     const auto channelID = [&engine, fixedChannelID] {
         return fixedChannelID.value_or(engine.splMeterChannelID());
     };
@@ -42,8 +45,20 @@ SPLMeterPanelView::SPLMeterPanelView(MeterEngine& engine,
     });
 }
 
+int SPLMeterPanelView::heightAboveOthers(int windowHeight) {
+    const double share = shareOfWindow * windowHeight;
+    return std::clamp(static_cast<int>(std::lround(share)), leastHeight, greatestHeight);
+}
+
+void SPLMeterPanelView::setPreferredHeight(int height) {
+    if (height != preferredHeight_) {
+        preferredHeight_ = height;
+        updateGeometry();
+    }
+}
+
 QSize SPLMeterPanelView::sizeHint() const {
-    return {QWidget::sizeHint().width(), heightAboveOthers};
+    return {QWidget::sizeHint().width(), preferredHeight_};
 }
 
 QSize SPLMeterPanelView::minimumSizeHint() const {

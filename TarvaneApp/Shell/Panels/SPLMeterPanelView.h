@@ -18,9 +18,17 @@ class SPLMeterPanelView final : public QWidget {
     SPLMeterPanelView(MeterEngine& engine, const std::optional<TarvaneKit::UUID>& fixedChannelID,
                       QWidget* parent = nullptr);
 
-    /// As high as the meter is where other modules take the rest of the window.
+    /// How high the meter is above other modules, in a window that leaves all of them that much:
+    /// a good quarter, between what its parts need and what is left to read on the rest.
+    static int heightAboveOthers(int windowHeight);
+    /// The height that the panel asks for.
+    void setPreferredHeight(int height);
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
+
+  private:
+    int preferredHeight_;
 };
 
 }  // namespace TarvaneApp

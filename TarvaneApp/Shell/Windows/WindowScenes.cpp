@@ -14,6 +14,7 @@
 #include "Shell/Windows/AppTermination.h"
 #include "Shell/Windows/ChannelWindowView.h"
 #include "Shell/Windows/InFront.h"
+#include "Shell/Windows/MeterHeightMemory.h"
 #include "Shell/Windows/StandaloneModuleWindow.h"
 #include "Shell/Windows/WindowFrame.h"
 
@@ -103,6 +104,7 @@ void WindowScenes::open(QWidget* window, const std::string& frameName) {
     windows_.removeAll(nullptr);
     windows_.append(window);
     new WindowFrame(store_, frameName, *window);
+    MeterHeightMemory::keep(store_, frameName, *window);
     window->addActions(actions_);
     connect(new QShortcut(QKeySequence::Close, window), &QShortcut::activated, window,
             &QWidget::close);

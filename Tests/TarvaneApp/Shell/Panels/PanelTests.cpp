@@ -10,12 +10,15 @@
 #include <QWheelEvent>
 #include <cmath>
 
+#include "Displays/Theme.h"
 #include "LiveDisplays/LiveLevelHistoryGraph.h"
+#include "LiveDisplays/LiveSPLReadoutView.h"
 #include "LiveDisplays/LiveSpectrogramView.h"
 #include "LiveDisplays/LiveSpectrumView.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Panels/GraphArea.h"
 #include "Shell/Panels/LevelHistoryPanelView.h"
+#include "Shell/Panels/ModuleLayoutView.h"
 #include "Shell/Panels/PanelMaximizeToggleButton.h"
 #include "Shell/Panels/PanelResizeHandle.h"
 #include "Shell/Panels/RTAPanelView.h"
@@ -83,6 +86,22 @@ class PanelTests : public TarvaneTests::EngineFixture {
         tick();
         settle();
     }
+
+    void dragHandle(PanelResizeHandle& handle, int pixels) {
+        const QPoint from = handle.rect().center();
+        QTest::mousePress(&handle, Qt::LeftButton, {}, from);
+        QMouseEvent move(QEvent::MouseMove, from + QPoint(0, pixels),
+                         handle.mapToGlobal(from + QPoint(0, pixels)), Qt::NoButton, Qt::LeftButton,
+                         Qt::NoModifier);
+        QApplication::sendEvent(&handle, &move);
+        QTest::mouseRelease(&handle, Qt::LeftButton, {}, from);
+        settle();
+    }
+    PanelResizeHandle& meterHandle() {
+        return *the<ModuleLayoutView>().findChild<PanelResizeHandle*>({},
+                                                                      Qt::FindDirectChildrenOnly);
+    }
+    double digitHeight() { return the<LiveSPLReadoutView>().frame().value.height(); }
 
     TarvaneTests::TestProfiles profiles{store, clock};
     std::unique_ptr<MainWindow> window;
@@ -204,7 +223,7 @@ TEST_F(PanelTests, eachGraphsButtonExpandsItAndBringsTheSplitBack) {
     expand->click();
     EXPECT_EQ(engine->panelLayout(), PanelLayout::rtaOnly);
     EXPECT_FALSE(the<SpectrogramPanelView>().isVisible());
-    EXPECT_FALSE(the<PanelResizeHandle>().isVisible());
+    EXPECT_FALSE(the<GraphArea>().findChild<PanelResizeHandle*>()->isVisible());
     EXPECT_EQ(the<RTAPanelView>().size(), the<GraphArea>().size());
     EXPECT_EQ(expand->toolTip(), QStringLiteral("Restore split view"));
     expand->click();
@@ -215,16 +234,8 @@ TEST_F(PanelTests, eachGraphsButtonExpandsItAndBringsTheSplitBack) {
 }
 
 TEST_F(PanelTests, theHandleMovesTheSplitWithinItsLimits) {
-    auto& handle = the<PanelResizeHandle>();
-    const auto drag = [&](int pixels) {
-        const QPoint from = handle.rect().center();
-        QTest::mousePress(&handle, Qt::LeftButton, {}, from);
-        QMouseEvent move(QEvent::MouseMove, from + QPoint(0, pixels),
-                         handle.mapToGlobal(from + QPoint(0, pixels)), Qt::NoButton, Qt::LeftButton,
-                         Qt::NoModifier);
-        QApplication::sendEvent(&handle, &move);
-        QTest::mouseRelease(&handle, Qt::LeftButton, {}, from);
-    };
+    auto& handle = *the<GraphArea>().findChild<PanelResizeHandle*>();
+    const auto drag = [&](int pixels) { dragHandle(handle, pixels); };
     const double extent = the<GraphArea>().height();
     drag(50);
     EXPECT_NEAR(engine->panelSplitFraction(), 0.5 + 50.0 / extent, 0.002);
@@ -244,6 +255,76 @@ TEST_F(PanelTests, theHandleMovesTheSplitWithinItsLimits) {
     EXPECT_LT(the<SpectrogramPanelView>().y(), the<RTAPanelView>().y());
 }
 
+TEST_F(PanelTests, theHandleUnderTheMeterGivesItMoreOfTheWindowOrLess) {
+    auto& meter = the<SPLMeterPanelView>();
+    const int byItself = meter.height();
+    EXPECT_EQ(byItself, SPLMeterPanelView::heightAboveOthers(the<ModuleLayoutView>().height()));
+    dragHandle(meterHandle(), 60);
+    EXPECT_NEAR(meter.height(), byItself + 60, 1);
+    EXPECT_EQ(meterHandle().y(), meter.geometry().bottom() + 1);
+    // What was dragged is a share of the window.
+    const int before = the<ModuleLayoutView>().height();
+    window->resize(1400, 1200);
+    settle();
+    EXPECT_NEAR(meter.height(), (byItself + 60.0) * the<ModuleLayoutView>().height() / before, 1);
+    dragHandle(meterHandle(), 5000);
+    EXPECT_GE(the<GraphArea>().height(), the<GraphArea>().minimumSizeHint().height());
+    EXPECT_TRUE(the<LevelHistoryPanelView>().isVisible());
+    dragHandle(meterHandle(), -5000);
+    EXPECT_EQ(meter.height(), meter.minimumSizeHint().height());
+    QTest::keyClick(&meterHandle(), Qt::Key_Down);
+    settle();
+    EXPECT_NEAR(meter.height(), meter.minimumSizeHint().height() + 16, 1);
+    QTest::mouseDClick(&meterHandle(), Qt::LeftButton);
+    settle();
+    EXPECT_EQ(meter.height(),
+              SPLMeterPanelView::heightAboveOthers(the<ModuleLayoutView>().height()));
+    engine->applyLayoutPreset(LayoutPreset::splMeterOnly);
+    settle();
+    EXPECT_FALSE(meterHandle().isVisible());
+}
+
+// A screen's pixel pitch in millimetres: its diagonal by the pixels along it.
+double pixelPitch(double inches, const QSize& pixels) {
+    return 25.4 * inches / std::hypot(pixels.width(), pixels.height());
+}
+
+// ISO 9241-303: a character is easily read from 16 minutes of arc on, 14 mm at three metres.
+TEST_F(PanelTests, theNumberIsReadFromThreeMetresInEveryWindow) {
+    const auto digits = [this](const QSize& size) {
+        window->resize(size);
+        settle();
+        return digitHeight();
+    };
+    const double fullHD = pixelPitch(24.0, {1920, 1080});
+    EXPECT_NEAR(fullHD, 0.277, 0.001);
+    for (const bool isLoudness : {false, true}) {
+        engine->mainInputMeasuresLoudness.set(isLoudness);
+        // The smallest window and the first one, among all modules.
+        EXPECT_GE(digits({900, 770}) * fullHD, isLoudness ? 10.0 : 15.0);
+        EXPECT_GE(digits({1200, 920}) * fullHD, 15.0);
+        EXPECT_GE(digits({1920, 1050}) * fullHD, 20.0);
+    }
+    engine->mainInputMeasuresLoudness.set(false);
+    EXPECT_GE(digits({1200, 920}), 90.0);
+    EXPECT_GE(digits({3840, 2160}) * pixelPitch(27.0, {3840, 2160}), 40.0);
+    // On a laptop of 14 inches in full HD.
+    EXPECT_GE(digits({1920, 1050}) * pixelPitch(14.0, {1920, 1080}), 15.0);
+    engine->applyLayoutPreset(LayoutPreset::splMeterOnly);
+    EXPECT_GE(digits({900, 260}) * fullHD, 15.0);
+    EXPECT_GE(digits({1920, 1050}) * fullHD, 80.0);
+}
+
+TEST_F(PanelTests, theNumberStandsInTheWindowsMiddle) {
+    const auto& readout = the<LiveSPLReadoutView>();
+    for (const int width : {900, 1200, 1920}) {
+        window->resize(width, 920);
+        settle();
+        const QPointF middle = readout.frame().value.center() + QPointF(Theme::Space::panel, 0.0);
+        EXPECT_NEAR(readout.mapTo(window.get(), middle).x(), width / 2.0, 1e-9);
+    }
+}
+
 TEST_F(PanelTests, hiddenModulesLeaveTheirRoomToTheOthers) {
     EXPECT_EQ(window->minimumHeight(), 770);
     engine->levelHistoryPlacement.set(ModulePlacement::hidden);
@@ -257,7 +338,7 @@ TEST_F(PanelTests, hiddenModulesLeaveTheirRoomToTheOthers) {
     engine->applyLayoutPreset(LayoutPreset::allInMainWindow);
     settle();
     EXPECT_TRUE(the<GraphArea>().isVisible());
-    EXPECT_LT(the<SPLMeterPanelView>().height(), 260);
+    EXPECT_LT(the<SPLMeterPanelView>().height(), 300);
     engine->splMeterPlacement.set(ModulePlacement::hidden);
     settle();
     EXPECT_FALSE(the<SPLMeterPanelView>().isVisible());

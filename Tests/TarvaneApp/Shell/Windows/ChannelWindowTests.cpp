@@ -50,6 +50,7 @@ class ChannelWindowTests : public TarvaneTests::EngineFixture {
         EXPECT_TRUE(QTest::qWaitForWindowExposed(window));
         settle();
     }
+    PanelResizeHandle& graphHandle() { return *the<GraphArea>().findChild<PanelResizeHandle*>(); }
     template <class Widget>
     Widget& the() {
         return *window->findChild<Widget*>();
@@ -150,7 +151,7 @@ TEST_F(ChannelWindowTests, theExpandButtonAndTheHandleWriteTheWindowsOwnLayout) 
     the<RTAPanelView>().findChild<PanelMaximizeToggleButton*>()->click();
     EXPECT_EQ(layout().panelLayout, PanelLayout::both);
 
-    auto& handle = the<PanelResizeHandle>();
+    auto& handle = graphHandle();
     const double extent = the<GraphArea>().height();
     QTest::keyClick(&handle, Qt::Key_Down);
     EXPECT_NEAR(layout().splitFraction, 0.5 + 16.0 / extent, 1e-9);
@@ -160,7 +161,7 @@ TEST_F(ChannelWindowTests, theExpandButtonAndTheHandleWriteTheWindowsOwnLayout) 
 TEST_F(ChannelWindowTests, aStoredSplitBeyondTheLimitsIsMendedByTheFirstDrag) {
     engine->updateWindowLayout(stage.id, [](auto& layout) { layout.splitFraction = 0.97; });
     EXPECT_DOUBLE_EQ(layout().splitFraction, 0.97);
-    QTest::keyClick(&the<PanelResizeHandle>(), Qt::Key_Down);
+    QTest::keyClick(&graphHandle(), Qt::Key_Down);
     EXPECT_DOUBLE_EQ(layout().splitFraction, 0.85);
 }
 

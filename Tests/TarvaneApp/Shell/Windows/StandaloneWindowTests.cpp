@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "Shell/Panels/LevelHistoryPanelView.h"
+#include "Shell/Panels/ModuleLayoutView.h"
 #include "Shell/Panels/PanelMaximizeToggleButton.h"
 #include "Shell/Panels/RTAPanelView.h"
 #include "Shell/Panels/SPLMeterPanelView.h"
@@ -226,6 +227,25 @@ TEST_F(StandaloneWindowTests, aWindowIsWhereItWasAfterARelaunch) {
     settle();
     engine().rtaPlacement.set(separateWindow);
     EXPECT_EQ(window(StandaloneModule::rta)->geometry(), frame);
+}
+
+TEST_F(StandaloneWindowTests, theMetersHeightIsAsItWasAfterARelaunch) {
+    const auto modules = [] { return theMainWindow().findChild<ModuleLayoutView*>(); };
+    const auto meterHeight = [&] { return modules()->findChild<SPLMeterPanelView*>()->height(); };
+    const int byItself = meterHeight();
+    modules()->setMeterShare(0.4);
+    settle();
+    const int dragged = meterHeight();
+    EXPECT_GT(dragged, byItself);
+    quit();
+    launch();
+    EXPECT_EQ(meterHeight(), dragged);
+    modules()->setMeterShare(std::nullopt);
+    quit();
+    EXPECT_FALSE(store.contains("WindowMeterShare.main"));
+    store.setNumber("WindowMeterShare.main", -3.0);
+    launch();
+    EXPECT_EQ(meterHeight(), byItself);
 }
 
 TEST_F(StandaloneWindowTests, aFrameOnAScreenThatIsGoneIsBroughtBack) {
