@@ -40,6 +40,8 @@ class FrequencyAxis {
         return width > 0.0 ? std::pow(10.0, logMin_ + x / width * decades_) : minHz_;
     }
 
+    bool operator==(const FrequencyAxis&) const = default;
+
   private:
     double minHz_;
     double logMin_;

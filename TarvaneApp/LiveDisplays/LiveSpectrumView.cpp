@@ -145,6 +145,7 @@ void LiveSpectrumView::refresh() {
 
 void LiveSpectrumView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    view_.covered = bannerFade_.shown().rect(size());
     painter.drawImage(QPointF(0.0, 0.0), raster_.image(view_, size(), devicePixelRatioF()));
     paintHover(painter, view_, size());
     bannerFade_.shown().paint(painter, size());

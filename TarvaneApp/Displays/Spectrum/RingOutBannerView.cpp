@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <cmath>
 
+#include "Displays/PixelGrid.h"
 #include "Displays/Plate.h"
 #include "Displays/TabularText.h"
 
@@ -15,7 +16,10 @@ constexpr double graphMargin = 10.0;
 constexpr double paddingAcross = 14.0;
 constexpr double radius = 8.0;
 constexpr double plateOpacity = 0.95;
-constexpr double heldOpacity = 0.55;
+// Nothing of the graph is legible through it.
+constexpr double heldPlateOpacity = 0.93;
+// What is large stays 3:1 above its plate.
+constexpr double heldTextOpacity = 0.8;
 
 QFont frequencyFont(const Typeface& typeface) {
     return typeface.roundedFont(Theme::Text::banner, QFont::Bold);
@@ -65,7 +69,13 @@ QRectF RingOutBannerView::rect(const QSizeF& graph, const Typeface& typeface) co
                          widthOf(noteFont(typeface), centsText()) + 2.0 * paddingAcross;
     const double height =
         std::ceil(QFontMetricsF(frequencyFont(typeface)).height()) + 2.0 * Theme::Space::row;
-    return {graph.width() - graphMargin - width, graphMargin, width, height};
+    const QRectF right(graph.width() - graphMargin - width, graphMargin, width, height);
+    const QRectF left(graphMargin, graphMargin, width, height);
+    const double ring = axis.x(alert->frequencyHz, graph.width());
+    const auto covers = [ring](const QRectF& plate) {
+        return plate.left() <= ring && ring <= plate.right();
+    };
+    return covers(right) && !covers(left) ? left : right;
 }
 
 void RingOutBannerView::paint(QPainter& painter, const QSizeF& graph,
@@ -75,8 +85,17 @@ void RingOutBannerView::paint(QPainter& painter, const QSizeF& graph,
     }
     const QRectF plate = rect(graph, typeface);
     painter.save();
-    painter.setOpacity(presence * (isLive ? 1.0 : heldOpacity));
-    paintPlate(painter, plate, radius, Theme::faded(Theme::panelBackground, plateOpacity));
+    painter.setOpacity(presence);
+    paintPlate(painter, plate, radius,
+               Theme::faded(Theme::panelBackground, isLive ? plateOpacity : heldPlateOpacity));
+    const double textOpacity = isLive ? 1.0 : heldTextOpacity;
+    const PixelGrid grid(painter);
+    const double hairline = grid.lineWidth(1.0);
+    const double inset = hairline / 2.0;
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(Theme::faded(Theme::ringAlert, textOpacity), hairline));
+    painter.drawRoundedRect(grid.snapped(plate).adjusted(inset, inset, -inset, -inset), radius,
+                            radius);
 
     const QFontMetricsF metrics(frequencyFont(typeface));
     const double baseline = plate.top() + Theme::Space::row + metrics.ascent();
@@ -86,8 +105,11 @@ void RingOutBannerView::paint(QPainter& painter, const QSizeF& graph,
         TabularText::draw(painter, QPointF(x, baseline), text, font);
         x += widthOf(font, text) + gap;
     };
-    draw(frequencyFont(typeface), Theme::ringAlert, frequencyText(), Theme::Space::row);
-    draw(noteFont(typeface), Theme::primaryText, noteText(), Theme::Space::label);
+    draw(frequencyFont(typeface), Theme::faded(Theme::ringAlert, textOpacity), frequencyText(),
+         Theme::Space::row);
+    draw(noteFont(typeface), Theme::faded(Theme::primaryText, textOpacity), noteText(),
+         Theme::Space::label);
+    // Already as quiet as a small text can be.
     draw(noteFont(typeface), Theme::axisText, centsText(), 0.0);
     painter.restore();
 }

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "DSP/RingAlert.h"
+#include "Displays/FrequencyAxis.h"
 #include "Displays/Theme.h"
 
 class QPainter;
@@ -16,8 +17,10 @@ namespace TarvaneApp {
 
 struct RingOutBannerView {
     std::optional<TarvaneKit::RingAlert> alert;
-    /// The ring sounds right now; else it has just stopped, and the banner is dimmed.
+    /// The ring sounds right now; else it has just stopped, and the banner's texts are dimmed.
     bool isLive = false;
+    /// The graph's.
+    FrequencyAxis axis{20.0, 20000.0};
     /// From 0 (hidden) to 1; in between while it fades.
     double presence = 1.0;
 
@@ -34,7 +37,8 @@ struct RingOutBannerView {
 
     // --- its drawing
 
-    /// In the top right corner of a graph of that size; empty without an alert.
+    /// In the top right corner of a graph of that size, or in the left one where the ring itself
+    /// would lie under it; empty without an alert.
     QRectF rect(const QSizeF& graph, const Typeface& typeface = Typeface::installed()) const;
     void paint(QPainter& painter, const QSizeF& graph,
                const Typeface& typeface = Typeface::installed()) const;

@@ -175,6 +175,7 @@ void drawLabels(QPainter& painter, const SpectrumView& view, const QSizeF& size,
     const SpectrumLabels labels = layoutLabels(view, size, typeface);
     paintLabels(painter, labels.grid, typeface);
     paintLabels(painter, labels.floorCeiling, typeface);
+    paintLabels(painter, labels.curve, typeface);
 }
 
 void paint(QPainter& painter, const SpectrumView& view, const QSizeF& size,

@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <map>
+#include <utility>
 
 #include "Displays/PixelBlend.h"
 #include "Displays/Spectrum/SpectrumDrawing.h"
@@ -45,6 +46,7 @@ const QImage& SpectrumRaster::image(const SpectrumView& view, const QSizeF& size
     prepareFill(view.traceColor);
     prepareBars(view);
     prepareCurve(view);
+    prepareLabels(view);
 
     hasLine_ = view.showsLine() && !view.lineSpectrumDB.empty();
     hasHold_ = view.showsLine() && view.showPeakHold &&
@@ -133,10 +135,22 @@ void SpectrumRaster::prepareGrid(const SpectrumView& view, const QSizeF& size, d
         drawRules(painter, view, size);
     }
     takeGroundColumns(ground);
+    labelKey_.reset();
+}
+
+// A banner that comes and goes moves labels and leaves the grid as it is.
+void SpectrumRaster::prepareLabels(const SpectrumView& view) {
+    LabelKey key{.covered = view.covered,
+                 .curve = view.targetCurve,
+                 .curveReferenceDB = view.targetCurveReferenceDB};
+    if (labelKey_ == key) {
+        return;
+    }
+    labelKey_ = std::move(key);
     QImage labels = layer(QImage::Format_ARGB32_Premultiplied);
     {
         QPainter painter(&labels);
-        drawLabels(painter, view, size, typeface_);
+        drawLabels(painter, view, gridKey_->size, typeface_);
     }
     labels_ = SparseLayer(labels);
 }

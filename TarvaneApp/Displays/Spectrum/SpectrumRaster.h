@@ -10,6 +10,7 @@
 #pragma once
 
 #include <QImage>
+#include <QRectF>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -50,6 +51,12 @@ class SpectrumRaster {
         std::optional<TarvaneKit::TargetCurve> curve;
         double referenceDB;
     };
+    struct LabelKey {
+        QRectF covered;
+        std::optional<TarvaneKit::TargetCurve> curve;
+        double curveReferenceDB;
+        bool operator==(const LabelKey&) const = default;
+    };
     struct BarPlace {
         float left;  // device pixels
         float right;
@@ -62,6 +69,7 @@ class SpectrumRaster {
     using Rows = TraceColumns::Rows;
 
     void prepareGrid(const SpectrumView& view, const QSizeF& size, double pixelRatio);
+    void prepareLabels(const SpectrumView& view);
     void prepareFill(const QColor& traceColor);
     void prepareBars(const SpectrumView& view);
     void prepareCurve(const SpectrumView& view);
@@ -98,6 +106,7 @@ class SpectrumRaster {
     std::optional<GridKey> gridKey_;
     std::vector<std::vector<QRgb>> groundColumns_;
     std::vector<int> groundOfColumn_;
+    std::optional<LabelKey> labelKey_;
     SparseLayer labels_;
 
     std::optional<QColor> fillColor_;

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <QColor>
+#include <QRectF>
 #include <QString>
 #include <optional>
 #include <vector>
@@ -71,6 +72,8 @@ struct SpectrumView {
     std::optional<TarvaneKit::RingAlert> activeRingAlert;
     std::vector<SpectrumOverlay> overlays;
     SpectrumHoverState hover;
+    /// A banner lies there, and no label.
+    QRectF covered;
     double minHz = 20.0;
     double maxHz = 20000.0;
 

@@ -66,6 +66,59 @@ TEST(SpectrumLabels, floorAndCeilingOnTheEndsOfTheAxisHaveNoLabels) {
     EXPECT_TRUE(layoutLabels(view, {900.0, 300.0}, pinned).floorCeiling.empty());
 }
 
+TEST(SpectrumLabels, aLevelNeverStandsAtAnotherOnesRule) {
+    for (const SpectrumView& view : {TarvaneTests::ordinarySpectrum(), spectrumInDBFS()}) {
+        for (double height = 60.0; height < 600.0; height += 7.0) {
+            for (const SpectrumLabel& label : layoutLabels(view, {900.0, height}, pinned).grid) {
+                const bool isLevel = label.text == QStringLiteral("0") ||
+                                     label.text.startsWith(u'+') || label.text.startsWith(u'-');
+                if (!isLevel) {
+                    continue;
+                }
+                for (const double other : view.levelGridLines()) {
+                    const double rule = view.y(other, height);
+                    EXPECT_FALSE(other != label.text.toDouble() && label.plate().top() <= rule &&
+                                 rule <= label.plate().bottom())
+                        << label.text.toStdString() << " at " << other << ", height " << height;
+                }
+            }
+        }
+    }
+}
+
+TEST(SpectrumLabels, whatABannerCoversHasNoLabels) {
+    SpectrumView view = TarvaneTests::ordinarySpectrum();
+    view.covered = QRectF(700.0, 10.0, 190.0, 40.0);
+    view.spectrogramCeilingDB = 126.0;  // its label would be at 15
+    const SpectrumLabels labels = layoutLabels(view, {900.0, 300.0}, pinned);
+    for (const auto* group : {&labels.grid, &labels.floorCeiling, &labels.curve}) {
+        for (const SpectrumLabel& label : *group) {
+            EXPECT_FALSE(label.plate().intersects(view.covered)) << label.text.toStdString();
+        }
+    }
+    EXPECT_NE(find(labels.floorCeiling, "FLOOR"), nullptr);
+    // A label that is in the way leaves; it doesn't go where its line isn't.
+    view.covered = QRectF(700.0, 0.0, 200.0, 120.0);
+    EXPECT_EQ(find(layoutLabels(view, {900.0, 300.0}, pinned).floorCeiling, "CEILING"), nullptr);
+}
+
+TEST(SpectrumLabels, theTargetCurveIsNamedAtItsEndAlsoOnTheCeiling) {
+    SpectrumView view = spectrumInDBFS();
+    view.targetCurve = TarvaneKit::TargetCurve{"House", {{20.0, 0.0}, {20000.0, 0.0}}};
+    view.targetCurveReferenceDB = -20.0;
+    view.spectrogramCeilingDB = -20.0;
+    const SpectrumLabels labels = layoutLabels(view, {900.0, 300.0}, pinned);
+    ASSERT_EQ(labels.curve.size(), 1U);
+    const SpectrumLabel& name = labels.curve.front();
+    EXPECT_EQ(name.text, QStringLiteral("House"));
+    EXPECT_EQ(name.color, Theme::targetCurve);
+    EXPECT_GT(name.rect.right(), 750.0);
+    EXPECT_NEAR(name.rect.center().y(), view.y(-20.0, 300.0), 16.0);
+    EXPECT_FALSE(name.plate().intersects(find(labels.floorCeiling, "CEILING")->plate()));
+    view.targetCurve.reset();
+    EXPECT_TRUE(layoutLabels(view, {900.0, 300.0}, pinned).curve.empty());
+}
+
 TEST(SpectrumLabels, noLabelTouchesAnotherOrLeavesTheGraphAtAnySize) {
     SpectrumView view = TarvaneTests::ordinarySpectrum();
     for (const double width : {120.0, 240.0, 320.0, 480.0, 900.0, 1900.0, 3840.0}) {
@@ -77,6 +130,7 @@ TEST(SpectrumLabels, noLabelTouchesAnotherOrLeavesTheGraphAtAnySize) {
                 const SpectrumLabels labels = layoutLabels(view, {width, height}, pinned);
                 std::vector<SpectrumLabel> all = labels.grid;
                 all.insert(all.end(), labels.floorCeiling.begin(), labels.floorCeiling.end());
+                all.insert(all.end(), labels.curve.begin(), labels.curve.end());
                 EXPECT_NE(find(all, "1k"), nullptr) << width << 'x' << height;
                 for (std::size_t i = 0; i < all.size(); ++i) {
                     EXPECT_GE(all[i].rect.left(), 0.0);
