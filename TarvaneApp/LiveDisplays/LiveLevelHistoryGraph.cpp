@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
 #include <QPainter>
+#include <QToolTip>
 #include <QWheelEvent>
 #include <cmath>
 
@@ -241,6 +242,12 @@ void LiveLevelHistoryGraph::keyPressEvent(QKeyEvent* event) {
 }
 
 bool LiveLevelHistoryGraph::event(QEvent* event) {
+    // What the graph itself says under the pointer isn't covered.
+    if (event->type() == QEvent::ToolTip && !hoverText(view_, raster_.geometry()).isEmpty()) {
+        QToolTip::hideText();
+        event->ignore();
+        return true;
+    }
     if (event->type() == QEvent::NativeGesture) {
         const auto* gesture = static_cast<QNativeGestureEvent*>(event);
         if (gesture->gestureType() == Qt::ZoomNativeGesture && !view_.recorder->isEmpty()) {

@@ -6,7 +6,6 @@
 #include <QPolygonF>
 #include <algorithm>
 #include <iterator>
-#include <limits>
 
 #include "Displays/Plate.h"
 #include "Displays/Readouts/ReadoutText.h"
@@ -21,7 +20,6 @@ namespace {
 
 constexpr double underPlot = 3.0;        // between the plot and the texts under it
 constexpr double timeLabelInset = 20.0;  // a time closer to an end is aligned inwards
-constexpr double levelLabelsApart = 11.0;
 
 constexpr double lostAudioWidth = 2.0;
 constexpr double lostAudioHeight = 8.0;
@@ -46,13 +44,8 @@ double baselineAbout(double y, const QFontMetricsF& metrics) {
 void drawLevelLabels(QPainter& painter, const LevelHistoryView::Span& axis, const QRectF& plot,
                      const QFont& font) {
     const QFontMetricsF metrics(font);
-    double lastY = std::numeric_limits<double>::infinity();
-    for (const double level : LevelHistoryView::levelTicks(axis)) {
+    for (const double level : LevelHistoryView::levelLabels(axis, plot.height())) {
         const double y = LevelHistoryView::y(level, axis, plot);
-        if (lastY - y < levelLabelsApart) {
-            continue;
-        }
-        lastY = y;
         const QString text = QString::number(static_cast<int>(level));
         // The lowest label sits on the axis, clear of the unit under it.
         const double baseline = std::min(baselineAbout(y, metrics), plot.bottom());

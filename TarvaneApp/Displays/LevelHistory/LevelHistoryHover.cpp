@@ -30,12 +30,13 @@ QString wallClock(const TarvaneKit::Date& start, double elapsed) {
 QString hoverText(const LevelHistoryView& view, const LevelHistoryGeometry& geometry) {
     const QRectF& plot = geometry.plot;
     const auto x = view.hover.xPosition;
-    if (!view.isInteractive || !x || *x < plot.left() || *x > plot.right()) {
+    const bool isEmpty = view.session().duration <= 0.0;
+    if (isEmpty || !view.isInteractive || !x || *x < plot.left() || *x > plot.right()) {
         return {};
     }
     const double elapsed = LevelHistoryView::elapsedAt(*x, geometry.range, plot);
     QString text = LevelHistoryView::timeLabel(elapsed);
-    if (view.recorder != nullptr && view.recorder->sessionStartDate()) {
+    if (view.recorder->sessionStartDate()) {
         text +=
             QStringLiteral("  (%1)").arg(wallClock(*view.recorder->sessionStartDate(), elapsed));
     }
@@ -48,7 +49,9 @@ QString hoverText(const LevelHistoryView& view, const LevelHistoryGeometry& geom
     if (const auto column = columnAt(geometry.traces.primary)) {
         text += QStringLiteral("  ");
         if (column->maxDB - column->minDB >= singleLevelDB) {
-            text += levelText(column->minDB) + u'–';
+            // A dash between signs needs air to be told from them.
+            text += levelText(column->minDB) +
+                    (column->minDB < 0.0 ? QStringLiteral(" – ") : QStringLiteral("–"));
         }
         text += levelText(column->maxDB) + u' ' + view.unitLabel;
     }

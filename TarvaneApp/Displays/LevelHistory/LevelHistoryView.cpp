@@ -20,6 +20,7 @@ constexpr double stepDB = 10.0;
 constexpr double coarseStepDB = 20.0;
 constexpr double widestFineRangeDB = 80.0;
 constexpr double shortestAxisDB = 20.0;
+constexpr double labelsApart = 14.0;
 constexpr double ticksApart = 80.0;
 // A tick up to this far beyond the end counts as on it.
 constexpr double tickTolerance = 0.001;
@@ -92,6 +93,19 @@ std::vector<double> LevelHistoryView::levelTicks(const Span& axis) {
         ticks.push_back(axis.lowest + i * step);
     }
     return ticks;
+}
+
+std::vector<double> LevelHistoryView::levelLabels(const Span& axis, double plotHeight) {
+    std::vector<double> labels;
+    double lastY = -labelsApart;
+    for (const double level : levelTicks(axis)) {
+        const double y = plotHeight * (level - axis.lowest) / (axis.highest - axis.lowest);
+        if (y - lastY >= labelsApart) {
+            labels.push_back(level);
+            lastY = y;
+        }
+    }
+    return labels;
 }
 
 double LevelHistoryView::timeStep(double span, double width) {

@@ -89,6 +89,8 @@ struct LevelHistoryView {
 
     /// The levels with a grid line.
     static std::vector<double> levelTicks(const Span& axis);
+    /// Those of them with a label, from the lowest up: each that has room for its digits.
+    static std::vector<double> levelLabels(const Span& axis, double plotHeight);
     /// Between two grid lines of time: a round step, at least 80 pixels wide.
     static double timeStep(double span, double width);
     static std::vector<double> timeTicks(const LevelHistoryViewport::Range& range, double width);

@@ -72,12 +72,16 @@ class LevelHistoryExtremesSummary::Button final : public QAbstractButton {
         painter.setOpacity(isEnabled() ? 1.0 : dimmed);
         painter.setPen(Theme::axisText);
         TabularText::draw(painter, QPointF(margin, baseline), title_, titleFont());
+        // The level first; when it was stands behind it, quieter.
+        const auto timeAt = value_.lastIndexOf(u' ') + 1;
+        const QString level = value_.left(timeAt);
+        const double left =
+            margin + TabularText::width(title_, titleFont()) + Theme::Space::related;
         painter.setPen(Theme::primaryText);
-        TabularText::draw(
-            painter,
-            QPointF(margin + TabularText::width(title_, titleFont()) + Theme::Space::related,
-                    baseline),
-            value_, valueFont());
+        TabularText::draw(painter, QPointF(left, baseline), level, valueFont());
+        painter.setPen(Theme::axisText);
+        TabularText::draw(painter, QPointF(left + TabularText::width(level, valueFont()), baseline),
+                          value_.mid(timeAt), valueFont());
         if (hasFocus()) {
             paintFocusRing(painter, rect(), cornerRadius - 1.0);
         }

@@ -40,6 +40,26 @@ TEST(LevelHistoryHover, theReadoutOfASteadyColumnTellsOneLevel) {
               QStringLiteral("80.0 dB"));
 }
 
+TEST(LevelHistoryHover, aDashBetweenNegativeLevelsHasAirAroundIt) {
+    const auto recorder = newSession();
+    record(*recorder, 0.0, 100.0,
+           [](double elapsed) { return std::fmod(elapsed, 0.1) < 0.05 ? -26.0 : -23.96; });
+    LevelHistoryView view = historyOf(*recorder);
+    view.unitLabel = QStringLiteral("dBFS");
+    view.hover.xPosition = 40.0 + 655.0;
+    EXPECT_TRUE(hoverText(view, layout(view, {1048.0, 300.0}))
+                    .endsWith(QStringLiteral("  -26.0 – -24.0 dBFS")));
+}
+
+TEST(LevelHistoryHover, anEmptyHistoryHasNoReadout) {
+    const auto recorder = newSession();
+    LevelHistoryView view = historyOf(*recorder);
+    view.hover.xPosition = 100.0;
+    EXPECT_TRUE(hoverText(view, layout(view, {900.0, 300.0})).isEmpty());
+    view.recorder = nullptr;
+    EXPECT_TRUE(hoverText(view, layout(view, {900.0, 300.0})).isEmpty());
+}
+
 TEST(LevelHistoryHover, outsideThePlotAndOnPagesThereIsNoReadout) {
     const auto recorder = newSession();
     record(*recorder, 0.0, 12.0, constant(80.0));

@@ -89,6 +89,15 @@ TEST(LevelHistoryView, levelRulesStandEveryTenOrBeyondEightyEveryTwenty) {
                 ElementsAre(30.0, 50.0, 70.0, 90.0, 110.0));
 }
 
+TEST(LevelHistoryView, levelsHaveLabelsFourteenPixelsApartAtLeast) {
+    // Nine lines over 200 pixels are 25 apart, over 80 pixels 10, over 40 pixels 5.
+    EXPECT_EQ(LevelHistoryView::levelLabels({30.0, 110.0}, 200.0).size(), 9U);
+    EXPECT_THAT(LevelHistoryView::levelLabels({30.0, 110.0}, 80.0),
+                ElementsAre(30.0, 50.0, 70.0, 90.0, 110.0));
+    EXPECT_THAT(LevelHistoryView::levelLabels({30.0, 110.0}, 40.0), ElementsAre(30.0, 60.0, 90.0));
+    EXPECT_THAT(LevelHistoryView::levelLabels({70.0, 90.0}, 5.0), ElementsAre(70.0));
+}
+
 TEST(LevelHistoryView, timeRulesAreAtLeast80PixelsApart) {
     EXPECT_EQ(LevelHistoryView::timeStep(10.0, 852.0), 1.0);
     EXPECT_EQ(LevelHistoryView::timeStep(60.0, 852.0), 10.0);  // 10.65 steps at most
