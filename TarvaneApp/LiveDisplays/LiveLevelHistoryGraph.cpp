@@ -14,6 +14,7 @@
 #include "Displays/Theme.h"
 #include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
+#include "LiveDisplays/OverlayAxis.h"
 #include "Settings/Observable.h"
 
 namespace TarvaneApp {
@@ -101,7 +102,7 @@ void LiveLevelHistoryGraph::contextChanged() {
     std::vector<UUID> shown{channelID_};
     for (const UUID& id : requestedOverlayIDs_) {
         const auto overlaid = engine_.channelInfo(id);
-        if (id == channelID_ || !overlaid) {
+        if (id == channelID_ || !overlaid || whyNotOverHistory(engine_, channelID_, id)) {
             continue;
         }
         shown.push_back(id);

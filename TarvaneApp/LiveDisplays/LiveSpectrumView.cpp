@@ -10,6 +10,7 @@
 #include "Displays/Theme.h"
 #include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
+#include "LiveDisplays/OverlayAxis.h"
 #include "Settings/Observable.h"
 
 namespace TarvaneApp {
@@ -86,7 +87,7 @@ void LiveSpectrumView::contextChanged() {
     std::vector<UUID> ids{channelID_};
     for (const UUID& id : requestedOverlayIDs_) {
         const auto overlaid = engine_.channelInfo(id);
-        if (id == channelID_ || !overlaid) {
+        if (id == channelID_ || !overlaid || whyNotOverSpectrum(engine_, channelID_, id)) {
             continue;
         }
         ids.push_back(id);

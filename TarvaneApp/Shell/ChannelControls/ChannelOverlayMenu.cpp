@@ -50,8 +50,12 @@ std::vector<ChannelOverlayMenu::Choice> ChannelOverlayMenu::choices() const {
 }
 
 void ChannelOverlayMenu::fill(QMenu& menu) {
+    const UUID base = engine_.resolvedChannelID(baseChannelID_);
     for (const Choice& choice : choices()) {
         QAction* item = menu.addAction(menuText(choice.name));
+        if (const auto reason = whyNot(base, choice.id)) {
+            item->setText(item->text() + QStringLiteral("  (%1)").arg(*reason));
+        }
         item->setCheckable(true);
         item->setChecked(choice.isOverlaid);
         connect(item, &QAction::triggered, this, [this, id = choice.id] { toggle(id); });

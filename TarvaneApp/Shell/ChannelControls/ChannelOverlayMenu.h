@@ -1,6 +1,8 @@
 // Which other channels are drawn over a panel's own. Hidden while there is no other channel.
 #pragma once
 
+#include <QString>
+#include <optional>
 #include <vector>
 
 #include "Core/UUID.h"
@@ -27,6 +29,9 @@ class ChannelOverlayMenu : public IconMenuButton {
 
     /// Adds a check item for each channel that can be an overlay.
     virtual void fill(QMenu& menu);
+    /// Why the graph doesn't draw that channel over the panel's own; absent where it does.
+    virtual std::optional<QString> whyNot(const TarvaneKit::UUID& base,
+                                          const TarvaneKit::UUID& overlay) const = 0;
 
     MeterEngine& engine_;
     Setting<IDs>& overlays_;

@@ -1,6 +1,7 @@
 #include "Shell/Panels/LevelHistoryOverlayMenu.h"
 
 #include "Engine/MeterEngine.h"
+#include "LiveDisplays/OverlayAxis.h"
 
 namespace TarvaneApp {
 
@@ -10,6 +11,11 @@ LevelHistoryOverlayMenu::LevelHistoryOverlayMenu(MeterEngine& engine, const UUID
                                                  QWidget* parent)
     : ChannelOverlayMenu(engine, engine.levelHistoryOverlayChannelIDs,
                          QStringLiteral("Overlay other channels' history"), baseChannelID, parent) {
+}
+
+std::optional<QString> LevelHistoryOverlayMenu::whyNot(const UUID& base,
+                                                       const UUID& overlay) const {
+    return whyNotOverHistory(engine_, base, overlay);
 }
 
 }  // namespace TarvaneApp

@@ -10,6 +10,10 @@ class LevelHistoryOverlayMenu final : public ChannelOverlayMenu {
   public:
     LevelHistoryOverlayMenu(MeterEngine& engine, const TarvaneKit::UUID& baseChannelID,
                             QWidget* parent = nullptr);
+
+  private:
+    std::optional<QString> whyNot(const TarvaneKit::UUID& base,
+                                  const TarvaneKit::UUID& overlay) const override;
 };
 
 }  // namespace TarvaneApp

@@ -3,6 +3,7 @@
 #include <QMenu>
 
 #include "Engine/MeterEngine.h"
+#include "LiveDisplays/OverlayAxis.h"
 
 namespace TarvaneApp {
 
@@ -19,6 +20,10 @@ void RTAOverlayMenu::fill(QMenu& menu) {
     QAction* clear = menu.addAction(QStringLiteral("Clear Overlays"));
     clear->setEnabled(!overlays_().empty());
     connect(clear, &QAction::triggered, this, [this] { overlays_.set({}); });
+}
+
+std::optional<QString> RTAOverlayMenu::whyNot(const UUID& base, const UUID& overlay) const {
+    return whyNotOverSpectrum(engine_, base, overlay);
 }
 
 }  // namespace TarvaneApp

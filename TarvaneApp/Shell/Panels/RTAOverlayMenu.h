@@ -13,6 +13,8 @@ class RTAOverlayMenu final : public ChannelOverlayMenu {
 
   private:
     void fill(QMenu& menu) override;
+    std::optional<QString> whyNot(const TarvaneKit::UUID& base,
+                                  const TarvaneKit::UUID& overlay) const override;
 };
 
 }  // namespace TarvaneApp

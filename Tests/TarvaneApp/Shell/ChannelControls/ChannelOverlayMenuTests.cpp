@@ -5,6 +5,8 @@
 #include <QMenu>
 
 #include "Displays/Theme.h"
+#include "LiveDisplays/LiveLevelHistoryGraph.h"
+#include "LiveDisplays/LiveSpectrumView.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Panels/LevelHistoryOverlayMenu.h"
 #include "Shell/Panels/RTAOverlayMenu.h"
@@ -116,6 +118,44 @@ TEST_F(ChannelOverlayMenuTests, aChannelThatWasSwitchedOffCanStillBeTakenAway) {
     items(*history)[0]->trigger();
     EXPECT_TRUE(engine->levelHistoryOverlayChannelIDs().empty());
     EXPECT_FALSE(history->isVisible());
+}
+
+// A line in dB over an axis in dBFS or LUFS would lie at a level that it doesn't have.
+TEST_F(ChannelOverlayMenuTests, aChannelThatTheAxisCantShowIsNotDrawnAndTheMenuSaysWhy) {
+    const ChannelConfig stage = addChannel("Stage", "desk", 2);
+    engine->levelHistoryOverlayChannelIDs.set({stage.id});
+    engine->rtaOverlayChannelIDs.set({stage.id});
+    LiveLevelHistoryGraph historyGraph(*engine, UUID::main());
+    LiveSpectrumView rtaGraph(*engine, UUID::main());
+    const auto drawn = [&] {
+        historyGraph.setOverlayIDs(engine->levelHistoryOverlayChannelIDs());
+        rtaGraph.setOverlayIDs(engine->rtaOverlayChannelIDs());
+        settle();
+        return std::pair(historyGraph.view().overlays.size(), rtaGraph.view().overlays.size());
+    };
+    EXPECT_EQ(drawn(), std::pair(std::size_t{1}, std::size_t{1}));
+    EXPECT_EQ(texts(*history).first(), QStringLiteral("Stage"));
+    EXPECT_EQ(texts(*rta).first(), QStringLiteral("Stage"));
+
+    engine->setMeasuresLoudness(true, stage.id);
+    EXPECT_EQ(drawn(), std::pair(std::size_t{0}, std::size_t{1}));
+    EXPECT_EQ(texts(*history).first(),
+              QStringLiteral("Stage  (reads in LUFS, this history in dBFS)"));
+    EXPECT_TRUE(items(*history).first()->isChecked()) << "it can still be removed";
+
+    engine->setMeasuresLoudness(false, stage.id);
+    TarvaneKit::CalibrationProfile profile;
+    profile.reference = TarvaneKit::ReferenceCalibration{};
+    profile.reference->offsetDB = 120.0;
+    engine->calibration.set(profile);
+    EXPECT_EQ(drawn(), std::pair(std::size_t{0}, std::size_t{0}));
+    EXPECT_EQ(texts(*history).first(),
+              QStringLiteral("Stage  (reads in dBFS, this history in dB)"));
+    EXPECT_EQ(texts(*rta).first(),
+              QStringLiteral("Stage  (not calibrated, this analyzer is in dB SPL)"));
+
+    engine->splReadoutShowsDBFS.set(true);
+    EXPECT_EQ(drawn(), std::pair(std::size_t{1}, std::size_t{1}));
 }
 
 }  // namespace ChannelOverlayMenuTests
