@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <cmath>
+#include <utility>
 
 #include "DSP/SpectrogramRow.h"
 #include "Displays/FocusRing.h"
@@ -112,7 +113,7 @@ void LiveSpectrogramView::mousePressEvent(QMouseEvent* event) {
         return;
     }
     if (badge().rect(size()).contains(event->position())) {
-        resumeLive();
+        isBadgePressed_ = true;
         return;
     }
     pressedAt_ = event->position();
@@ -135,7 +136,11 @@ void LiveSpectrogramView::scrollBack(double pixels) {
     update();
 }
 
-void LiveSpectrogramView::mouseReleaseEvent(QMouseEvent*) {
+// The badge is a button: a press that is dragged off it does nothing.
+void LiveSpectrogramView::mouseReleaseEvent(QMouseEvent* event) {
+    if (std::exchange(isBadgePressed_, false) && badge().rect(size()).contains(event->position())) {
+        resumeLive();
+    }
     pressedAt_.reset();
     view_.scrollState.endDrag();
 }

@@ -59,6 +59,7 @@ class LiveSpectrogramView final : public QWidget, public SpokenDisplay {
     LiveBinding binding_;
     ChannelDemandRegistration demand_;
     std::optional<QPointF> pressedAt_;
+    bool isBadgePressed_ = false;
 
     SpectrogramView view_;
     SpectrogramRaster raster_;

@@ -372,6 +372,18 @@ TEST_F(SpectrogramGestureTests, aClickOnTheBadgeResumes) {
     EXPECT_EQ(badge(), QStringLiteral("LIVE"));
 }
 
+TEST_F(SpectrogramGestureTests, theBadgeActsOnceItIsLetGoAndNotBeside) {
+    drag(picture, {300, 20}, {0, 120});
+    const QPoint plate = SpectrogramStatusBadge{false}.rect(picture.size()).center().toPoint();
+    QTest::mousePress(&picture, Qt::LeftButton, {}, plate);
+    EXPECT_EQ(offset(), 60);
+    QTest::mouseRelease(&picture, Qt::LeftButton, {}, plate + QPoint(0, 80));
+    EXPECT_EQ(offset(), 60);
+    QTest::mousePress(&picture, Qt::LeftButton, {}, plate);
+    QTest::mouseRelease(&picture, Qt::LeftButton, {}, plate + QPoint(2, 1));
+    EXPECT_EQ(offset(), 0);
+}
+
 TEST_F(SpectrogramGestureTests, aHistoryThatFitsCantBeScrolled) {
     engine->spectrogramTimeSpanSeconds.set(6.0);  // 360 rows
     settle();
