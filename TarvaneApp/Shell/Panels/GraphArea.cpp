@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Displays/Spectrogram/SpectrogramFrequencyAxisView.h"
+#include "Displays/Theme.h"
+#include "Shell/Controls/ElidedLabel.h"
 #include "Shell/Panels/ModuleArrangementLink.h"
 #include "Shell/Panels/PanelResizeHandle.h"
 #include "Shell/Panels/RTAPanelView.h"
@@ -15,6 +18,9 @@ namespace {
 constexpr int lowestFirstPanel = 60;
 constexpr int narrowestFirstPanel = 80;
 constexpr QSize smallestArea(320, 160);
+// Two headers, and two plots of a height that still says something.
+constexpr int lowestStack = 280;
+constexpr int noteHeight = 20;
 constexpr double evenSplit = 0.5;
 constexpr double smallestShare = 0.15;
 constexpr double largestShare = 0.85;
@@ -63,7 +69,9 @@ GraphArea::GraphArea(MeterEngine& engine, ModuleArrangementLink& arrangement,
                    }
                },
            .reset = [this] { arrangement_.setSplitFraction(evenSplit); }},
-          this)) {
+          this)),
+      missingNote_(new ElidedLabel(Theme::Text::footnote, Theme::axisText, this)) {
+    missingNote_->setAlignment(Qt::AlignCenter);
     handle_->setAccessibleName(QStringLiteral("Divider between the graphs"));
     connect(&arrangement, &ModuleArrangementLink::changed, this, [this] { arrange(); });
     arrange();
@@ -80,23 +88,41 @@ void GraphArea::resizeEvent(QResizeEvent*) {
 void GraphArea::arrange() {
     const ModuleArrangement shown = arrangement_.arrangement();
     const bool isBoth = shown.showsBothGraphs();
-    const bool showsRTA =
-        shown.showsRTA && !(isBoth && shown.panelLayout == PanelLayout::spectrogramOnly);
+    const bool isStacked = shown.graphOrientation == GraphOrientation::stacked;
+    const bool rtaFirst = shown.graphOrder == GraphOrder::rtaFirst;
+    const bool isTooLow =
+        isBoth && shown.panelLayout == PanelLayout::both && isStacked && height() < lowestStack;
+    const PanelLayout panels = !isTooLow  ? shown.panelLayout
+                               : rtaFirst ? PanelLayout::rtaOnly
+                                          : PanelLayout::spectrogramOnly;
+    const bool showsRTA = shown.showsRTA && !(isBoth && panels == PanelLayout::spectrogramOnly);
     const bool showsSpectrogram =
-        shown.showsSpectrogram && !(isBoth && shown.panelLayout == PanelLayout::rtaOnly);
+        shown.showsSpectrogram && !(isBoth && panels == PanelLayout::rtaOnly);
+    // Beside each other both plots end at one height.
+    rta_->setBottomMargin(showsRTA && showsSpectrogram && !isStacked
+                              ? static_cast<int>(SpectrogramFrequencyAxisView::height)
+                              : Theme::Space::row);
     if (showsRTA && showsSpectrogram) {
-        const bool rtaFirst = shown.graphOrder == GraphOrder::rtaFirst;
         const auto split = SplitGeometry::make(
             size(), shown.graphOrientation, swappedForOrder(shown.splitFraction, shown.graphOrder));
-        (rtaFirst ? rta_ : spectrogram_)->setGeometry(split.first);
-        (rtaFirst ? spectrogram_ : rta_)->setGeometry(split.second);
+        rta_->setGeometry(rtaFirst ? split.first : split.second);
+        spectrogram_->setGeometry(rtaFirst ? split.second : split.first);
         handle_->setGeometry(split.handle);
-        handle_->setOrientation(shown.graphOrientation == GraphOrientation::stacked ? Qt::Horizontal
-                                                                                    : Qt::Vertical);
+        handle_->setOrientation(isStacked ? Qt::Horizontal : Qt::Vertical);
     } else {
-        rta_->setGeometry(rect());
-        spectrogram_->setGeometry(rect());
+        const QRect alone = rect().adjusted(0, 0, 0, isTooLow ? -noteHeight : 0);
+        rta_->setGeometry(alone);
+        spectrogram_->setGeometry(alone);
     }
+    if (isTooLow) {
+        missingNote_->setText(rtaFirst ? QStringLiteral("Real-Time Analyzer · the spectrogram "
+                                                        "needs a taller window")
+                                       : QStringLiteral("Spectrogram · the real-time analyzer "
+                                                        "needs a taller window"));
+        missingNote_->setGeometry(Theme::Space::panel, height() - noteHeight,
+                                  width() - 2 * Theme::Space::panel, noteHeight);
+    }
+    missingNote_->setVisible(isTooLow);
     rta_->setVisible(showsRTA);
     spectrogram_->setVisible(showsSpectrogram);
     handle_->setVisible(showsRTA && showsSpectrogram);

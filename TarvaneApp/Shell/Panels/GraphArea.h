@@ -1,5 +1,6 @@
 // The area of the two graphs in a window: analyzer and spectrogram, above or beside each other
-// with a handle between them, or one of them alone.
+// with a handle between them, or one of them alone. Where it is too low for one above the other,
+// the first has it, and a line under it says so.
 #pragma once
 
 #include <QRect>
@@ -12,9 +13,11 @@
 
 namespace TarvaneApp {
 
+class ElidedLabel;
 class MeterEngine;
 class ModuleArrangementLink;
 class PanelResizeHandle;
+class RTAPanelView;
 
 /// Where the panels of a split area are. The first is never smaller than 60 pixels high, or 80
 /// wide beside each other; the second takes the rest.
@@ -48,9 +51,10 @@ class GraphArea final : public QWidget {
     void arrange();
 
     ModuleArrangementLink& arrangement_;
-    QWidget* rta_;
+    RTAPanelView* rta_;
     QWidget* spectrogram_;
     PanelResizeHandle* handle_;
+    ElidedLabel* missingNote_;
     double fractionAtPress_ = 0.0;
 };
 

@@ -1,6 +1,7 @@
 #include "Shell/Panels/RTAPanelView.h"
 
 #include <QLabel>
+#include <QLayout>
 
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
@@ -82,6 +83,10 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, const std::optional<UUID>& fixed
 
 UUID RTAPanelView::channelID() const {
     return engine_.resolvedChannelID(fixedChannelID_.value_or(engine_.rtaChannelID()));
+}
+
+void RTAPanelView::setBottomMargin(int pixels) {
+    layout()->setContentsMargins(0, 0, 0, pixels);
 }
 
 void RTAPanelView::channelChanged() {

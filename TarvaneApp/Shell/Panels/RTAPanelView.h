@@ -26,6 +26,9 @@ class RTAPanelView final : public QWidget {
     RTAPanelView(MeterEngine& engine, const std::optional<TarvaneKit::UUID>& fixedChannelID,
                  ModuleArrangementLink* arrangement, QWidget* parent = nullptr);
 
+    /// Left free under the graph.
+    void setBottomMargin(int pixels);
+
   private:
     void showAveraging();
     void channelChanged();

@@ -325,6 +325,20 @@ TEST_F(PanelTests, theNumberStandsInTheWindowsMiddle) {
     }
 }
 
+TEST_F(PanelTests, besideEachOtherBothPlotsHaveOneHeight) {
+    const auto ends = [this](QWidget& plot) {
+        return plot.mapTo(window.get(), QPoint(0, plot.height())).y();
+    };
+    EXPECT_EQ(
+        the<RTAPanelView>().geometry().bottom() + 1,
+        the<RTAPanelView>().mapFrom(window.get(), QPoint(0, ends(the<LiveSpectrumView>()))).y() +
+            the<RTAPanelView>().y() + Theme::Space::row);
+    engine->graphOrientation.set(GraphOrientation::sideBySide);
+    settle();
+    EXPECT_EQ(ends(the<LiveSpectrumView>()), ends(the<LiveSpectrogramView>()));
+    EXPECT_EQ(the<LiveSpectrumView>().height(), the<LiveSpectrogramView>().height());
+}
+
 TEST_F(PanelTests, hiddenModulesLeaveTheirRoomToTheOthers) {
     EXPECT_EQ(window->minimumHeight(), 770);
     engine->levelHistoryPlacement.set(ModulePlacement::hidden);

@@ -16,6 +16,7 @@
 #include "LiveDisplays/LiveSpectrumView.h"
 #include "Shell/ChannelControls/ChannelPickerMenu.h"
 #include "Shell/Controls/ChannelColorDot.h"
+#include "Shell/Controls/ElidedLabel.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Controls/PopoverPresentationState.h"
 #include "Shell/Panels/GraphArea.h"
@@ -237,6 +238,34 @@ TEST_F(ChannelWindowTests, aLowWindowShowsTheMeterAheadOfTheHistoryAheadOfTheGra
         layout.showsSPLMeter = layout.showsLevelHistory = false;
     });
     EXPECT_EQ(shown(200), (std::array{false, false, true}));
+}
+
+TEST_F(ChannelWindowTests, aLowWindowShowsOneGraphAndSaysWhich) {
+    engine->updateWindowLayout(stage.id, [](ChannelWindowLayout& layout) {
+        layout.showsSPLMeter = layout.showsLevelHistory = false;
+    });
+    const auto shown = [&](int height) {
+        window->resize(700, height);
+        settle();
+        return std::pair(the<RTAPanelView>().isVisible(), the<SpectrogramPanelView>().isVisible());
+    };
+    const auto note = [&] {
+        const auto* label =
+            the<GraphArea>().findChild<ElidedLabel*>({}, Qt::FindDirectChildrenOnly);
+        return label->isVisible() ? label->text() : QString();
+    };
+    EXPECT_EQ(shown(500), std::pair(true, true));
+    EXPECT_EQ(note(), QString());
+    EXPECT_EQ(shown(300), std::pair(true, false));
+    EXPECT_EQ(note(), QStringLiteral("Real-Time Analyzer · the spectrogram needs a taller window"));
+    EXPECT_FALSE(engine->isDemanded(ChannelDemand::spectrogram, stage.id));
+    engine->graphOrder.set(GraphOrder::spectrogramFirst);
+    EXPECT_EQ(shown(300), std::pair(false, true));
+    EXPECT_EQ(note(), QStringLiteral("Spectrogram · the real-time analyzer needs a taller window"));
+    // Beside each other both have the height.
+    engine->graphOrientation.set(GraphOrientation::sideBySide);
+    EXPECT_EQ(shown(300), std::pair(true, true));
+    EXPECT_EQ(note(), QString());
 }
 
 // --- the layout's controls
