@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QStringList>
 
+#include "Displays/Contrast.h"
 #include "Displays/LevelHistory/LevelHistoryView.h"
 #include "Displays/PixelGrid.h"
 #include "Displays/Plate.h"
@@ -116,12 +117,15 @@ void ClipBadge::paint(QPainter& painter, const QRectF& rect, double textScale,
     const QFont font = badgeFont(textScale, typeface);
     const QFontMetricsF metrics(font);
     painter.save();
-    painter.setOpacity(painter.opacity() * opacity());
-    paintPlate(painter, plate, Theme::Radius::graph * textScale,
-               state == InputClipState::none ? Theme::controlBackground
-                                             : Theme::color(TarvaneKit::SignalColors::red));
+    // The plate alone is faint: its text is to be read.
+    const QColor red = Theme::color(TarvaneKit::SignalColors::red);
+    paintPlate(
+        painter, plate, Theme::Radius::graph * textScale,
+        Theme::faded(state == InputClipState::none ? Theme::controlBackground : red, opacity()));
     painter.setFont(font);
-    painter.setPen(state == InputClipState::none ? Theme::peakHold : QColor(Qt::white));
+    painter.setPen(state == InputClipState::none     ? Theme::peakHold
+                   : state == InputClipState::active ? Contrast::textOn(red)
+                                                     : Theme::primaryText);
     painter.drawText(QPointF(plate.center().x() - textWidth(text(), font, textScale) / 2.0,
                              plate.center().y() + metrics.capHeight() / 2.0),
                      text());

@@ -20,7 +20,7 @@ struct ClipBadge {
 
     /// Of the clip, else of the lost audio; empty without either.
     QString text() const;
-    /// 0 without a text, else the strength at which the badge is drawn.
+    /// 0 without a text, else the strength at which its plate is drawn.
     double opacity() const;
     /// What the tooltip says, of both; empty without either.
     QString help() const;

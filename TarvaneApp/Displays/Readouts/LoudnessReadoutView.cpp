@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Displays/Contrast.h"
 #include "Displays/PixelGrid.h"
 #include "Displays/Plate.h"
 #include "Displays/RawText.h"
@@ -123,7 +124,7 @@ void paintReading(QPainter& painter, const LoudnessReadoutView& view, LoudnessMe
     const double valueRight = left + columns.title + readingTitleGap * scale + columns.value;
     const QFont font = ReadoutDrawing::fitted(ordinary, reading.value, columns.value,
                                               ReadoutLayout::smallestValueScale);
-    painter.setPen(reading.color);
+    painter.setPen(Contrast::legible(reading.color, Theme::controlBackground));
     TabularText::draw(painter,
                       QPointF(valueRight - TabularText::width(reading.value, font), baseline),
                       reading.value, font);

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "Displays/Contrast.h"
 #include "Displays/TabularText.h"
 
 namespace TarvaneApp {
@@ -57,7 +58,7 @@ void SideLabel::paint(QPainter& painter, const QRectF& rect, double textScale,
 
     const QFont valueFace = valueFont(textScale, typeface);
     const double foot = rect.bottom() - unitHeight(unit, textScale, typeface);
-    painter.setPen(color);
+    painter.setPen(Contrast::legible(color, Theme::panelBackground));
     TabularText::draw(painter,
                       QPointF(rect.center().x() - TabularText::width(value, valueFace) / 2.0,
                               foot - QFontMetricsF(valueFace).descent()),

@@ -36,28 +36,6 @@ TEST(Theme, hasTheToldFonts) {
     EXPECT_EQ(Theme::readoutFont().weight(), QFont::Bold);
 }
 
-// WCAG 2.1, 1.4.3: 4.5 to 1 for text of ordinary size.
-double contrast(const QColor& a, const QColor& b) {
-    const auto luminance = [](const QColor& color) {
-        const auto linear = [](double c) {
-            return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
-        };
-        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-               0.0722 * linear(color.blueF());
-    };
-    const double bright = std::max(luminance(a), luminance(b));
-    const double dark = std::min(luminance(a), luminance(b));
-    return (bright + 0.05) / (dark + 0.05);
-}
-
-TEST(Theme, textsStandOutFromTheirGrounds) {
-    for (const QColor& ground :
-         {Theme::background, Theme::panelBackground, Theme::controlBackground}) {
-        EXPECT_GE(contrast(Theme::axisText, ground), 4.5);
-        EXPECT_GE(contrast(Theme::primaryText, ground), 4.5);
-    }
-}
-
 TEST(Theme, aStoredColourOutOfRangeIsLimitedAndOneThatIsNoNumberIsBlack) {
     EXPECT_EQ(Theme::color({2.0, -1.0, 0.5, 1.0}), QColor::fromRgbF(1.0F, 0.0F, 0.5F));
     EXPECT_EQ(Theme::color({std::nan(""), 0.0, 0.0, 1.0}), QColor::fromRgbF(0.0F, 0.0F, 0.0F));
