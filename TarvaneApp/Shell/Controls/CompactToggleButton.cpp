@@ -5,6 +5,7 @@
 #include <QSignalBlocker>
 #include <algorithm>
 
+#include "Displays/Contrast.h"
 #include "Displays/FocusRing.h"
 #include "Displays/Plate.h"
 #include "Displays/Theme.h"
@@ -62,11 +63,11 @@ void CompactToggleButton::paintEvent(QPaintEvent*) {
     }
     paintPlate(painter, rect(), Theme::Radius::control, ground);
     painter.setFont(labelFont());
-    painter.setPen(isSelected() ? Theme::primaryText : Theme::axisText);
+    painter.setPen(isSelected() ? Contrast::textOn(ground) : Theme::axisText);
     painter.drawText(rect(), Qt::AlignCenter, text());
     if (hasFocus()) {
         paintFocusRing(painter, rect(), Theme::Radius::control - 1.0,
-                       isSelected() ? Theme::primaryText : Theme::accent);
+                       isSelected() ? Contrast::textOn(ground) : Theme::accent);
     }
 }
 

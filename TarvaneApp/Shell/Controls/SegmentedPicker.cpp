@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QPainter>
 
+#include "Displays/Contrast.h"
 #include "Displays/FocusRing.h"
 #include "Displays/Plate.h"
 #include "Displays/Theme.h"
@@ -33,11 +34,13 @@ class Segment final : public QAbstractButton {
             paintPlate(painter, body, Theme::Radius::control - inset, Theme::accent);
         }
         painter.setFont(Typeface::installed().systemFont(Theme::Text::title));
-        painter.setPen(isChecked() || isDown() ? Theme::primaryText : Theme::axisText);
+        painter.setPen(isChecked() ? Contrast::textOn(Theme::accent)
+                       : isDown()  ? Theme::primaryText
+                                   : Theme::axisText);
         painter.drawText(rect(), Qt::AlignCenter, text());
         if (hasFocus()) {
             paintFocusRing(painter, body, Theme::Radius::control - inset - 1.0,
-                           isChecked() ? Theme::primaryText : Theme::accent);
+                           isChecked() ? Contrast::textOn(Theme::accent) : Theme::accent);
         }
     }
 };

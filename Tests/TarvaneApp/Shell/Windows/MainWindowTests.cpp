@@ -12,6 +12,7 @@
 #include <QSet>
 #include <QTest>
 
+#include "Displays/Contrast.h"
 #include "LiveDisplays/LiveSPLReadoutView.h"
 #include "Shell/ChannelControls/ChannelPickerMenu.h"
 #include "Shell/ChannelControls/ReadoutUnitPicker.h"
@@ -19,6 +20,7 @@
 #include "Shell/Controls/IconButton.h"
 #include "Shell/Controls/SegmentedPicker.h"
 #include "Shell/Controls/Spinner.h"
+#include "Support/DrawnContrast.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
 #include "TarvaneApp/Profiles/TestProfiles.h"
 
@@ -250,6 +252,21 @@ TEST_F(MainWindowTests, anAssistiveProgramSelectsAndCantSwitchOff) {
     toggle("C weighting");
     EXPECT_EQ(engine->splWeighting(), TarvaneKit::Weighting::c);
     EXPECT_TRUE(named<CompactToggleButton>("C weighting")->isSelected());
+}
+
+TEST_F(MainWindowTests, thePickedChoicesAreLegible) {
+    // Within the plate's rounded corners.
+    const auto contrast = [](QWidget& widget) {
+        return TarvaneTests::drawnContrast(
+            QRectF(widget.rect()).adjusted(5.0, 5.0, -5.0, -5.0),
+            [&](QPainter& painter) { widget.render(&painter, {}, {}, QWidget::DrawChildren); });
+    };
+    for (const char* name : {"A weighting", "C weighting"}) {
+        EXPECT_GE(contrast(*named<CompactToggleButton>(name)), Contrast::text) << name;
+    }
+    for (auto* segment : window->findChild<SegmentedPicker*>()->findChildren<QAbstractButton*>()) {
+        EXPECT_GE(contrast(*segment), Contrast::text) << segment->text().toStdString();
+    }
 }
 
 TEST_F(MainWindowTests, theControlBarFollowsTheSettings) {
