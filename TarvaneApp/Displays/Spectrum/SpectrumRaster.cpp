@@ -135,18 +135,14 @@ void SpectrumRaster::prepareGrid(const SpectrumView& view, const QSizeF& size, d
         drawRules(painter, view, size);
     }
     takeGroundColumns(ground);
-    labelKey_.reset();
 }
 
 // A banner that comes and goes moves labels and leaves the grid as it is.
 void SpectrumRaster::prepareLabels(const SpectrumView& view) {
-    LabelKey key{.covered = view.covered,
-                 .curve = view.targetCurve,
-                 .curveReferenceDB = view.targetCurveReferenceDB};
-    if (labelKey_ == key) {
+    if (labelsCovered_ == view.covered) {
         return;
     }
-    labelKey_ = std::move(key);
+    labelsCovered_ = view.covered;
     QImage labels = layer(QImage::Format_ARGB32_Premultiplied);
     {
         QPainter painter(&labels);
@@ -251,6 +247,7 @@ void SpectrumRaster::prepareCurve(const SpectrumView& view) {
         return;
     }
     curveKey_ = {.curve = view.targetCurve, .referenceDB = view.targetCurveReferenceDB};
+    labelsCovered_.reset();  // the curve's name is one of them
     ++layersDrawn_;
     QImage picture = layer(QImage::Format_ARGB32_Premultiplied);
     {

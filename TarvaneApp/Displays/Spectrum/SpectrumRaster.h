@@ -51,12 +51,6 @@ class SpectrumRaster {
         std::optional<TarvaneKit::TargetCurve> curve;
         double referenceDB;
     };
-    struct LabelKey {
-        QRectF covered;
-        std::optional<TarvaneKit::TargetCurve> curve;
-        double curveReferenceDB;
-        bool operator==(const LabelKey&) const = default;
-    };
     struct BarPlace {
         float left;  // device pixels
         float right;
@@ -106,7 +100,7 @@ class SpectrumRaster {
     std::optional<GridKey> gridKey_;
     std::vector<std::vector<QRgb>> groundColumns_;
     std::vector<int> groundOfColumn_;
-    std::optional<LabelKey> labelKey_;
+    std::optional<QRectF> labelsCovered_;  // what covered some of them when they were drawn
     SparseLayer labels_;
 
     std::optional<QColor> fillColor_;

@@ -116,6 +116,23 @@ TEST(SpectrumRaster, newLevelsDrawNoLayerAnew) {
     EXPECT_GT(raster.layersDrawn(), drawn + 1);
 }
 
+TEST(SpectrumRaster, labelsLeaveUnderABannerAndComeBack) {
+    SpectrumRaster raster(Theme::panelBackground, pinned);
+    SpectrumView view = fullSpectrum();
+    const QSize size(900, 300);
+    const QImage before = raster.image(view, QSizeF(size), 1.0).copy();
+    const int drawn = raster.layersDrawn();
+    view.covered = QRectF(640.0, 0.0, 260.0, 300.0);
+    EXPECT_EQ(raster.image(view, QSizeF(size), 1.0), fast(view, size, 1.0));
+    EXPECT_NE(raster.image(view, QSizeF(size), 1.0), before);
+    view.targetCurve.reset();
+    EXPECT_EQ(raster.image(view, QSizeF(size), 1.0), fast(view, size, 1.0));
+    view.targetCurve = fullSpectrum().targetCurve;
+    view.covered = {};
+    EXPECT_EQ(raster.image(view, QSizeF(size), 1.0), before);
+    EXPECT_EQ(raster.layersDrawn(), drawn + 2) << "the curve, and no grid";
+}
+
 TEST(SpectrumRaster, aSizeWithoutPixelsGivesNoPicture) {
     EXPECT_TRUE(fast(fullSpectrum(), {0, 200}, 1.0).isNull());
     EXPECT_TRUE(fast(fullSpectrum(), {200, 0}, 1.0).isNull());
