@@ -336,11 +336,30 @@ void shootWindows(Stage& stage) {
     stage.engine.updateWindowLayout(channel.id, [](ChannelWindowLayout& layout) {
         layout.showsRTA = layout.showsSpectrogram = layout.showsLevelHistory = false;
     });
-    shootSizesOf(stage, window, QStringLiteral("channel-meter"),
-                 {QSize(360, 200), QSize(960, 620)});
+    const auto meterSizes = {QSize(360, 200), QSize(360, 640), QSize(480, 300), QSize(960, 620)};
+    shootSizesOf(stage, window, QStringLiteral("channel-meter"), meterSizes);
+    stage.engine.setMeasuresLoudness(true, channel.id);
+    stage.play(1.0, 1.0);
+    shootSizesOf(stage, window, QStringLiteral("channel-loudness"), meterSizes);
+    stage.engine.setMeasuresLoudness(false, channel.id);
+    stage.engine.stop();
+    stage.engine.metricMode.set(MetricMode::leq);
+    stage.engine.updateChannel(channel.id, [](ChannelConfig& config) {
+        config.isStereo = true;
+        config.channelIndex = 0;
+    });
+    stage.start();
+    stage.play(3.0, 0.1);
+    shootSizesOf(stage, window, QStringLiteral("channel-stereo-leq"), meterSizes);
     stage.engine.updateWindowLayout(channel.id, [](ChannelWindowLayout& layout) {
         layout.showsSPLMeter = false;
-        layout.showsRTA = layout.showsLevelHistory = true;
+        layout.showsRTA = layout.showsSpectrogram = true;
+    });
+    shootSizesOf(stage, window, QStringLiteral("channel-graphs"),
+                 {QSize(360, 200), QSize(640, 300)});
+    stage.engine.updateWindowLayout(channel.id, [](ChannelWindowLayout& layout) {
+        layout.showsSpectrogram = false;
+        layout.showsLevelHistory = true;
     });
     shootSizesOf(stage, window, QStringLiteral("channel-rta-history"), {QSize(800, 500)});
     stage.engine.removeChannel(channel.id);
