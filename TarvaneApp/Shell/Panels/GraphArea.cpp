@@ -20,6 +20,8 @@ constexpr int narrowestFirstPanel = 80;
 constexpr QSize smallestArea(320, 160);
 // Two headers, and two plots of a height that still says something.
 constexpr int lowestStack = 280;
+// Two headers with their controls.
+constexpr int narrowestPair = 640;
 constexpr int noteHeight = 20;
 constexpr double evenSplit = 0.5;
 constexpr double smallestShare = 0.15;
@@ -90,11 +92,11 @@ void GraphArea::arrange() {
     const bool isBoth = shown.showsBothGraphs();
     const bool isStacked = shown.graphOrientation == GraphOrientation::stacked;
     const bool rtaFirst = shown.graphOrder == GraphOrder::rtaFirst;
-    const bool isTooLow =
-        isBoth && shown.panelLayout == PanelLayout::both && isStacked && height() < lowestStack;
-    const PanelLayout panels = !isTooLow  ? shown.panelLayout
-                               : rtaFirst ? PanelLayout::rtaOnly
-                                          : PanelLayout::spectrogramOnly;
+    const bool isTooSmall = isBoth && shown.panelLayout == PanelLayout::both &&
+                            (isStacked ? height() < lowestStack : width() < narrowestPair);
+    const PanelLayout panels = !isTooSmall ? shown.panelLayout
+                               : rtaFirst  ? PanelLayout::rtaOnly
+                                           : PanelLayout::spectrogramOnly;
     const bool showsRTA = shown.showsRTA && !(isBoth && panels == PanelLayout::spectrogramOnly);
     const bool showsSpectrogram =
         shown.showsSpectrogram && !(isBoth && panels == PanelLayout::rtaOnly);
@@ -110,19 +112,19 @@ void GraphArea::arrange() {
         handle_->setGeometry(split.handle);
         handle_->setOrientation(isStacked ? Qt::Horizontal : Qt::Vertical);
     } else {
-        const QRect alone = rect().adjusted(0, 0, 0, isTooLow ? -noteHeight : 0);
+        const QRect alone = rect().adjusted(0, 0, 0, isTooSmall ? -noteHeight : 0);
         rta_->setGeometry(alone);
         spectrogram_->setGeometry(alone);
     }
-    if (isTooLow) {
-        missingNote_->setText(rtaFirst ? QStringLiteral("Real-Time Analyzer · the spectrogram "
-                                                        "needs a taller window")
-                                       : QStringLiteral("Spectrogram · the real-time analyzer "
-                                                        "needs a taller window"));
+    if (isTooSmall) {
+        missingNote_->setText(
+            (rtaFirst ? QStringLiteral("Real-Time Analyzer · the spectrogram needs a %1 window")
+                      : QStringLiteral("Spectrogram · the real-time analyzer needs a %1 window"))
+                .arg(isStacked ? QStringLiteral("taller") : QStringLiteral("wider")));
         missingNote_->setGeometry(Theme::Space::panel, height() - noteHeight,
                                   width() - 2 * Theme::Space::panel, noteHeight);
     }
-    missingNote_->setVisible(isTooLow);
+    missingNote_->setVisible(isTooSmall);
     rta_->setVisible(showsRTA);
     spectrogram_->setVisible(showsSpectrogram);
     handle_->setVisible(showsRTA && showsSpectrogram);

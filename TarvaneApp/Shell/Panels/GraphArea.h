@@ -1,6 +1,6 @@
 // The area of the two graphs in a window: analyzer and spectrogram, above or beside each other
-// with a handle between them, or one of them alone. Where it is too low for one above the other,
-// the first has it, and a line under it says so.
+// with a handle between them, or one of them alone. Where it is too small for both, the first has
+// it, and a line under it says so.
 #pragma once
 
 #include <QRect>

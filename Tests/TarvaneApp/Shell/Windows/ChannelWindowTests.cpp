@@ -266,6 +266,10 @@ TEST_F(ChannelWindowTests, aLowWindowShowsOneGraphAndSaysWhich) {
     engine->graphOrientation.set(GraphOrientation::sideBySide);
     EXPECT_EQ(shown(300), std::pair(true, true));
     EXPECT_EQ(note(), QString());
+    window->resize(500, 700);
+    settle();
+    EXPECT_FALSE(the<RTAPanelView>().isVisible());
+    EXPECT_EQ(note(), QStringLiteral("Spectrogram · the real-time analyzer needs a wider window"));
 }
 
 // --- the layout's controls
