@@ -26,6 +26,7 @@ constexpr double highestLabelShift = 2.0;
 constexpr double labelShift = -6.0;
 constexpr double floorCeilingGap = 4.0;  // to the right edge
 constexpr double floorCeilingShift = -15.0;
+constexpr double largestNameShare = 0.4;
 constexpr double furtherIn = 64.0;  // beside the label of the ceiling
 
 QFont labelFont(const Typeface& typeface) {
@@ -149,7 +150,8 @@ void placeFloorCeiling(LabelPlacer& placer, std::vector<SpectrumLabel>& labels,
     place(view.spectrogramFloorDB, QStringLiteral("FLOOR"));
 }
 
-// Over the curve's right end, under it where there is no room, or further in.
+// Over the curve's right end, under it where there is no room, or further in. A name that would go
+// over half of a small graph is left out.
 void placeCurve(LabelPlacer& placer, std::vector<SpectrumLabel>& labels, const SpectrumView& view,
                 const QSizeF& size) {
     if (!view.targetCurve || view.targetCurve->name.empty() || view.targetCurve->points.empty()) {
@@ -157,6 +159,9 @@ void placeCurve(LabelPlacer& placer, std::vector<SpectrumLabel>& labels, const S
     }
     const QString name = QString::fromStdString(view.targetCurve->name);
     const double width = placer.width(name);
+    if (width > largestNameShare * size.width()) {
+        return;
+    }
     const FrequencyAxis axis = view.frequencyAxis();
     for (const double inset : {floorCeilingGap, furtherIn, 2.0 * furtherIn}) {
         const double left = size.width() - inset - width;

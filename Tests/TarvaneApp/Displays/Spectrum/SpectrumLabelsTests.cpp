@@ -115,6 +115,9 @@ TEST(SpectrumLabels, theTargetCurveIsNamedAtItsEndAlsoOnTheCeiling) {
     EXPECT_GT(name.rect.right(), 750.0);
     EXPECT_NEAR(name.rect.center().y(), view.y(-20.0, 300.0), 16.0);
     EXPECT_FALSE(name.plate().intersects(find(labels.floorCeiling, "CEILING")->plate()));
+    view.targetCurve->name = "A Curve with a Rather Long Name";
+    EXPECT_EQ(layoutLabels(view, {900.0, 300.0}, pinned).curve.size(), 1U);
+    EXPECT_TRUE(layoutLabels(view, {300.0, 300.0}, pinned).curve.empty());
     view.targetCurve.reset();
     EXPECT_TRUE(layoutLabels(view, {900.0, 300.0}, pinned).curve.empty());
 }
