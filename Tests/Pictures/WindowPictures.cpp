@@ -357,7 +357,9 @@ void shootWindows(Stage& stage) {
     });
     shootSizesOf(stage, window, QStringLiteral("channel-graphs"),
                  {QSize(360, 200), QSize(640, 300)});
-    stage.engine.graphOrientation.set(GraphOrientation::stacked);
+    stage.engine.updateWindowLayout(channel.id, [](ChannelWindowLayout& layout) {
+        layout.graphOrientation = GraphOrientation::stacked;
+    });
     shootSizesOf(stage, window, QStringLiteral("channel-graphs-stacked"),
                  {QSize(360, 200), QSize(640, 300), QSize(640, 340)});
     stage.engine.updateWindowLayout(channel.id, [](ChannelWindowLayout& layout) {
