@@ -1,16 +1,26 @@
-// The program. It takes no options.
+// The program.
 
 #include <QApplication>
+#include <cstdio>
+#include <optional>
 
 #include "AudioIO/PipeWire/PipeWireAudioSystem.h"
 #include "Profiles/ProfileStore.h"
 #include "Settings/UserDefaults.h"
+#include "Shell/CommandLine.h"
 #include "Shell/RunningInstance.h"
 #include "Shell/TarvaneApplication.h"
 #include "Shell/UnansweredLaunch.h"
 
 int main(int argc, char** argv) {
+    if (const auto answer =
+            TarvaneApp::CommandLine::answer({argv + (argc > 0 ? 1 : 0), argv + argc})) {
+        std::fputs(answer->text.c_str(), answer->isRefusal ? stderr : stdout);
+        return answer->exitCode();
+    }
+    std::optional<TarvaneApp::CommandLine::DisplaySearch> search(std::in_place);
     QApplication application(argc, argv);
+    search.reset();
     TarvaneApp::TarvaneApplication::introduce();
     TarvaneApp::RunningInstance instance;
     if (instance.hasHandedOver()) {

@@ -869,6 +869,31 @@ def settings_that_cannot_be_saved_are_told(desk):
     program.quit()
 
 
+@test
+def a_terminal_is_answered_without_a_display(desk):
+    def said(*arguments, **variables):
+        env = {name: value for name, value in desk.env.items()
+               if name not in ("DISPLAY", "QT_QPA_PLATFORM")} | variables
+        ended = subprocess.run([desk.program("tarvane"), *arguments], env=env, timeout=60,
+                               stdin=subprocess.DEVNULL, capture_output=True, text=True)
+        return ended.returncode, ended.stdout, ended.stderr
+
+    code, out, err = said("--version")
+    expect(code == 0 and re.fullmatch(r"Tarvane \d+\.\d+\.\d+\n", out) and not err, out + err)
+    code, out, err = said("--help")
+    expect(code == 0 and out.startswith("Usage: tarvane") and not err, out + err)
+    code, out, err = said("--frobnicate")
+    expect(code == 2 and not out, f"an unknown option ends with {code}: {out}")
+    expect(err == "tarvane: unknown option '--frobnicate'; see tarvane --help\n", err)
+    code, out, err = said()
+    expect(code == 1 and not out, f"without a display it ends with {code}: {out}")
+    expect(err == "tarvane: no window can be opened: there is no display: neither DISPLAY nor "
+           "WAYLAND_DISPLAY is set\n", err)
+    code, out, err = said(DISPLAY=":64999")
+    expect(code == 1 and err.startswith("tarvane: no window can be opened: ")
+           and ":64999" in err and err.count("\n") == 1, err)
+
+
 def run(programs, name):
     """Whether the test passed."""
     function = TESTS[name]
