@@ -59,6 +59,32 @@ std::string InputDevices::displayName(const std::optional<std::string>& uid) con
     return device != nullptr ? device->name : "Unavailable Device";
 }
 
+bool InputDevices::isConnected(const std::optional<std::string>& uid) const {
+    return uid ? *uid == systemOutputUID || listed(*uid) != nullptr : defaultInput() != nullptr;
+}
+
+std::optional<std::string> InputDevices::inWords(const std::optional<std::string>& uid) const {
+    if (uid == systemOutputUID) {
+        return defaultOutputInWords(displayName(uid));
+    }
+    if (uid && isConnected(uid)) {
+        return displayName(uid);
+    }
+    const AudioInputDevice* byDefault = defaultInput();
+    return byDefault != nullptr
+               ? std::optional(defaultInputInWords(byDefault->name, uid.has_value()))
+               : std::nullopt;
+}
+
+std::string InputDevices::defaultInputInWords(const std::string& name, bool standsIn) {
+    return name + (standsIn ? " (default; the chosen device isn't connected)" : " (default)");
+}
+
+// Which is followed when it changes.
+std::string InputDevices::defaultOutputInWords(const std::string& name) {
+    return name + " (the default output)";
+}
+
 int InputDevices::channelCount(const std::optional<std::string>& uid) const {
     if (uid == systemOutputUID) {
         return systemOutputChannels;

@@ -148,6 +148,14 @@ std::string MeterEngine::deviceDisplayName(const std::optional<std::string>& uid
     return owners_->devices.displayName(uid);
 }
 
+bool MeterEngine::isConnected(const std::optional<std::string>& uid) const {
+    return owners_->devices.isConnected(uid);
+}
+
+std::optional<std::string> MeterEngine::mainInputInWords() const {
+    return meteredDevice() ? meteredDevice() : owners_->devices.inWords(selectedDeviceUID());
+}
+
 int MeterEngine::channelCount(const std::optional<std::string>& forDeviceUID) const {
     return owners_->devices.channelCount(forDeviceUID);
 }

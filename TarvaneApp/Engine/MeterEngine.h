@@ -151,6 +151,11 @@ class MeterEngine : public QObject, public MeterSettings {
     /// Reads the list of devices and their gains anew. When that fails the last good list stays.
     void refreshDevices();
     std::string deviceDisplayName(const std::optional<std::string>& uid) const;
+    /// Whether there is what the uid stands for; an absent uid is the default input.
+    bool isConnected(const std::optional<std::string>& uid) const;
+    /// `meteredDevice`, and while nothing runs the same of what a start would open; absent where
+    /// there is nothing to open.
+    std::optional<std::string> mainInputInWords() const;
     /// Inputs of the device; for an absent or unknown uid those of the default input, at least 1.
     int channelCount(const std::optional<std::string>& forDeviceUID) const;
     /// Whether the device is a network feed, a loopback or the like, that starts out as digital.

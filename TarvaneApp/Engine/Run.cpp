@@ -337,14 +337,14 @@ std::string Run::nameOfMeteredDevice() const {
                                             [](const auto& open) { return feedsMainInput(*open); });
     const auto plan =
         std::ranges::find_if(plans_, [](const StartPlan& each) { return each.holdsMainInput(); });
-    std::string name = (*group)->deviceName();
+    const std::string& name = (*group)->deviceName();
     if (plan->uid == TarvaneKit::systemOutputUID) {
-        return name + " (the default output)";  // which it follows
+        return InputDevices::defaultOutputInWords(name);
     }
     if (!(*group)->device() || plan->device) {
         return name;
     }
-    return name + (plan->uid ? " (default; the chosen device isn't connected)" : " (default)");
+    return InputDevices::defaultInputInWords(name, plan->uid.has_value());
 }
 
 // The main input's source takes the run with it, and so does the server's end, which ends all

@@ -9,13 +9,14 @@
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
-#include "Shell/Controls/ElidedLabel.h"
 #include "Shell/Controls/IconMenuButton.h"
 #include "Shell/Controls/Spinner.h"
 #include "Shell/Controls/TextLabel.h"
+#include "Shell/Forms/TabStops.h"
 #include "Shell/Windows/AppCommands.h"
 #include "Shell/Windows/ExtraChannelsMenu.h"
 #include "Shell/Windows/MainWindowLayoutMenu.h"
+#include "Shell/Windows/MeteredInputLabel.h"
 #include "Shell/Windows/MeteringKeys.h"
 #include "Shell/Windows/ProfileMenu.h"
 
@@ -42,7 +43,6 @@ MainToolbar::MainToolbar(MeterEngine& engine, ProfileStore& profiles, const AppC
       spinner_(new Spinner(startButton_)),
       pauseButton_(new IconButton(Theme::Symbol::transport, this)),
       pausedNote_(makeTextLabel({}, Theme::Text::caption, Theme::peakHold, this)),
-      deviceName_(new ElidedLabel(Theme::Text::body, Theme::axisText, this)),
       resetPeakHoldButton_(new QPushButton(resetPeakHold, this)),
       resetPeakHoldMenu_(new IconMenuButton(
           Theme::Symbol::options,
@@ -57,13 +57,18 @@ MainToolbar::MainToolbar(MeterEngine& engine, ProfileStore& profiles, const AppC
     row_->addWidget(startButton_);
     row_->addWidget(pauseButton_);
     row_->addWidget(pausedNote_);
-    row_->addWidget(deviceName_);
-    row_->addWidget(new ExtraChannelsMenu(engine, commands, this));
-    row_->addWidget(new ProfileMenu(engine, profiles, commands, this));
-    row_->addWidget(new MainWindowLayoutMenu(engine, this));
+    row_->addWidget(new MeteredInputLabel(engine, this));
+    auto* profile = new ProfileMenu(engine, profiles, commands, this);
+    row_->addWidget(profile);
     row_->addStretch(1);
+    auto* channels = new ExtraChannelsMenu(engine, commands, this);
+    row_->addWidget(channels);
+    auto* layout = new MainWindowLayoutMenu(engine, this);
+    row_->addWidget(layout);
     row_->addWidget(resetPeakHoldButton_);
     row_->addWidget(resetPeakHoldMenu_);
+    chainTabStops({startButton_, pauseButton_, profile, channels, layout, resetPeakHoldButton_,
+                   resetPeakHoldMenu_});
 
     spinner_->setGeometry(ring + spinnerInset, ring + spinnerInset,
                           Theme::Symbol::transport - 2 * spinnerInset,
@@ -84,9 +89,6 @@ MainToolbar::MainToolbar(MeterEngine& engine, ProfileStore& profiles, const AppC
             [this] { engine_.resetPeakHold(); });
     followAll(
         this, [this] { showRunState(); }, engine.isRunning, engine.isStarting, engine.isPaused);
-    followAll(
-        this, [this] { showDeviceName(); }, engine.selectedDeviceUID, engine.availableDevices,
-        engine.meteredDevice);
     followChannels(engine.channelChanges(), this, [this] { showPeakHoldReset(); });
     follow(engine.rtaChannelID, this, [this] { showPeakHoldReset(); });
 }
@@ -144,12 +146,6 @@ void MainToolbar::showRunState() {
         pauseButton_->setHelp(QStringLiteral("Pause"),
                               QStringLiteral("Pause metering without clearing (P)"));
     }
-}
-
-void MainToolbar::showDeviceName() {
-    // While metering what is metered, which a choice made since then is not.
-    deviceName_->setText(QString::fromStdString(
-        engine_.meteredDevice().value_or(engine_.deviceDisplayName(engine_.selectedDeviceUID()))));
 }
 
 }  // namespace TarvaneApp

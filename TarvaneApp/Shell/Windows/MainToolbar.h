@@ -1,5 +1,5 @@
-// The toolbar across the top of the main window: start and stop, pause, the input's name, the menus
-// of channels, profiles and layout, and the reset of held peaks.
+// The toolbar across the top of the main window: start and stop, pause, what is metered, the menus
+// of profiles, channels and layout, and the reset of held peaks.
 #pragma once
 
 #include <QWidget>
@@ -11,7 +11,6 @@ class QPushButton;
 namespace TarvaneApp {
 
 struct AppCommands;
-class ElidedLabel;
 class IconButton;
 class IconMenuButton;
 class MeterEngine;
@@ -30,7 +29,6 @@ class MainToolbar final : public QWidget {
 
   private:
     void showRunState();
-    void showDeviceName();
     void showPeakHoldReset();
 
     MeterEngine& engine_;
@@ -39,7 +37,6 @@ class MainToolbar final : public QWidget {
     Spinner* spinner_;
     IconButton* pauseButton_;
     QLabel* pausedNote_;
-    ElidedLabel* deviceName_;
     QPushButton* resetPeakHoldButton_;
     IconMenuButton* resetPeakHoldMenu_;
 };

@@ -149,6 +149,27 @@ TEST_F(MainToolbarTests, theChannelsMenuIsThereWithExtraChannelsAndOpensTheirWin
     EXPECT_EQ(settingsShown, 1);
 }
 
+TEST_F(MainToolbarTests, tabGoesFromLeftToRight) {
+    addChannel("Stage", "desk", 2);
+    start();
+    settle();
+    QWidget& toolbar = *window.findChild<MainToolbar*>();
+    int reached = 0;
+    int right = -1;
+    QWidget* stop = &toolbar;
+    do {
+        stop = stop->nextInFocusChain();
+        if (toolbar.isAncestorOf(stop) && stop->isVisible() &&
+            (stop->focusPolicy() & Qt::TabFocus) != 0) {
+            ++reached;
+            EXPECT_GT(stop->mapTo(&toolbar, QPoint()).x(), right)
+                << stop->accessibleName().toStdString();
+            right = stop->mapTo(&toolbar, QPoint()).x();
+        }
+    } while (stop != &toolbar);
+    EXPECT_EQ(reached, 6);  // stop, pause, profile, channels, layout, Reset Peak Hold
+}
+
 TEST_F(MainToolbarTests, theHeldPeaksAreResetWhereTheShownChannelHoldsThem) {
     EXPECT_TRUE(resetPeakHold().isVisible());
     engine->showPeakHold.set(false);

@@ -20,6 +20,7 @@
 #include "Shell/Controls/IconButton.h"
 #include "Shell/Controls/SegmentedPicker.h"
 #include "Shell/Controls/Spinner.h"
+#include "Shell/Windows/MeteredInputLabel.h"
 #include "Support/DrawnContrast.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
 #include "TarvaneApp/Profiles/TestProfiles.h"
@@ -205,19 +206,46 @@ TEST_F(MainWindowTests, theSpinnerTurnsOnlyWhileStarting) {
 }
 
 TEST_F(MainWindowTests, theToolbarNamesTheInputDevice) {
-    const auto shows = [&](const char* text) {
-        for (const QLabel* label : window->findChildren<QLabel*>()) {
-            if (label->text() == QLatin1String(text)) {
-                return true;
-            }
-        }
-        return false;
-    };
-    EXPECT_TRUE(shows("Default Input"));
+    const auto& input = *window->findChild<MeteredInputLabel*>();
+    EXPECT_EQ(input.text(), QStringLiteral("Measurement Mic (default)"));
+    EXPECT_EQ(input.state(), InputState::idle);
     engine->selectedDeviceUID.set("desk");
-    EXPECT_TRUE(shows("Desk"));
+    EXPECT_EQ(input.text(), QStringLiteral("Desk"));
+    engine->selectedDeviceUID.set(TarvaneKit::systemOutputUID);
+    EXPECT_EQ(input.text(), QStringLiteral("System Output (the default output)"));
+    EXPECT_EQ(input.state(), InputState::idle);
     engine->selectedDeviceUID.set("gone");
-    EXPECT_TRUE(shows("Unavailable Device"));
+    EXPECT_EQ(input.text(),
+              QStringLiteral("Measurement Mic (default; the chosen device isn't connected)"));
+    EXPECT_EQ(input.state(), InputState::lost);
+    audio.setDefaultInput(std::nullopt);
+    engine->refreshDevices();
+    EXPECT_EQ(input.text(), QStringLiteral("No input device"));
+    EXPECT_EQ(input.state(), InputState::lost);
+}
+
+TEST_F(MainWindowTests, theToolbarsDotShowsTheStateOfTheInput) {
+    const auto& input = *window->findChild<MeteredInputLabel*>();
+    start();
+    EXPECT_EQ(input.state(), InputState::running);
+    // A choice made while metering is not what is metered.
+    engine->selectedDeviceUID.set("gone");
+    EXPECT_EQ(input.text(), QStringLiteral("Measurement Mic (default)"));
+    EXPECT_EQ(input.state(), InputState::running);
+    press(Qt::Key_P);
+    EXPECT_EQ(input.state(), InputState::paused);
+    press(Qt::Key_P);
+    EXPECT_EQ(input.state(), InputState::running);
+    press(Qt::Key_Space);
+    EXPECT_EQ(input.state(), InputState::lost);
+    engine->selectedDeviceUID.set(std::nullopt);
+    EXPECT_EQ(input.state(), InputState::idle);
+    // On a device that stands in for the chosen one a run is a run.
+    engine->selectedDeviceUID.set("gone");
+    start();
+    EXPECT_EQ(input.text(),
+              QStringLiteral("Measurement Mic (default; the chosen device isn't connected)"));
+    EXPECT_EQ(input.state(), InputState::running);
 }
 
 TEST_F(MainWindowTests, theControlBarWritesTheSettings) {
