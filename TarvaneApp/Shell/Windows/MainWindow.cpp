@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QMenuBar>
+#include <QShortcut>
 
 #include "Engine/MeterEngine.h"
 #include "Profiles/ProfileStore.h"
@@ -87,6 +88,8 @@ void MainWindow::makeMenus(const AppCommands& commands) {
     makeProfilesMenu(commands);
     makeWindowMenu(commands);
     makeHelpMenu(commands);
+    connect(new QShortcut(QKeySequence(Qt::Key_F10), this), &QShortcut::activated, this,
+            [this] { menuBar()->setActiveAction(menuBar()->actions().front()); });
 }
 
 void MainWindow::makeProfilesMenu(const AppCommands& commands) {

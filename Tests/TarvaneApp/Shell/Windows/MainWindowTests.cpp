@@ -248,6 +248,17 @@ TEST_F(MainWindowTests, theToolbarsDotShowsTheStateOfTheInput) {
     EXPECT_EQ(input.state(), InputState::running);
 }
 
+TEST_F(MainWindowTests, f10OpensTheMenuBarAndTheArrowsGoThroughIt) {
+    window->findChild<CompactToggleButton*>()->setFocus();
+    press(Qt::Key_F10);
+    const QMenu* open = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(open, nullptr);
+    EXPECT_EQ(open, window->menuBar()->actions().front()->menu());
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Right);
+    EXPECT_EQ(QApplication::activePopupWidget(), window->menuBar()->actions()[1]->menu());
+    QApplication::activePopupWidget()->close();
+}
+
 TEST_F(MainWindowTests, theControlBarWritesTheSettings) {
     named<CompactToggleButton>("C weighting")->click();
     EXPECT_EQ(engine->splWeighting(), TarvaneKit::Weighting::c);
