@@ -17,6 +17,7 @@
 #include "Shell/Panels/ModuleLayoutView.h"
 #include "Shell/Windows/ChannelWindowLayoutMenu.h"
 #include "Shell/Windows/MeteringKeys.h"
+#include "Shell/Windows/ScreenRoom.h"
 
 namespace TarvaneApp {
 
@@ -38,7 +39,7 @@ ChannelWindowView::ChannelWindowView(MeterEngine& engine, const std::optional<UU
     setWindowRole(QStringLiteral("channel"));
     setWindowIcon(Icon::application());
     setMinimumSize(smallestSize);
-    resize(firstSize);
+    resize(firstSize.boundedTo(ScreenRoom::of(*this)));
     removedNote_->setAlignment(Qt::AlignCenter);
     setCentralWidget(new QWidget(this));
     auto* column = new QVBoxLayout(centralWidget());

@@ -15,6 +15,7 @@
 #include "Shell/Windows/InFront.h"
 #include "Shell/Windows/MeteringKeys.h"
 #include "Shell/Windows/ProfilesCommands.h"
+#include "Shell/Windows/ScreenRoom.h"
 
 namespace TarvaneApp {
 
@@ -29,20 +30,14 @@ constexpr QSize firstSize(1200, 920);
 }  // namespace
 
 MainWindow::MainWindow(MeterEngine& engine, ProfileStore& profiles, const AppCommands& commands)
-    : engine_(engine), profiles_(profiles) {
+    : engine_(engine), profiles_(profiles), room_(new ScreenRoom(*this)) {
     setWindowTitle(QStringLiteral("Tarvane"));
     setWindowIcon(Icon::application());
     followAll(
-        this,
-        [this] {
-            const int graphs =
-                engine_.mainWindowShowsGraphArea() ? smallestHeightWithGraphs : smallestHeight;
-            const int history =
-                engine_.levelHistoryPlacement() == ModulePlacement::mainWindow ? historyHeight : 0;
-            setMinimumSize(smallestWidth, graphs + history);
-        },
-        engine.rtaPlacement, engine.spectrogramPlacement, engine.levelHistoryPlacement);
-    resize(firstSize);
+        this, [this] { limitSize(); }, engine.rtaPlacement, engine.spectrogramPlacement,
+        engine.levelHistoryPlacement);
+    connect(room_, &ScreenRoom::changed, this, &MainWindow::limitSize);
+    resize(firstSize.boundedTo(room_->size()));
     content_ = new ContentView(engine, profiles, commands, this);
     setCentralWidget(content_);
     // No control is pressed or ringed until the user moves the focus there.
@@ -55,6 +50,15 @@ MainWindow::MainWindow(MeterEngine& engine, ProfileStore& profiles, const AppCom
     new ErrorAlert(
         QStringLiteral("Profiles"), profiles.errorMessage, [&profiles] { profiles.dismissError(); },
         this);
+}
+
+// A screen that is lower than the modules need has the window all the same, and they make do.
+void MainWindow::limitSize() {
+    const int graphs =
+        engine_.mainWindowShowsGraphArea() ? smallestHeightWithGraphs : smallestHeight;
+    const int history =
+        engine_.levelHistoryPlacement() == ModulePlacement::mainWindow ? historyHeight : 0;
+    setMinimumSize(QSize(smallestWidth, graphs + history).boundedTo(room_->size()));
 }
 
 void MainWindow::makeMenus(const AppCommands& commands) {

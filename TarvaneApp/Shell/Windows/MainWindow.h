@@ -11,6 +11,7 @@ class ContentView;
 class MeterEngine;
 class NoteBar;
 class ProfileStore;
+class ScreenRoom;
 
 class MainWindow final : public QMainWindow {
     Q_OBJECT
@@ -23,6 +24,7 @@ class MainWindow final : public QMainWindow {
     QList<QAction*> keyedActions() const;
 
   private:
+    void limitSize();
     void makeMenus(const AppCommands& commands);
     void makeProfilesMenu(const AppCommands& commands);
     void makeWindowMenu(const AppCommands& commands);
@@ -30,6 +32,7 @@ class MainWindow final : public QMainWindow {
 
     MeterEngine& engine_;
     ProfileStore& profiles_;
+    ScreenRoom* room_;
     ContentView* content_;
 };
 

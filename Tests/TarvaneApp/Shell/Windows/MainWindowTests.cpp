@@ -9,11 +9,16 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QSet>
 #include <QTest>
+#include <QWindow>
 
 #include "Displays/Contrast.h"
+#include "LiveDisplays/LiveLevelHistoryGraph.h"
 #include "LiveDisplays/LiveSPLReadoutView.h"
+#include "LiveDisplays/LiveSpectrogramView.h"
+#include "LiveDisplays/LiveSpectrumView.h"
 #include "Shell/ChannelControls/ChannelPickerMenu.h"
 #include "Shell/ChannelControls/ReadoutUnitPicker.h"
 #include "Shell/Controls/CompactToggleButton.h"
@@ -99,6 +104,28 @@ TEST_F(MainWindowTests, isCalledTarvaneAndIsNeverSmallerThanItsContentNeeds) {
     settle();
     EXPECT_EQ(window->minimumSize(), QSize(900, 260));
     EXPECT_LE(window->minimumSizeHint().height(), 260);
+}
+
+TEST_F(MainWindowTests, firstItIsAsLargeAsTheModulesLikeIt) {
+    EXPECT_EQ(window->size(), QSize(1200, 920));
+}
+
+// 38 pixels of the laptop's 738 are for the title bar.
+TEST_F(MainWindowTests, onALowScreenTheWindowFitsAndTheModulesMakeDo) {
+    ASSERT_EQ(QGuiApplication::screens().size(), 2);
+    window->windowHandle()->setScreen(QGuiApplication::screens()[1]);
+    settle();
+    EXPECT_EQ(window->minimumSize(), QSize(900, 700));
+    window->resize(1366, 700);
+    settle();
+    EXPECT_EQ(window->size(), QSize(1366, 700));
+    EXPECT_TRUE(window->findChild<LiveSPLReadoutView*>()->isVisible());
+    EXPECT_TRUE(window->findChild<LiveSpectrumView*>()->isVisible());
+    EXPECT_TRUE(window->findChild<LiveSpectrogramView*>()->isVisible());
+    EXPECT_TRUE(window->findChild<LiveLevelHistoryGraph*>()->isVisible());
+    window->windowHandle()->setScreen(QGuiApplication::screens()[0]);
+    settle();
+    EXPECT_EQ(window->minimumSize(), QSize(900, 770));
 }
 
 TEST_F(MainWindowTests, spaceStartsAndStops) {
