@@ -9,6 +9,7 @@
 #include "Shell/Controls/NoteBar.h"
 #include "Shell/Panels/MainWindowArrangement.h"
 #include "Shell/Panels/ModuleLayoutView.h"
+#include "Shell/Windows/IdlePrompt.h"
 #include "Shell/Windows/MainToolbar.h"
 #include "Shell/Windows/StandaloneWindowGuard.h"
 
@@ -23,6 +24,7 @@ ContentView::ContentView(MeterEngine& engine, ProfileStore& profiles, const AppC
     auto* arrangement = new MainWindowArrangement(engine, this);
     column->addWidget(new ModuleLayoutView(engine, *arrangement, std::nullopt, this), 1);
     column->addWidget(note_);
+    new IdlePrompt(engine, *this);
     for (const StandaloneModule module : standaloneModules) {
         const Setting<ModulePlacement>& where = placement(engine, module);
         connect(&where.notifier(), &ChangeNotifier::changed, this,

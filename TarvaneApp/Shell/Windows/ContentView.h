@@ -1,5 +1,5 @@
-// What the main window holds: the toolbar, a divider, the modules. It opens and closes the windows
-// of modules that are placed elsewhere.
+// What the main window holds: the toolbar, a divider, the modules, and until the first start what
+// to do. It opens and closes the windows of modules that are placed elsewhere.
 #pragma once
 
 #include <QWidget>

@@ -25,6 +25,7 @@
 #include "Shell/Controls/IconButton.h"
 #include "Shell/Controls/SegmentedPicker.h"
 #include "Shell/Controls/Spinner.h"
+#include "Shell/Windows/IdlePrompt.h"
 #include "Shell/Windows/MeteredInputLabel.h"
 #include "Support/DrawnContrast.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
@@ -126,6 +127,45 @@ TEST_F(MainWindowTests, onALowScreenTheWindowFitsAndTheModulesMakeDo) {
     window->windowHandle()->setScreen(QGuiApplication::screens()[0]);
     settle();
     EXPECT_EQ(window->minimumSize(), QSize(900, 770));
+}
+
+TEST_F(MainWindowTests, anIdleWindowSaysHowToStartUntilTheFirstStart) {
+    const auto* prompt = window->findChild<IdlePrompt*>();
+    ASSERT_TRUE(prompt->isVisible());
+    const auto texts = [&] {
+        QStringList shown;
+        for (const QLabel* label : prompt->findChildren<QLabel*>()) {
+            shown.append(label->text());
+        }
+        return shown.join(u'|');
+    };
+    EXPECT_EQ(texts(), QStringLiteral("Press Space to start|Measurement Mic (default)"));
+    const auto* graph = window->findChild<LiveSpectrumView*>();
+    EXPECT_TRUE(QRect(graph->mapTo(window.get(), QPoint()), graph->size())
+                    .contains(QRect(prompt->mapTo(window.get(), QPoint()), prompt->size())));
+    audio.setDefaultInput(std::nullopt);
+    engine->refreshDevices();
+    EXPECT_TRUE(texts().startsWith(QStringLiteral("No input device|Connect one")));
+    audio.setDefaultInput(41);
+    engine->refreshDevices();
+    EXPECT_EQ(texts(), QStringLiteral("Press Space to start|Desk (default)"));
+    // Where there are no graphs it is over what there is.
+    engine->applyLayoutPreset(LayoutPreset::splMeterOnly);
+    settle();
+    EXPECT_TRUE(prompt->isVisible());
+    EXPECT_TRUE(prompt->geometry().intersects(
+        QRect(readout().mapTo(prompt->parentWidget(), QPoint()), readout().size())));
+    press(Qt::Key_Space);
+    EXPECT_FALSE(prompt->isVisible());
+    waitUntil([&] { return engine->isRunning(); });
+    press(Qt::Key_Space);
+    EXPECT_FALSE(prompt->isVisible());  // the session's levels stay to be read
+}
+
+TEST_F(MainWindowTests, aStartThatFailsLeavesTheWindowSayingHowToStart) {
+    audio.behaviour("").startError = TarvaneKit::AudioIOError::noInputAvailable();
+    start();
+    EXPECT_TRUE(window->findChild<IdlePrompt*>()->isVisible());
 }
 
 TEST_F(MainWindowTests, spaceStartsAndStops) {
