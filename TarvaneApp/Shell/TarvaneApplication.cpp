@@ -45,6 +45,7 @@ TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueS
       export_(new LevelHistoryExport(
           {.engine = engine_, .store = store, .note = mainWindow_->note()}, mainWindow_.get())),
       scenes_(std::make_unique<WindowScenes>(engine_, store, mainWindow_->keyedActions())) {
+                      .toggleFullScreenMeter = [this] { scenes_->toggleFullScreenMeter(); },
     new WindowFrame(store, "main", *mainWindow_);
     MeterHeightMemory::keep(store, "main", *mainWindow_);
 }

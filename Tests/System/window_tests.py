@@ -23,6 +23,7 @@ sys.dont_write_bytecode = True
 
 from desk import Desk  # noqa: E402
 from desk.processes import wait_until  # noqa: E402
+from desk.program import text_of  # noqa: E402
 from desk.tone import pink_noise, rising_sine, sine_1khz  # noqa: E402
 from end_to_end import Measurement  # noqa: E402
 
@@ -716,9 +717,9 @@ def settings_survive_a_restart(desk):
 RTA_WINDOW = "Tarvane — Real-Time Analyzer"
 
 
-def place_of(program, name):
+def place_of(program, name, role="frame"):
     """Where a window is and how large."""
-    place = program.extents(name, "frame")
+    place = program.extents(name, role)
     return place.x, place.y, place.width, place.height
 
 
@@ -867,6 +868,22 @@ def settings_that_cannot_be_saved_are_told(desk):
     wait_until(lambda: desk.settings_file().exists() and
                "splWeighting" in desk.settings_file().read_text(), 20, "it isn't tried again")
     program.quit()
+
+
+@test
+def f11_covers_the_screen_with_the_level(desk):
+    desk.plug_in("--tone", "1000:-20")
+    program = metering(desk)
+    program.key("F11")
+    stage = "Tarvane — Full-Screen SPL Meter"
+    wait_until(lambda: place_of(program, stage, None) == (0, 0, *desk.size), 10,
+               "it doesn't cover the screen")
+    level = re.compile(r"^SPL A Fast  \(dBFS, uncalibrated\)$")
+    wait_until(lambda: text_of(program.wait_for(level, "label")) == "-23.0", 10,
+               "it doesn't show the level")
+    desk.xdotool("key", "Escape")
+    wait_until(lambda: not program.find(stage), 10, "it stays")
+    program.wait_for("Stop", "push button")
 
 
 @test

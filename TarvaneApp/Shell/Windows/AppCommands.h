@@ -18,6 +18,8 @@ struct AppCommands {
     std::function<void()> openHelp = [] {};
     std::function<void()> openReleaseNotes = [] {};
     std::function<void()> openAbout = [] {};
+    /// Of the window that the user is in; where one is open already, it ends.
+    std::function<void()> toggleFullScreenMeter = [] {};
     std::function<void()> quit = [] {};
 };
 

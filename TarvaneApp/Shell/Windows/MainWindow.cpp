@@ -88,6 +88,9 @@ void MainWindow::makeMenus(const AppCommands& commands) {
     addSwitch(QStringLiteral("Show Clock Instead of SPL Meter"), engine_.splReadoutShowsClock)
         ->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+C")));
     addSwitch(QStringLiteral("Show Level Bar in SPL Meter"), engine_.splMeterShowsLevelBar);
+    view->addSeparator();
+    view->addAction(QStringLiteral("Full-Screen SPL Meter"), this, commands.toggleFullScreenMeter)
+        ->setShortcut(QKeySequence(Qt::Key_F11));
 
     makeProfilesMenu(commands);
     makeWindowMenu(commands);

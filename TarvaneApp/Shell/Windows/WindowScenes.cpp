@@ -1,6 +1,8 @@
 #include "Shell/Windows/WindowScenes.h"
 #include "Settings/KeyValueStore.h"
 
+#include <QApplication>
+#include <QScreen>
 #include <QShortcut>
 #include <vector>
 
@@ -15,6 +17,7 @@
 #include "Shell/Windows/ChannelWindowView.h"
 #include "Shell/Windows/InFront.h"
 #include "Shell/Windows/MeterHeightMemory.h"
+#include "Shell/Windows/StageWindow.h"
 #include "Shell/Windows/StandaloneModuleWindow.h"
 #include "Shell/Windows/WindowFrame.h"
 
@@ -88,6 +91,27 @@ bool WindowScenes::bringBack() const {
         }
     }
     return false;
+}
+
+void WindowScenes::toggleFullScreenMeter() {
+    QWidget* from = QApplication::activeWindow();
+    const auto* ofStage = qobject_cast<const StageWindow*>(from);
+    const auto* ofChannel = qobject_cast<const ChannelWindowView*>(from);
+    const auto channelID = ofStage != nullptr     ? ofStage->fixedChannelID()
+                           : ofChannel != nullptr ? ofChannel->channelID()
+                                                  : std::nullopt;
+    for (const QPointer<QWidget>& window : windows_) {
+        auto* open = qobject_cast<StageWindow*>(window.data());
+        if (open != nullptr && open->isVisible() && open->fixedChannelID() == channelID) {
+            open->close();
+            return;
+        }
+    }
+    auto* stage = new StageWindow(engine_, channelID);
+    windows_.removeAll(nullptr);
+    windows_.append(stage);
+    stage->addActions(actions_);
+    stage->cover(from != nullptr ? *from->screen() : *QGuiApplication::primaryScreen());
 }
 
 void WindowScenes::restoreChannels() {

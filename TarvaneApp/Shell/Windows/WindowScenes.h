@@ -1,7 +1,6 @@
-// The windows beside the main one, opened by name: a module's, a channel's, help and what is read
-// beside it. Each is where it was
-// when the program was last used, and channel windows that were open come back. The application
-// owns them; main thread.
+// The windows beside the main one, opened by name: a module's, a channel's, the meter's over a
+// whole screen, help and what is read beside it. Each is where it was when the program was last
+// used, and channel windows that were open come back. The application owns them; main thread.
 #pragma once
 
 #include <QList>
@@ -32,6 +31,9 @@ class WindowScenes final : public QObject {
     void openHelp();
     void openReleaseNotes();
     void openAbout();
+    /// The sound level meter over the whole screen of the window that the user is in, of that
+    /// window's channel; in such a window, or where there is one already, its end.
+    void toggleFullScreenMeter();
     /// Opens the channel windows that were open when the program was last used.
     void restoreChannels();
 
