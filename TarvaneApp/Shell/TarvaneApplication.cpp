@@ -5,6 +5,7 @@
 #include "Build/Version.h"
 #include "Shell/Appearance.h"
 #include "Shell/Controls/Icon.h"
+#include "Shell/InterruptedRun.h"
 #include "Shell/Preferences/PreferencesWindow.h"
 #include "Shell/Windows/InFront.h"
 #include "Shell/Windows/LevelHistoryExport.h"
@@ -30,6 +31,8 @@ TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueS
     : store_(store),
       engine_({.audio = audio, .store = store, .clock = clock_, .tickTimer = tickTimer_}),
       profiles_({.folder = profilesFolder, .store = store, .clock = clock_, .panels = panels_}),
+      interruptedRun_(std::make_unique<InterruptedRun>(
+          InterruptedRun::Environment{.engine = engine_, .store = store, .clock = clock_})),
       mainWindow_(std::make_unique<MainWindow>(
           engine_, profiles_,
           AppCommands{.showSettings = [this] { showSettings(); },
@@ -52,6 +55,9 @@ TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueS
 
 TarvaneApplication::~TarvaneApplication() = default;
 
+    // A session manager's way of saying that the desktop's session ends.
+    connect(qApp, &QGuiApplication::commitDataRequest, this,
+            [this] { interruptedRun_->programEnds(); });
 void TarvaneApplication::showMainWindow() {
     if (!isRestored_) {
         isRestored_ = true;
@@ -60,10 +66,16 @@ void TarvaneApplication::showMainWindow() {
     bringToFront(*mainWindow_);
 }
 
+        interruptedRun_->tell(mainWindow_->note());
 void TarvaneApplication::showSettings() {
     if (!preferences_) {
         preferences_ = std::make_unique<PreferencesWindow>(PreferencesWindow::Environment{
             .engine = engine_,
+void TarvaneApplication::end() {
+    interruptedRun_->programEnds();
+    QApplication::quit();
+}
+
             .profiles = profiles_,
             .store = store_,
             .openChannelWindow = [this](const UUID& id) { scenes_->openChannel(id); }});

@@ -16,6 +16,7 @@
 
 namespace TarvaneApp {
 
+class InterruptedRun;
 class LevelHistoryExport;
 class MainWindow;
 class PreferencesWindow;
@@ -37,6 +38,9 @@ class TarvaneApplication final : public QObject {
     void showProfiles();
 
     MeterEngine& engine() { return engine_; }
+    /// Ends it from outside: keeps that a run was cut short, and quits.
+    void end();
+
 
     /// Sets the program's name for the desktop, and its look. Call it right after the QApplication.
     static void introduce();
@@ -48,6 +52,7 @@ class TarvaneApplication final : public QObject {
     KernelTickTimer tickTimer_;
     MeterEngine engine_;
     FilePanels panels_;
+    const std::unique_ptr<InterruptedRun> interruptedRun_;
     ProfileStore profiles_;
     std::unique_ptr<MainWindow> mainWindow_;
     LevelHistoryExport* export_;

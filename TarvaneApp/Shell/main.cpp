@@ -10,6 +10,7 @@
 #include "Shell/CommandLine.h"
 #include "Shell/RunningInstance.h"
 #include "Shell/TarvaneApplication.h"
+#include "Shell/TerminationSignals.h"
 #include "Shell/UnansweredLaunch.h"
 
 int main(int argc, char** argv) {
@@ -39,6 +40,9 @@ int main(int argc, char** argv) {
     TarvaneApp::TarvaneApplication tarvane(audio, store, TarvaneApp::ProfileStore::usersFolder());
     QObject::connect(&instance, &TarvaneApp::RunningInstance::launchedAgain, &tarvane,
                      &TarvaneApp::TarvaneApplication::showMainWindow);
+    const TarvaneApp::TerminationSignals signals;
+    QObject::connect(&signals, &TarvaneApp::TerminationSignals::endAsked, &tarvane,
+                     &TarvaneApp::TarvaneApplication::end);
     tarvane.showMainWindow();
     return QApplication::exec();
 }

@@ -871,6 +871,24 @@ def settings_that_cannot_be_saved_are_told(desk):
 
 
 @test
+def the_systems_end_keeps_settings_and_tells_of_the_measurement(desk):
+    desk.plug_in("--tone", "1000:-20")
+    program = metering(desk)
+    program.click("Z weighting")
+    expect_level(program, "SPL Z Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    program.process.send_signal(signal.SIGTERM)
+    expect(program.process.wait(20) == 0, "it doesn't end cleanly")
+    program = desk.launch()
+    program.wait_for(re.compile("The last measurement was cut short"), "label")
+    program.start()
+    expect_level(program, "SPL Z Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    program.quit()
+    program = desk.launch()
+    program.wait_for("Start", "push button")
+    expect(not program.find(re.compile("cut short"), "label"), "it is told again")
+
+
+@test
 def f11_covers_the_screen_with_the_level(desk):
     desk.plug_in("--tone", "1000:-20")
     program = metering(desk)

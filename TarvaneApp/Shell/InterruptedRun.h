@@ -1,0 +1,40 @@
+// A measurement that was running when the program was told to end, by the desktop's session or the
+// system: the next launch says so, since its levels ended there. Main thread.
+#pragma once
+
+#include <QObject>
+
+namespace TarvaneApp {
+
+class Clock;
+class KeyValueStore;
+class MeterEngine;
+class NoteBar;
+
+class InterruptedRun final : public QObject {
+    Q_OBJECT
+  public:
+    /// All of it outlives this.
+    struct Environment {
+        MeterEngine& engine;
+        KeyValueStore& store;
+        const Clock& clock;
+    };
+    explicit InterruptedRun(const Environment& environment);
+
+    /// Tells of the one before this launch, once.
+    void tell(NoteBar& note);
+    /// The program has been told to end. Where it isn't ended after all, the next start or stop
+    /// makes this forgotten.
+    void programEnds();
+
+  private:
+    void forget();
+
+    MeterEngine& engine_;
+    KeyValueStore& store_;
+    const Clock& clock_;
+    bool isNoted_ = false;
+};
+
+}  // namespace TarvaneApp
