@@ -11,6 +11,7 @@
 #include "Shell/Windows/LevelHistoryExport.h"
 #include "Shell/Windows/MainWindow.h"
 #include "Shell/Windows/MeterHeightMemory.h"
+#include "Shell/Windows/TrayIcon.h"
 #include "Shell/Windows/WindowFrame.h"
 #include "Shell/Windows/WindowScenes.h"
 
@@ -30,9 +31,9 @@ TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueS
                                        const std::filesystem::path& profilesFolder)
     : store_(store),
       engine_({.audio = audio, .store = store, .clock = clock_, .tickTimer = tickTimer_}),
-      profiles_({.folder = profilesFolder, .store = store, .clock = clock_, .panels = panels_}),
       interruptedRun_(std::make_unique<InterruptedRun>(
           InterruptedRun::Environment{.engine = engine_, .store = store, .clock = clock_})),
+      profiles_({.folder = profilesFolder, .store = store, .clock = clock_, .panels = panels_}),
       mainWindow_(std::make_unique<MainWindow>(
           engine_, profiles_,
           AppCommands{.showSettings = [this] { showSettings(); },
@@ -44,38 +45,41 @@ TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueS
                       .openHelp = [this] { scenes_->openHelp(); },
                       .openReleaseNotes = [this] { scenes_->openReleaseNotes(); },
                       .openAbout = [this] { scenes_->openAbout(); },
+                      .toggleFullScreenMeter = [this] { scenes_->toggleFullScreenMeter(); },
                       .quit = [] { QApplication::quit(); }})),
       export_(new LevelHistoryExport(
           {.engine = engine_, .store = store, .note = mainWindow_->note()}, mainWindow_.get())),
-      scenes_(std::make_unique<WindowScenes>(engine_, store, mainWindow_->keyedActions())) {
-                      .toggleFullScreenMeter = [this] { scenes_->toggleFullScreenMeter(); },
+      scenes_(std::make_unique<WindowScenes>(engine_, store, mainWindow_->keyedActions())),
+      tray_(std::make_unique<TrayIcon>(
+          engine_, TrayIcon::Commands{.showMainWindow = [this] { showMainWindow(); },
+                                      .quit = [] { QApplication::quit(); }})) {
     new WindowFrame(store, "main", *mainWindow_);
     MeterHeightMemory::keep(store, "main", *mainWindow_);
+    // A session manager's way of saying that the desktop's session ends.
+    connect(qApp, &QGuiApplication::commitDataRequest, this,
+            [this] { interruptedRun_->programEnds(); });
 }
 
 TarvaneApplication::~TarvaneApplication() = default;
 
-    // A session manager's way of saying that the desktop's session ends.
-    connect(qApp, &QGuiApplication::commitDataRequest, this,
-            [this] { interruptedRun_->programEnds(); });
 void TarvaneApplication::showMainWindow() {
     if (!isRestored_) {
         isRestored_ = true;
         scenes_->restoreChannels();
+        interruptedRun_->tell(mainWindow_->note());
     }
     bringToFront(*mainWindow_);
 }
 
-        interruptedRun_->tell(mainWindow_->note());
-void TarvaneApplication::showSettings() {
-    if (!preferences_) {
-        preferences_ = std::make_unique<PreferencesWindow>(PreferencesWindow::Environment{
-            .engine = engine_,
 void TarvaneApplication::end() {
     interruptedRun_->programEnds();
     QApplication::quit();
 }
 
+void TarvaneApplication::showSettings() {
+    if (!preferences_) {
+        preferences_ = std::make_unique<PreferencesWindow>(PreferencesWindow::Environment{
+            .engine = engine_,
             .profiles = profiles_,
             .store = store_,
             .openChannelWindow = [this](const UUID& id) { scenes_->openChannel(id); }});

@@ -20,6 +20,7 @@ class InterruptedRun;
 class LevelHistoryExport;
 class MainWindow;
 class PreferencesWindow;
+class TrayIcon;
 class WindowScenes;
 
 class TarvaneApplication final : public QObject {
@@ -37,10 +38,10 @@ class TarvaneApplication final : public QObject {
     /// The settings, at the profiles.
     void showProfiles();
 
-    MeterEngine& engine() { return engine_; }
     /// Ends it from outside: keeps that a run was cut short, and quits.
     void end();
 
+    MeterEngine& engine() { return engine_; }
 
     /// Sets the program's name for the desktop, and its look. Call it right after the QApplication.
     static void introduce();
@@ -51,13 +52,14 @@ class TarvaneApplication final : public QObject {
     SystemClock clock_;
     KernelTickTimer tickTimer_;
     MeterEngine engine_;
-    FilePanels panels_;
     const std::unique_ptr<InterruptedRun> interruptedRun_;
+    FilePanels panels_;
     ProfileStore profiles_;
     std::unique_ptr<MainWindow> mainWindow_;
     LevelHistoryExport* export_;
     std::unique_ptr<PreferencesWindow> preferences_;
     std::unique_ptr<WindowScenes> scenes_;
+    std::unique_ptr<TrayIcon> tray_;
     bool isRestored_ = false;
 };
 

@@ -1,0 +1,45 @@
+// The program's place in the desktop's tray, where the desktop has one: its state at a glance, and
+// what is needed while no window is open. Main thread.
+#pragma once
+
+#include <QMenu>
+#include <QSystemTrayIcon>
+#include <functional>
+
+#include "LiveDisplays/LiveBinding.h"
+#include "Shell/Windows/TrayState.h"
+
+namespace TarvaneApp {
+
+class MeterEngine;
+
+class TrayIcon final : public QObject {
+    Q_OBJECT
+  public:
+    struct Commands {
+        std::function<void()> showMainWindow;
+        std::function<void()> quit;
+    };
+    /// The engine outlives it. A tray that comes later takes the icon in by itself.
+    TrayIcon(MeterEngine& engine, const Commands& commands);
+
+    const TrayState& state() const { return state_; }
+    QMenu& menu() { return menu_; }
+    QString toolTip() const { return icon_.toolTip(); }
+
+    /// The program's icon with the state's sign in its corner.
+    static QIcon iconOf(TrayState::Kind kind);
+
+  private:
+    void showState();
+
+    MeterEngine& engine_;
+    QMenu menu_;
+    QAction* start_;
+    QAction* pause_;
+    QSystemTrayIcon icon_;
+    TrayState state_;
+    LiveBinding binding_;
+};
+
+}  // namespace TarvaneApp
