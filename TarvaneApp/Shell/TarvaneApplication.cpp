@@ -1,12 +1,17 @@
 #include "Shell/TarvaneApplication.h"
 
 #include <QApplication>
+#include <QDesktopServices>
+#include <QUrl>
 
+#include "Build/UpdateFeed.h"
 #include "Build/Version.h"
 #include "Shell/Appearance.h"
 #include "Shell/Controls/Icon.h"
 #include "Shell/InterruptedRun.h"
 #include "Shell/Preferences/PreferencesWindow.h"
+#include "Shell/Updates/NetworkUpdateFetch.h"
+#include "Shell/Updates/UpdateController.h"
 #include "Shell/Windows/InFront.h"
 #include "Shell/Windows/LevelHistoryExport.h"
 #include "Shell/Windows/MainWindow.h"
@@ -18,6 +23,15 @@
 namespace TarvaneApp {
 
 using TarvaneKit::UUID;
+
+namespace {
+
+// Empty in a build that looks for no updates.
+QUrl feed() {
+    return QUrl(QString::fromLatin1(Build::updateFeed), QUrl::StrictMode);
+}
+
+}  // namespace
 
 void TarvaneApplication::introduce() {
     QApplication::setApplicationName(QStringLiteral("Tarvane"));
@@ -46,6 +60,8 @@ TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueS
                       .openReleaseNotes = [this] { scenes_->openReleaseNotes(); },
                       .openAbout = [this] { scenes_->openAbout(); },
                       .toggleFullScreenMeter = [this] { scenes_->toggleFullScreenMeter(); },
+                      .checkForUpdates = feed().isEmpty() ? std::function<void()>()
+                                                          : [this] { updates_->checkForUpdates(); },
                       .quit = [] { QApplication::quit(); }})),
       export_(new LevelHistoryExport(
           {.engine = engine_, .store = store, .note = mainWindow_->note()}, mainWindow_.get())),
@@ -55,6 +71,15 @@ TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueS
                                       .quit = [] { QApplication::quit(); }})) {
     new WindowFrame(store, "main", *mainWindow_);
     MeterHeightMemory::keep(store, "main", *mainWindow_);
+    if (!feed().isEmpty()) {
+        updateFetch_ = std::make_unique<NetworkUpdateFetch>();
+        updates_ = std::make_unique<UpdateController>(UpdateController::Environment{
+            .feed = feed(),
+            .runningVersion = Build::version,
+            .fetch = *updateFetch_,
+            .note = mainWindow_->note(),
+            .openPage = [](const QUrl& page) { QDesktopServices::openUrl(page); }});
+    }
     // A session manager's way of saying that the desktop's session ends.
     connect(qApp, &QGuiApplication::commitDataRequest, this,
             [this] { interruptedRun_->programEnds(); });
@@ -67,6 +92,9 @@ void TarvaneApplication::showMainWindow() {
         isRestored_ = true;
         scenes_->restoreChannels();
         interruptedRun_->tell(mainWindow_->note());
+        if (updates_) {
+            updates_->checkAtLaunch();
+        }
     }
     bringToFront(*mainWindow_);
 }

@@ -21,6 +21,8 @@ class LevelHistoryExport;
 class MainWindow;
 class PreferencesWindow;
 class TrayIcon;
+class UpdateController;
+class UpdateFetch;
 class WindowScenes;
 
 class TarvaneApplication final : public QObject {
@@ -60,6 +62,8 @@ class TarvaneApplication final : public QObject {
     std::unique_ptr<PreferencesWindow> preferences_;
     std::unique_ptr<WindowScenes> scenes_;
     std::unique_ptr<TrayIcon> tray_;
+    std::unique_ptr<UpdateFetch> updateFetch_;   // both null
+    std::unique_ptr<UpdateController> updates_;  // without a feed
     bool isRestored_ = false;
 };
 

@@ -20,6 +20,8 @@ struct AppCommands {
     std::function<void()> openAbout = [] {};
     /// Of the window that the user is in; where one is open already, it ends.
     std::function<void()> toggleFullScreenMeter = [] {};
+    /// Absent in a build that knows no feed, whose menu then has no such item.
+    std::function<void()> checkForUpdates = nullptr;
     std::function<void()> quit = [] {};
 };
 

@@ -69,6 +69,9 @@ void MainWindow::makeMenus(const AppCommands& commands) {
     exporting->setObjectName(exportActionName);
     addAction(exporting);
     file->addSeparator();
+    if (commands.checkForUpdates) {
+        file->addAction(QStringLiteral("Check for Updates…"), this, commands.checkForUpdates);
+    }
     QAction* settings = file->addAction(QStringLiteral("Settings…"), this, commands.showSettings);
     settings->setShortcut(QKeySequence(QStringLiteral("Ctrl+,")));
     settings->setMenuRole(QAction::PreferencesRole);

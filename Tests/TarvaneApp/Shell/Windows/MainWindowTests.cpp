@@ -554,6 +554,24 @@ TEST_F(MainWindowTests, menusShowSettingsAndQuitAndSwitchTheLevelBar) {
     EXPECT_FALSE(readout().levelBar().has_value());
 }
 
+TEST_F(MainWindowTests, updatesAreLookedForOnlyWhereTheBuildKnowsAFeed) {
+    const auto item = [](const MainWindow& in) -> QAction* {
+        for (QAction* action : in.menuBar()->actions().front()->menu()->actions()) {
+            if (action->text() == QStringLiteral("Check for Updates…")) {
+                return action;
+            }
+        }
+        return nullptr;
+    };
+    EXPECT_EQ(item(*window), nullptr);
+    int checks = 0;
+    const MainWindow withFeed(*engine, profiles.store,
+                              AppCommands{.checkForUpdates = [&checks] { ++checks; }});
+    ASSERT_NE(item(withFeed), nullptr);
+    item(withFeed)->trigger();
+    EXPECT_EQ(checks, 1);
+}
+
 // --- the live readout
 
 TEST_F(MainWindowTests, theReadoutIsDrawnAnewOncePerPublicationAndOnlyWhenItChanged) {
