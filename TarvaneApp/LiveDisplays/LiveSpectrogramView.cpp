@@ -185,8 +185,11 @@ void LiveSpectrogramView::keyPressEvent(QKeyEvent* event) {
 }
 
 std::vector<SpokenPart> LiveSpectrogramView::spokenParts() const {
-    const QString range = QString::number(view_.floorDB, 'f', 0) + QStringLiteral(" to ") +
-                          QString::number(view_.ceilingDB, 'f', 0) + QStringLiteral(" dB");
+    const SpectrogramRange shown = engine_.spectrogramRange(channelID_);
+    const QString range = QString::number(shown.floorDB, 'f', 0) + QStringLiteral(" to ") +
+                          QString::number(shown.ceilingDB, 'f', 0) +
+                          (engine_.rtaScale(channelID_) == RTAScale::dbfs ? QStringLiteral(" dBFS")
+                                                                          : QStringLiteral(" dB"));
     return {
         {QStringLiteral("Spectrogram"), range, rect()},
         {QStringLiteral("Spectrogram position"), badge().text(),

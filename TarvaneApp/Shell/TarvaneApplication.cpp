@@ -7,6 +7,7 @@
 #include "Build/UpdateFeed.h"
 #include "Build/Version.h"
 #include "Shell/Appearance.h"
+#include "Shell/Controls/ControlAccessibility.h"
 #include "Shell/Controls/Icon.h"
 #include "Shell/InterruptedRun.h"
 #include "Shell/Preferences/PreferencesWindow.h"
@@ -39,6 +40,7 @@ void TarvaneApplication::introduce() {
     QApplication::setDesktopFileName(QStringLiteral("org.brenlow.tarvane"));
     QApplication::setWindowIcon(Icon::application());
     applyAppearance();
+    installControlAccessibility();
 }
 
 TarvaneApplication::TarvaneApplication(TarvaneKit::AudioSystem& audio, KeyValueStore& store,

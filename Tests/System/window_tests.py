@@ -99,7 +99,7 @@ def a_screen_reader_works_the_buttons(desk):
     expect_level(program, "SPL Z Slow", -20 + SINE_RMS_RE_PEAK_DB)
     program.press("Z weighting")  # what is chosen stays chosen
     expect_level(program, "SPL Z Slow", -20 + SINE_RMS_RE_PEAK_DB)
-    program.press("Peak", "check box")
+    program.press("Peak", "radio button")
     expect_level(program, "Peak C", -20)
 
 
@@ -107,7 +107,7 @@ def a_screen_reader_works_the_buttons(desk):
 def peak_reads_the_peak(desk):
     desk.plug_in("--tone", "1000:-20")
     program = metering(desk)
-    program.click("Peak", "check box")
+    program.click("Peak", "radio button")
     for weighting in "ACZ":
         program.click(f"{weighting} peak weighting")
         expect_level(program, f"Peak {weighting}", -20)
@@ -205,7 +205,7 @@ def the_systems_output_is_read(desk):
     for weighting in "ACZ":
         program.click(f"{weighting} weighting")
         expect_level(program, f"SPL {weighting} Slow", -20 + SINE_RMS_RE_PEAK_DB)
-    program.click("Peak", "check box")
+    program.click("Peak", "radio button")
     expect_level(program, "Peak C", -20)
 
 
@@ -498,7 +498,7 @@ def pink_noise_is_flat_in_the_bands_and_adds_up_to_its_level(desk):
     program = metering(desk)
     time.sleep(25)  # of averaging: a band of 23 Hz is then within 0.2 dB (10 lg(e) / sqrt(B t))
     program.key("p")
-    program.click("Expand to fill this area")
+    program.click("Expand Real-Time Analyzer")
     time.sleep(1)
     centres = [1000 * 10 ** (n / 10) for n in range(-16, 14)]
     bands = drawn_bands(desk, program, centres)
@@ -742,11 +742,11 @@ def a_popped_out_module_comes_back_to_where_it_was(desk):
     desk.xdotool("search", "--onlyvisible", "--name", RTA_WINDOW, "windowactivate", "--sync", "key",
                  "ctrl+w")
     wait_until(lambda: program.find(RTA_WINDOW, "frame") is None, 10, "it doesn't close")
-    program.wait_for("REAL-TIME ANALYZER", "label")  # in the main window again
+    program.wait_for("Real-Time Analyzer", "label")  # in the main window again
     program.quit()
 
     program = desk.launch()
-    program.wait_for("REAL-TIME ANALYZER", "label")
+    program.wait_for("Real-Time Analyzer", "label")
     expect(program.find(RTA_WINDOW, "frame") is None, "a closed window came back")
 
 

@@ -68,7 +68,9 @@ void TargetCurveReferenceControl::showLevel() {
     const QSignalBlocker quiet(slider_);
     slider_->setRange(shown.lowest, shown.highest);
     slider_->setValue(static_cast<int>(level));
-    value_->setText(QString::number(level) + u' ' + QLatin1String(shown.unit));
+    const QString text = QString::number(level) + u' ' + QLatin1String(shown.unit);
+    value_->setText(text);
+    slider_->setAccessibleDescription(text);
 }
 
 void TargetCurveReferenceControl::setLevel(int level) {

@@ -61,9 +61,18 @@ void MenuButton::setItems(std::vector<Item> items) {
         }
         connect(action, &QAction::triggered, this, [run = std::move(item.action)] { run(); });
     }
-    setAccessibleName(name_ + QStringLiteral(": ") + text());
+    tellName();
     updateGeometry();
     update();
+}
+
+void MenuButton::setName(const QString& name) {
+    name_ = name;
+    tellName();
+}
+
+void MenuButton::tellName() {
+    setAccessibleName(name_ + QStringLiteral(": ") + text());
 }
 
 QSize MenuButton::sizeHint() const {

@@ -16,6 +16,8 @@ class MenuButton : public QToolButton {
   public:
     /// `name` is what a screen reader calls the choice.
     explicit MenuButton(const QString& name, QWidget* parent = nullptr);
+    /// Another name, where a window has several of its kind.
+    void setName(const QString& name);
 
     struct Item {
         QString text;
@@ -38,6 +40,8 @@ class MenuButton : public QToolButton {
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    void tellName();
+
     QString name_;
     std::optional<QColor> dot_;
     QActionGroup* group_ = nullptr;

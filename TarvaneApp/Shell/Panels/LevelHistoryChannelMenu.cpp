@@ -7,7 +7,7 @@
 namespace TarvaneApp {
 
 LevelHistoryChannelMenu::LevelHistoryChannelMenu(MeterEngine& engine, QWidget* parent)
-    : MenuButton(QStringLiteral("Channel"), parent), engine_(engine) {
+    : MenuButton(QStringLiteral("Level history channel"), parent), engine_(engine) {
     setToolTip(QStringLiteral("Channel shown here"));
     followChannels(engine.channelChanges(), this, [this] { showChoices(); });
     follow(engine.levelHistoryChannelID, this, [this] { showChoices(); });

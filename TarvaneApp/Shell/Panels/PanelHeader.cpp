@@ -40,6 +40,7 @@ PanelHeader::PanelHeader(const QString& title, QWidget* parent)
     QFont font = Theme::sectionLabelFont();
     font.setLetterSpacing(QFont::AbsoluteSpacing, letterSpacing);
     label->setFont(font);
+    label->setAccessibleName(title);  // not every letter a capital
     row_->addWidget(label);
     expendable_ = {label};
 }

@@ -22,8 +22,11 @@ void PanelMaximizeToggleButton::showState() {
     setSymbol(isSplit ? QStringLiteral("arrow.up.left.and.arrow.down.right")
                       : QStringLiteral("arrow.down.right.and.arrow.up.left"),
               Theme::axisText);
-    setHelp(isSplit ? QStringLiteral("Expand to fill this area")
-                    : QStringLiteral("Restore split view"));
+    const QString help =
+        isSplit ? QStringLiteral("Expand to fill this area") : QStringLiteral("Restore split view");
+    const QString graph = panel_ == PanelLayout::rtaOnly ? QStringLiteral("Real-Time Analyzer")
+                                                         : QStringLiteral("Spectrogram");
+    setHelp(isSplit ? QStringLiteral("Expand ") + graph : help, help);
     setVisible(shown.showsBothGraphs());
 }
 

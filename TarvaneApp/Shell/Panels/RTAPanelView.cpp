@@ -44,12 +44,15 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, const std::optional<UUID>& fixed
           return new RTAOptionsView(engine_, channelID(), popover);
       }) {
     optionsButton_->setSymbol(QStringLiteral("slider.horizontal.3"), Theme::axisText);
+    unitPicker_->setName(QStringLiteral("RTA readout unit"));
     optionsButton_->setHelp(
+        QStringLiteral("RTA options"),
         QStringLiteral("RTA options for this channel: color, view, band resolution, peak hold, "
                        "target curve, ring-out alerts"));
     auto* header = new PanelHeader(QStringLiteral("Real-Time Analyzer"), this);
     if (!fixedChannelID_) {
         auto* picker = new ChannelPickerMenu(engine, engine.rtaChannelID, header);
+        picker->setName(QStringLiteral("RTA channel"));
         picker->letShrink();
         header->row().addWidget(picker);
     }

@@ -45,10 +45,11 @@ SpectrogramControls::SpectrogramControls(MeterEngine& engine,
         control.slider->setRange(static_cast<int>(bounds.floorDB),
                                  static_cast<int>(bounds.ceilingDB));
         control.slider->setValue(static_cast<int>(std::lround(levelDB)));
-        control.value->setText(QString::number(std::lround(levelDB)) +
-                               (engine_.rtaScale(channelID()) == RTAScale::dbfs
-                                    ? QStringLiteral(" dBFS")
-                                    : QStringLiteral(" dB")));
+        const QString text =
+            QString::number(std::lround(levelDB)) + (engine_.rtaScale(channelID()) == RTAScale::dbfs
+                                                         ? QStringLiteral(" dBFS")
+                                                         : QStringLiteral(" dB"));
+        tell(control, text, text);
     };
     add(
         *layout, QStringLiteral("Floor"), levelValueWidth,
@@ -73,7 +74,8 @@ SpectrogramControls::SpectrogramControls(MeterEngine& engine,
             const double span = engine_.spectrogramTimeSpanSeconds();
             control.slider->setRange(steps(shortestSpan), steps(longestSpan));
             control.slider->setValue(steps(shortestSpan + longestSpan - span));
-            control.value->setText(QString::number(span, 'f', 1) + u's');
+            const QString seconds = QString::number(span, 'f', 1);
+            tell(control, seconds + u's', seconds + QStringLiteral(" s"));
         });
     add(
         *layout, QStringLiteral("Slice Height"), factorValueWidth,
@@ -82,7 +84,8 @@ SpectrogramControls::SpectrogramControls(MeterEngine& engine,
             const double factor = engine_.spectrogramSliceHeightMultiplier();
             control.slider->setRange(steps(lowestSlice), steps(tallestSlice));
             control.slider->setValue(steps(factor));
-            control.value->setText(QString::number(factor, 'f', 1) + u'x');
+            const QString times = QString::number(factor, 'f', 1);
+            tell(control, times + u'x', times + QStringLiteral(" x"));
         });
     const auto showValues = [this] {
         for (Control& control : controls_) {
@@ -92,6 +95,12 @@ SpectrogramControls::SpectrogramControls(MeterEngine& engine,
     };
     follow(engine.spectrogramChannelID, this, showValues);
     followChannels(engine.channelChanges(), this, showValues);
+}
+
+// A screen reader reads a slider's steps, which are no one's unit.
+void SpectrogramControls::tell(Control& control, const QString& shown, const QString& spoken) {
+    control.value->setText(shown);
+    control.slider->setAccessibleDescription(spoken);
 }
 
 void SpectrogramControls::add(QBoxLayout& layout, const QString& name, int valueWidth,

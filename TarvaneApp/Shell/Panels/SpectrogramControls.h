@@ -31,6 +31,8 @@ class SpectrogramControls final : public QWidget {
         QLabel* value;
         std::function<void(Control&)> show;
     };
+    /// `spoken` with a space ahead of the unit.
+    static void tell(Control& control, const QString& shown, const QString& spoken);
     void add(QBoxLayout& layout, const QString& name, int valueWidth,
              std::function<void(int)> write, std::function<void(Control&)> show);
     TarvaneKit::UUID channelID() const;

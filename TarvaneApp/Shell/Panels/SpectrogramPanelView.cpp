@@ -53,6 +53,7 @@ SpectrogramPanelView::SpectrogramPanelView(MeterEngine& engine,
     adjustButton_->setHelp(QStringLiteral("Adjust Floor, Ceiling, Speed, Slice Height"));
     if (!fixedChannelID_) {
         auto* picker = new ChannelPickerMenu(engine, engine.spectrogramChannelID, header_);
+        picker->setName(QStringLiteral("Spectrogram channel"));
         picker->letShrink();
         header_->row().addWidget(picker);
     }

@@ -1,5 +1,6 @@
 #include "Shell/Windows/ProfilesCommands.h"
 
+#include <QActionGroup>
 #include <QMenu>
 
 #include "Profiles/ProfileStore.h"
@@ -11,11 +12,15 @@ void addProfiles(QMenu& menu, ProfileStore& profiles, MeterEngine& engine) {
     if (profiles.profiles().empty()) {
         menu.addAction(QStringLiteral("No Saved Profiles"))->setEnabled(false);
     }
+    QActionGroup* group = nullptr;
     for (const SettingsProfile& profile : profiles.profiles()) {
         QAction* item = menu.addAction(menuText(profile.name), [&profiles, &engine, profile] {
             profiles.load(profile, engine);
         });
         item->setCheckable(true);
+        // It goes with the items.
+        group = group != nullptr ? group : new QActionGroup(item);
+        group->addAction(item);
         item->setChecked(profile.name == profiles.activeProfileName());
     }
 }
