@@ -60,10 +60,10 @@ void NetworkUpdateFetch::fetch(const QUrl& address, std::function<void(const Ans
         return;
     }
     QNetworkReply* reply = network_.get(requestOf(address, trust_));
-    const auto most = static_cast<qint64>(UpdateOffer::mostBytes);
+    constexpr auto most = static_cast<qint64>(UpdateOffer::mostBytes);
     // A server that sends on and on is not listened to.
     reply->setReadBufferSize(most + 1);
-    connect(reply, &QNetworkReply::readyRead, this, [reply, most] {
+    connect(reply, &QNetworkReply::readyRead, this, [reply] {
         if (reply->bytesAvailable() > most) {
             reply->setProperty("isTooLong", true);
             reply->abort();
