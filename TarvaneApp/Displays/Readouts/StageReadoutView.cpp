@@ -1,6 +1,7 @@
 #include "Displays/Readouts/StageReadoutView.h"
 
 #include <QPainter>
+#include <algorithm>
 
 #include "Displays/Readouts/ReadoutDrawing.h"
 #include "Displays/Readouts/ReadoutText.h"
@@ -11,10 +12,13 @@ using ReadoutDrawing::textArea;
 using ReadoutDrawing::valueArea;
 
 ReadoutFrame layout(const StageReadoutView& view, const QSizeF& size, const Typeface& typeface) {
+    const QSizeF value = ReadoutDrawing::valueSize(view.widthTemplate, typeface);
+    // A long name shrinks under the number, rather than the number with it.
+    const QSizeF label = ReadoutDrawing::labelSize(view.label, typeface);
     const ReadoutParts parts{
-        .value = ReadoutDrawing::valueSize(view.widthTemplate, typeface),
+        .value = value,
         .side = {},
-        .label = ReadoutDrawing::labelSize(view.label, typeface),
+        .label = QSizeF(std::min(label.width(), value.width()), label.height()),
         .rows = {},
         .badge = {},
         .hasResetButton = false,

@@ -27,7 +27,8 @@ struct StageReadoutView {
     QString widthTemplate;
 };
 
-/// Laid out by ReadoutLayout. It doesn't depend on the value: numbers change, and nothing moves.
+/// Laid out by ReadoutLayout. It depends neither on the value nor on how long the label is: both
+/// change, and the number stays as it is.
 ReadoutFrame layout(const StageReadoutView& view, const QSizeF& size,
                     const Typeface& typeface = Typeface::installed());
 

@@ -128,6 +128,20 @@ TEST_F(StageWindowTests, inAChannelWindowItShowsThatChannelBesideTheMainOne) {
     EXPECT_FALSE(shown().label.contains(QStringLiteral("Balcony")));
 }
 
+TEST_F(StageWindowTests, aLongLabelMakesTheNumberNoSmaller) {
+    const StageReadoutView brief{.valueDB = -12.3,
+                                 .color = {},
+                                 .label = QStringLiteral("SPL"),
+                                 .widthTemplate = QStringLiteral("-00.0")};
+    StageReadoutView wordy = brief;
+    wordy.label = QString(200, u'W');
+    for (const QSizeF size :
+         {QSizeF(1920.0, 1080.0), QSizeF(1080.0, 1920.0), QSizeF(800.0, 600.0)}) {
+        EXPECT_EQ(layout(wordy, size).value, layout(brief, size).value);
+        EXPECT_TRUE(QRectF(QPointF(), size).contains(layout(wordy, size).label));
+    }
+}
+
 TEST_F(StageWindowTests, theClockTakesTheMetersPlace) {
     press(theMainWindow(), Qt::Key_F11);
     press(theStage(), Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
