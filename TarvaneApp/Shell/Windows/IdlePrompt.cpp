@@ -21,7 +21,9 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr int widest = 460;
+constexpr int widest = 560;
+// Over a readout, whose foot has a button: from the top.
+constexpr double middleOfReadout = 0.33;
 
 }  // namespace
 
@@ -75,8 +77,7 @@ void IdlePrompt::showInput() {
     title_->setText(input ? QStringLiteral("Press Space to start")
                           : QStringLiteral("No input device"));
     detail_->setText(input ? utf8Text(*input)
-                           : QStringLiteral("Connect one, or choose System Output in Settings to "
-                                            "measure what the computer is playing."));
+                           : QStringLiteral("Connect one, or choose System Output in Settings."));
     place();
 }
 
@@ -88,7 +89,11 @@ void IdlePrompt::place() {
     });
     const bool isWanted = !hasMetered_ && !engine_.isStarting() && display != displays_.end();
     if (isWanted) {
-        const QPoint middle = (*display)->mapTo(&window_, (*display)->rect().center());
+        QPoint middle = (*display)->rect().center();
+        if (qobject_cast<const LiveSPLReadoutView*>(*display) != nullptr) {
+            middle.setY(static_cast<int>(middleOfReadout * (*display)->height()));
+        }
+        middle = (*display)->mapTo(&window_, middle);
         setGeometry(QRect(middle - QPoint(size.width() / 2, size.height() / 2), size));
         raise();
     }
