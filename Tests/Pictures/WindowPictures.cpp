@@ -3,12 +3,16 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPainter>
+#include <QPixmap>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
+#include <array>
 #include <cmath>
 #include <iostream>
 #include <numbers>
@@ -40,7 +44,9 @@
 #include "Shell/Windows/ChannelWindowLayoutMenu.h"
 #include "Shell/Windows/ChannelWindowView.h"
 #include "Shell/Windows/MainWindow.h"
+#include "Shell/Windows/StageWindow.h"
 #include "Shell/Windows/StandaloneModuleWindow.h"
+#include "Shell/Windows/TrayIcon.h"
 #include "Support/FakeAudioSystem.h"
 #include "Support/ManualTime.h"
 #include "Support/MemoryStore.h"
@@ -606,13 +612,76 @@ void shootHelp(Stage& stage) {
     stage.shoot(QStringLiteral("help-about"), about);
 }
 
+// What stands on the desktop beside the windows' own content: what to do first, what is metered,
+// the level on a whole screen, the tray's signs.
+void shootDesktop(Stage& stage) {
+    using namespace TarvaneApp;
+    stage.window.resize(1200, 820);
+    stage.shoot(QStringLiteral("desktop-idle"), stage.window);
+    stage.engine.selectedDeviceUID.set("gone");
+    stage.shoot(QStringLiteral("desktop-chosen-device-gone"), stage.window);
+    stage.window.resize(900, 820);
+    stage.shoot(QStringLiteral("desktop-chosen-device-gone-900"), stage.window);
+    stage.audio.setDefaultInput(std::nullopt);
+    stage.engine.refreshDevices();
+    stage.shoot(QStringLiteral("desktop-no-device"), stage.window);
+    stage.engine.applyLayoutPreset(LayoutPreset::splMeterOnly);
+    stage.window.resize(900, 300);
+    stage.shoot(QStringLiteral("desktop-no-device-meter"), stage.window);
+    stage.engine.applyLayoutPreset(LayoutPreset::allInMainWindow);
+    stage.audio.setDefaultInput(7);
+    stage.engine.selectedDeviceUID.set(std::nullopt);
+    stage.engine.refreshDevices();
+    ChannelConfig channel;
+    channel.name = "Balcony";
+    channel.color = channelColors[1];
+    stage.engine.extraChannels.set({channel});
+    stage.window.resize(1200, 820);
+    stage.start();
+    stage.play(1.0, 0.12);
+    stage.shoot(QStringLiteral("desktop-running"), stage.window);
+    StageWindow whole(stage.engine, channel.id);
+    whole.setAttribute(Qt::WA_DeleteOnClose, false);
+    whole.show();
+    for (const QSize size : {QSize(1920, 1080), QSize(1080, 1920), QSize(800, 600)}) {
+        whole.resize(size);
+        stage.play(0.1, 0.12);
+        stage.shoot(QStringLiteral("desktop-stage-%1").arg(size.width()), whole);
+    }
+    stage.engine.pause();
+    stage.shoot(QStringLiteral("desktop-paused"), stage.window);
+    stage.shoot(QStringLiteral("desktop-stage-paused"), whole);
+    stage.engine.stop();
+    stage.engine.extraChannels.set({});
+
+    constexpr std::array kinds{TrayState::Kind::idle, TrayState::Kind::running,
+                               TrayState::Kind::paused, TrayState::Kind::clip,
+                               TrayState::Kind::ring};
+    constexpr int cell = 72;
+    QLabel board;
+    QPixmap signs(cell * static_cast<int>(kinds.size()), 3 * cell);
+    signs.fill(QColor(70, 74, 82));
+    QPainter painter(&signs);
+    for (std::size_t i = 0; i < kinds.size(); ++i) {
+        int y = 4;
+        for (const int size : {16, 22, 32, 64}) {
+            painter.drawPixmap(cell * static_cast<int>(i) + 4, y,
+                               TrayIcon::iconOf(kinds.at(i)).pixmap(size));
+            y += size + 8;
+        }
+    }
+    painter.end();
+    board.setPixmap(signs);
+    stage.shoot(QStringLiteral("desktop-tray"), board);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     if (argc < 2) {
         std::cerr << "usage: TarvaneWindowPictures <folder> "
-                     "[main|windows|panels|preferences|audio|help…]\n";
+                     "[main|windows|panels|preferences|audio|help|desktop…]\n";
         return 2;
     }
     const QStringList sets = QApplication::arguments().mid(2);
@@ -623,7 +692,8 @@ int main(int argc, char** argv) {
     for (const auto& [name, shoot] :
          {std::pair("main", &shootAll), std::pair("windows", &shootWindows),
           std::pair("panels", &shootPanels), std::pair("preferences", &shootPreferences),
-          std::pair("audio", &shootAudio), std::pair("help", &shootHelp)}) {
+           std::pair("audio", &shootAudio), std::pair("help", &shootHelp),
+           std::pair("desktop", &shootDesktop)}) {
         if (sets.isEmpty() || sets.contains(QLatin1String(name))) {
             shoot(stage);
         }
