@@ -52,6 +52,10 @@ void UpdateController::answered(const QByteArray& content, const QString& failur
         tellIfAsked(QStringLiteral("Tarvane %1 is the newest version.").arg(running));
         return;
     }
+    // Nobody asked, and what stands there may be of more weight. The next launch tells it.
+    if (!isAskedFor && !environment_.note.isHidden()) {
+        return;
+    }
     // The host is told ahead of the click, in letters that can't pass for others.
     const QUrl page(utf8Text(offer->page), QUrl::StrictMode);
     environment_.note.say(QStringLiteral("Tarvane %1 is available. This is %2.")

@@ -105,6 +105,16 @@ TEST_F(UpdateControllerTests, whoAsksWhileALaunchIsLookingAsksNoSecondTime) {
     EXPECT_EQ(said(), QString());
 }
 
+TEST_F(UpdateControllerTests, aLaunchTakesNoOtherNotesPlace) {
+    updates.checkAtLaunch();
+    note.say(QStringLiteral("Exported"), {});
+    fetch.answer(R"({"version": "2.0.0", "page": "https://example.org"})");
+    EXPECT_EQ(said(), QStringLiteral("Exported"));
+    updates.checkForUpdates();
+    fetch.answer(R"({"version": "2.0.0", "page": "https://example.org"})");
+    EXPECT_EQ(said(), QStringLiteral("Tarvane 2.0.0 is available. This is 1.0.0."));
+}
+
 // A name that looks like another one shows itself.
 TEST_F(UpdateControllerTests, theHostIsShownInLettersThatCantPassForOthers) {
     updates.checkAtLaunch();
