@@ -692,8 +692,8 @@ int main(int argc, char** argv) {
     for (const auto& [name, shoot] :
          {std::pair("main", &shootAll), std::pair("windows", &shootWindows),
           std::pair("panels", &shootPanels), std::pair("preferences", &shootPreferences),
-           std::pair("audio", &shootAudio), std::pair("help", &shootHelp),
-           std::pair("desktop", &shootDesktop)}) {
+          std::pair("audio", &shootAudio), std::pair("help", &shootHelp),
+          std::pair("desktop", &shootDesktop)}) {
         if (sets.isEmpty() || sets.contains(QLatin1String(name))) {
             shoot(stage);
         }

@@ -17,7 +17,7 @@
 #include "Support/PinnedTypeface.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ContrastTests {
 
 using TarvaneKit::InputClipState;
 
@@ -132,5 +132,5 @@ TEST(Contrast, everySmallTextOfTheReadoutsIsLegible) {
     EXPECT_GE(contrastIn(geometry.value), Contrast::mark);
 }
 
-}  // namespace
+}  // namespace ContrastTests
 }  // namespace TarvaneApp

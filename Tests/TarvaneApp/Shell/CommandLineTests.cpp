@@ -5,7 +5,7 @@
 #include "Build/Version.h"
 
 namespace TarvaneApp {
-namespace {
+namespace CommandLineTests {
 
 using CommandLine::answer;
 
@@ -54,5 +54,5 @@ TEST(CommandLineTests, theToolkitsOptionsAreLetThrough) {
               std::string("Tarvane ") + Build::version + "\n");
 }
 
-}  // namespace
+}  // namespace CommandLineTests
 }  // namespace TarvaneApp

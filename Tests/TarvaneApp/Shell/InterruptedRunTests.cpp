@@ -11,7 +11,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace InterruptedRunTests {
 
 class InterruptedRunTests : public TarvaneTests::EngineFixture {
   protected:
@@ -60,5 +60,5 @@ TEST_F(InterruptedRunTests, aDateThatNoneIsSaysNothing) {
     EXPECT_FALSE(store.contains("InterruptedRun.ended"));
 }
 
-}  // namespace
+}  // namespace InterruptedRunTests
 }  // namespace TarvaneApp

@@ -6,7 +6,7 @@
 #include <csignal>
 
 namespace TarvaneApp {
-namespace {
+namespace TerminationSignalsTests {
 
 // The handlers as this process has them without ours, and again once a test is over.
 class TerminationSignalsTests : public testing::Test {
@@ -53,5 +53,5 @@ TEST_F(TerminationSignalsTests, afterwardsTheyDoWhatTheyDidBefore) {
     EXPECT_TRUE(isDefault(SIGHUP));
 }
 
-}  // namespace
+}  // namespace TerminationSignalsTests
 }  // namespace TarvaneApp

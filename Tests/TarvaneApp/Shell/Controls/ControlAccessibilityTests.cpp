@@ -19,7 +19,7 @@
 #include "TarvaneApp/Profiles/TestProfiles.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ControlAccessibilityTests {
 
 class ControlAccessibilityTests : public TarvaneTests::EngineFixture {
   protected:
@@ -173,5 +173,5 @@ TEST_F(ControlAccessibilityTests, slidersSayTheirValuesInUnits) {
     EXPECT_EQ(at("Spectrogram").text(QAccessible::Value), QStringLiteral("-100 to -20 dBFS"));
 }
 
-}  // namespace
+}  // namespace ControlAccessibilityTests
 }  // namespace TarvaneApp

@@ -7,7 +7,7 @@
 #include "TarvaneApp/Shell/Help/ReadTexts.h"
 
 namespace TarvaneApp {
-namespace {
+namespace AboutWindowViewTests {
 
 TEST(AboutWindowViewTests, nameVersionAndLegalLineStandUnderTheIcon) {
     AboutWindowView window({.version = "2.4.6",
@@ -32,5 +32,5 @@ TEST(AboutWindowViewTests, isAsLargeAsItsContentAndStaysSo) {
     EXPECT_EQ(window.size(), window.minimumSize());
 }
 
-}  // namespace
+}  // namespace AboutWindowViewTests
 }  // namespace TarvaneApp

@@ -9,7 +9,7 @@
 #include "TarvaneApp/Shell/Help/ReadTexts.h"
 
 namespace TarvaneApp {
-namespace {
+namespace HelpBlockViewTests {
 
 using TarvaneTests::readTexts;
 
@@ -82,5 +82,5 @@ TEST(HelpBlockViewTests, shortcutsKeepTheirOrderInTwoColumns) {
     EXPECT_EQ(view.findChildren<QLabel*>()[0]->font().weight(), QFont::Medium);
 }
 
-}  // namespace
+}  // namespace HelpBlockViewTests
 }  // namespace TarvaneApp

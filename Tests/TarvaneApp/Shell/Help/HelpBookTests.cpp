@@ -9,7 +9,7 @@
 #include "Shell/Help/Prose.h"
 
 namespace TarvaneApp {
-namespace {
+namespace HelpBookTests {
 
 using testing::ElementsAre;
 using testing::Pair;
@@ -140,5 +140,5 @@ TEST(HelpBookTests, aTitleThatNoTopicHasHasNoNeighbors) {
     EXPECT_EQ(helpNeighbors("Cheese").next, nullptr);
 }
 
-}  // namespace
+}  // namespace HelpBookTests
 }  // namespace TarvaneApp

@@ -8,7 +8,7 @@
 #include "Shell/Help/HelpBook.h"
 
 namespace TarvaneApp {
-namespace {
+namespace HelpSearchTests {
 
 using testing::Contains;
 using testing::IsEmpty;
@@ -64,5 +64,5 @@ TEST(HelpSearchTests, allWordsMustBeThere) {
     EXPECT_THAT(found("cheese"), IsEmpty());
 }
 
-}  // namespace
+}  // namespace HelpSearchTests
 }  // namespace TarvaneApp

@@ -15,7 +15,7 @@
 #include "TarvaneApp/Shell/Help/ReadTexts.h"
 
 namespace TarvaneApp {
-namespace {
+namespace HelpTopicViewTests {
 
 using TarvaneTests::readTexts;
 
@@ -121,5 +121,5 @@ TEST_F(HelpTopicViewTests, linesAreNoLongerThanIsReadWell) {
     }
 }
 
-}  // namespace
+}  // namespace HelpTopicViewTests
 }  // namespace TarvaneApp

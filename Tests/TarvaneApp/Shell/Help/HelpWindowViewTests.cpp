@@ -18,7 +18,7 @@
 #include "TarvaneApp/Shell/Help/ReadTexts.h"
 
 namespace TarvaneApp {
-namespace {
+namespace HelpWindowViewTests {
 
 class HelpWindowViewTests : public testing::Test {
   protected:
@@ -187,5 +187,5 @@ TEST_F(HelpWindowViewTests, fieldAndListHaveNamesForAScreenReader) {
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&list())->text(QAccessible::Name), "Topics");
 }
 
-}  // namespace
+}  // namespace HelpWindowViewTests
 }  // namespace TarvaneApp

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 namespace TarvaneApp {
-namespace {
+namespace ProseTests {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -42,5 +42,5 @@ TEST(ProseTests, aLabelGetsEscapedTextWithTheBoldWordsInTheirColor) {
         << html.toStdString();
 }
 
-}  // namespace
+}  // namespace ProseTests
 }  // namespace TarvaneApp

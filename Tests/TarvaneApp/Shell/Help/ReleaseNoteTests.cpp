@@ -6,7 +6,7 @@
 #include "Build/Version.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ReleaseNoteTests {
 
 using testing::ElementsAre;
 using testing::Field;
@@ -29,5 +29,5 @@ TEST(ReleaseNoteTests, theNewestIsTheVersionThatIsBuilt) {
     EXPECT_EQ(releaseNotes().front().version, Build::version);
 }
 
-}  // namespace
+}  // namespace ReleaseNoteTests
 }  // namespace TarvaneApp

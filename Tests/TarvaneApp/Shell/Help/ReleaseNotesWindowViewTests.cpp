@@ -11,7 +11,7 @@
 #include "TarvaneApp/Shell/Help/ReadTexts.h"
 
 namespace TarvaneApp {
-namespace {
+namespace ReleaseNotesWindowViewTests {
 
 TEST(ReleaseNotesWindowViewTests, everyNoteStandsInOrderAndTheNewestHasTheBadge) {
     const ReleaseNotesWindowView window;
@@ -57,5 +57,5 @@ TEST(ReleaseNotesWindowViewTests, hasItsNameItsSmallestSizeAndClosesByEscape) {
     QCoreApplication::sendPostedEvents(window, QEvent::DeferredDelete);
 }
 
-}  // namespace
+}  // namespace ReleaseNotesWindowViewTests
 }  // namespace TarvaneApp

@@ -11,7 +11,7 @@
 #include "Shell/Updates/UpdateFetch.h"
 
 namespace TarvaneApp {
-namespace {
+namespace UpdateControllerTests {
 
 // Answers when the test does.
 class FakeFetch final : public UpdateFetch {
@@ -123,5 +123,5 @@ TEST_F(UpdateControllerTests, theHostIsShownInLettersThatCantPassForOthers) {
     EXPECT_TRUE(offered()->text().startsWith(QStringLiteral("Open xn--")));
 }
 
-}  // namespace
+}  // namespace UpdateControllerTests
 }  // namespace TarvaneApp

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 namespace TarvaneApp {
-namespace {
+namespace UpdateOfferTests {
 
 std::string feed(const std::string& version, const std::string& page) {
     return R"({"version": ")" + version + R"(", "page": ")" + page + R"("})";
@@ -59,5 +59,5 @@ TEST(UpdateOfferTests, versionsCompareByTheirNumbers) {
     EXPECT_FALSE(isNewer("0.9.0", "1.0.0"));
 }
 
-}  // namespace
+}  // namespace UpdateOfferTests
 }  // namespace TarvaneApp

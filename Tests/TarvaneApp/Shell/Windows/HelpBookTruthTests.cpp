@@ -23,7 +23,7 @@
 #include "TarvaneApp/Shell/Windows/ApplicationFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace HelpBookTruthTests {
 
 using TarvaneKit::UUID;
 
@@ -154,5 +154,5 @@ TEST_F(HelpBookTruthTests, whatTheBookPrintsBoldIsATopicAKeyOrOnTheScreen) {
     }
 }
 
-}  // namespace
+}  // namespace HelpBookTruthTests
 }  // namespace TarvaneApp

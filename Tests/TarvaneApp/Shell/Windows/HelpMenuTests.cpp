@@ -14,7 +14,7 @@
 #include "TarvaneApp/Shell/Windows/ApplicationFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace HelpMenuTests {
 
 class HelpMenuTests : public TarvaneTests::ApplicationFixture {
   protected:
@@ -99,5 +99,5 @@ TEST_F(HelpMenuTests, theHelpComesBackWhereItWas) {
     EXPECT_EQ(windows<HelpWindowView>()[0]->navigation().selection(), "Troubleshooting");
 }
 
-}  // namespace
+}  // namespace HelpMenuTests
 }  // namespace TarvaneApp

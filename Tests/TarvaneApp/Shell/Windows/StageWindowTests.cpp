@@ -17,7 +17,7 @@
 #include "TarvaneApp/Shell/Windows/ApplicationFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace StageWindowTests {
 
 class StageWindowTests : public TarvaneTests::ApplicationFixture {
   protected:
@@ -150,5 +150,5 @@ TEST_F(StageWindowTests, theClockTakesTheMetersPlace) {
     EXPECT_FALSE(theStage().findChild<LiveStageReadoutView*>()->isVisible());
 }
 
-}  // namespace
+}  // namespace StageWindowTests
 }  // namespace TarvaneApp

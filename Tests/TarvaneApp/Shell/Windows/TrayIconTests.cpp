@@ -8,7 +8,7 @@
 #include "TarvaneApp/Engine/EngineFixture.h"
 
 namespace TarvaneApp {
-namespace {
+namespace TrayIconTests {
 
 using Kind = TrayState::Kind;
 
@@ -112,5 +112,5 @@ TEST_F(TrayIconTests, eachStateHasASignOfItsOwnAtEverySize) {
     }
 }
 
-}  // namespace
+}  // namespace TrayIconTests
 }  // namespace TarvaneApp
