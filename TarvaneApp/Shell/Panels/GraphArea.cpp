@@ -73,7 +73,6 @@ GraphArea::GraphArea(MeterEngine& engine, ModuleArrangementLink& arrangement,
            .reset = [this] { arrangement_.setSplitFraction(evenSplit); }},
           this)),
       missingNote_(new ElidedLabel(Theme::Text::footnote, Theme::axisText, this)) {
-    missingNote_->setAlignment(Qt::AlignCenter);
     handle_->setAccessibleName(QStringLiteral("Divider between the graphs"));
     connect(&arrangement, &ModuleArrangementLink::changed, this, [this] { arrange(); });
     arrange();
