@@ -16,13 +16,6 @@ namespace TarvaneApp {
 using TarvaneKit::LoudnessReadings;
 using TarvaneKit::UUID;
 
-namespace {
-
-// As wide as loudness gets.
-constexpr QLatin1String loudnessTemplate("-00.0");
-
-}  // namespace
-
 LiveStageReadoutView::LiveStageReadoutView(MeterEngine& engine, const UUID& channelID,
                                            QWidget* parent)
     : QWidget(parent),
@@ -62,7 +55,8 @@ StageReadoutView LiveStageReadoutView::currentView() const {
         view = {.valueDB = loudness.readings[loudness.headline],
                 .color = loudness.judgement(loudness.headline),
                 .label = loudness.labelText(),
-                .widthTemplate = loudnessTemplate};
+                .widthTemplate = LoudnessReadoutView::widthTemplate(),
+                .ordinaryValue = loudness.ordinaryValue()};
     } else {
         const bool isCalibrated = engine_.isCalibrated(channelID_);
         const bool showsDBFS = engine_.display(channelID_).showsDBFS;
@@ -70,7 +64,8 @@ StageReadoutView LiveStageReadoutView::currentView() const {
                 .color = live.trafficLightColor,
                 .label = displayLabel(engine_.displayedMetric(channelID_)) +
                          metricSuffix(isCalibrated, showsDBFS),
-                .widthTemplate = valueTemplate(isCalibrated, showsDBFS)};
+                .widthTemplate = valueTemplate(isCalibrated, showsDBFS),
+                .ordinaryValue = ordinaryValue(isCalibrated, showsDBFS)};
     }
     if (engine_.extraChannels().size() > 0 && info) {
         view.label = utf8Text(info->name) + QStringLiteral(" · ") + view.label;

@@ -32,11 +32,6 @@ constexpr double readingUnitGap = 3.0;
 // Their numbers are then as high as the smallest texts.
 constexpr double leastReadingsScale = 0.75;
 
-const QString& widthTemplate() {
-    static const QString text = QStringLiteral("-00.0");
-    return text;
-}
-
 QFont titleFont(double scale, const Typeface& typeface) {
     return typeface.systemFont(Theme::Text::footnote * scale, QFont::DemiBold);
 }
@@ -67,7 +62,7 @@ ReadingColumns columnsOf(LoudnessMetric metric, double scale, const Typeface& ty
     const LoudnessReadoutView::Reading reading = LoudnessReadoutView{}.reading(metric);
     const QFont value = valueFont(scale, typeface);
     return {.title = QFontMetricsF(titleFont(scale, typeface)).horizontalAdvance(reading.title),
-            .value = TabularText::width(widthTemplate(), value),
+            .value = TabularText::width(LoudnessReadoutView::widthTemplate(), value),
             .unit = QFontMetricsF(unitFont(scale, typeface)).horizontalAdvance(reading.unit),
             .height = QFontMetricsF(value).height() + 2.0 * readingPaddingUpDown * scale};
 }
@@ -137,6 +132,15 @@ void paintReading(QPainter& painter, const LoudnessReadoutView& view, LoudnessMe
 
 }  // namespace
 
+const QString& LoudnessReadoutView::widthTemplate() {
+    static const QString text = QStringLiteral("-00.0");
+    return text;
+}
+
+QString LoudnessReadoutView::ordinaryValue() const {
+    return headline == LoudnessMetric::range ? QStringLiteral("00.0") : widthTemplate();
+}
+
 QString LoudnessReadoutView::labelText() const {
     return displayLabel(headline) + QStringLiteral("  (") + loudnessUnit(headline) + u')';
 }
@@ -200,7 +204,7 @@ LoudnessReadoutGeometry layout(const LoudnessReadoutView& view, const QSizeF& si
                                const Typeface& typeface) {
     constexpr double scale = ReadoutDrawing::measuringScale;
     const ReadoutParts parts{
-        .value = ReadoutDrawing::valueSize(widthTemplate(), typeface),
+        .value = ReadoutDrawing::valueSize(LoudnessReadoutView::widthTemplate(), typeface),
         .side = widestSideLabel(view).size(scale, typeface) / scale,
         .label = ReadoutDrawing::labelSize(view.labelText(), typeface),
         .rows = {{.extra = ReadoutExtra::readings,
@@ -226,11 +230,8 @@ void paint(QPainter& painter, const LoudnessReadoutView& view,
     painter.setRenderHint(QPainter::Antialiasing);
     const double scale = geometry.textScale;
     if (dirty.intersects(valueArea(geometry))) {
-        // Of all readings the range alone has no sign.
-        ReadoutDrawing::paintValue(
-            painter, view.readings[view.headline],
-            view.headline == LoudnessMetric::range ? QStringLiteral("00.0") : widthTemplate(),
-            view.color, geometry, typeface);
+        ReadoutDrawing::paintValue(painter, view.readings[view.headline], view.ordinaryValue(),
+                                   view.color, geometry, typeface);
     }
     if (dirty.intersects(textArea(geometry.target))) {
         view.targetLabel().paint(painter, geometry.target, scale, typeface);

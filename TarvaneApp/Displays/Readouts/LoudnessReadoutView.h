@@ -48,6 +48,11 @@ struct LoudnessReadoutView {
         TarvaneKit::LoudnessMetric::momentary, TarvaneKit::LoudnessMetric::shortTerm,
         TarvaneKit::LoudnessMetric::integrated, TarvaneKit::LoudnessMetric::range};
 
+    /// The widest ordinary number, which sets the value's size.
+    static const QString& widthTemplate();
+    /// The longest number that is usual of the headline: of all readings the range alone has no
+    /// sign.
+    QString ordinaryValue() const;
     /// The headline's name and unit, as "Short-Term  (LUFS)".
     QString labelText() const;
     /// The headline with its unit, as "-23.0 LUFS"; "—" without a value.

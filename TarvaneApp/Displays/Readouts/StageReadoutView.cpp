@@ -30,7 +30,8 @@ void paint(QPainter& painter, const StageReadoutView& view, const ReadoutFrame& 
            const QRegion& dirty, const Typeface& typeface) {
     painter.setRenderHint(QPainter::Antialiasing);
     if (dirty.intersects(valueArea(frame))) {
-        ReadoutDrawing::paintValue(painter, view.valueDB, view.color, frame, typeface);
+        ReadoutDrawing::paintValue(painter, view.valueDB, view.ordinaryValue, view.color, frame,
+                                   typeface);
     }
     if (dirty.intersects(textArea(frame.label))) {
         ReadoutDrawing::paintLabel(painter, view.label, frame, typeface);
@@ -38,7 +39,8 @@ void paint(QPainter& painter, const StageReadoutView& view, const ReadoutFrame& 
 }
 
 bool sameShape(const StageReadoutView& a, const StageReadoutView& b) {
-    return a.label == b.label && a.widthTemplate == b.widthTemplate;
+    return a.label == b.label && a.widthTemplate == b.widthTemplate &&
+           a.ordinaryValue == b.ordinaryValue;
 }
 
 QRegion changedArea(const StageReadoutView& before, const StageReadoutView& after,

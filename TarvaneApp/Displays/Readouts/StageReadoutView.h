@@ -25,6 +25,8 @@ struct StageReadoutView {
     QString label;
     /// The widest ordinary number, which sets the value's size.
     QString widthTemplate;
+    /// The longest number that is usual: the value stands in the middle as this would.
+    QString ordinaryValue;
 };
 
 /// Laid out by ReadoutLayout. It depends neither on the value nor on how long the label is: both

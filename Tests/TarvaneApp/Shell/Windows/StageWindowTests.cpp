@@ -132,7 +132,8 @@ TEST_F(StageWindowTests, aLongLabelMakesTheNumberNoSmaller) {
     const StageReadoutView brief{.valueDB = -12.3,
                                  .color = {},
                                  .label = QStringLiteral("SPL"),
-                                 .widthTemplate = QStringLiteral("-00.0")};
+                                 .widthTemplate = QStringLiteral("-00.0"),
+                                 .ordinaryValue = QStringLiteral("-00.0")};
     StageReadoutView wordy = brief;
     wordy.label = QString(200, u'W');
     for (const QSizeF size :
