@@ -18,8 +18,9 @@ namespace {
 constexpr int lowestFirstPanel = 60;
 constexpr int narrowestFirstPanel = 80;
 constexpr QSize smallestArea(320, 160);
-// Two headers, and two plots of a height that still says something.
-constexpr int lowestStack = 280;
+// Two headers, and two plots of a height that still says something: what a screen of 768 lines
+// leaves them.
+constexpr int lowestStack = 264;
 // Two headers with their controls.
 constexpr int narrowestPair = 640;
 constexpr int noteHeight = 20;
