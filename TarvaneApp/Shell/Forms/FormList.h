@@ -28,7 +28,6 @@ class FormList final : public QWidget {
     void showItems(int count);
 
   private:
-    QWidget* stopAhead() const;
     void addItem();
 
     MakeItem makeItem_;

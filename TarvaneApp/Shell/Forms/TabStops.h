@@ -1,5 +1,4 @@
-// The order in which Tab goes through widgets that were not made in their order on the screen: the
-// toolkit's own is that of their making.
+// Where Tab goes: the toolkit's own order is that of the widgets' making.
 #pragma once
 
 #include <QList>
@@ -8,11 +7,16 @@ class QWidget;
 
 namespace TarvaneApp {
 
-/// Where Tab stops in a widget, in the order of its children. What has parts of its own, as a
-/// slider with its value, is one stop.
-QList<QWidget*> tabStopsIn(QWidget& widget);
-
 /// From each to the next.
 void chainTabStops(const QList<QWidget*>& stops);
+
+/// Where Tab stops in a widget, as one reads: lines from the top, each from the left. What has
+/// parts of its own, as a slider with its value, is one stop; what can't be seen or used is none.
+QList<QWidget*> tabStopsIn(const QWidget& widget);
+
+/// Moves the focus of a window on by one stop in the order of reading, in a ring, and scrolls to
+/// it. False in a window that has no stop. For forms whose rows come and go after what stands under
+/// them.
+bool focusNextTabStop(const QWidget& window, bool forwards);
 
 }  // namespace TarvaneApp

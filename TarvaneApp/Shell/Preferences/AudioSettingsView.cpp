@@ -14,7 +14,6 @@
 #include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/TextLabel.h"
 #include "Shell/Forms/FormSection.h"
-#include "Shell/Forms/TabStops.h"
 
 namespace TarvaneApp {
 
@@ -84,25 +83,13 @@ void AudioSettingsView::showChannels() {
         }
     }
     sections_ = std::move(sections);
-    orderTabStops();
-}
-
-// Sections come and unfold after what stands under them was made.
-void AudioSettingsView::orderTabStops() {
-    QList<QWidget*> stops;
-    for (ChannelSection* section : sections_) {
-        stops += tabStopsIn(*section);
-    }
-    chainTabStops(stops << addButton_);
 }
 
 ChannelSection& AudioSettingsView::makeSection(const UUID& id) {
     auto* section = new ChannelSection(environment_, id, this);
     section->setExpanded(folds_.isExpanded(id));
-    connect(section, &FoldingGroup::folded, this, [this, id](bool isExpanded) {
-        folds_.setExpanded(id, isExpanded);
-        orderTabStops();
-    });
+    connect(section, &FoldingGroup::folded, this,
+            [this, id](bool isExpanded) { folds_.setExpanded(id, isExpanded); });
     return *section;
 }
 
@@ -114,7 +101,6 @@ void AudioSettingsView::addChannel() {
         ChannelSection& added = *sections_.back();
         added.setExpanded(true);
         folds_.setExpanded(added.channelID(), true);
-        orderTabStops();
         added.header().setFocus();
         scrollTo(added);
     }

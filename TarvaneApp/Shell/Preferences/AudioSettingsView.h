@@ -24,7 +24,6 @@ class AudioSettingsView final : public Form {
     void showChannels();
     ChannelSection& makeSection(const TarvaneKit::UUID& id);
     void addChannel();
-    void orderTabStops();
 
     const ChannelSection::Environment environment_;
     ChannelFolds folds_;

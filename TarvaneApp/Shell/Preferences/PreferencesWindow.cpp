@@ -11,6 +11,7 @@
 #include "Settings/KeyValueStore.h"
 #include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/Icon.h"
+#include "Shell/Forms/TabStops.h"
 #include "Shell/Preferences/AudioSettingsView.h"
 #include "Shell/Preferences/DisplaySettingsView.h"
 #include "Shell/Preferences/LeqSettingsView.h"
@@ -125,6 +126,11 @@ void PreferencesWindow::keyPressEvent(QKeyEvent* event) {
     } else {
         QWidget::keyPressEvent(event);
     }
+}
+
+// Sections come, unfold and grow after what stands under them was made.
+bool PreferencesWindow::focusNextPrevChild(bool next) {
+    return focusNextTabStop(*this, next);
 }
 
 }  // namespace TarvaneApp

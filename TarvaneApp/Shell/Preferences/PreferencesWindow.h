@@ -34,6 +34,7 @@ class PreferencesWindow final : public QWidget {
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
   private:
     /// `head` stays above the form while that is scrolled.

@@ -458,30 +458,6 @@ TEST_F(FormSectionTests, aListGrowsAndShrinksAndKeepsTheFocus) {
     EXPECT_EQ(shown(), QStringList());
 }
 
-TEST_F(FormSectionTests, tabGoesThroughAListInItsPlace) {
-    int count = 2;
-    section.addToggle("before", flag.formValue());
-    section.addList([&] { return count; },
-                    [&](int place, QWidget* parent) {
-                        auto* slider = new ValueSlider(
-                            decibels(0, 10), [](double) {}, parent);
-                        slider->slider().setAccessibleName(QString::number(place));
-                        return FormList::Item{slider, [] {}};
-                    });
-    section.addToggle("after", flag.formValue());
-    form.show();
-    count = 3;
-    form.refresh();
-    form.findChildren<QCheckBox*>().front()->setFocus();
-    QStringList stops;
-    for (int i = 0; i < 4; ++i) {
-        QTest::keyClick(form.focusWidget(), Qt::Key_Tab);
-        const auto* box = qobject_cast<QCheckBox*>(form.focusWidget());
-        stops.append(box != nullptr ? box->text() : form.focusWidget()->accessibleName());
-    }
-    EXPECT_EQ(stops, (QStringList{"0", "1", "2", "after"}));
-}
-
 // --- names
 
 TEST_F(FormSectionTests, anAmpersandIsALetter) {
