@@ -3,14 +3,9 @@
 #include <cmath>
 
 #include "Core/Contract.h"
+#include "DSP/AmplitudeLevel.h"
 
 namespace TarvaneKit {
-
-namespace {
-
-constexpr double amplitudeFloor = 1e-12;  // -240 dB
-
-}  // namespace
 
 LevelDetector::LevelDetector(TimeWeighting timeWeighting, double sampleRate)
     : timeWeighting_(timeWeighting), sampleRate_(sampleRate) {
@@ -61,8 +56,7 @@ void LevelDetector::advance(double sumOfSquares, int blockSampleCount) {
 }
 
 double LevelDetector::levelDB() const {
-    const double rms = std::sqrt(meanSquare_);
-    return 20.0 * std::log10(rms > amplitudeFloor ? rms : amplitudeFloor);
+    return amplitudeLevelDB(std::sqrt(meanSquare_));
 }
 
 double LevelDetector::stepFactor(int blockSampleCount, double timeConstantSeconds) {

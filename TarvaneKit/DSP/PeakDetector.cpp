@@ -4,14 +4,9 @@
 #include <cmath>
 
 #include "Core/Contract.h"
+#include "DSP/AmplitudeLevel.h"
 
 namespace TarvaneKit {
-
-namespace {
-
-constexpr double amplitudeFloor = 1e-12;  // -240 dB
-
-}  // namespace
 
 PeakDetector::PeakDetector(double sampleRate, double windowSeconds)
     : segmentLength_(
@@ -56,8 +51,7 @@ void PeakDetector::advance(double largestMagnitude, int sampleCount) {
 }
 
 double PeakDetector::peakDB() const {
-    const double peak = *std::ranges::max_element(segmentMaxima_);
-    return 20.0 * std::log10(peak > amplitudeFloor ? peak : amplitudeFloor);
+    return amplitudeLevelDB(*std::ranges::max_element(segmentMaxima_));
 }
 
 }  // namespace TarvaneKit

@@ -1,10 +1,10 @@
 #include "DSP/WeightingFilter.h"
 
-#include <algorithm>
 #include <cmath>
 #include <numbers>
 
 #include "Core/Contract.h"
+#include "DSP/AmplitudeLevel.h"
 
 namespace TarvaneKit {
 
@@ -12,8 +12,7 @@ namespace {
 
 using std::numbers::pi;
 
-constexpr double referenceHz = 1000.0;    // IEC 61672-1: A and C are 0 dB there
-constexpr double amplitudeFloor = 1e-12;  // -240 dB
+constexpr double referenceHz = 1000.0;  // IEC 61672-1: A and C are 0 dB there
 
 // The bilinear transform of an analog pole, prewarped at the pole's own frequency.
 struct BilinearPole {
@@ -108,7 +107,7 @@ double WeightingFilter::responseDB(double frequencyHz, double sampleRate) const 
         return 0.0;
     }
     const double magnitude = sectionsMagnitude(frequencyHz * (2.0 * pi) / sampleRate) * gain_;
-    return 20.0 * std::log10(std::max(magnitude, amplitudeFloor));
+    return amplitudeLevelDB(magnitude);
 }
 
 double WeightingFilter::sectionsMagnitude(double radiansPerSample) const {
