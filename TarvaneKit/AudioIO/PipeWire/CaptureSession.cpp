@@ -26,6 +26,7 @@ constexpr auto successionLimit = 1s;
 // The A and C weighting filters are not stable at rates much below; the stream resamples then.
 constexpr int lowestRate = 44100;
 constexpr int rateForSlowGraphs = 48000;
+constexpr double rateBeforeFirstStart = 48000.0;
 
 }  // namespace
 
@@ -81,6 +82,11 @@ void CaptureSession::stop() {
         pw_thread_loop_signal(connection_->loop(), false);
     }
     close();
+}
+
+double CaptureSession::sampleRate() const {
+    const int rate = sampleRate_.load();
+    return rate > 0 ? rate : rateBeforeFirstStart;
 }
 
 std::optional<AudioInputDevice> CaptureSession::device() const {

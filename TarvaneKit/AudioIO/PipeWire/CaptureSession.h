@@ -63,8 +63,8 @@ class CaptureSession final : PipeWireConnection::Client, CaptureStream::Owner {
     /// never for the server.
     void stop();
 
-    /// Hz; 0 before the first start.
-    int sampleRate() const { return sampleRate_.load(); }
+    /// Hz; 48000 before the first start.
+    double sampleRate() const;
     /// What the last start that succeeded opened; absent before, and for a sink.
     std::optional<AudioInputDevice> device() const;
     CaptureStatistics statistics() const { return counters_.read(); }

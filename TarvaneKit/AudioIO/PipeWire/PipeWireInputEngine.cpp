@@ -10,8 +10,6 @@ namespace TarvaneKit {
 
 namespace {
 
-constexpr double rateBeforeFirstStart = 48000.0;
-
 AudioIOError inputError(const CaptureFailure& failure) {
     switch (failure.reason) {
         case CaptureFailure::Reason::noServer:
@@ -55,8 +53,7 @@ void PipeWireInputEngine::selectDevice(const AudioInputDevice& device) {
 }
 
 double PipeWireInputEngine::sampleRate() const {
-    const int rate = session_->sampleRate();
-    return rate > 0 ? rate : rateBeforeFirstStart;
+    return session_->sampleRate();
 }
 
 std::optional<AudioInputDevice> PipeWireInputEngine::device() const {

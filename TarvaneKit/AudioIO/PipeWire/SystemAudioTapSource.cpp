@@ -6,12 +6,6 @@
 
 namespace TarvaneKit {
 
-namespace {
-
-constexpr double rateBeforeFirstStart = 48000.0;
-
-}  // namespace
-
 SystemAudioTapSource::SystemAudioTapSource(std::shared_ptr<PipeWireConnection> connection)
     : session_(std::make_unique<CaptureSession>(
           std::move(connection), CaptureSession::Identity{.nodeName = "tarvane-system-output",
@@ -22,8 +16,7 @@ SystemAudioTapSource::SystemAudioTapSource(std::shared_ptr<PipeWireConnection> c
 SystemAudioTapSource::~SystemAudioTapSource() = default;
 
 double SystemAudioTapSource::sampleRate() const {
-    const int rate = session_->sampleRate();
-    return rate > 0 ? rate : rateBeforeFirstStart;
+    return session_->sampleRate();
 }
 
 void SystemAudioTapSource::start() {
