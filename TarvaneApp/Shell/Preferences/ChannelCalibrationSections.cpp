@@ -11,6 +11,7 @@
 #include "Shell/Forms/FormWarning.h"
 #include "Shell/Forms/NumberField.h"
 #include "Shell/Preferences/ReferenceToneControl.h"
+#include "Shell/Preferences/SignedDB.h"
 #include "Shell/Preferences/TextFieldStore.h"
 
 namespace TarvaneApp {
@@ -19,10 +20,6 @@ using TarvaneKit::CalibrationProfile;
 using TarvaneKit::CalibrationSource;
 
 namespace {
-
-QString signedDB(double levelDB) {
-    return QString::asprintf("%+.1f dB", levelDB);
-}
 
 QString mainStatus(const CalibrationProfile& profile) {
     switch (profile.calibrationSource()) {

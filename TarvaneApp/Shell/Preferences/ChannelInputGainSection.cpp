@@ -13,6 +13,7 @@
 #include "Shell/Forms/FormSection.h"
 #include "Shell/Forms/FormWarning.h"
 #include "Shell/Forms/ValueSlider.h"
+#include "Shell/Preferences/SignedDB.h"
 
 namespace TarvaneApp {
 
@@ -22,10 +23,6 @@ namespace {
 
 // Less than a tenth of a decibel shows as none.
 constexpr double smallestCompensationDB = 0.05;
-
-QString signedDB(double levelDB) {
-    return QString::asprintf("%+.1f dB", levelDB);
-}
 
 NumberScale gainScale(const InputGainState& gain) {
     return {.lowest = gain.minDB, .highest = gain.maxDB, .step = 1.0, .text = [](double gainDB) {

@@ -14,6 +14,7 @@
 #include "Shell/Controls/TextLabel.h"
 #include "Shell/Forms/FormSection.h"
 #include "Shell/Forms/FormWarning.h"
+#include "Shell/Preferences/SignedDB.h"
 
 namespace TarvaneApp {
 
@@ -111,7 +112,7 @@ void ReferenceToneControl::refresh() {
     } else {
         preview_->setText(QStringLiteral("%1 dBFS → offset %2")
                               .arg(*levelDBFS, 0, 'f', 1)
-                              .arg(QString::asprintf("%+.1f dB", *knownSPL - *levelDBFS)));
+                              .arg(signedDB(*knownSPL - *levelDBFS)));
     }
     tell(*doubts_, levelDBFS ? referenceToneDoubts(heardTone()).join(u'\n') : QString());
 }
