@@ -55,7 +55,6 @@
 namespace {
 
 using TarvaneApp::MeterEngine;
-using TarvaneKit::InputClipState;
 
 class Stage {
   public:

@@ -5,7 +5,6 @@ namespace TarvaneApp {
 namespace ChannelCalibrationTests {
 
 using TarvaneKit::CalibrationSource;
-using TarvaneKit::SPLMetric;
 using TarvaneKit::TimeWeighting;
 using TarvaneKit::UUID;
 using TarvaneKit::Weighting;

@@ -10,11 +10,9 @@ using TarvaneKit::AudioSourceLoss;
 using TarvaneKit::MicrophoneAuthorization;
 using TarvaneKit::SPLMetric;
 using TarvaneKit::TimeWeighting;
-using TarvaneKit::UUID;
 using TarvaneKit::Weighting;
 using TarvaneTests::sine;
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 class RunTests : public TarvaneTests::EngineFixture {
   protected:

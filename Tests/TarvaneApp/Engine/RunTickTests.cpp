@@ -4,7 +4,6 @@ namespace TarvaneApp {
 namespace RunTickTests {
 
 using TarvaneKit::InputClipState;
-using TarvaneKit::SPLMetric;
 using TarvaneKit::TimeWeighting;
 using TarvaneKit::UUID;
 using TarvaneKit::Weighting;

@@ -20,7 +20,6 @@ namespace LevelHistoryExporterTests {
 using LevelHistoryExporter::Format;
 using TarvaneKit::UUID;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 class LevelHistoryExporterTests : public TarvaneTests::ReportFixture {

@@ -25,8 +25,6 @@
 namespace TarvaneApp {
 namespace PanelPopoverTests {
 
-using TarvaneKit::UUID;
-
 class PanelPopoverTests : public TarvaneTests::EngineFixture {
   protected:
     static IconButton& slidersButton(QWidget& panel) {

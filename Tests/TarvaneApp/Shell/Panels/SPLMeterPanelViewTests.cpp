@@ -31,7 +31,6 @@ namespace TarvaneApp {
 namespace SPLMeterPanelViewTests {
 
 using TarvaneKit::LoudnessMetric;
-using TarvaneKit::UUID;
 using TarvaneKit::SignalColors::green;
 using TarvaneKit::SignalColors::red;
 

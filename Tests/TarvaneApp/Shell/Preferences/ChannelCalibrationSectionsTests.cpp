@@ -19,7 +19,6 @@
 namespace TarvaneApp {
 namespace ChannelCalibrationSectionsTests {
 
-using TarvaneKit::CalibrationProfile;
 using TarvaneKit::UUID;
 
 class ChannelCalibrationSectionsTests : public TarvaneTests::AudioFormFixture {
