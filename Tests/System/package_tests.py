@@ -19,6 +19,7 @@ import subprocess
 import sys
 import tempfile
 import time
+from datetime import datetime
 from pathlib import Path
 from xml.etree import ElementTree
 
@@ -149,6 +150,13 @@ def metadata_changelog_and_manual_tell_the_version(package):
         expect(component.findtext("id") == NAME, "the metadata are of another program")
         launched = component.findtext("launchable")
         expect((share / "applications" / launched).exists(), f"there is no {launched}")
+        newest = component.find("releases/release")
+        # The program's own release notes are of the same version and day.
+        note = re.search(r'\{"([0-9.]+)",\s*"([^"]+)",',
+                         (ROOT / "TarvaneApp/Shell/Help/ReleaseNote.cpp").read_text())
+        noted = datetime.strptime(note[2], "%B %d, %Y").strftime("%Y-%m-%d")
+        told = newest.get("version"), newest.get("date"), newest.get("type")
+        expect(told == (note[1], noted, "stable"), f"the newest release is {told}, not {noted}'s")
         releases = [release.get("version") for release in component.iter("release")]
         expect(releases[0] == version, f"the newest release is {releases[0]}")
         told = re.findall(r"^## (?:(\S+) \(|Unreleased)", (ROOT / "CHANGELOG.md").read_text(), re.M)
