@@ -106,7 +106,7 @@ class Program:
 
     def drawn(self, display, part):
         """What one part of a drawn display reads, as "Under the pointer" of the analyzer."""
-        widget = self.wait_for(display, "label")
+        widget = self.wait_for(display, "chart")
         for index in range(widget.get_child_count()):
             child = widget.get_child_at_index(index)
             if child is not None and child.get_name() == part:
@@ -165,14 +165,14 @@ class Program:
     def point_into(self, display, across):
         """Puts the pointer on a drawn display, `across` pixels from its left edge. What the
         display says of the place."""
-        place = self.extents(display)
+        place = self.extents(display, "chart")
         self._desk.xdotool("mousemove", str(place.x + across), str(place.y + place.height // 2))
         time.sleep(0.1)  # until the next picture
         return wait_until(lambda: self.drawn(display, "Under the pointer"), 10,
                           f"{display!r} says nothing of {across} pixels across")
 
-    def extents(self, name, role="label"):
-        """Where it is on the screen: x, y, width, height. A drawn display, unless told otherwise."""
+    def extents(self, name, role="chart"):
+        """Where it is on the screen: x, y, width, height. A graph, unless told otherwise."""
         Atspi = _atspi()
         return Atspi.Component.get_extents(self.wait_for(name, role), Atspi.CoordType.SCREEN)
 

@@ -90,7 +90,7 @@ class AccessiblePart final : public QAccessibleInterface, public ValueText {
 class AccessibleDisplay final : public QAccessibleWidget, public ValueText {
   public:
     AccessibleDisplay(QWidget* widget, const SpokenDisplay& display)
-        : QAccessibleWidget(widget, QAccessible::StaticText), display_(display) {
+        : QAccessibleWidget(widget, display.spokenRole()), display_(display) {
         const std::size_t count = display.spokenParts().size();
         for (std::size_t i = 1; i < count; ++i) {
             parts_.push_back(

@@ -2,6 +2,7 @@
 // is drawn, and each entry becomes an accessible object.
 #pragma once
 
+#include <QAccessible>
 #include <QRect>
 #include <QString>
 #include <vector>
@@ -21,6 +22,8 @@ class SpokenDisplay {
   public:
     virtual ~SpokenDisplay() = default;
     virtual std::vector<SpokenPart> spokenParts() const = 0;
+    /// What the widget as a whole is: a text, unless it is a graph.
+    virtual QAccessible::Role spokenRole() const { return QAccessible::StaticText; }
 };
 
 /// Makes SpokenDisplay widgets known to the accessibility system. Call it before the first one is

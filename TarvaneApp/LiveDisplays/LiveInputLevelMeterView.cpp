@@ -79,7 +79,9 @@ void LiveInputLevelMeterView::paintEvent(QPaintEvent* event) {
 }
 
 std::vector<SpokenPart> LiveInputLevelMeterView::spokenParts() const {
-    return {{QStringLiteral("Input level"), view_.text(), rect()}};
+    const bool isNumber = view_.isMetering && view_.levelDBFS && !view_.isClipping;
+    return {{QStringLiteral("Input level"),
+             isNumber ? view_.text() + QStringLiteral(" dBFS") : view_.text(), rect()}};
 }
 
 }  // namespace TarvaneApp

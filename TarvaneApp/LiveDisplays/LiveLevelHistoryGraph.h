@@ -38,6 +38,7 @@ class LiveLevelHistoryGraph final : public QWidget, public SpokenDisplay {
 
     QSize minimumSizeHint() const override { return {160, 80}; }
     std::vector<SpokenPart> spokenParts() const override;
+    QAccessible::Role spokenRole() const override { return QAccessible::Chart; }
 
   Q_SIGNALS:
     /// The history has a new point, or another history is shown.

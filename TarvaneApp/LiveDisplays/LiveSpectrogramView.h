@@ -33,6 +33,7 @@ class LiveSpectrogramView final : public QWidget, public SpokenDisplay {
 
     QSize minimumSizeHint() const override { return {160, 80}; }
     std::vector<SpokenPart> spokenParts() const override;
+    QAccessible::Role spokenRole() const override { return QAccessible::Chart; }
 
   protected:
     void showEvent(QShowEvent* event) override;

@@ -35,6 +35,7 @@ class LiveSpectrumView final : public QWidget, public SpokenDisplay {
 
     QSize minimumSizeHint() const override { return {160, 80}; }
     std::vector<SpokenPart> spokenParts() const override;
+    QAccessible::Role spokenRole() const override { return QAccessible::Chart; }
 
   protected:
     void showEvent(QShowEvent* event) override;

@@ -277,12 +277,12 @@ def a_calibrators_tone_reads_its_level_at_any_gain(desk):
     expect(program.find("SPL compensation", "label") is None, "there is nothing to compensate")
     program.slide("Input gain", -6)
     program.wait_for("+6.0 dB", "label")
-    wait_until(lambda: program.reading("Input level") == "-26.0", 10, "the gain isn't turned")
+    wait_until(lambda: program.reading("Input level") == "-26.0 dBFS", 10, "the gain isn't turned")
     expect_level(program, "SPL A Fast", 94.0)
     program.press("Max", "push button")
     wait_until(lambda: program.find("SPL compensation", "label") is None, 10,
                "the compensation stays")
-    wait_until(lambda: program.reading("Input level") == "-20.0", 10, "the gain isn't turned back")
+    wait_until(lambda: program.reading("Input level") == "-20.0 dBFS", 10, "the gain isn't turned back")
     expect_level(program, "SPL A Fast", 94.0)
 
 
@@ -292,7 +292,7 @@ def a_channel_on_a_second_device_is_added_and_read_after_a_restart(desk):
     desk.plug_in("--tone", "1000:-20")
     program = metering(desk)
     program.key("ctrl+comma")
-    program.press("Collapse", "push button")  # the main input, which is the one unfolded
+    program.press("Collapse Main Input", "push button")
     program.press("Add Channel", "push button")
     program.wait_for("Channel 2", "label")
     # By its first letters: the list of the main input's picker, which is closed, has one of them too.

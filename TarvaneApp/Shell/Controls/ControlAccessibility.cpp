@@ -9,6 +9,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
+#include <algorithm>
 
 #include "Shell/Controls/ColorSwatches.h"
 #include "Shell/Controls/CompactToggleButton.h"
@@ -16,6 +17,8 @@
 #include "Shell/Controls/IconMenuButton.h"
 #include "Shell/Controls/MenuButton.h"
 #include "Shell/Controls/SegmentedPicker.h"
+#include "Shell/Controls/SpokenRole.h"
+#include "Shell/Controls/SpokenSlider.h"
 
 namespace TarvaneApp {
 
@@ -284,11 +287,33 @@ QAccessibleInterface* makeButton(QAbstractButton& button) {
     return nullptr;
 }
 
-// The titles in the menu bar are left to the toolkit.
+// The titles in the menu bar are left to the toolkit. Some of them are in a menu, too: the one that
+// the bar keeps for where it is too narrow.
 QAccessibleInterface* makeMenuItem(QAction& action) {
-    for (QObject* owner : action.associatedObjects()) {
+    const auto owners = action.associatedObjects();
+    if (std::ranges::any_of(owners, [](const QObject* owner) {
+            return qobject_cast<const QMenuBar*>(owner) != nullptr;
+        })) {
+        return nullptr;
+    }
+    for (QObject* owner : owners) {
         if (auto* menu = qobject_cast<QMenu*>(owner)) {
             return new AccessibleMenuItem(action, *menu);
+        }
+    }
+    return nullptr;
+}
+
+QAccessibleInterface* makeWidget(QWidget& widget) {
+    if (const auto role = spokenRole(widget)) {
+        return new QAccessibleWidget(&widget, *role);
+    }
+    if (isPicker(&widget)) {
+        return new QAccessibleWidget(&widget, QAccessible::Grouping);
+    }
+    if (widget.windowType() == Qt::Popup) {
+        if (auto* button = qobject_cast<QAbstractButton*>(widget.parentWidget())) {
+            return new AccessiblePopover(widget, *button);
         }
     }
     return nullptr;
@@ -304,16 +329,11 @@ QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
     if (auto* menu = qobject_cast<QMenu*>(object)) {
         return new AccessibleMenu(*menu);
     }
-    if (isPicker(object)) {
-        return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Grouping);
+    if (auto* slider = makeSpokenSlider(*object)) {
+        return slider;
     }
-    auto* popover = qobject_cast<QWidget*>(object);
-    if (popover != nullptr && popover->windowType() == Qt::Popup) {
-        if (auto* button = qobject_cast<QAbstractButton*>(popover->parentWidget())) {
-            return new AccessiblePopover(*popover, *button);
-        }
-    }
-    return nullptr;
+    auto* widget = qobject_cast<QWidget*>(object);
+    return widget != nullptr ? makeWidget(*widget) : nullptr;
 }
 
 }  // namespace

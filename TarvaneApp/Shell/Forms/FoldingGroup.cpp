@@ -10,6 +10,7 @@
 #include "Displays/Theme.h"
 #include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/Icon.h"
+#include "Shell/Controls/SpokenRole.h"
 
 namespace TarvaneApp {
 
@@ -31,9 +32,14 @@ class FoldingHeader final : public QAbstractButton {
     void setExpanded(bool isExpanded) {
         isExpanded_ = isExpanded;
         const QString help = isExpanded ? QStringLiteral("Collapse") : QStringLiteral("Expand");
-        setAccessibleName(help);
         setToolTip(help);
+        sayWhatAPressDoes();
         update();
+    }
+
+    void setTitle(const QString& title) {
+        title_ = title;
+        sayWhatAPressDoes();
     }
 
     static constexpr int symbolRoom = Theme::Space::section + Theme::Symbol::chevron;
@@ -55,7 +61,13 @@ class FoldingHeader final : public QAbstractButton {
     }
 
   private:
+    // Of several groups in a form each must tell its own.
+    void sayWhatAPressDoes() {
+        setAccessibleName(title_.isEmpty() ? toolTip() : toolTip() + u' ' + title_);
+    }
+
     bool isExpanded_ = false;
+    QString title_;
 };
 
 }  // namespace
@@ -65,6 +77,7 @@ FoldingGroup::FoldingGroup(MakeContent makeContent, QWidget* parent)
       makeContent_(std::move(makeContent)),
       header_(new FoldingHeader(this)),
       headerRow_(new QHBoxLayout(header_)) {
+    setSpokenRole(*this, QAccessible::Grouping);
     headerRow_->setContentsMargins(FoldingHeader::symbolRoom + Theme::Space::row, 0,
                                    Theme::Space::section, 0);
     headerRow_->setSpacing(Theme::Space::row);
@@ -89,7 +102,8 @@ void FoldingGroup::setExpanded(bool isExpanded) {
 }
 
 void FoldingGroup::setTitle(const QString& title) {
-    header_->setAccessibleDescription(title);
+    setAccessibleName(title);
+    static_cast<FoldingHeader*>(header_)->setTitle(title);
 }
 
 }  // namespace TarvaneApp

@@ -11,6 +11,7 @@
 
 #include "Displays/Theme.h"
 #include "Shell/Controls/BareLayout.h"
+#include "Shell/Controls/SpokenSlider.h"
 #include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
@@ -57,14 +58,16 @@ void ValueSlider::setScale(NumberScale scale) {
     setValue(value_);
 }
 
-// Steps are counted from zero where that lies on the scale, so that a screen reader, which reads
-// them, reads the value of a scale in whole numbers.
+// Steps are counted from zero where that lies on the scale, so that those of a scale in whole
+// numbers are its values.
 void ValueSlider::layOut() {
     const QSignalBlocker quiet(slider_);
     const int lowest = static_cast<int>(std::lround(scale_.lowest / scale_.step));
     const int steps =
         static_cast<int>(std::ceil((scale_.highest - scale_.lowest) / scale_.step - 0.001));
     slider_->setRange(lowest, lowest + steps);
+    setSpokenScale(*slider_,
+                   {.atZero = scale_.lowest - lowest * scale_.step, .perStep = scale_.step});
     slider_->setPageStep(std::max(steps / 10, 1));
     // As wide as the widest value, so that the slider doesn't move under the pointer.
     const QFontMetrics metrics(text_->font());

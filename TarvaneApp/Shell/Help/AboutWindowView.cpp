@@ -6,6 +6,7 @@
 
 #include "Displays/Theme.h"
 #include "Shell/Controls/Icon.h"
+#include "Shell/Controls/SpokenRole.h"
 #include "Shell/Help/HelpLook.h"
 #include "Shell/Help/MakerSite.h"
 #include "Shell/Help/ReadingLabel.h"
@@ -37,6 +38,7 @@ QString legalLine(const QString& maker) {
 AboutWindowView::AboutWindowView(const Environment& environment) : QWidget(nullptr, Qt::Window) {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowRole(QStringLiteral("about"));
+    setSpokenRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("About Tarvane"));
     setWindowIcon(Icon::application());
     auto* column = new QVBoxLayout(this);

@@ -1,5 +1,6 @@
 #include "Shell/Help/HelpSidebar.h"
 
+#include <QAction>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -80,9 +81,11 @@ HelpSidebar::HelpSidebar(HelpNavigation& navigation, QWidget* parent)
     search_->setAccessibleName(QStringLiteral("Search the help"));
     search_->setToolTip(QStringLiteral("Search the help (Ctrl+F)"));
     search_->setClearButtonEnabled(true);
-    search_->addAction(
+    QAction* glass = search_->addAction(
         Icon::tinted(QStringLiteral("magnifyingglass"), Theme::Symbol::options, Theme::axisText),
         QLineEdit::LeadingPosition);
+    glass->setText(QStringLiteral("Search"));
+    connect(glass, &QAction::triggered, this, &HelpSidebar::search);
     search_->installEventFilter(this);
     connect(search_, &QLineEdit::textChanged, this, [this] { showTopics(); });
 

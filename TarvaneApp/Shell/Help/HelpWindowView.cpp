@@ -9,6 +9,7 @@
 #include "Settings/KeyValueStore.h"
 #include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/Icon.h"
+#include "Shell/Controls/SpokenRole.h"
 #include "Shell/Controls/TextLabel.h"
 #include "Shell/Help/HelpBook.h"
 #include "Shell/Help/HelpLook.h"
@@ -36,6 +37,7 @@ HelpWindowView::HelpWindowView(KeyValueStore& store, QString makerSite)
       sidebar_(new HelpSidebar(navigation_)) {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowRole(QStringLiteral("help"));
+    setSpokenRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("Tarvane Help"));
     setWindowIcon(Icon::application());
     setMinimumSize(smallestSize);

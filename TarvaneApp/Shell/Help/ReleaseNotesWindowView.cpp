@@ -12,6 +12,7 @@
 #include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/Divider.h"
 #include "Shell/Controls/Icon.h"
+#include "Shell/Controls/SpokenRole.h"
 #include "Shell/Controls/TextLabel.h"
 #include "Shell/Help/HelpBlockView.h"
 #include "Shell/Help/HelpLook.h"
@@ -49,6 +50,7 @@ class Badge final : public QLabel {
 ReleaseNotesWindowView::ReleaseNotesWindowView() : QWidget(nullptr, Qt::Window) {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowRole(QStringLiteral("release-notes"));
+    setSpokenRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("What's New in Tarvane"));
     setWindowIcon(Icon::application());
     setMinimumSize(smallestSize);

@@ -7,6 +7,7 @@
 #include "Displays/PixelGrid.h"
 #include "Displays/Plate.h"
 #include "Displays/Theme.h"
+#include "Shell/Controls/SpokenRole.h"
 
 namespace TarvaneApp {
 
@@ -22,6 +23,7 @@ constexpr double keyStep = 16.0;
 PanelResizeHandle::PanelResizeHandle(Actions actions, QWidget* parent)
     : QWidget(parent), actions_(std::move(actions)) {
     setFocusPolicy(Qt::TabFocus);
+    setSpokenRole(*this, QAccessible::Separator);
     setOrientation(Qt::Horizontal);
 }
 

@@ -9,6 +9,7 @@
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
+#include "Shell/Controls/SpokenSlider.h"
 #include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
@@ -73,6 +74,8 @@ SpectrogramControls::SpectrogramControls(MeterEngine& engine,
         [this](Control& control) {
             const double span = engine_.spectrogramTimeSpanSeconds();
             control.slider->setRange(steps(shortestSpan), steps(longestSpan));
+            setSpokenScale(*control.slider,
+                           {.atZero = shortestSpan + longestSpan, .perStep = -1.0 / stepsPerUnit});
             control.slider->setValue(steps(shortestSpan + longestSpan - span));
             const QString seconds = QString::number(span, 'f', 1);
             tell(control, seconds + u's', seconds + QStringLiteral(" s"));
@@ -83,6 +86,7 @@ SpectrogramControls::SpectrogramControls(MeterEngine& engine,
         [this](Control& control) {
             const double factor = engine_.spectrogramSliceHeightMultiplier();
             control.slider->setRange(steps(lowestSlice), steps(tallestSlice));
+            setSpokenScale(*control.slider, {.perStep = 1.0 / stepsPerUnit});
             control.slider->setValue(steps(factor));
             const QString times = QString::number(factor, 'f', 1);
             tell(control, times + u'x', times + QStringLiteral(" x"));
@@ -97,7 +101,7 @@ SpectrogramControls::SpectrogramControls(MeterEngine& engine,
     followChannels(engine.channelChanges(), this, showValues);
 }
 
-// A screen reader reads a slider's steps, which are no one's unit.
+// A screen reader reads the number off the slider, and its unit here.
 void SpectrogramControls::tell(Control& control, const QString& shown, const QString& spoken) {
     control.value->setText(shown);
     control.slider->setAccessibleDescription(spoken);

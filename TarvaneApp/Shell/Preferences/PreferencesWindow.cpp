@@ -11,6 +11,7 @@
 #include "Settings/KeyValueStore.h"
 #include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/Icon.h"
+#include "Shell/Controls/SpokenRole.h"
 #include "Shell/Forms/TabStops.h"
 #include "Shell/Preferences/AudioSettingsView.h"
 #include "Shell/Preferences/DisplaySettingsView.h"
@@ -38,6 +39,7 @@ constexpr auto tabKey = "SettingsWindow.tab";
 PreferencesWindow::PreferencesWindow(const Environment& environment)
     : QWidget(nullptr, Qt::Window), store_(environment.store), tabs_(new QTabWidget(this)) {
     MeterEngine& engine = environment.engine;
+    setSpokenRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("Settings"));
     setWindowIcon(Icon::application());
     setMinimumSize(smallestSize);

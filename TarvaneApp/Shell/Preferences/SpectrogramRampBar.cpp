@@ -8,6 +8,7 @@
 
 #include "Displays/Spectrogram/SpectrogramView.h"
 #include "Displays/Theme.h"
+#include "Shell/Controls/SpokenRole.h"
 
 namespace TarvaneApp {
 
@@ -32,6 +33,7 @@ QImage picture(const std::vector<SpectrogramColorStop>& stops) {
 SpectrogramRampBar::SpectrogramRampBar(Shows shows, QWidget* parent)
     : QWidget(parent), shows_(shows) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setSpokenRole(*this, QAccessible::Graphic);
     setAccessibleName(QStringLiteral("Color ramp"));
 }
 

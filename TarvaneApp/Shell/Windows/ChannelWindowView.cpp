@@ -102,6 +102,7 @@ void ChannelWindowView::showChannel() {
     status_->setText(!channel->isEnabled    ? QStringLiteral("Turned off in Preferences > Audio")
                      : !engine_.isRunning() ? QStringLiteral("Press Start in the main window")
                                             : QString());
+    status_->setVisible(!status_->text().isEmpty());
 }
 
 void ChannelWindowView::closeEvent(QCloseEvent* event) {

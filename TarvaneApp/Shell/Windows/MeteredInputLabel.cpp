@@ -9,6 +9,7 @@
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
 #include "Shell/Controls/ElidedLabel.h"
+#include "Shell/Controls/SpokenRole.h"
 
 namespace TarvaneApp {
 
@@ -38,6 +39,7 @@ class MeteredInputLabel::Dot final : public QWidget {
   public:
     explicit Dot(QWidget* parent) : QWidget(parent) {
         setFixedSize(dotSize, dotSize);
+        setSpokenRole(*this, QAccessible::StaticText);
         setState(InputState::idle);
     }
 

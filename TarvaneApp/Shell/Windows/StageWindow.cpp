@@ -10,6 +10,7 @@
 #include "Settings/Observable.h"
 #include "Shell/Controls/BareLayout.h"
 #include "Shell/Controls/Icon.h"
+#include "Shell/Controls/SpokenRole.h"
 #include "Shell/Windows/MeteringKeys.h"
 
 namespace TarvaneApp {
@@ -17,6 +18,7 @@ namespace TarvaneApp {
 StageWindow::StageWindow(MeterEngine& engine, const std::optional<TarvaneKit::UUID>& fixedChannelID)
     : engine_(engine), fixedChannelID_(fixedChannelID) {
     setAttribute(Qt::WA_DeleteOnClose);
+    setSpokenRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("Tarvane — Full-Screen SPL Meter"));
     setWindowRole(QStringLiteral("stage"));
     setWindowIcon(Icon::application());

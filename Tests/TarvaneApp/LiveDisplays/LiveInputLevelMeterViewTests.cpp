@@ -27,9 +27,9 @@ TEST_F(LiveInputLevelMeterViewTests, followsTheInputsPeak) {
     EXPECT_EQ(text(meter), QStringLiteral("Start metering to see the input level."));
     start();
     settle();
-    EXPECT_EQ(text(meter), QStringLiteral("< -60"));
+    EXPECT_EQ(text(meter), QStringLiteral("< -60 dBFS"));
     play(0.1);  // 20 log10(0.1) = -20 dBFS
-    EXPECT_EQ(text(meter), QStringLiteral("-20.0"));
+    EXPECT_EQ(text(meter), QStringLiteral("-20.0 dBFS"));
     play(1.0);
     EXPECT_EQ(text(meter), QStringLiteral("CLIP"));
     engine->stop();
@@ -54,9 +54,9 @@ TEST_F(LiveInputLevelMeterViewTests, outOfSightItFollowsNothing) {
     play(0.1);
     meter.hide();
     play(0.5);
-    EXPECT_EQ(text(meter), QStringLiteral("-20.0"));
+    EXPECT_EQ(text(meter), QStringLiteral("-20.0 dBFS"));
     meter.show();
-    EXPECT_EQ(text(meter), QStringLiteral("-6.0"));  // 20 log10(0.5)
+    EXPECT_EQ(text(meter), QStringLiteral("-6.0 dBFS"));  // 20 log10(0.5)
 }
 
 TEST_F(LiveInputLevelMeterViewTests, aScreenReaderReadsIt) {
@@ -67,7 +67,7 @@ TEST_F(LiveInputLevelMeterViewTests, aScreenReaderReadsIt) {
     QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&meter);
     ASSERT_NE(spoken, nullptr);
     EXPECT_EQ(spoken->text(QAccessible::Name), QStringLiteral("Input level"));
-    EXPECT_EQ(spoken->text(QAccessible::Value), QStringLiteral("-20.0"));
+    EXPECT_EQ(spoken->text(QAccessible::Value), QStringLiteral("-20.0 dBFS"));
 }
 
 }  // namespace LiveInputLevelMeterViewTests

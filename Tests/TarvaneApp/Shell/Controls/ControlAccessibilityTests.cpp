@@ -173,5 +173,44 @@ TEST_F(ControlAccessibilityTests, slidersSayTheirValuesInUnits) {
     EXPECT_EQ(at("Spectrogram").text(QAccessible::Value), QStringLiteral("-100 to -20 dBFS"));
 }
 
+// As a screen reader reads the number itself, and sets it.
+TEST_F(ControlAccessibilityTests, slidersCountInTheirUnits) {
+    const auto value = [&](const char* slider) {
+        return at(slider, QAccessible::Slider).valueInterface();
+    };
+    engine->spectrogramTimeSpanSeconds.set(2.0);
+    engine->spectrogramSliceHeightMultiplier.set(1.5);
+    EXPECT_DOUBLE_EQ(value("Speed")->currentValue().toDouble(), 2.0);
+    EXPECT_DOUBLE_EQ(value("Speed")->minimumValue().toDouble(), 0.5);
+    EXPECT_DOUBLE_EQ(value("Speed")->maximumValue().toDouble(), 6.0);
+    EXPECT_DOUBLE_EQ(value("Slice Height")->currentValue().toDouble(), 1.5);
+    value("Speed")->setCurrentValue(4.5);
+    EXPECT_DOUBLE_EQ(engine->spectrogramTimeSpanSeconds(), 4.5);
+    value("Slice Height")->setCurrentValue(0.5);
+    EXPECT_DOUBLE_EQ(engine->spectrogramSliceHeightMultiplier(), 0.5);
+}
+
+// A bar that was too narrow for a moment keeps the titles that it left out in a menu of its own.
+TEST_F(ControlAccessibilityTests, allTitlesOfTheMenuBarAreInIt) {
+    window.menuBar()->resize(60, window.menuBar()->height());
+    settle();
+    QAccessibleInterface* bar = QAccessible::queryAccessibleInterface(window.menuBar());
+    window.menuBar()->resize(window.width(), window.menuBar()->height());
+    settle();
+    ASSERT_EQ(bar->childCount(), 5);
+    for (int i = 0; i < bar->childCount(); ++i) {
+        EXPECT_FALSE(bar->child(i)->state().invisible) << name(*bar->child(i));
+        EXPECT_EQ(bar->child(i)->parent(), bar) << name(*bar->child(i));
+    }
+}
+
+TEST_F(ControlAccessibilityTests, graphsAndDividersAreWhatTheyAre) {
+    for (const char* graph : {"Real-Time Analyzer", "Spectrogram", "Level History"}) {
+        EXPECT_NE(find(graph, QAccessible::Chart), nullptr) << graph;
+    }
+    EXPECT_EQ(at("Divider between the graphs").role(), QAccessible::Separator);
+    EXPECT_EQ(at("Not metering").role(), QAccessible::StaticText);
+}
+
 }  // namespace ControlAccessibilityTests
 }  // namespace TarvaneApp

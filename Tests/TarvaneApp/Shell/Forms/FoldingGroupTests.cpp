@@ -20,7 +20,11 @@ class FoldingGroupTests : public testing::Test {
 
     int made = 0;
     std::vector<bool> folds;
-    FoldingGroup group{[this](QWidget* parent) {
+    struct Group : FoldingGroup {
+        using FoldingGroup::FoldingGroup;
+        using FoldingGroup::setTitle;
+    };
+    Group group{[this](QWidget* parent) {
         ++made;
         return new QLabel(QStringLiteral("content"), parent);
     }};
@@ -45,6 +49,14 @@ TEST_F(FoldingGroupTests, saysWhatAClickDoes) {
     group.header().click();
     EXPECT_EQ(group.header().accessibleName(), QStringLiteral("Collapse"));
     EXPECT_EQ(group.header().toolTip(), QStringLiteral("Collapse"));
+}
+
+TEST_F(FoldingGroupTests, aScreenReaderHearsWhichOfSeveralItFolds) {
+    group.setTitle(QStringLiteral("Stage"));
+    EXPECT_EQ(group.accessibleName(), QStringLiteral("Stage"));
+    EXPECT_EQ(group.header().accessibleName(), QStringLiteral("Expand Stage"));
+    group.header().click();
+    EXPECT_EQ(group.header().accessibleName(), QStringLiteral("Collapse Stage"));
 }
 
 TEST_F(FoldingGroupTests, theKeyboardFoldsItToo) {

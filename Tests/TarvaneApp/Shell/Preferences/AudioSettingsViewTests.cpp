@@ -52,7 +52,7 @@ TEST_F(AudioSettingsViewTests, aHeaderTellsColourNameAndInput) {
     auto& header = section(pair.id).header();
     EXPECT_EQ(headerTexts(section(pair.id)), (QStringList{"Balcony", "Desk (inputs 3+4, stereo)"}));
     EXPECT_EQ(header.findChild<ChannelColorDot*>()->color(), Theme::color(pair.color));
-    EXPECT_EQ(header.accessibleDescription(), QStringLiteral("Balcony"));
+    EXPECT_EQ(header.accessibleName(), QStringLiteral("Expand Balcony"));
     engine->updateChannel(pair.id, [](ChannelConfig& channel) {
         channel.name = "Gallery";
         channel.isEnabled = false;

@@ -111,7 +111,7 @@ TEST_F(TrafficLightSettingsViewTests, coloursAreEditedAndResetWithTheRest) {
     paint(section(0), QStringLiteral("Color, band 2"), QColor(255, 0, 255));
     EXPECT_EQ(engine->trafficLightConfig().bands[1].color, (RGBAColor{1.0, 0.0, 1.0, 1.0}));
     EXPECT_EQ(engine->trafficLightConfig().bands[0].color, SignalColors::red);
-    paint(section(0), QStringLiteral("Below all thresholds →"), QColor(0, 0, 255));
+    paint(section(0), QStringLiteral("Color: Below all thresholds"), QColor(0, 0, 255));
     EXPECT_EQ(engine->trafficLightConfig().belowAllColor, (RGBAColor{0.0, 0.0, 1.0, 1.0}));
     reset(0).click();
     EXPECT_EQ(engine->trafficLightConfig(), TrafficLightConfig::defaultSPL());
@@ -151,7 +151,7 @@ TEST_F(TrafficLightSettingsViewTests, loudnessColoursSayWhereTheyBegin) {
 }
 
 TEST_F(TrafficLightSettingsViewTests, loudnessColoursAreEditedAndReset) {
-    paint(section(2), QStringLiteral("True peak over ceiling"), QColor(255, 0, 255));
+    paint(section(2), QStringLiteral("Color: True peak over ceiling"), QColor(255, 0, 255));
     LoudnessColors expected;
     expected.truePeakOver = {1.0, 0.0, 1.0, 1.0};
     EXPECT_EQ(engine->loudnessColors(), expected);
