@@ -25,6 +25,7 @@ from desk import Desk  # noqa: E402
 from desk.processes import wait_until  # noqa: E402
 from desk.program import text_of  # noqa: E402
 from desk.tone import pink_noise, rising_sine, sine_1khz  # noqa: E402
+from desk.tray import Tray  # noqa: E402
 from end_to_end import Measurement  # noqa: E402
 
 MIC = "tarvane.tone"
@@ -839,6 +840,71 @@ def a_launch_beside_a_stuck_program_says_so(desk):
         launch_again(desk)
     finally:
         program.process.send_signal(signal.SIGCONT)
+
+
+def open_tray(desk):
+    return Tray(desk.env["DBUS_SESSION_BUS_ADDRESS"])
+
+
+def expect_tray(tray, tool_tip, *labels):
+    wait_until(lambda: tray.tool_tip() == tool_tip, 10,
+               f"the tray says {tray.tool_tip()!r}, not {tool_tip!r}")
+    wait_until(lambda: tray.labels() == [*labels, "Show Main Window", "Quit"], 10,
+               f"the tray offers {tray.labels()}")
+
+
+@test
+def the_tray_shows_the_state_and_works_the_program(desk):
+    tray = open_tray(desk)
+    desk.plug_in("--tone", "1000:-20")
+    program = desk.launch()
+    tray.wait_for_icon()
+    expect(tray.property("Status") == "Active" and tray.property("Id") == "Tarvane",
+           "the icon is hidden, or another program's")
+    expect_tray(tray, "Tarvane: not metering", "Start", "Pause")
+    expect([item.is_enabled for item in tray.menu()] == [True, False, True, True],
+           "what can't be paused can be chosen")
+    pictures = {tray.picture()}
+    tray.choose("Start")
+    expect_tray(tray, "Tarvane: metering Tone Mic (default)", "Stop", "Pause")
+    expect_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    pictures.add(tray.picture())
+    tray.choose("Pause")
+    expect_tray(tray, "Tarvane: paused", "Stop", "Resume")
+    pictures.add(tray.picture())
+    expect(len(pictures) == 3, "idle, running and paused look alike")
+    tray.choose("Resume")
+    expect_tray(tray, "Tarvane: metering Tone Mic (default)", "Stop", "Pause")
+    for bring_back in (tray.activate, lambda: tray.choose("Show Main Window")):
+        program.key("alt+F4")
+        wait_until(lambda: program.find("Tarvane", "frame") is None, 10, "it doesn't close")
+        bring_back()
+        program.wait_for("Stop", "push button")
+    tray.choose("Stop")
+    expect_tray(tray, "Tarvane: not metering", "Start", "Pause")
+    tray.choose("Quit")
+    wait_until(lambda: not program.is_running(), 10, "the program doesn't end")
+
+
+@test
+def the_tray_tells_of_a_clip(desk):
+    tray = open_tray(desk)
+    desk.plug_in("--tone", "1000:0")
+    metering(desk)
+    tray.wait_for_icon()
+    expect_tray(tray, "Tarvane: clipping, Main Input", "Stop", "Pause")
+
+
+@test
+def a_panel_that_comes_later_or_again_has_the_icon(desk):
+    program = desk.launch()
+    program.wait_for("Start", "push button")
+    tray = open_tray(desk)
+    tray.wait_for_icon()
+    tray.close()
+    tray = open_tray(desk)
+    tray.wait_for_icon()
+    expect_tray(tray, "Tarvane: not metering", "Start", "Pause")
 
 
 @test

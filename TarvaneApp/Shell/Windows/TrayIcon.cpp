@@ -69,19 +69,13 @@ TrayIcon::TrayIcon(MeterEngine& engine, const Commands& commands)
     : engine_(engine),
       start_(menu_.addAction(QString(), this, [this] { toggleRunning(engine_); })),
       pause_(menu_.addAction(QString(), this, [this] { togglePause(engine_); })),
+      showMainWindow_(commands.showMainWindow),
       binding_(*this, [this] { showState(); }) {
     menu_.addSeparator();
     menu_.addAction(QStringLiteral("Show Main Window"), this, commands.showMainWindow);
     menu_.addSeparator();
     menu_.addAction(QStringLiteral("Quit"), this, commands.quit);
-    icon_.setContextMenu(&menu_);
-    connect(&icon_, &QSystemTrayIcon::activated, this,
-            [show = commands.showMainWindow](QSystemTrayIcon::ActivationReason reason) {
-                if (reason == QSystemTrayIcon::Trigger) {
-                    show();
-                }
-            });
-    icon_.setIcon(iconOf(state_.kind));
+    connect(&tray_, &DesktopTray::arrived, this, &TrayIcon::showIcon);
     followChannels(engine.channelChanges(), this, [this] {
         std::vector<TarvaneKit::UUID> ids;
         for (const ChannelInfo& info : engine_.activeChannelInfos()) {
@@ -92,7 +86,19 @@ TrayIcon::TrayIcon(MeterEngine& engine, const Commands& commands)
     followAll(
         this, [this] { showState(); }, engine.isRunning, engine.isStarting, engine.isPaused,
         engine.meteredDevice);
-    icon_.show();
+}
+
+void TrayIcon::showIcon() {
+    icon_ = std::make_unique<QSystemTrayIcon>(iconOf(state_.kind));
+    icon_->setToolTip(state_.toolTip);
+    icon_->setContextMenu(&menu_);
+    connect(icon_.get(), &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason reason) {
+                if (reason == QSystemTrayIcon::Trigger) {
+                    showMainWindow_();
+                }
+            });
+    icon_->show();
 }
 
 void TrayIcon::showState() {
@@ -103,11 +109,14 @@ void TrayIcon::showState() {
     pause_->setText(engine_.isPaused() ? QStringLiteral("Resume") : QStringLiteral("Pause"));
     pause_->setEnabled(engine_.isRunning());
     const TrayState before = std::exchange(state_, TrayState::of(engine_));
+    if (icon_ == nullptr) {
+        return;
+    }
     if (state_.kind != before.kind) {
-        icon_.setIcon(iconOf(state_.kind));
+        icon_->setIcon(iconOf(state_.kind));
     }
     if (state_.toolTip != before.toolTip) {
-        icon_.setToolTip(state_.toolTip);
+        icon_->setToolTip(state_.toolTip);
     }
 }
 

@@ -5,8 +5,10 @@
 #include <QMenu>
 #include <QSystemTrayIcon>
 #include <functional>
+#include <memory>
 
 #include "LiveDisplays/LiveBinding.h"
+#include "Shell/Windows/DesktopTray.h"
 #include "Shell/Windows/TrayState.h"
 
 namespace TarvaneApp {
@@ -25,19 +27,21 @@ class TrayIcon final : public QObject {
 
     const TrayState& state() const { return state_; }
     QMenu& menu() { return menu_; }
-    QString toolTip() const { return icon_.toolTip(); }
 
     /// The program's icon with the state's sign in its corner.
     static QIcon iconOf(TrayState::Kind kind);
 
   private:
+    void showIcon();
     void showState();
 
     MeterEngine& engine_;
     QMenu menu_;
     QAction* start_;
     QAction* pause_;
-    QSystemTrayIcon icon_;
+    std::function<void()> showMainWindow_;
+    DesktopTray tray_;
+    std::unique_ptr<QSystemTrayIcon> icon_;  // null without a tray
     TrayState state_;
     LiveBinding binding_;
 };

@@ -54,14 +54,14 @@ TEST_F(TrayIconTests, itsMenuShowsTheMainWindowAndQuits) {
 }
 
 TEST_F(TrayIconTests, theToolTipSaysTheStateAndWhatIsMetered) {
-    EXPECT_EQ(tray.toolTip(), QStringLiteral("Tarvane: not metering"));
+    EXPECT_EQ(tray.state().toolTip, QStringLiteral("Tarvane: not metering"));
     start();
-    EXPECT_EQ(tray.toolTip(), QStringLiteral("Tarvane: metering Measurement Mic (default)"));
+    EXPECT_EQ(tray.state().toolTip, QStringLiteral("Tarvane: metering Measurement Mic (default)"));
     engine->pause();
-    EXPECT_EQ(tray.toolTip(), QStringLiteral("Tarvane: paused"));
+    EXPECT_EQ(tray.state().toolTip, QStringLiteral("Tarvane: paused"));
     engine->resume();
     engine->stop();
-    EXPECT_EQ(tray.toolTip(), QStringLiteral("Tarvane: not metering"));
+    EXPECT_EQ(tray.state().toolTip, QStringLiteral("Tarvane: not metering"));
 }
 
 TEST_F(TrayIconTests, aClipShowsWhileItLastsWithItsChannel) {
@@ -72,7 +72,7 @@ TEST_F(TrayIconTests, aClipShowsWhileItLastsWithItsChannel) {
     audio.feed("desk", inputs);
     tick();
     EXPECT_EQ(tray.state().kind, Kind::clip);
-    EXPECT_EQ(tray.toolTip(), QStringLiteral("Tarvane: clipping, Stage & Wings"));
+    EXPECT_EQ(tray.state().toolTip, QStringLiteral("Tarvane: clipping, Stage & Wings"));
     clock.advance(2.0);  // a badge holds for 1.5 seconds
     tick();
     EXPECT_EQ(tray.state().kind, Kind::running);
@@ -93,7 +93,7 @@ TEST_F(TrayIconTests, aRingGoesAheadOfAClip) {
     };
     settle();
     EXPECT_EQ(tray.state().kind, Kind::ring);
-    EXPECT_EQ(tray.toolTip(), QStringLiteral("Tarvane: ring-out, Main Input"));
+    EXPECT_EQ(tray.state().toolTip, QStringLiteral("Tarvane: ring-out, Main Input"));
     engine->pause();
     EXPECT_EQ(tray.state().kind, Kind::paused);
 }
