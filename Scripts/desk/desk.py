@@ -25,15 +25,18 @@ def end_on_signal(number, _frame):
 
 
 class Desk:
-    def __init__(self, build, size=(1400, 900), devices="standard", serves_audio=True, rate=48000):
+    def __init__(self, build, size=(1400, 900), devices="standard", serves_audio=True, rate=48000,
+                 wayland=False):
         """`build` is the build folder whose programs are used. `devices` is a set of
         private-audio, and `rate` the audio server's, in Hz. With `serves_audio` false the server is
-        started later, by `serve_audio`."""
+        started later, by `serve_audio`. With `wayland` the display is a Wayland compositor's, which
+        gives every window the whole screen."""
         self.build = Path(build)
         self.size = size
         self._devices = devices
         self._serves_audio = serves_audio
         self._rate = rate
+        self._wayland = wayland
         self._audio_runs = False
         self._tones = 0
         self._program = None
@@ -54,7 +57,7 @@ class Desk:
         logs.mkdir()
         self.processes = Processes(logs)
         self.env = self._environment()
-        self._start_display()
+        self._open_display()
         self._start_bus()
         if self._serves_audio:
             self.serve_audio()
@@ -81,6 +84,13 @@ class Desk:
                    LIBGL_ALWAYS_SOFTWARE="1")
         return env
 
+    def _open_display(self):
+        self._start_display()
+        if self._wayland:
+            self._start_compositor()
+        else:
+            self._start_window_manager()
+
     # Without -noreset the server starts over whenever its last client leaves, which ends a window
     # manager that is just coming.
     def _start_display(self):
@@ -96,10 +106,29 @@ class Desk:
         if not number:
             raise DeskFailure(f"Xvfb didn't start: {self.processes.log('display')}")
         self.env["DISPLAY"] = f":{number}"
+
+    def _start_window_manager(self):
         self.processes.start("window-manager", ["openbox", "--sm-disable"], self.env)
         # The property that tells the current desktop comes with the window manager.
         wait_until(lambda: self.xdotool("get_desktop"), 10,
                    "The window manager doesn't start")
+
+    # As a window of the X server, which brings it pointer and keyboard. A window that fills it has
+    # its corner where the X server's is, so that places are the same to both.
+    def _start_compositor(self):
+        width, height = self.size
+        name = "wayland-desk"
+        self.processes.start(
+            "compositor",
+            ["weston", "--backend=x11-backend.so", "--use-pixman", f"--width={width}",
+             f"--height={height}", "--shell=kiosk-shell.so", f"--socket={name}", "--idle-time=0"],
+            self.env)
+        wait_until((Path(self.env["XDG_RUNTIME_DIR"]) / name).exists, 10,
+                   "The compositor doesn't start")
+        wait_until(lambda: self.xdotool("search", "--onlyvisible", "--class", "weston",
+                                        "windowmove", "0", "0", "windowfocus"), 10,
+                   "The compositor shows no window")
+        self.env.update(WAYLAND_DISPLAY=name, QT_QPA_PLATFORM="wayland")
 
     def _start_bus(self):
         bus = self.processes.start(

@@ -98,7 +98,7 @@ class Program:
         for element in self.elements():
             try:
                 if (element.get_name() == name and element.get_role_name() == "label"
-                        and self._has_state(element, "SHOWING")):
+                        and self.has_state(element, "SHOWING")):
                     found.append(re.match(r"-?[0-9.]+", text_of(element)))
             except Exception:  # went away meanwhile
                 continue
@@ -134,7 +134,7 @@ class Program:
         found = []
         for element in self.elements():
             try:
-                if element.get_role_name() == "alert" and self._has_state(element, "SHOWING"):
+                if element.get_role_name() == "alert" and self.has_state(element, "SHOWING"):
                     labels = [element.get_child_at_index(index)
                               for index in range(element.get_child_count())]
                     found.append(" ".join(label.get_name() for label in labels
@@ -225,14 +225,15 @@ class Program:
         wait_until(lambda: not self.is_running(), 10, "The program doesn't end")
 
     def _is_in_front(self):
-        if self._has_state(self.find(MAIN_WINDOW, "frame"), "ACTIVE"):
+        if self.has_state(self.find(MAIN_WINDOW, "frame"), "ACTIVE"):
             return True
         self._desk.xdotool("search", "--onlyvisible", "--pid", str(self.process.pid), "--name",
                            f"^{MAIN_WINDOW}$", "windowactivate")
         return False
 
     @staticmethod
-    def _has_state(element, state):
+    def has_state(element, state):
+        """One of AT-SPI's, as "CHECKED"."""
         return element is not None and element.get_state_set().contains(
             getattr(_atspi().StateType, state))
 

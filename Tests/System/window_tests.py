@@ -842,6 +842,106 @@ def a_launch_beside_a_stuck_program_says_so(desk):
         program.process.send_signal(signal.SIGCONT)
 
 
+def is_checked(program, name, role="check box"):
+    return program.has_state(program.find(name, role), "CHECKED")
+
+
+# On an account that has never seen the program, as it lies there with no settings file.
+@test
+def a_newcomer_reads_a_level_after_the_space_bar(desk):
+    desk.plug_in("--tone", "1000:-20")
+    expect(not desk.settings_file().exists(), "the account isn't fresh")
+    program = desk.launch()
+    program.wait_for("Press Space to start", "label")
+    program.wait_for("Tone Mic (default)", "label")
+    place = program.extents("Tarvane", "frame")
+    width, height = desk.size
+    expect(place.x >= 0 and place.y >= 0 and place.x + place.width <= width and
+           place.y + place.height <= height, f"the window doesn't fit: {place.width}×{place.height}")
+    program.key("space")
+    expect_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    expect(not program.find("Press Space to start"), "the prompt stays")
+
+
+@test
+def a_newcomer_without_an_input_is_told_what_is_missing(desk):
+    program = desk.launch()
+    program.wait_for_alert(20)
+    program.dismiss_alert()
+    program.wait_for("No input device", "label")
+    program.wait_for("Connect one, or choose System Output in Settings.", "label")
+    expect(not program.find("Press Space to start"), "it can't start and says that it can")
+    desk.serve_audio()
+    desk.plug_in("--tone", "1000:-20")
+    program.wait_for("Press Space to start", "label")
+
+
+a_newcomer_without_an_input_is_told_what_is_missing.desk = {"serves_audio": False}
+
+
+# Under Wayland a place on the screen is the compositor's to give: popovers, menus and windows are
+# proved by the pointer, which meets them where the program says they are.
+@test
+def the_first_start_under_wayland_reads_a_level(desk):
+    desk.plug_in("--tone", "1000:-20")
+    program = desk.launch()
+    program.wait_for("Press Space to start", "label")
+    program.key("space")
+    program.wait_for("Stop", "push button")
+    expect_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    launch_again(desk)
+    program.wait_for("Stop", "push button")  # metering all the time
+    expect(program.is_running(), "the second launch ended the first")
+
+
+the_first_start_under_wayland_reads_a_level.desk = {"wayland": True}
+
+
+@test
+def popovers_and_dividers_under_wayland_follow_the_pointer(desk):
+    program = desk.launch()
+    program.wait_for("Start", "push button")
+    program.click("RTA options", "push button")
+    program.wait_for("Octave-normalized display", "check box")
+    before = is_checked(program, "Octave-normalized display")
+    time.sleep(0.5)  # until the popover has the pointer
+    program.click("Octave-normalized display", "check box")
+    wait_until(lambda: is_checked(program, "Octave-normalized display") != before, 10,
+               "the pointer misses the popover")
+    desk.xdotool("key", "Escape")
+    wait_until(lambda: not program.find("Octave-normalized display"), 10, "the popover stays")
+
+    divider = program.extents("Divider under the SPL meter", "separator")
+    x, y = divider.x + divider.width // 2, divider.y + divider.height // 2
+    desk.xdotool("mousemove", str(x), str(y), "mousedown", "1")
+    for down in (20, 50):
+        desk.xdotool("mousemove", str(x), str(y + down))
+    desk.xdotool("mouseup", "1")
+    wait_until(lambda: program.extents("Divider under the SPL meter", "separator").y ==
+               divider.y + 50, 10, "the divider doesn't follow the pointer")
+
+
+popovers_and_dividers_under_wayland_follow_the_pointer.desk = {"wayland": True}
+
+
+@test
+def a_popped_out_module_comes_back_under_wayland(desk):
+    program = desk.launch()
+    program.wait_for("Start", "push button")
+    program.click("Layout", "push button")
+    program.wait_for("RTA in Its Own Window", "menu item")
+    time.sleep(0.5)  # until the menu has the keys
+    desk.xdotool("key", "Up", "Up", "Return")
+    program.wait_for(RTA_WINDOW, "frame")
+    desk.xdotool("key", "ctrl+q")
+    wait_until(lambda: not program.is_running(), 10, "the program doesn't end")
+    program = desk.launch()
+    program.wait_for(RTA_WINDOW, "frame")
+
+
+a_popped_out_module_comes_back_under_wayland.desk = {"wayland": True}
+
+
 def open_tray(desk):
     return Tray(desk.env["DBUS_SESSION_BUS_ADDRESS"])
 

@@ -1,6 +1,7 @@
 #include "Shell/Windows/ScreenRoom.h"
 
 #include <QEvent>
+#include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
 #include <QWindow>
@@ -12,6 +13,14 @@ namespace {
 // Of a window that has none yet; desktops' title bars are about as high.
 constexpr QSize assumedFrame(2, 38);
 
+// Under Wayland no program is told of the desktop's panels: the room is that of the whole screen.
+constexpr QSize assumedPanel(0, 40);
+
+QSize panels() {
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland")) ? assumedPanel
+                                                                                : QSize(0, 0);
+}
+
 }  // namespace
 
 ScreenRoom::ScreenRoom(QWidget& window) : QObject(&window), window_(window) {
@@ -21,7 +30,7 @@ ScreenRoom::ScreenRoom(QWidget& window) : QObject(&window), window_(window) {
 
 QSize ScreenRoom::of(const QWidget& window) {
     const QSize frame = window.frameGeometry().size() - window.geometry().size();
-    return window.screen()->availableGeometry().size() - frame.expandedTo(assumedFrame);
+    return window.screen()->availableGeometry().size() - panels() - frame.expandedTo(assumedFrame);
 }
 
 QSize ScreenRoom::size() const {
