@@ -91,6 +91,16 @@ class Desk:
         else:
             self._start_window_manager()
 
+    def lose_display(self):
+        """As a session ends that is no more than its display; then there is another one."""
+        if self._wayland:
+            self.processes.stop(self._compositor)
+            self._start_compositor()
+            return
+        self.processes.stop(self.display)
+        self._open_display()
+        os.environ["DISPLAY"] = self.env["DISPLAY"]
+
     # Without -noreset the server starts over whenever its last client leaves, which ends a window
     # manager that is just coming.
     def _start_display(self):
@@ -118,7 +128,7 @@ class Desk:
     def _start_compositor(self):
         width, height = self.size
         name = "wayland-desk"
-        self.processes.start(
+        self._compositor = self.processes.start(
             "compositor",
             ["weston", "--backend=x11-backend.so", "--use-pixman", f"--width={width}",
              f"--height={height}", "--shell=kiosk-shell.so", f"--socket={name}", "--idle-time=0"],

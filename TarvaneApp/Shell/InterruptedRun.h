@@ -1,5 +1,6 @@
 // A measurement that was running when the program was told to end, by the desktop's session or the
-// system: the next launch says so, since its levels ended there. Main thread.
+// system, or when it was broken off with no word: the next launch says so, since its levels ended
+// there. Main thread.
 #pragma once
 
 #include <QObject>
@@ -21,6 +22,8 @@ class InterruptedRun final : public QObject {
         const Clock& clock;
     };
     explicit InterruptedRun(const Environment& environment);
+    /// Ended by the user, a run isn't cut short.
+    ~InterruptedRun() override;
 
     /// Tells of the one before this launch, once.
     void tell(NoteBar& note);
@@ -30,6 +33,7 @@ class InterruptedRun final : public QObject {
 
   private:
     void forget();
+    double now() const;
 
     MeterEngine& engine_;
     KeyValueStore& store_;

@@ -44,5 +44,10 @@ int main(int argc, char** argv) {
     QObject::connect(&signals, &TarvaneApp::TerminationSignals::endAsked, &tarvane,
                      &TarvaneApp::TarvaneApplication::end);
     tarvane.showMainWindow();
-    return QApplication::exec();
+    const int code = QApplication::exec();
+    // Not by Quit, then: the display has gone.
+    if (code != 0) {
+        tarvane.end();
+    }
+    return code;
 }

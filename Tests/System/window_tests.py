@@ -24,6 +24,7 @@ sys.dont_write_bytecode = True
 from desk import Desk  # noqa: E402
 from desk.processes import wait_until  # noqa: E402
 from desk.program import text_of  # noqa: E402
+from desk.session import Session  # noqa: E402
 from desk.tone import pink_noise, rising_sine, sine_1khz  # noqa: E402
 from desk.tray import Tray  # noqa: E402
 from end_to_end import Measurement  # noqa: E402
@@ -1052,6 +1053,57 @@ def the_systems_end_keeps_settings_and_tells_of_the_measurement(desk):
     program = desk.launch()
     program.wait_for("Start", "push button")
     expect(not program.find(re.compile("cut short"), "label"), "it is told again")
+
+
+def expect_cut_short(desk, weighting):
+    """The next launch has the settings of the last, and tells once that its measurement was ended."""
+    program = desk.launch()
+    program.wait_for(re.compile("The last measurement was cut short"), "label")
+    program.press("Start")
+    expect_level(program, f"SPL {weighting} Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    program.press("Stop")
+    program.wait_for("Start", "push button")
+
+
+@test
+def the_desktops_session_ends_it_cleanly(desk):
+    session = Session()
+    desk.env["SESSION_MANAGER"] = session.address
+    desk.plug_in("--tone", "1000:-20")
+    program = metering(desk)
+    program.click("Z weighting")
+    expect_level(program, "SPL Z Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    session.end()
+    expect(program.process.wait(20) == 0, "it doesn't end cleanly")
+    expect(session.was_saved.is_set(), "it ends without a word")
+    session.close()
+    del desk.env["SESSION_MANAGER"]
+    expect_cut_short(desk, "Z")
+
+
+@test
+def a_display_that_goes_costs_no_setting_and_is_told(desk):
+    desk.plug_in("--tone", "1000:-20")
+    program = metering(desk)
+    program.click("Z weighting")
+    expect_level(program, "SPL Z Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    desk.lose_display()
+    program.process.wait(20)
+    expect_cut_short(desk, "Z")
+
+
+@test
+def a_compositor_that_goes_costs_no_setting_and_is_told(desk):
+    desk.plug_in("--tone", "1000:-20")
+    program = metering(desk)
+    program.click("Z weighting")
+    expect_level(program, "SPL Z Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    desk.lose_display()
+    program.process.wait(20)
+    expect_cut_short(desk, "Z")
+
+
+a_compositor_that_goes_costs_no_setting_and_is_told.desk = {"wayland": True}
 
 
 @test

@@ -54,6 +54,37 @@ TEST_F(InterruptedRunTests, aRunThatWentOnAfterAllIsForgotten) {
     EXPECT_EQ(told(), QString());
 }
 
+// By a crash, or a display that takes the program with it: nothing of it ends.
+TEST_F(InterruptedRunTests, aRunThatWasBrokenOffIsToldOnceWithItsBeginning) {
+    const auto began =
+        QDateTime::fromSecsSinceEpoch(std::chrono::system_clock::to_time_t(clock.now()));
+    std::optional<double> left;
+    {
+        InterruptedRun run(environment());
+        start();
+        clock.advance(600.0);
+        left = store.number("InterruptedRun.began");
+    }
+    ASSERT_TRUE(left);
+    store.setNumber("InterruptedRun.began", *left);
+    EXPECT_EQ(told(), QStringLiteral("The last measurement was cut short. It began on %1, and "
+                                     "Tarvane was broken off.")
+                          .arg(QLocale().toString(began, QLocale::ShortFormat)));
+    EXPECT_EQ(told(), QString());
+}
+
+TEST_F(InterruptedRunTests, aRunThatTheUserEndsLeavesNothing) {
+    {
+        InterruptedRun run(environment());
+        start();
+        engine->stop();
+        EXPECT_FALSE(store.contains("InterruptedRun.began"));
+        start();
+    }
+    EXPECT_FALSE(store.contains("InterruptedRun.began"));
+    EXPECT_EQ(told(), QString());
+}
+
 TEST_F(InterruptedRunTests, aDateThatNoneIsSaysNothing) {
     store.setNumber("InterruptedRun.ended", 1e300);
     EXPECT_EQ(told(), QString());
