@@ -16,6 +16,11 @@ struct EngineInsides {
                                                                     const TarvaneKit::UUID& id) {
         return channel(engine, id).processor;
     }
+    /// To write hours into that nobody waits for.
+    static TarvaneKit::SPLHistoryRecorder& levelHistory(TarvaneApp::MeterEngine& engine,
+                                                        const TarvaneKit::UUID& id) {
+        return channel(engine, id).recorder();
+    }
     static std::optional<TarvaneKit::Date>& heldRingAlertDate(TarvaneApp::MeterEngine& engine,
                                                               const TarvaneKit::UUID& id) {
         return channel(engine, id).heldRingAlertDate;
