@@ -1,6 +1,6 @@
-// What the report of a long night costs: eight hours on eight channels, the worst that is usual. The
-// pages are made on the main thread, where they keep the meters waiting; the file of each format is
-// made beside it.
+// What the report of a long night costs: eight hours on eight channels, the worst that is usual.
+// The pages are made on the main thread, where they keep the meters waiting; the file of each
+// format is made beside it.
 
 #include <benchmark/benchmark.h>
 

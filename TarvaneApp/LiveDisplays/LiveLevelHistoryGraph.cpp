@@ -9,6 +9,7 @@
 #include <QWheelEvent>
 #include <cmath>
 
+#include "ChannelViews/ChannelLevelHistory.h"
 #include "Displays/FocusRing.h"
 #include "Displays/LevelHistory/LevelHistoryHover.h"
 #include "Displays/Theme.h"
@@ -19,9 +20,7 @@
 
 namespace TarvaneApp {
 
-using TarvaneKit::LoudnessMetric;
 using TarvaneKit::SPLHistoryRecorder;
-using TarvaneKit::SPLMetric;
 using TarvaneKit::UUID;
 
 namespace {
@@ -79,26 +78,10 @@ void LiveLevelHistoryGraph::showMoment(double elapsedSeconds) {
 
 void LiveLevelHistoryGraph::contextChanged() {
     channelID_ = engine_.resolvedChannelID(requestedChannelID_);
-    const SPLHistoryRecorder& recorder = engine_.meterChannel(channelID_).levelHistory();
-    const auto channel = engine_.channelInfo(channelID_);
-    const bool isLoudness = channel && channel->measuresLoudness;
-    const auto light = engine_.activeTrafficLight(channelID_);
-    const auto metricIndex = [](const SPLHistoryRecorder& history, const SPLMetric& metric) {
-        return history.index(metric).value_or(-1);
-    };
-    view_.recorder = &recorder;
-    view_.metricIndex = metricIndex(recorder, engine_.historyMetric(channelID_));
-    view_.windowSeconds = windowSeconds(engine_.levelHistoryZoom());
-    view_.displayOffsetDB = engine_.splReadoutDisplayOffsetDB(channelID_);
-    view_.unitLabel = QString::fromStdString(engine_.levelUnitLabel(channelID_));
-    view_.trafficLight = light.config;
-    view_.trafficLightOffsetDB = light.offsetDB;
-    view_.secondaryMetricIndex =
-        isLoudness && engine_.levelHistoryShowsMomentary()
-            ? recorder.index(SPLMetric::loudness(LoudnessMetric::momentary))
-            : std::nullopt;
-    view_.fixedDBRange = isLoudness ? std::optional(LevelHistoryView::loudnessAxis) : std::nullopt;
-    view_.overlays.clear();
+    LevelHistoryView view = channelLevelHistory(engine_, engine_.meterChannel(channelID_));
+    view.windowSeconds = windowSeconds(engine_.levelHistoryZoom());
+    view.viewport = view_.viewport;
+    view.hover = view_.hover;
     std::vector<UUID> shown{channelID_};
     for (const UUID& id : requestedOverlayIDs_) {
         const auto overlaid = engine_.channelInfo(id);
@@ -107,13 +90,15 @@ void LiveLevelHistoryGraph::contextChanged() {
         }
         shown.push_back(id);
         const SPLHistoryRecorder& history = engine_.meterChannel(id).levelHistory();
-        view_.overlays.push_back({.id = id,
-                                  .recorder = &history,
-                                  .revision = 0,
-                                  .metricIndex = metricIndex(history, engine_.historyMetric(id)),
-                                  .color = overlaid->color,
-                                  .displayOffsetDB = engine_.splReadoutDisplayOffsetDB(id)});
+        view.overlays.push_back(
+            {.id = id,
+             .recorder = &history,
+             .revision = 0,
+             .metricIndex = history.index(engine_.historyMetric(id)).value_or(-1),
+             .color = overlaid->color,
+             .displayOffsetDB = engine_.splReadoutDisplayOffsetDB(id)});
     }
+    view_ = std::move(view);
     binding_.bind(engine_, shown);
     binding_.schedule();
 }
@@ -121,7 +106,6 @@ void LiveLevelHistoryGraph::contextChanged() {
 void LiveLevelHistoryGraph::refresh() {
     const LiveMeterData& live = engine_.meterChannel(channelID_).live;
     view_.revision = live.levelHistoryRevision;
-    view_.lostAudio = &live.lostAudio;
     view_.lostAudioTotal = LostAudioTotal::of(live.lostAudio);
     for (LevelHistoryOverlay& overlay : view_.overlays) {
         overlay.revision = engine_.meterChannel(overlay.id).live.levelHistoryRevision;

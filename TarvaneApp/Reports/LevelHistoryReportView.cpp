@@ -8,16 +8,13 @@
 #include <cmath>
 #include <vector>
 
+#include "ChannelViews/ChannelLevelHistory.h"
 #include "Displays/LevelHistory/LevelHistoryDrawing.h"
-#include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
 
 namespace TarvaneApp {
 
 using TarvaneKit::Date;
-using TarvaneKit::LoudnessMetric;
-using TarvaneKit::SPLHistoryRecorder;
-using TarvaneKit::SPLMetric;
 using TarvaneKit::UUID;
 
 namespace {
@@ -188,29 +185,6 @@ class PageLayout {
     double y_ = padding;
 };
 
-LevelHistoryView graphOf(const UUID& channelID, const MeterEngine& engine,
-                         const MeterChannel& meter) {
-    const SPLHistoryRecorder& recorder = meter.levelHistory();
-    const auto channel = engine.channelInfo(channelID);
-    const bool isLoudness = channel && channel->measuresLoudness;
-    const ActiveTrafficLight light = engine.activeTrafficLight(channelID);
-    LevelHistoryView graph;
-    graph.recorder = &recorder;
-    graph.metricIndex = recorder.index(engine.historyMetric(channelID)).value_or(-1);
-    graph.displayOffsetDB = engine.splReadoutDisplayOffsetDB(channelID);
-    graph.unitLabel = QString::fromStdString(engine.levelUnitLabel(channelID));
-    graph.trafficLight = light.config;
-    graph.trafficLightOffsetDB = light.offsetDB;
-    graph.isInteractive = false;
-    if (isLoudness && engine.levelHistoryShowsMomentary()) {
-        graph.secondaryMetricIndex = recorder.index(SPLMetric::loudness(LoudnessMetric::momentary));
-    }
-    graph.lostAudio = &meter.live.lostAudio;
-    graph.lostAudioTotal = LostAudioTotal::of(meter.live.lostAudio);
-    graph.fixedDBRange = isLoudness ? std::optional(LevelHistoryView::loudnessAxis) : std::nullopt;
-    return graph;
-}
-
 }  // namespace
 
 std::optional<LevelHistoryReportView> LevelHistoryReportView::page(const UUID& channelID,
@@ -220,9 +194,11 @@ std::optional<LevelHistoryReportView> LevelHistoryReportView::page(const UUID& c
     if (!report) {
         return std::nullopt;
     }
-    return LevelHistoryReportView{
+    LevelHistoryReportView page{
         .report = std::move(*report),
-        .graph = graphOf(channelID, engine, *engine.findMeterChannel(channelID))};
+        .graph = channelLevelHistory(engine, *engine.findMeterChannel(channelID))};
+    page.graph.isInteractive = false;
+    return page;
 }
 
 QSizeF LevelHistoryReportView::size(const Typeface& typeface) const {

@@ -1,0 +1,5 @@
+// A report is drawn beside the main thread, where no widget may be touched.
+#include "Reports/LevelHistoryExporter.h"
+#ifdef FORBIDDEN
+#include <QWidget>
+#endif
