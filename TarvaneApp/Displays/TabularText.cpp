@@ -36,9 +36,9 @@ class Cells {
     }
 
     /// Measuring a typeface costs more than drawing a number, and a drawing uses a handful of
-    /// fonts.
+    /// fonts. Each thread that draws measures its own: a font's metrics belong to one.
     static const Cells& of(const QFont& font) {
-        static QCache<QFont, Cells> measured(64);
+        thread_local QCache<QFont, Cells> measured(64);
         if (const Cells* known = measured.object(font)) {
             return *known;
         }

@@ -20,7 +20,7 @@ using TarvaneKit::UUID;
 namespace {
 
 constexpr double padding = 28.0;
-constexpr double graphHeight = 460.0;
+constexpr QSizeF graphSize(LevelHistoryReportView::width - 2.0 * padding, 460.0);
 constexpr double partSpacing = 20.0;
 constexpr double lineSpacing = 5.0;
 constexpr double sectionSpacing = 44.0;
@@ -92,7 +92,7 @@ class PageLayout {
         y_ += partSpacing;
         addSections(report.sections);
         y_ += partSpacing;
-        graph_ = QRectF(padding, y_, LevelHistoryReportView::width - 2.0 * padding, graphHeight);
+        graph_ = QRectF(QPointF(padding, y_), graphSize);
         y_ = graph_.bottom() + partSpacing;
         addLine(report.footnote, pageFont(typeface.systemFont(footnoteSize)), Theme::axisText);
         y_ += padding;
@@ -194,11 +194,13 @@ std::optional<LevelHistoryReportView> LevelHistoryReportView::page(const UUID& c
     if (!report) {
         return std::nullopt;
     }
-    LevelHistoryReportView page{
-        .report = std::move(*report),
-        .graph = channelLevelHistory(engine, *engine.findMeterChannel(channelID))};
-    page.graph.isInteractive = false;
-    return page;
+    LevelHistoryView graph = channelLevelHistory(engine, *engine.findMeterChannel(channelID));
+    graph.isInteractive = false;
+    LevelHistoryGeometry geometry = layout(graph, graphSize);
+    graph.recorder = nullptr;
+    graph.lostAudio = nullptr;
+    return LevelHistoryReportView{
+        .report = std::move(*report), .graph = std::move(graph), .geometry = std::move(geometry)};
 }
 
 QSizeF LevelHistoryReportView::size(const Typeface& typeface) const {
@@ -216,7 +218,7 @@ void LevelHistoryReportView::paint(QPainter& painter, const Typeface& typeface) 
         painter.drawText(text.room, text.text, broken());
     }
     painter.translate(layout.graph().topLeft());
-    TarvaneApp::paint(painter, graph, layout.graph().size(), typeface);
+    TarvaneApp::paint(painter, graph, geometry, typeface);
     painter.restore();
 }
 

@@ -99,16 +99,9 @@ void drawMark(QPainter& painter, const QPointF& point, double direction, const Q
 }
 
 // Short strokes on the time axis: the hole itself is seldom a column wide.
-void drawLostAudio(QPainter& painter, const LevelHistoryView& view,
-                   const LevelHistoryGeometry& geometry) {
-    if (view.lostAudio == nullptr) {
-        return;
-    }
-    for (const LostAudio& lost : *view.lostAudio) {
-        if (lost.elapsed < geometry.range.from || lost.elapsed > geometry.range.to) {
-            continue;
-        }
-        const double x = LevelHistoryView::x(lost.elapsed, geometry.range, geometry.plot);
+void drawLostAudio(QPainter& painter, const LevelHistoryGeometry& geometry) {
+    for (const double elapsed : geometry.traces.lostAudio) {
+        const double x = LevelHistoryView::x(elapsed, geometry.range, geometry.plot);
         painter.fillRect(QRectF(x - lostAudioWidth / 2.0, geometry.plot.bottom() - lostAudioHeight,
                                 lostAudioWidth, lostAudioHeight),
                          Theme::peakHold);
@@ -183,14 +176,14 @@ void drawLines(QPainter& painter, const LevelHistoryView& view,
 void drawMarks(QPainter& painter, const LevelHistoryView& view,
                const LevelHistoryGeometry& geometry, const Typeface& typeface) {
     painter.setRenderHint(QPainter::Antialiasing);
-    if (view.recorder == nullptr || view.recorder->isEmpty()) {
+    if (geometry.traces.isEmpty) {
         painter.setFont(typeface.systemFont(Theme::Text::body));
         painter.setPen(Theme::axisText);
         painter.drawText(geometry.plot, Qt::AlignCenter | Qt::TextWordWrap,
                          QStringLiteral("Press Start to record level history"));
         return;
     }
-    drawLostAudio(painter, view, geometry);
+    drawLostAudio(painter, geometry);
     if (!view.isInteractive) {
         return;
     }
@@ -207,14 +200,17 @@ void drawMarks(QPainter& painter, const LevelHistoryView& view,
                          LevelHistoryView::y(level, geometry.axis, geometry.plot)),
                  direction, title + u' ' + levelText(level), geometry.plot, font);
     };
-    const auto extremes = view.recorder->extremes(view.metricIndex);
-    mark(extremes.max, -1.0, QStringLiteral("MAX"));
-    mark(extremes.min, 1.0, QStringLiteral("MIN"));
+    mark(geometry.traces.extremes.max, -1.0, QStringLiteral("MAX"));
+    mark(geometry.traces.extremes.min, 1.0, QStringLiteral("MIN"));
 }
 
 void paint(QPainter& painter, const LevelHistoryView& view, const QSizeF& size,
            const Typeface& typeface) {
-    const LevelHistoryGeometry geometry = layout(view, size);
+    paint(painter, view, layout(view, size), typeface);
+}
+
+void paint(QPainter& painter, const LevelHistoryView& view, const LevelHistoryGeometry& geometry,
+           const Typeface& typeface) {
     drawGrid(painter, view, geometry, typeface);
     drawColumns(painter, view, geometry);
     drawLines(painter, view, geometry);

@@ -16,6 +16,9 @@ namespace TarvaneApp {
 /// follows the pointer.
 void paint(QPainter& painter, const LevelHistoryView& view, const QSizeF& size,
            const Typeface& typeface = Typeface::installed());
+/// The same of what was read and laid out before: it needs no recorder, and runs on any thread.
+void paint(QPainter& painter, const LevelHistoryView& view, const LevelHistoryGeometry& geometry,
+           const Typeface& typeface = Typeface::installed());
 
 void drawGrid(QPainter& painter, const LevelHistoryView& view, const LevelHistoryGeometry& geometry,
               const Typeface& typeface);

@@ -30,6 +30,8 @@ LevelHistoryTraces LevelHistoryTraces::read(const LevelHistoryView& view, double
     }
     const int columns = std::max(static_cast<int>(plotWidth), 1);
     const LevelHistoryViewport::Range range = view.range();
+    traces.isEmpty = view.recorder->isEmpty();
+    traces.extremes = view.recorder->extremes(view.metricIndex);
     traces.primary =
         envelope(*view.recorder, view.metricIndex, range, columns, view.displayOffsetDB);
     if (view.secondaryMetricIndex) {
@@ -41,6 +43,13 @@ LevelHistoryTraces LevelHistoryTraces::read(const LevelHistoryView& view, double
                                       ? envelope(*overlay.recorder, overlay.metricIndex, range,
                                                  columns, overlay.displayOffsetDB)
                                       : Envelope());
+    }
+    if (view.lostAudio != nullptr) {
+        for (const LostAudio& lost : *view.lostAudio) {
+            if (lost.elapsed >= range.from && lost.elapsed <= range.to) {
+                traces.lostAudio.push_back(lost.elapsed);
+            }
+        }
     }
     return traces;
 }
