@@ -20,6 +20,8 @@ constexpr double stepDB = 10.0;
 constexpr double coarseStepDB = 20.0;
 constexpr double widestFineRangeDB = 80.0;
 constexpr double shortestAxisDB = 20.0;
+// No sound is beyond; a level that a calibration of nonsense makes of one stands at the axis's end.
+constexpr double farthestDB = 1000.0;
 constexpr double labelsApart = 14.0;
 constexpr double ticksApart = 80.0;
 // A tick up to this far beyond the end counts as on it.
@@ -57,6 +59,8 @@ LevelHistoryView::Span LevelHistoryView::yRange(const LevelHistoryTraces& traces
     if (!(lowest <= highest)) {
         return unitLabel == QStringLiteral("dB") ? Span{30.0, 110.0} : Span{-80.0, 0.0};
     }
+    lowest = std::clamp(lowest, -farthestDB, farthestDB);
+    highest = std::clamp(highest, -farthestDB, farthestDB);
     Span axis{std::floor((lowest - paddingDB) / stepDB) * stepDB,
               std::ceil((highest + paddingDB) / stepDB) * stepDB};
     if (axis.highest - axis.lowest < shortestAxisDB) {

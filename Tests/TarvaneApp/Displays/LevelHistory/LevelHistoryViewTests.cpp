@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "Support/LevelHistoryScenes.h"
 
 namespace TarvaneApp {
@@ -47,6 +49,15 @@ TEST(LevelHistoryView, aConstantLevelHasAnAxisOfTwentyDB) {
         EXPECT_LE(axis.lowest, level);
         EXPECT_GE(axis.highest, level);
     }
+}
+
+// The offset of a damaged calibration makes such levels: the ticks of their axis would have no end.
+TEST(LevelHistoryView, anAxisEndsWhereNoSoundIs) {
+    const LevelHistoryView view;
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(view.yRange(tracesOf(-1e300, infinite)), (Span{-1010.0, 1010.0}));
+    EXPECT_EQ(view.yRange(tracesOf(1e15, 1e15)), (Span{990.0, 1010.0}));
+    EXPECT_LE(LevelHistoryView::levelTicks({-1010.0, 1010.0}).size(), 102U);
 }
 
 TEST(LevelHistoryView, withoutColumnsTheAxisFollowsTheUnit) {
