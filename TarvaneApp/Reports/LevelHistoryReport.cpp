@@ -101,12 +101,13 @@ class Writer {
         if (const auto lost = LostAudioTotal::of(meter_.live.lostAudio); lost.count > 0) {
             section.rows.push_back({QStringLiteral("Lost audio"), lostAudioText(lost)});
         }
-        section.rows.push_back({QStringLiteral("Input"),
-                                utf8Text(meter_.levelHistoryInputDescription.value_or("Unknown"))});
+        section.rows.push_back(
+            {QStringLiteral("Input"),
+             ReportText::name(meter_.levelHistoryInputDescription.value_or("Unknown"))});
         if (channel_.measuresLoudness) {
             section.rows.push_back({QStringLiteral("Levels"),
                                     QStringLiteral("LUFS (ITU-R BS.1770 / EBU R128), target ") +
-                                        utf8Text(engine_.loudnessTarget().name)});
+                                        ReportText::name(engine_.loudnessTarget().name)});
         } else {
             section.rows.push_back(
                 {QStringLiteral("Calibration"), calibrationText(channel_.calibration)});
@@ -245,11 +246,11 @@ std::optional<LevelHistoryReport> LevelHistoryReport::make(const MeterEngine& en
         return std::nullopt;
     }
     const Writer writer(engine, *channel, *meter);
+    const QString name = ReportText::name(channel->name);
     LevelHistoryReport report{
         .channelID = channelID,
-        .channelName = utf8Text(channel->name),
-        .title =
-            utf8Text(channel->name) + QStringLiteral(" · Level History · ") + writer.metricLabel(),
+        .channelName = name,
+        .title = name + QStringLiteral(" · Level History · ") + writer.metricLabel(),
         .subtitle = QStringLiteral("Exported ") + ReportText::dateTime(exportDate) +
                     QStringLiteral(" · Tarvane ") + QCoreApplication::applicationVersion(),
         .sections = {writer.session(), writer.levels()},
@@ -301,7 +302,7 @@ QString LevelHistoryReport::suggestedFileName(const std::vector<LevelHistoryRepo
     const Date date = earliest != reports.end() ? earliest->sessionStart : now;
     QString name = QStringLiteral("Level History ");
     if (reports.size() == 1) {
-        name += QString(reports.front().channelName).replace(u'/', u'-') + u' ';
+        name += ReportText::nameInFileName(reports.front().channelName) + u' ';
     }
     return name + ReportText::fileName(date);
 }

@@ -11,6 +11,7 @@
 #include "ChannelViews/ChannelLevelHistory.h"
 #include "Displays/LevelHistory/LevelHistoryDrawing.h"
 #include "Engine/MeterEngine.h"
+#include "Reports/ReportText.h"
 
 namespace TarvaneApp {
 
@@ -45,11 +46,19 @@ struct PlacedText {
     QColor color;
 };
 
-// A text that is broken into lines goes on where a word ends, if it can.
+// A text that is broken into lines goes on where a word ends, if it can. A name that is written
+// from right to left turns neither its line nor what stands beside it.
 QTextOption broken() {
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setTextDirection(Qt::LeftToRight);
     return option;
+}
+
+// A name of thousands of letters would be all of its page.
+QString shortened(const QString& text) {
+    constexpr qsizetype longest = 600;
+    return text.size() <= longest ? text : ReportText::cut(text, longest) + QChar(0x2026);
 }
 
 double heightOf(const QString& text, const QFont& font, double width) {
@@ -86,15 +95,15 @@ class PageLayout {
         : text_(pageFont(typeface.systemFont(textSize))),
           heading_(pageFont(typeface.systemFont(textSize, QFont::DemiBold))) {
         const QFont title = pageFont(typeface.systemFont(titleSize, QFont::DemiBold));
-        addLine(report.title, title, Theme::primaryText);
+        addText(report.title, title, Theme::primaryText);
         y_ += lineSpacing;
-        addLine(report.subtitle, text_, Theme::axisText);
+        addText(report.subtitle, text_, Theme::axisText);
         y_ += partSpacing;
         addSections(report.sections);
         y_ += partSpacing;
         graph_ = QRectF(QPointF(padding, y_), graphSize);
         y_ = graph_.bottom() + partSpacing;
-        addLine(report.footnote, pageFont(typeface.systemFont(footnoteSize)), Theme::axisText);
+        addText(report.footnote, pageFont(typeface.systemFont(footnoteSize)), Theme::axisText);
         y_ += padding;
     }
 
@@ -107,14 +116,15 @@ class PageLayout {
         return std::ceil(QFontMetricsF(font).horizontalAdvance(text)) + 1.0;
     }
 
-    void addLine(const QString& text, const QFont& font, const QColor& color) {
-        const QFontMetricsF metrics(font);
+    void addText(const QString& whole, const QFont& font, const QColor& color) {
+        const QString text = shortened(whole);
         const double room = LevelHistoryReportView::width - 2.0 * padding;
-        texts_.push_back({.room = QRectF(padding, y_, room, metrics.height()),
-                          .text = metrics.elidedText(text, Qt::ElideRight, room),
+        const double height = heightOf(text, font, room);
+        texts_.push_back({.room = QRectF(padding, y_, room, height),
+                          .text = text,
                           .font = font,
                           .color = color});
-        y_ += metrics.height();
+        y_ += height;
     }
 
     void addSections(const std::vector<LevelHistoryReport::Section>& sections) {
@@ -146,14 +156,15 @@ class PageLayout {
         const double valueLeft = x + labelWidth(section) + labelSpacing;
         double right = x + widthOf(section.title, heading_);
         for (const auto& row : section.rows) {
-            const double width = std::min(widthOf(row.value, text_), widest);
-            const double height = heightOf(row.value, text_, width);
+            const QString value = shortened(row.value);
+            const double width = std::min(widthOf(value, text_), widest);
+            const double height = heightOf(value, text_, width);
             texts_.push_back({.room = QRectF(x, y, labelWidth(section), lineHeight),
                               .text = row.label,
                               .font = text_,
                               .color = Theme::axisText});
             texts_.push_back({.room = QRectF(valueLeft, y, width, height),
-                              .text = row.value,
+                              .text = value,
                               .font = text_,
                               .color = Theme::primaryText});
             right = std::max(right, valueLeft + width);
@@ -173,7 +184,7 @@ class PageLayout {
                   QString LevelHistoryReport::Row::*text) const {
         double width = 0.0;
         for (const auto& row : section.rows) {
-            width = std::max(width, widthOf(row.*text, text_));
+            width = std::max(width, widthOf(shortened(row.*text), text_));
         }
         return width;
     }

@@ -1,8 +1,9 @@
-// Times and numbers as reports write them.
+// Times, numbers and names as reports write them.
 #pragma once
 
 #include <QDateTime>
 #include <QString>
+#include <string_view>
 
 #include "Core/Date.h"
 
@@ -23,5 +24,13 @@ QString fileName(TarvaneKit::Date date);
 QString number(double value);
 /// With one decimal and the unit behind a blank; "—" for a value that is not finite.
 QString level(double value, const QString& unit);
+
+/// A name that somebody gave, as it stands within a line: what would end the line or turn its
+/// direction is not of the name.
+QString name(std::string_view text);
+/// At most so many of the first characters, and none of them halved.
+QString cut(const QString& text, qsizetype length);
+/// A name within the name of a file: without "/", and so short that the whole can be written.
+QString nameInFileName(const QString& name);
 
 }  // namespace TarvaneApp::ReportText

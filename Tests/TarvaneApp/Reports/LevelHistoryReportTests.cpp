@@ -218,6 +218,59 @@ TEST_F(LevelHistoryReportTests, inSilenceThereIsNoLeqAndNothingIsRecorded) {
     EXPECT_EQ(row("Time ≥ -3 dBFS"), QStringLiteral("0:00 (0.0 %)"));
 }
 
+TEST_F(LevelHistoryReportTests, aLeqThatIsNotThereIsMissingFromItsRow) {
+    start();
+    auto& history = TarvaneTests::EngineInsides::levelHistory(*engine, UUID::main());
+    std::vector<double> levels(history.metrics().size(), -30.0);
+    levels[static_cast<std::size_t>(*history.index(
+        TarvaneKit::SPLMetric::spl(Weighting::c, TimeWeighting::infinite)))] = silence;
+    history.record(levels, 1.0);
+    EXPECT_EQ(row("Session Leq"), QStringLiteral("LAeq -30.0 dBFS · LZeq -30.0 dBFS"));
+}
+
+TEST_F(LevelHistoryReportTests, anInputThatNobodyNamedIsUnknown) {
+    start();
+    play(1.0, -20.0);
+    TarvaneTests::EngineInsides::channel(*engine, UUID::main())
+        .levelHistoryInputDescription.reset();
+    EXPECT_EQ(row("Input"), QStringLiteral("Unknown"));
+}
+
+// Its clock of elapsed time counts on, and nobody pressed Pause.
+TEST_F(LevelHistoryReportTests, aMachineThatSleptHasAGapAndItsTimesAreRight) {
+    start();
+    play(5.0, -30.0);
+    clock.advance(3600.0);
+    play(5.0, -20.0);
+    engine->stop();
+    EXPECT_EQ(row("Session"), QStringLiteral("2026-03-01 21:30:00 – 22:30:10 (1:00:10)"));
+    EXPECT_THAT(row("Paused").toStdString(), testing::AnyOf("59:59", "1:00:00"));
+    EXPECT_THAT(row("Max (SPL A Fast)").toStdString(),
+                testing::MatchesRegex("-23\\.0 dBFS at 1:00:0[5-9] \\(22:30:0[5-9]\\)"));
+}
+
+// Both come from elsewhere: a name from a profile, a device's from its maker.
+TEST_F(LevelHistoryReportTests, aNameIsOneLineAndTurnsNothing) {
+    const ChannelConfig stage = addChannel("Stage\nleft\t\u202EA\u2028\u2067B\uFFFE", "mic", 0);
+    start();
+    audio.feed("mic", {TarvaneTests::sine(1000.0, 0.1, 9600)});
+    clock.advance(0.2);
+    tick(stage.id);
+    EXPECT_EQ(make(stage.id)->title, QStringLiteral("Stage left A B · Level History · SPL A Fast"));
+    ChannelConfig longer = stage;
+    longer.name.clear();
+    for (int i = 0; i < 300; ++i) {
+        longer.name += "e\u0301\U0001F3A4";
+    }
+    engine->extraChannels.set({longer});
+    const QString name = LevelHistoryReport::suggestedFileName({*make(stage.id)}, clock.now());
+    // With extension and the ending of an unfinished file no more than the 255 bytes of ext4.
+    EXPECT_LE(name.toUtf8().size(), 244);
+    EXPECT_TRUE(name.contains(QStringLiteral("\u0301\U0001F3A4 2026-03-01 2130")) ||
+                name.contains(QStringLiteral("e\u0301 2026-03-01 2130")))
+        << name.toStdString();
+}
+
 TEST_F(LevelHistoryReportTests, theStatisticsCountALevelThatFollowsTheProgramme) {
     start();
     play(5.0, -20.0);
