@@ -10,7 +10,10 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
+#include <csignal>
 
 #include "TarvaneApp/Reports/ReportFixture.h"
 
@@ -37,6 +40,21 @@ class LevelHistoryExporterTests : public TarvaneTests::ReportFixture {
         play(2.0, -20.0);
         audio.feed("mic", {TarvaneTests::sine(1000.0, 0.1, 4800)});
         tick(stage.id);
+    }
+
+    static QByteArray contents(const QString& path) {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
+    // What is told when those bytes can't be written there.
+    static std::string errorOf(const QByteArray& bytes, const QString& path) {
+        try {
+            LevelHistoryExporter::write(bytes, path);
+        } catch (const LevelHistoryExporter::Error& error) {
+            return error.what();
+        }
+        return "nothing";
     }
 
     ChannelConfig stage;
@@ -105,6 +123,41 @@ TEST_F(LevelHistoryExporterTests, aDocumentNamesItsProgramAndTitle) {
     EXPECT_TRUE(pdf.contains("/MediaBox [0 0 1400"));
 }
 
+TEST_F(LevelHistoryExporterTests, threeChannelsAreThreePages) {
+    recordOnMainAndStage();
+    audio.feed("desk", std::vector<std::vector<float>>(8, TarvaneTests::sine(1000.0, 0.1, 4800)));
+    tick(quiet.id);
+    const auto three = pages({UUID::main(), stage.id, quiet.id});
+    ASSERT_EQ(three.size(), 3U);
+    EXPECT_TRUE(LevelHistoryExporter::render(Format::pdf, three).contains("/Count 3"));
+    const QImage image = QImage::fromData(LevelHistoryExporter::render(Format::png, three), "PNG");
+    EXPECT_EQ(image.width(), 2800);
+    double height = 0.0;
+    for (const auto& page : three) {
+        height += 2.0 * page.size().height();
+    }
+    EXPECT_EQ(image.height(), height);
+}
+
+// Told, and no memory taken for it.
+TEST_F(LevelHistoryExporterTests, hundredsOfPagesAreNoImage) {
+    recordOnMainAndStage();
+    const std::vector<LevelHistoryReportView> many(400, pages({UUID::main()})[0]);
+    EXPECT_THROW(LevelHistoryExporter::render(Format::png, many), LevelHistoryExporter::Error);
+}
+
+// Once made, a page asks the engine for nothing.
+TEST_F(LevelHistoryExporterTests, aPageStaysAsItWasMade) {
+    recordOnMainAndStage();
+    const auto made = pages({UUID::main()});
+    const QByteArray before = LevelHistoryExporter::render(Format::png, made);
+    play(5.0, -6.0);
+    EXPECT_EQ(LevelHistoryExporter::render(Format::png, made), before);
+    EXPECT_NE(LevelHistoryExporter::render(Format::png, pages({UUID::main()})), before);
+    engine.reset();
+    EXPECT_EQ(LevelHistoryExporter::render(Format::png, made), before);
+}
+
 // Read by another program than the one that made it.
 TEST_F(LevelHistoryExporterTests, aDocumentsTextsAreFoundBySearching) {
     recordOnMainAndStage();
@@ -145,7 +198,14 @@ TEST_F(LevelHistoryExporterTests, aDocumentsTextsAreFoundBySearching) {
             << facts.toStdString();
     }
     EXPECT_TRUE(facts.contains(QRegularExpression(QStringLiteral("Pages: +2\\b"))));
-    EXPECT_TRUE(facts.contains(both[0].report.title));
+    EXPECT_TRUE(facts.contains(
+        QRegularExpression(QStringLiteral("Title: +") + both[0].report.title + u'\n')));
+    EXPECT_TRUE(facts.contains(QRegularExpression(QStringLiteral("Creator: +\\S.* 7\\.8\\.9\n"))));
+    EXPECT_TRUE(facts.contains(QRegularExpression(QStringLiteral("CreationDate: +\\S"))));
+    // The author, for which the facts have no place.
+    EXPECT_TRUE(output(QStringLiteral("pdfinfo"), {QStringLiteral("-meta"), path})
+                    .contains(QRegularExpression(
+                        QStringLiteral("<dc:creator><rdf:Seq><rdf:li>.* 7\\.8\\.9</rdf:li>"))));
     // Of each font a row, behind two lines of heading, that says whether it lies in the file.
     const QStringList fonts =
         output(QStringLiteral("pdffonts"), {path}).split(u'\n', Qt::SkipEmptyParts).mid(2);
@@ -161,9 +221,7 @@ TEST_F(LevelHistoryExporterTests, aFileIsReplacedAsAWholeOrNotAtAll) {
     const QString path = folder.filePath(QStringLiteral("Report.txt"));
     LevelHistoryExporter::write("first", path);
     LevelHistoryExporter::write("second", path);
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), "second");
+    EXPECT_EQ(contents(path), "second");
     EXPECT_THROW(LevelHistoryExporter::write("x", folder.filePath(QStringLiteral("no/where.txt"))),
                  LevelHistoryExporter::Error);
     EXPECT_THROW(LevelHistoryExporter::write("x", folder.path()), LevelHistoryExporter::Error);
@@ -172,6 +230,42 @@ TEST_F(LevelHistoryExporterTests, aFileIsReplacedAsAWholeOrNotAtAll) {
                  LevelHistoryExporter::Error);
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files),
               QStringList{QStringLiteral("Report.txt")});
+}
+
+// Past the limit of a file's size a write fails, as it does on a full disk.
+TEST_F(LevelHistoryExporterTests, aFullDiskLeavesTheOldFileWhole) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("Report.txt"));
+    LevelHistoryExporter::write("of last night", path);
+    rlimit usual{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &usual), 0);
+    rlimit tight = usual;
+    tight.rlim_cur = 1024;
+    auto* const usualAction = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &tight), 0);
+    EXPECT_EQ(errorOf(QByteArray(100000, 'x'), path), "File too large");
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &usual), 0);
+    std::signal(SIGXFSZ, usualAction);
+    EXPECT_EQ(contents(path), "of last night");
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files),
+              QStringList{QStringLiteral("Report.txt")});
+}
+
+// The superuser may write anywhere, so the test is somebody else for a moment.
+TEST_F(LevelHistoryExporterTests, aFolderThatMayOnlyBeReadKeepsItsFile) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("Report.txt"));
+    LevelHistoryExporter::write("of last night", path);
+    ASSERT_EQ(::chmod(qPrintable(path), 0666), 0);
+    ASSERT_EQ(::chmod(qPrintable(folder.path()), 0555), 0);
+    const uid_t user = geteuid();
+    if (user == 0) {
+        ASSERT_EQ(seteuid(65534), 0);
+    }
+    EXPECT_EQ(errorOf("x", path), "Permission denied");
+    ASSERT_EQ(seteuid(user), 0);
+    ASSERT_EQ(::chmod(qPrintable(folder.path()), 0755), 0);
+    EXPECT_EQ(contents(path), "of last night");
 }
 
 TEST_F(LevelHistoryExporterTests, aPageIsAsHighAsItsTextNeeds) {
