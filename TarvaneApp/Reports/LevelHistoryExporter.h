@@ -1,5 +1,5 @@
 // The files that reports become: PDF, PNG, plain text. Which channels, which format and where is
-// asked by the window. Main thread only.
+// asked by the window. Pages are made on the main thread, files of them on any.
 #pragma once
 
 #include <QByteArray>

@@ -1,5 +1,5 @@
-// A line across the window that says what has just happened, with what can be done about it. It
-// stays until it is dismissed or something else has happened.
+// A line across the window that says what has just happened, with what can be done about it, or
+// what is under way. It stays until it is dismissed or something else has happened.
 #pragma once
 
 #include <QWidget>
@@ -11,6 +11,7 @@ class QHBoxLayout;
 namespace TarvaneApp {
 
 class ElidedLabel;
+class Spinner;
 
 class NoteBar final : public QWidget {
     Q_OBJECT
@@ -23,9 +24,12 @@ class NoteBar final : public QWidget {
     };
     /// Takes the place of the note before.
     void say(const QString& text, const std::vector<Button>& buttons);
+    /// The same of what is under way, for as long as nothing else is said.
+    void sayAtWork(const QString& text);
 
   private:
     QHBoxLayout* row_;
+    Spinner* spinner_;
     ElidedLabel* text_;
     std::vector<QWidget*> buttons_;
 };

@@ -35,7 +35,7 @@ ExportOptions::ExportOptions(QFileDialog& panel, std::vector<ChannelInfo> channe
     column->setSpacing(spacing);
     auto* row = new QHBoxLayout;
     row->setSpacing(labelSpacing);
-    auto* label = new QLabel(QStringLiteral("Format:"), this);
+    auto* label = new QLabel(QStringLiteral("&Format:"), this);
     auto* formats = new QComboBox(this);
     formats->addItems(EnumChoice<Format>::labels());
     formats->setAccessibleName(QStringLiteral("Format"));

@@ -9,6 +9,7 @@
 #include <QStandardPaths>
 #include <QUrl>
 #include <chrono>
+#include <future>
 
 #include "Displays/RawText.h"
 #include "Engine/MeterEngine.h"
@@ -36,12 +37,15 @@ Date now() {
     return std::chrono::system_clock::now();
 }
 
+// The dialog takes what stands in quotes for several names.
 QString proposedName(const std::vector<TarvaneKit::UUID>& channels, const MeterEngine& engine) {
     std::vector<LevelHistoryReport> reports;
-    for (auto& page : LevelHistoryExporter::pages(channels, engine, now())) {
-        reports.push_back(std::move(page.report));
+    for (const TarvaneKit::UUID& id : channels) {
+        if (auto report = LevelHistoryReport::make(engine, id, now())) {
+            reports.push_back(std::move(*report));
+        }
     }
-    return LevelHistoryReport::suggestedFileName(reports, now());
+    return LevelHistoryReport::suggestedFileName(reports, now()).replace(u'"', u'\'');
 }
 
 }  // namespace
@@ -52,6 +56,12 @@ LevelHistoryExport::LevelHistoryExport(const Environment& environment, QWidget* 
       store_(environment.store),
       note_(environment.note),
       window_(window) {}
+
+LevelHistoryExport::~LevelHistoryExport() {
+    std::promise<void> last;
+    files_.post([&last] { last.set_value(); });
+    last.get_future().wait();
+}
 
 void LevelHistoryExport::begin() {
     if (panel_) {
@@ -86,25 +96,35 @@ void LevelHistoryExport::begin() {
 void LevelHistoryExport::write(const QString& path, const ExportOptions& options) {
     store_.setText(folderKey, QFileInfo(path).absolutePath().toStdString());
     store_.synchronize();
-    const auto pages = LevelHistoryExporter::pages(options.selectedChannelIDs(), engine_, now());
+    auto pages = LevelHistoryExporter::pages(options.selectedChannelIDs(), engine_, now());
     if (pages.empty()) {
         engine_.tellError(LevelHistoryExporter::nothingSelected);
         return;
     }
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    try {
-        LevelHistoryExporter::write(LevelHistoryExporter::render(options.format(), pages), path);
-        note_.say(
-            QStringLiteral("Exported ") + QFileInfo(path).fileName(),
-            {{QStringLiteral("Open"),
-              [path] { QDesktopServices::openUrl(QUrl::fromLocalFile(path)); }},
-             {QStringLiteral("Show in File Manager"), [path] {
-                  QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).absolutePath()));
-              }}});
-    } catch (const std::exception& error) {
-        engine_.tellError(std::string("Couldn't export the level history: ") + error.what());
+    note_.sayAtWork(QStringLiteral("Exporting %1…").arg(QFileInfo(path).fileName()));
+    files_.post([this, path, pages = std::move(pages), format = options.format()] {
+        std::optional<std::string> error;
+        try {
+            LevelHistoryExporter::write(LevelHistoryExporter::render(format, pages), path);
+        } catch (const std::exception& thrown) {
+            error = thrown.what();
+        }
+        mainThread_.post([this, path, error] { written(path, error); });
+    });
+}
+
+void LevelHistoryExport::written(const QString& path, const std::optional<std::string>& error) {
+    if (error) {
+        note_.hide();
+        engine_.tellError("Couldn't export the level history: " + *error);
+        return;
     }
-    QApplication::restoreOverrideCursor();
+    note_.say(
+        QStringLiteral("Exported ") + QFileInfo(path).fileName(),
+        {{QStringLiteral("Open"), [path] { QDesktopServices::openUrl(QUrl::fromLocalFile(path)); }},
+         {QStringLiteral("Show in File Manager"), [path] {
+              QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).absolutePath()));
+          }}});
 }
 
 }  // namespace TarvaneApp

@@ -6,11 +6,16 @@
 #include <QComboBox>
 #include <QFile>
 #include <QFileDialog>
+#include <QImage>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 
 #include "Shell/Controls/NoteBar.h"
+#include "Shell/Controls/Spinner.h"
 #include "Shell/Windows/ExportOptions.h"
 #include "Support/TemporaryFolder.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
@@ -50,6 +55,11 @@ class LevelHistoryExportTests : public TarvaneTests::EngineFixture {
             QString::fromStdString((folder.path() / name.toStdString()).string()));
         panel()->close();
         settle();
+    }
+    QString said() { return note.findChild<QLabel*>()->text(); }
+    void saveWhole(const QString& name) {
+        save(name);
+        waitUntil([&] { return said() == QStringLiteral("Exported ") + name; });
     }
     QByteArray written(const char* name) {
         QFile file(QString::fromStdString((folder.path() / name).string()));
@@ -111,17 +121,16 @@ TEST_F(LevelHistoryExportTests, theLastCheckedChannelStaysChecked) {
 TEST_F(LevelHistoryExportTests, eachFormatIsWrittenAndTheNoteSaysSo) {
     record();
     exporting.begin();
-    save(QStringLiteral("a.pdf"));
+    saveWhole(QStringLiteral("a.pdf"));
     EXPECT_TRUE(written("a.pdf").startsWith("%PDF"));
     EXPECT_TRUE(note.isVisible());
-    EXPECT_EQ(note.findChild<QLabel*>()->text(), QStringLiteral("Exported a.pdf"));
     exporting.begin();
     format().setCurrentIndex(1);
-    save(QStringLiteral("a.png"));
+    saveWhole(QStringLiteral("a.png"));
     EXPECT_TRUE(written("a.png").mid(1, 3) == "PNG");
     exporting.begin();
     format().setCurrentIndex(2);
-    save(QStringLiteral("a.txt"));
+    saveWhole(QStringLiteral("a.txt"));
     EXPECT_TRUE(written("a.txt").startsWith("Main Input"));
     EXPECT_TRUE(written("a.txt").endsWith('\n'));
     EXPECT_EQ(store.text("ExportLevelHistory.folder"), folder.path().string());
@@ -131,9 +140,87 @@ TEST_F(LevelHistoryExportTests, whatCannotBeWrittenIsToldAndLeavesNoNote) {
     record();
     exporting.begin();
     save(QStringLiteral("no/where.pdf"));
-    ASSERT_TRUE(engine->errorMessage().has_value());
+    waitUntil([this] { return engine->errorMessage().has_value(); });
     EXPECT_TRUE(engine->errorMessage()->starts_with("Couldn't export the level history: "));
     EXPECT_FALSE(note.isVisible());
+}
+
+// Not one turn of the event loop passes between the choice and the note.
+TEST_F(LevelHistoryExportTests, whileAFileIsMadeTheNoteSaysSoAndTheSessionGoesOn) {
+    record();
+    exporting.begin();
+    format().setCurrentIndex(2);
+    Q_EMIT panel()->fileSelected(QString::fromStdString((folder.path() / "a.txt").string()));
+    EXPECT_EQ(said(), QStringLiteral("Exporting a.txt…"));
+    EXPECT_TRUE(note.findChild<Spinner*>()->isVisible());
+    record();
+    waitUntil([this] { return said() == QStringLiteral("Exported a.txt"); });
+    EXPECT_FALSE(note.findChild<Spinner*>()->isVisible());
+    // What came in behind the choice is in the next report.
+    EXPECT_TRUE(written("a.txt").contains("(0:02, still recording)")) << written("a.txt").data();
+}
+
+TEST_F(LevelHistoryExportTests, theProgramsEndWaitsForAFileThatWasAskedFor) {
+    record();
+    auto last = std::make_unique<LevelHistoryExport>(
+        LevelHistoryExport::Environment{.engine = *engine, .store = store, .note = note}, &window);
+    last->begin();
+    format().setCurrentIndex(1);
+    for (const char* name : {"a.png", "b.png"}) {
+        Q_EMIT panel()->fileSelected(QString::fromStdString((folder.path() / name).string()));
+    }
+    last.reset();
+    EXPECT_EQ(QImage::fromData(written("a.png"), "PNG").width(), 2800);
+    EXPECT_EQ(QImage::fromData(written("b.png"), "PNG").width(), 2800);
+}
+
+TEST_F(LevelHistoryExportTests, aFileThatIsThereIsNotWrittenOverWithoutAsking) {
+    record();
+    const QString path = QString::fromStdString((folder.path() / "a.pdf").string());
+    QFile old(path);
+    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+    old.write("of last night");
+    old.close();
+    const auto saveAnswering = [&](QMessageBox::StandardButton answer) {
+        exporting.begin();
+        // Without the extension, as somebody types it.
+        panel()
+            ->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))
+            ->setText(QStringLiteral("a"));
+        QString question;
+        QTimer::singleShot(0, [&] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (box != nullptr) {
+                question = box->text();
+                box->button(answer)->click();
+            }
+        });
+        static_cast<QDialog*>(panel())->accept();
+        EXPECT_TRUE(question.contains(QStringLiteral("a.pdf"))) << question.toStdString();
+    };
+    saveAnswering(QMessageBox::No);
+    EXPECT_EQ(written("a.pdf"), "of last night");
+    ASSERT_TRUE(panel()->isVisible());  // for another name
+    panel()->reject();
+    settle();
+    saveAnswering(QMessageBox::Yes);
+    waitUntil([this] { return said() == QStringLiteral("Exported a.pdf"); });
+    EXPECT_TRUE(written("a.pdf").startsWith("%PDF"));
+}
+
+// The dialog reads quotes as the ends of several names.
+TEST_F(LevelHistoryExportTests, aNameWithQuotesIsOneName) {
+    const ChannelConfig stage = addChannel("Mic \"A\" / left", "mic", 0);
+    engine->levelHistoryChannelID.set(stage.id);
+    record();
+    audio.feed("mic", {TarvaneTests::sine(1000.0, 0.1, 4800)});
+    tick(stage.id);
+    exporting.begin();
+    EXPECT_TRUE(proposed().startsWith(QStringLiteral("Level History Mic 'A' - left 2026-03-01")))
+        << proposed().toStdString();
+    format().setCurrentIndex(2);
+    EXPECT_TRUE(proposed().startsWith(QStringLiteral("Level History Mic 'A' - left 2026-03-01")));
+    EXPECT_TRUE(proposed().endsWith(QStringLiteral(".txt")));
 }
 
 TEST_F(LevelHistoryExportTests, aChannelThatHasGoneMeanwhileIsLeftOut) {
