@@ -1,4 +1,4 @@
-// Runs tests that draw, without any screen. With --update-golden the golden images are written
+// Runs tests that draw, without any screen. With --update-golden the goldens are written
 // anew instead of compared with: look at the difference before you commit them.
 #include <gtest/gtest.h>
 
