@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QTest>
+#include <algorithm>
 #include <cmath>
 #include <iostream>
 #include <numbers>
@@ -19,20 +20,22 @@ namespace {
 
 using namespace TarvaneApp;
 
-// Two hours of a show in a second of audio each minute: songs, applause, an interval.
+// Two hours of a show: songs, applause, an interval.
 void playAnEvening(MeterEngine& engine, TarvaneTests::FakeAudioSystem& audio,
                    TarvaneTests::ManualClock& clock, TarvaneTests::ManualTickTimer& timer) {
     std::mt19937 random(7);
     std::normal_distribution<float> noise;
-    std::vector<float> block(4800);
+    std::vector<float> unit(48000);
+    for (float& sample : unit) {
+        sample = noise(random);
+    }
+    std::vector<float> block(unit.size());
     for (int n = 0; n < 7200; ++n) {
         const double minute = n / 60.0;
         const double song = std::sin(minute * std::numbers::pi / 4.0);
         const double level = minute > 55.0 && minute < 70.0 ? -50.0 : -24.0 + 8.0 * song;
         const auto gain = static_cast<float>(std::pow(10.0, level / 20.0));
-        for (float& sample : block) {
-            sample = gain * noise(random);
-        }
+        std::ranges::transform(unit, block.begin(), [gain](float sample) { return gain * sample; });
         clock.advance(1.0);
         audio.feed("", {block, block});
         timer.fire();
