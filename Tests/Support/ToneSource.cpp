@@ -42,6 +42,7 @@ signals; without one all channels are silent
   --tone CH=HZ:DBFS    a sine on one channel, counted from 1
   --noise DBFS         white noise with that peak, different on every channel
   --counter            frame n of channel c (from 0) is ((n mod 65536) * 128 + c) / 2^23, exactly
+  --clock              each frame's number by the audio server's clock, mod 2^23, / 2^23, exactly
   --file PATH          a WAV file of 32-bit floats, or else raw interleaved floats, then silence
 )";
 
@@ -64,6 +65,7 @@ struct Options {
     std::vector<std::string> tones;
     double noiseAmplitude = 0;
     bool isCounter = false;
+    bool isClock = false;
     std::string file;
 };
 
@@ -116,6 +118,8 @@ Options parse(const std::vector<std::string>& arguments) {
             options.noiseAmplitude = amplitude(number(value()));
         } else if (key == "--counter") {
             options.isCounter = true;
+        } else if (key == "--clock") {
+            options.isClock = true;
         } else if (key == "--file") {
             options.file = value();
         } else {
@@ -203,6 +207,12 @@ class Signal {
     }
 
     void restart() { frame_ = 0; }
+    /// The server's number of the next frame.
+    void setClock(std::uint64_t frame) {
+        if (options_.isClock) {
+            frame_ = frame;
+        }
+    }
     void setRate(int rate) { rate_ = rate; }
 
     /// Writes the next frames of one channel; `advance` follows when all channels have theirs.
@@ -215,6 +225,8 @@ class Signal {
                 const auto code = static_cast<std::uint32_t>(frame % 65536 * 128) +
                                   static_cast<std::uint32_t>(channel);
                 samples[i] = static_cast<float>(code) / 8388608.0f;
+            } else if (options_.isClock) {
+                samples[i] = static_cast<float>(frame % 8388608) / 8388608.0f;
             } else if (!file_.empty()) {
                 const std::size_t at = frame * static_cast<std::size_t>(options_.channels) + index;
                 samples[i] = at < file_.size() ? file_[at] : 0.0f;
@@ -260,6 +272,7 @@ class Source {
     static void onStateChanged(void* data, pw_stream_state old, pw_stream_state state,
                                const char* error);
     static void onParamChanged(void* data, std::uint32_t id, const spa_pod* param);
+    static void onAreaChanged(void* data, std::uint32_t id, void* area, std::uint32_t size);
     static void onProcess(void* data);
     static void onTimer(void* data, std::uint64_t count);
 
@@ -267,6 +280,7 @@ class Source {
     pw_main_loop* const loop_;
     Signal signal_;
     pw_stream* stream_ = nullptr;
+    const spa_io_position* position_ = nullptr;  ///< of the graph, in its data thread
     spa_source* timer_ = nullptr;
     std::int64_t cyclesLeft_ = 0;
     bool saidReady_ = false;
@@ -305,6 +319,7 @@ bool Source::open() {
         e.version = PW_VERSION_STREAM_EVENTS;
         e.state_changed = onStateChanged;
         e.param_changed = onParamChanged;
+        e.io_changed = onAreaChanged;
         e.process = onProcess;
         return e;
     }();
@@ -383,8 +398,17 @@ void Source::onParamChanged(void* data, std::uint32_t id, const spa_pod* param) 
     }
 }
 
+void Source::onAreaChanged(void* data, std::uint32_t id, void* area, std::uint32_t) {
+    if (id == SPA_IO_Position) {
+        static_cast<Source*>(data)->position_ = static_cast<const spa_io_position*>(area);
+    }
+}
+
 void Source::onProcess(void* data) {
     auto& self = *static_cast<Source*>(data);
+    if (self.position_ != nullptr) {
+        self.signal_.setClock(self.position_->clock.position);
+    }
     pw_buffer* buffer = pw_stream_dequeue_buffer(self.stream_);
     if (buffer == nullptr) {
         return;
