@@ -176,6 +176,11 @@ class Desk:
         return self._tone("--name", name, "--description", description, "--channels",
                           str(channels), "--priority", str(3000 + self._tones), *signal)
 
+    def audio_nodes(self):
+        """What the audio server lists: its nodes with their properties."""
+        return subprocess.run(["pw-cli", "ls", "Node"], env=self.env, stdin=subprocess.DEVNULL,
+                              capture_output=True, text=True, timeout=20).stdout
+
     def play(self, *signal, into=SPEAKERS):
         """The signal on both channels of the output."""
         self._tones += 1

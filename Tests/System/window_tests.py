@@ -28,6 +28,7 @@ from desk.session import Session  # noqa: E402
 from desk.tone import pink_noise, rising_sine, sine_1khz  # noqa: E402
 from desk.tray import Tray  # noqa: E402
 from end_to_end import Measurement  # noqa: E402
+from network import OtherMachine  # noqa: E402
 
 MIC = "tarvane.tone"
 SYSTEM_OUTPUT = "org.brenlow.tarvane.system-output"
@@ -651,6 +652,51 @@ def lost_audio_is_marked_and_raises_no_level(desk):
     expect(lost() - before <= 3.0, f"{lost() - before} s were lost and not 1.5")
     expect_level(program, "Peak C", -20)
     expect_level(program, "MAX", -20)
+
+
+NETWORK_INPUT = "Monitor World"
+
+
+def metering_another_machine(desk):
+    """The other machine, with a tone of -20 dBFS on its way here, and the program, metering it."""
+    machine = OtherMachine(desk, NETWORK_INPUT)
+    machine.play("--tone", "1000:-20")
+    program = desk.launch()
+    program.key("ctrl+comma")
+    program.choose(NETWORK_INPUT, instead_of="Default Input")
+    program.start()
+    wait_for_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    return machine, program
+
+
+# A network on a busy machine is late at times, and each time is a dip.
+def wait_for_level(program, reading, expected):
+    wait_until(lambda: abs((program.level(reading) or 0) - expected) <= TOLERANCE_DB, 30,
+               f"{reading} doesn't come to {expected}")
+
+
+@test
+def an_input_of_another_machine_is_a_device_like_any_other(desk):
+    machine, program = metering_another_machine(desk)
+    program.wait_for(NETWORK_INPUT, "label")  # the toolbar names it
+    program.key("space")
+    program.wait_for("Start", "push button")
+    program.start()
+    wait_for_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    machine.switch_off()
+    alerts = program.wait_for_alert(30)
+    expect(NETWORK_INPUT in alerts[0], f"the alert says {alerts[0]!r}")
+
+
+# PipeWire fills what a network loses with silence, and tells nobody.
+@test
+def what_the_network_loses_reads_as_silence_and_never_as_the_level_before(desk):
+    machine, program = metering_another_machine(desk)
+    machine.cable.pull_for(2.0)
+    expect(machine.cable.lost > 0, "nothing was lost")
+    wait_for_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    lowest = program.level("MIN")
+    expect(lowest < -60, f"the hole reads {lowest}")
 
 
 @test

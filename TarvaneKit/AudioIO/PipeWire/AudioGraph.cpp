@@ -64,7 +64,8 @@ std::string nameInValue(const char* value) {
 }  // namespace
 
 AudioInputDevice AudioNode::deviceRecord() const {
-    return {id, uid, description.empty() ? "Unknown Device" : description, channelCount};
+    const std::string& called = description.empty() ? name : description;
+    return {id, uid, called.empty() ? "Unknown Device" : called, channelCount};
 }
 
 struct AudioGraph::BoundNode {

@@ -40,7 +40,8 @@ struct AudioNode {
 
     bool isInput() const { return kind != Kind::sink; }
     bool isOutput() const { return kind != Kind::source; }
-    /// As lists show it and settings store it.
+    /// As lists show it and settings store it. An input that comes over a network has a name and
+    /// often no description.
     AudioInputDevice deviceRecord() const;
 };
 

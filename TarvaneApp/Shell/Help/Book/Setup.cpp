@@ -121,14 +121,27 @@ HelpTopic digitalFeeds() {
                       "so leave it at full."},
             Heading{"Network audio and other programs"},
             Bullets{{
-                "RTP and AES67 streams come in through PipeWire's own RTP modules. Once PipeWire "
-                "receives a stream, it is one more **Device**; press **Refresh Devices** if it "
-                "isn't listed yet.",
+                "RTP and AES67 streams come in through PipeWire's own RTP module, and are a "
+                "**Device** like any other: see below.",
                 "The output of one program alone: make a virtual input in PipeWire, connect the "
                 "program to it, and choose that.",
                 "Virtual and network devices start out as **Digital feed**. If one carries a "
                 "microphone, set **Source** to **Microphone**, and calibrate.",
             }},
+            Heading{"An input of another machine"},
+            Steps{{
+                "In your home folder make the file .config/pipewire/pipewire.conf.d/network.conf "
+                "with this in it: context.modules = [ { name = libpipewire-module-rtp-source args "
+                "= { stream.props = { media.class = Audio/Source } } } ]",
+                "If the sender announces itself elsewhere than at 224.0.0.56, say where within "
+                "args: AES67 equipment uses sap.ip = 239.255.255.255.",
+                "Log in again, so that PipeWire reads it. On a machine that sends with PipeWire "
+                "the module is libpipewire-module-rtp-sink.",
+                "Each stream that is announced becomes a **Device** by the name of its session.",
+            }},
+            Paragraph{"What the network loses PipeWire replaces by silence, and tells nobody: the "
+                      "level falls for as long, and there is no GAP. Use a cable and no Wi-Fi. A "
+                      "sender that is switched off is a lost device, and is told."},
             Heading{"What can go wrong"},
             Bullets{{
                 "A full-scale sine reads −3.0 dBFS and not 0: the meter shows the level of its "

@@ -47,12 +47,12 @@ TEST(DeviceList, outputsAreLeftOut) {
     EXPECT_FALSE(hasDevice(system, PrivateAudioServer::speakersName));
 }
 
-TEST(DeviceList, aDeviceWithoutADescriptionIsAnUnknownDevice) {
+TEST(DeviceList, aDeviceWithoutADescriptionIsCalledByItsName) {
     PrivateAudioServer server;
     PipeWireAudioSystem system;
-    ToneDevice tone({"--name", "nameless", "--description", "", "--channels", "2"});
-    const auto device = deviceNamed(system, "nameless");
-    EXPECT_EQ(device.name, "Unknown Device");
+    ToneDevice tone({"--name", "monitor-world", "--description", "", "--channels", "2"});
+    const auto device = deviceNamed(system, "monitor-world");
+    EXPECT_EQ(device.name, "monitor-world");
     EXPECT_EQ(device.channelCount, 2);
 }
 
