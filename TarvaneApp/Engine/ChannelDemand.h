@@ -42,6 +42,7 @@ class ChannelDemandRegistration {
     void update(MeterEngine& engine, const std::vector<TarvaneKit::UUID>& ids,
                 ChannelDemand demand);
     void clear();
+    bool isEmpty() const { return registered_.empty(); }
 
   private:
     QPointer<MeterEngine> engine_;

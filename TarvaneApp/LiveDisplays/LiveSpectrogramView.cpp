@@ -11,6 +11,7 @@
 #include "Displays/Theme.h"
 #include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
+#include "LiveDisplays/Sight.h"
 #include "Metering/SpectrogramPace.h"
 #include "Settings/Observable.h"
 
@@ -71,7 +72,7 @@ void LiveSpectrogramView::channelResolved() {
 }
 
 void LiveSpectrogramView::registerDemand() {
-    if (isVisible()) {
+    if (isSeen(*this)) {
         demand_.update(engine_, {channelID_}, ChannelDemand::spectrogram);
     } else {
         demand_.clear();
@@ -88,6 +89,9 @@ void LiveSpectrogramView::hideEvent(QHideEvent*) {
 }
 
 void LiveSpectrogramView::refresh() {
+    if (isSeen(*this) == demand_.isEmpty()) {
+        registerDemand();
+    }
     const LiveMeterData& live = engine_.meterChannel(channelID_).live;
     view_.rowsAdded = live.spectrogramRowsAdded;
     if (live.spectrogramHistory.empty()) {

@@ -11,6 +11,7 @@
 #include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
 #include "LiveDisplays/OverlayAxis.h"
+#include "LiveDisplays/Sight.h"
 #include "Settings/Observable.h"
 
 namespace TarvaneApp {
@@ -108,7 +109,7 @@ void LiveSpectrumView::contextChanged() {
 }
 
 void LiveSpectrumView::registerDemand() {
-    if (isVisible()) {
+    if (isSeen(*this)) {
         demand_.update(engine_, shownIDs_, ChannelDemand::rta);
     } else {
         demand_.clear();
@@ -125,6 +126,9 @@ void LiveSpectrumView::hideEvent(QHideEvent*) {
 }
 
 void LiveSpectrumView::refresh() {
+    if (isSeen(*this) == demand_.isEmpty()) {
+        registerDemand();
+    }
     const LiveMeterData& live = engine_.meterChannel(channelID_).live;
     view_.sampleRate = engine_.meterChannel(channelID_).sampleRate;
     view_.bandLevelsDB = live.bandLevelsDB;

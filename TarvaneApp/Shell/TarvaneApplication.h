@@ -13,6 +13,7 @@
 #include "Settings/KeyValueStore.h"
 #include "Shell/Windows/AppTermination.h"
 #include "Shell/Windows/FilePanels.h"
+#include "Shell/Windows/UnseenWindows.h"
 
 namespace TarvaneApp {
 
@@ -55,6 +56,7 @@ class TarvaneApplication final : public QObject {
     KernelTickTimer tickTimer_;
     MeterEngine engine_;
     const std::unique_ptr<InterruptedRun> interruptedRun_;
+    UnseenWindows unseenWindows_;
     FilePanels panels_;
     ProfileStore profiles_;
     std::unique_ptr<MainWindow> mainWindow_;

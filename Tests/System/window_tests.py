@@ -27,7 +27,7 @@ from desk.program import text_of  # noqa: E402
 from desk.session import Session  # noqa: E402
 from desk.tone import pink_noise, rising_sine, sine_1khz  # noqa: E402
 from desk.tray import Tray  # noqa: E402
-from end_to_end import Measurement  # noqa: E402
+from end_to_end import Measurement, a_weighting  # noqa: E402
 from network import OtherMachine  # noqa: E402
 
 MIC = "tarvane.tone"
@@ -1166,6 +1166,28 @@ def f11_covers_the_screen_with_the_level(desk):
     desk.xdotool("key", "Escape")
     wait_until(lambda: not program.find(stage), 10, "it stays")
     program.wait_for("Stop", "push button")
+
+
+@test
+def a_covered_window_computes_nothing_and_is_of_now_when_it_is_seen_again(desk):
+    uses(desk, SYSTEM_OUTPUT)
+    tone = desk.play("--tone", "1000:-20")
+    program = metering(desk)
+
+    def loudest():
+        return program.reading(ANALYZER).partition(":")[0]
+
+    wait_until(lambda: loudest() == "1k", 20, "the analyzer doesn't show the tone")
+    program.key("F11")
+    stage = "Tarvane — Full-Screen SPL Meter"
+    wait_until(lambda: place_of(program, stage, None) == (0, 0, *desk.size), 10,
+               "the main window isn't covered")
+    tone.stop()
+    desk.play("--tone", "500:-20")
+    wait_for_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB + a_weighting(500))
+    expect(loudest() == "1k", f"the covered analyzer has gone on: {loudest()}")
+    desk.xdotool("key", "Escape")
+    wait_until(lambda: loudest() == "500", 20, "the analyzer doesn't go on")
 
 
 @test

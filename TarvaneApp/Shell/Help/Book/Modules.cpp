@@ -132,7 +132,8 @@ HelpTopic spectrogram() {
             Paragraph{
                 "Drag the picture down, or press **Up** and **Page Up**: the last two minutes are "
                 "kept. The badge then says HISTORY. The picture goes on moving, that much later; "
-                "**P** holds it still. Double-click, click the badge, or press **Esc** for LIVE."},
+                "**P** holds it still. Double-click, click the badge, or press **Esc** for LIVE. "
+                "What passed while nothing of the window could be seen has no picture."},
             Heading{"Your own colors"},
             Paragraph{"**Preferences > Display** has the ramp: a slider for where each color "
                       "begins, **Add Color**, and **Reset to Default**. A ramp for a dark room or "

@@ -126,8 +126,10 @@ HelpTopic troubleshooting() {
                 "history shows where. Use another port, close what is heavy, put the power supply "
                 "in. Levels around a gap are still right; an Leq misses the gap's time."},
             Heading{"No ring-out alert"},
-            Paragraph{"It listens only while the analyzer shows that channel, and only to a tone "
-                      "that is still growing. See **Ring-Out Alerts**."},
+            Paragraph{
+                "It listens only while the analyzer shows that channel in a window that isn't "
+                "minimized or wholly covered, and only to a tone "
+                "that is still growing. See **Ring-Out Alerts**."},
             Heading{"“Device or input changes take effect after a restart.”"},
             Paragraph{"A running measurement stays with its devices. Press **Restart Now**, which "
                       "starts a new session: export the old one before."},
