@@ -383,40 +383,90 @@ def a_profile_is_carried_to_another_user(desk):
     program.wait_for("SPL C Fast", "label")
 
 
+def seconds(time_label):
+    """Of "1:15" or "1:02:05"."""
+    total = 0
+    for part in time_label.split(":"):
+        total = 60 * total + int(part)
+    return total
+
+
+def gap_in_graph(desk, report):
+    """The share of the graph's width at which a report's picture shows no level. The plot begins and
+    ends where its page has it, 68 and 36 points from the edges, at two pixels a point."""
+    size = subprocess.run(["identify", "-format", "%w %h", report], capture_output=True, text=True,
+                          check=True).stdout.split()
+    width, height = map(int, size)
+    expect(width == 2800, f"the picture is {width} pixels wide")
+    pixels = subprocess.run(["convert", report, "-depth", "8", "gray:-"], capture_output=True,
+                            check=True).stdout
+    ground = pixels[0]
+
+    def row(y):
+        return [pixel != ground for pixel in pixels[y * width + 136:y * width + 2728]]
+
+    # The lowest row that is drawn all across is the axis.
+    axis = next(y for y in range(height - 1, 0, -1) if all(row(y)[:2580]))
+    gap = longest = 0
+    for x, is_drawn in enumerate(above := row(axis - 10)):
+        # A line of the grid is no level.
+        is_level = is_drawn and all(above[x:x + 6])
+        gap = 0 if is_level else gap + 1
+        longest = max(longest, gap)
+    return longest / len(above)
+
+
 @test
-def a_session_becomes_a_report(desk):
+def a_session_becomes_a_report_by_keyboard_alone(desk):
     desk.plug_in("--tone", "1000:-20")
-    program = metering(desk)
+    program = desk.launch()
+    before_start = time.monotonic()
+    program.start()
+    started = time.monotonic()
     expect_level(program, "SPL A Fast", -20 + SINE_RMS_RE_PEAK_DB)
-    time.sleep(10)
-    program.key("p")
-    program.wait_for("PAUSED", "label")
     time.sleep(5)
+    before_pause = time.monotonic()
     program.key("p")
-    time.sleep(10)
+    program.wait_for("Resume", "push button")
+    paused = time.monotonic()
+    time.sleep(5)
+    before_resume = time.monotonic()
+    program.key("p")
+    program.wait_for("Pause", "push button")
+    resumed = time.monotonic()
+    time.sleep(5)
+    before_stop = time.monotonic()
     program.key("space")
     program.wait_for("Start", "push button")
+    stopped = time.monotonic()
     for place, extension in enumerate(("pdf", "png", "txt")):
         program.key("ctrl+shift+e")
-        program.click("PDF Report", "combo box")
-        time.sleep(0.5)  # until the list has the keys
-        desk.xdotool("key", *["Down"] * place, "Return")
-        program.click("File name:", "text")
-        desk.xdotool("key", "ctrl+a")
+        program.wait_for("Export Level History")
         report = desk.folder / f"night.{extension}"
-        desk.xdotool("type", str(report))
+        desk.xdotool("key", "alt+f", *["Down"] * place)
+        desk.xdotool("key", "alt+n", "ctrl+a")
+        desk.xdotool("type", str(report.with_suffix("")))
         desk.xdotool("key", "Return")
-        wait_until(report.exists, 20, f"there is no {report.name}")
         program.wait_for(f"Exported {report.name}", "label")
+        expect(report.exists(), f"there is no {report.name}")
     text = (desk.folder / "night.txt").read_text()
     leq = re.search(r"LAeq (-?[0-9.]+) dBFS", text)
     expect(leq and abs(float(leq.group(1)) - (-20 + SINE_RMS_RE_PEAK_DB)) <= 0.2, text)
-    paused = re.search(r"Paused +0:0([0-9])", text)
-    # Less a history point at either end, and as long as the hands take.
-    expect(paused and 4 <= int(paused.group(1)) <= 7, text)
+    session = re.search(r"  Session +(\S.*\(([0-9:]+)\))", text)
+    expect(session and before_stop - started - 1 <= seconds(session.group(2)) <=
+           stopped - before_start, text)
+    pause = re.search(r"  Paused +([0-9:]+)\n", text)
+    # In whole seconds, and less a history point at either end.
+    expect(pause and before_resume - paused - 1.5 <= seconds(pause.group(1)) <=
+           resumed - before_pause + 0.5, text)
     read = subprocess.run(["pdftotext", "-layout", desk.folder / "night.pdf", "-"],
                           capture_output=True, text=True, check=True).stdout
-    expect(leq.group() in read, read)
+    for found in (leq.group(), session.group(1)):
+        expect(found in read, read)
+    expect(re.search(rf"Paused +{pause.group(1)}\b", read), read)
+    gap = gap_in_graph(desk, desk.folder / "night.png")
+    share = seconds(pause.group(1)) / seconds(session.group(2))
+    expect(abs(gap - share) <= 0.08, f"{gap} of the picture is a gap, and {share} of the session")
 
 
 @test
