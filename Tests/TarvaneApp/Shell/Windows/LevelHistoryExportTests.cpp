@@ -4,6 +4,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDesktopServices>
 #include <QFile>
 #include <QFileDialog>
 #include <QImage>
@@ -12,7 +13,9 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
+#include <QTextBrowser>
 #include <QTimer>
+#include <filesystem>
 
 #include "Shell/Controls/NoteBar.h"
 #include "Shell/Controls/Spinner.h"
@@ -59,7 +62,8 @@ class LevelHistoryExportTests : public TarvaneTests::EngineFixture {
     QString said() { return note.findChild<QLabel*>()->text(); }
     void saveWhole(const QString& name) {
         save(name);
-        waitUntil([&] { return said() == QStringLiteral("Exported ") + name; });
+        waitUntil(
+            [&] { return said() == QStringLiteral("Exported ") + QFileInfo(name).fileName(); });
     }
     QByteArray written(const char* name) {
         QFile file(QString::fromStdString((folder.path() / name).string()));
@@ -134,6 +138,44 @@ TEST_F(LevelHistoryExportTests, eachFormatIsWrittenAndTheNoteSaysSo) {
     EXPECT_TRUE(written("a.txt").startsWith("Main Input"));
     EXPECT_TRUE(written("a.txt").endsWith('\n'));
     EXPECT_EQ(store.text("ExportLevelHistory.folder"), folder.path().string());
+}
+
+TEST_F(LevelHistoryExportTests, theFolderOfTheLastReportIsOfferedForTheNext) {
+    const auto tour = folder.path() / "tour";
+    std::filesystem::create_directory(tour);
+    record();
+    exporting.begin();
+    EXPECT_EQ(panel()->directory().absolutePath().toStdString(), folder.path().string());
+    saveWhole(QStringLiteral("tour/a.txt"));
+    exporting.begin();
+    EXPECT_EQ(panel()->directory().absolutePath().toStdString(), tour.string());
+    panel()->reject();
+    settle();
+    std::filesystem::remove_all(tour);  // a stick that was pulled out
+    exporting.begin();
+    EXPECT_NE(panel()->directory().absolutePath().toStdString(), tour.string());
+}
+
+TEST_F(LevelHistoryExportTests, theNoteOpensTheFileOrItsFolder) {
+    // In the desktop's place.
+    QTextBrowser opener;
+    QDesktopServices::setUrlHandler(QStringLiteral("file"), &opener, "setSource");
+    record();
+    exporting.begin();
+    saveWhole(QStringLiteral("a.pdf"));
+    const auto press = [this](const char* text) {
+        for (QPushButton* button : note.findChildren<QPushButton*>()) {
+            if (button->text() == QLatin1String(text) && button->isVisible()) {
+                button->click();
+            }
+        }
+    };
+    const QString shown = QString::fromStdString(folder.path().string());
+    press("Open");
+    EXPECT_EQ(opener.source().toLocalFile(), shown + QStringLiteral("/a.pdf"));
+    press("Show in File Manager");
+    EXPECT_EQ(opener.source().toLocalFile(), shown);
+    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
 }
 
 TEST_F(LevelHistoryExportTests, whatCannotBeWrittenIsToldAndLeavesNoNote) {

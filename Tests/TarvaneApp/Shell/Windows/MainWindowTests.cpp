@@ -25,7 +25,9 @@
 #include "Shell/Controls/IconButton.h"
 #include "Shell/Controls/SegmentedPicker.h"
 #include "Shell/Controls/Spinner.h"
+#include "Shell/Panels/ExportButton.h"
 #include "Shell/Windows/IdlePrompt.h"
+#include "Shell/Windows/MainToolbar.h"
 #include "Shell/Windows/MeteredInputLabel.h"
 #include "Support/DrawnContrast.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
@@ -41,9 +43,11 @@ using TarvaneKit::SignalColors::yellow;
 class MainWindowTests : public TarvaneTests::EngineFixture {
   protected:
     MainWindowTests() {
-        window = std::make_unique<MainWindow>(
-            *engine, profiles.store,
-            AppCommands{.showSettings = [this] { ++settingsShown; }, .quit = [this] { ++quits; }});
+        window =
+            std::make_unique<MainWindow>(*engine, profiles.store,
+                                         AppCommands{.showSettings = [this] { ++settingsShown; },
+                                                     .exportLevelHistory = [this] { ++exports; },
+                                                     .quit = [this] { ++quits; }});
         window->show();
         window->activateWindow();
         waitUntil([&] { return window->isActiveWindow(); });
@@ -93,8 +97,19 @@ class MainWindowTests : public TarvaneTests::EngineFixture {
     TarvaneTests::TestProfiles profiles{store, clock};
     std::unique_ptr<MainWindow> window;
     int settingsShown = 0;
+    int exports = 0;
     int quits = 0;
 };
+
+TEST_F(MainWindowTests, theSessionIsExportedByKeyAndByTheHistorysButton) {
+    press(Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(exports, 1);
+    auto* button = window->findChild<ExportButton*>();
+    ASSERT_NE(button, nullptr);
+    EXPECT_EQ(button->toolTip(), QStringLiteral("Export Level History… (Ctrl+Shift+E)"));
+    button->click();
+    EXPECT_EQ(exports, 2);
+}
 
 TEST_F(MainWindowTests, isCalledTarvaneAndIsNeverSmallerThanItsContentNeeds) {
     EXPECT_EQ(window->windowTitle(), QStringLiteral("Tarvane"));
@@ -260,7 +275,7 @@ TEST_F(MainWindowTests, aTextFieldTakesSpaceAndPAsText) {
 }
 
 TEST_F(MainWindowTests, theSpinnerTurnsOnlyWhileStarting) {
-    auto* spinner = window->findChild<Spinner*>();
+    auto* spinner = window->findChild<MainToolbar*>()->findChild<Spinner*>();
     EXPECT_FALSE(spinner->isVisible());
     EXPECT_FALSE(spinner->findChild<QTimer*>() != nullptr &&
                  spinner->findChild<QTimer*>()->isActive());
