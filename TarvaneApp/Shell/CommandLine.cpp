@@ -97,7 +97,8 @@ std::optional<Answer> answer(const std::vector<std::string_view>& arguments) {
         if (argument == "--version" || argument == "-v") {
             return Answer{.text = "Tarvane " + std::string(Build::version) + "\n"};
         }
-        const std::string quoted = "'" + std::string(argument) + "'";
+        std::string quoted("'");
+        quoted.append(argument).append("'");
         const ToolkitOption* option = toolkitOption(argument);
         if (option == nullptr) {
             return refusal((argument.starts_with('-') ? "unknown option " : "unknown argument ") +
