@@ -54,6 +54,10 @@ class ToneSource:
         if self._process.stdout.readline().strip() != "ready":
             raise DeskFailure(f"The test signal doesn't start: {desk.processes.log(name)}")
 
+    def lines(self):
+        """What it prints from now on, until it ends."""
+        return iter(self._process.stdout.readline, "")
+
     def stop(self):
         """The end of the process is the device's being pulled out."""
         self._processes.stop(self._process)

@@ -5,6 +5,7 @@
 // is unplugging the device. Prints "ready" when the server knows the node.
 #include <pipewire/pipewire.h>
 #include <spa/param/audio/format-utils.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -20,6 +21,7 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -40,6 +42,8 @@ constexpr const char* usage = R"(usage: tarvane-tone-source [options] [signals]
 signals; without one all channels are silent
   --tone HZ:DBFS       a sine on every channel, dBFS of its peak
   --tone CH=HZ:DBFS    a sine on one channel, counted from 1
+  --pulse DB           tones are so much louder for 0.3 s in every 1.3 s; prints "pulse" and when the
+                       server's turn began that brings the first of it, in ns of CLOCK_MONOTONIC
   --noise DBFS         white noise with that peak, different on every channel
   --counter            frame n of channel c (from 0) is ((n mod 65536) * 128 + c) / 2^23, exactly
   --clock              each frame's number by the audio server's clock, mod 2^23, / 2^23, exactly
@@ -63,6 +67,7 @@ struct Options {
     bool isVirtual = false;
     double stallAfterSeconds = -1;
     std::vector<std::string> tones;
+    double pulseGain = 1;
     double noiseAmplitude = 0;
     bool isCounter = false;
     bool isClock = false;
@@ -114,6 +119,8 @@ Options parse(const std::vector<std::string>& arguments) {
             options.stallAfterSeconds = number(value());
         } else if (key == "--tone") {
             options.tones.push_back(value());
+        } else if (key == "--pulse") {
+            options.pulseGain = amplitude(number(value()));
         } else if (key == "--noise") {
             options.noiseAmplitude = amplitude(number(value()));
         } else if (key == "--counter") {
@@ -233,19 +240,32 @@ class Signal {
             } else if (options_.noiseAmplitude > 0) {
                 samples[i] = static_cast<float>(options_.noiseAmplitude * uniform_(random_));
             } else {
-                samples[i] = static_cast<float>(tones_[index].amplitude *
+                samples[i] = static_cast<float>(gain_ * tones_[index].amplitude *
                                                 std::sin(step * static_cast<double>(frame)));
             }
         }
     }
     void advance(std::uint32_t count) { frame_ += count; }
 
+    /// Once ahead of each turn; whether a pulse begins with it.
+    bool beginsPulse() {
+        const double phase = std::fmod(static_cast<double>(frame_) / rate_, pulsePeriodSeconds);
+        const bool wasInPulse = std::exchange(isInPulse_, phase >= pulsePauseSeconds);
+        gain_ = isInPulse_ ? options_.pulseGain : 1.0;
+        return options_.pulseGain != 1.0 && isInPulse_ && !wasInPulse;
+    }
+
   private:
+    static constexpr double pulsePauseSeconds = 1.0;
+    static constexpr double pulsePeriodSeconds = 1.3;
+
     const Options& options_;
     std::vector<Tone> tones_;
     std::vector<float> file_;
     int rate_;
     std::uint64_t frame_ = 0;
+    bool isInPulse_ = false;
+    double gain_ = 1.0;
     std::mt19937 random_{1};
     std::uniform_real_distribution<double> uniform_{-1.0, 1.0};
 };
@@ -418,6 +438,11 @@ void Source::onProcess(void* data) {
     const auto wanted = self.isDriver() ? std::uint64_t{driverQuantum} : buffer->requested;
     if (wanted > 0 && wanted < frames) {
         frames = static_cast<std::uint32_t>(wanted);
+    }
+    // A line on a pipe now and then may wait, but nothing measured here waits for it.
+    if (self.signal_.beginsPulse() && self.position_ != nullptr) {
+        dprintf(STDOUT_FILENO, "pulse %llu\n",
+                static_cast<unsigned long long>(self.position_->clock.nsec));
     }
     for (std::uint32_t channel = 0; channel < planes.n_datas; ++channel) {
         spa_data& plane = planes.datas[channel];
