@@ -117,6 +117,8 @@ void SettingEffects::attachLayout() {
           &settings_.levelHistoryPlacement}) {
         placement->setEffect([this](ModulePlacement) { layout_.keepMainWindowFilled(); });
     }
+    // A settings file written by hand may hold what no menu brings about.
+    layout_.keepMainWindowFilled();
 }
 
 // Which channel a change of a setting is of only the list of extra channels says, and tells itself.

@@ -985,6 +985,24 @@ def a_newcomer_without_an_input_is_told_what_is_missing(desk):
 a_newcomer_without_an_input_is_told_what_is_missing.desk = {"serves_audio": False}
 
 
+@test
+def with_all_modules_popped_out_the_main_window_keeps_the_meter(desk):
+    desk.plug_in("--tone", "1000:-20")
+    desk.write_settings(**{f"{module}Placement": stored("Separate Window") for module in
+                           ("splMeter", "rta", "spectrogram", "levelHistory")})
+    program = desk.launch()
+    program.wait_for(RTA_WINDOW, "frame")
+    expect(program.find("Tarvane — SPL Meter", "frame") is None, "the main window is empty")
+    program.start()
+    # The history's window has a label of that name, too.
+    wait_until(lambda: [level for level in program.levels("SPL A Fast")
+                        if abs(level - (-20 + SINE_RMS_RE_PEAK_DB)) <= TOLERANCE_DB], 20,
+               "the meter isn't there")
+    program.click("Layout", "push button")
+    program.press("All in Main Window", "menu item")
+    wait_until(lambda: program.find(RTA_WINDOW, "frame") is None, 10, "it doesn't come back")
+
+
 # Under Wayland a place on the screen is the compositor's to give: popovers, menus and windows are
 # proved by the pointer, which meets them where the program says they are.
 @test

@@ -88,6 +88,16 @@ TEST_F(SettingEffectsTests, theLastModuleThatLeavesTheMainWindowBringsTheMeterBa
     EXPECT_EQ(engine->splMeterPlacement(), ModulePlacement::mainWindow);
 }
 
+TEST_F(SettingEffectsTests, aStoredLayoutThatLeavesTheMainWindowEmptyBringsTheMeterBack) {
+    for (const std::string module : {"splMeter", "rta", "spectrogram", "levelHistory"}) {
+        store.setData("Tarvane." + module + "Placement", R"("Separate Window")");
+    }
+    makeEngine();
+    EXPECT_EQ(engine->splMeterPlacement(), ModulePlacement::mainWindow);
+    EXPECT_EQ(engine->rtaPlacement(), ModulePlacement::separateWindow);
+    EXPECT_EQ(engine->levelHistoryPlacement(), ModulePlacement::separateWindow);
+}
+
 TEST_F(SettingEffectsTests, aPresetSetsAllFourPlacementsAndSavesThem) {
     using enum ModulePlacement;
     using Placements = std::array<ModulePlacement, 4>;
