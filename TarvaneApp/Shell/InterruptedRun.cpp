@@ -90,6 +90,10 @@ void InterruptedRun::programEnds() {
 
 void InterruptedRun::forget() {
     isNoted_ = false;
+    // A store that can't be written would be told of ahead of the window, and so behind it.
+    if (!store_.number(endedKey) && !store_.number(beganKey)) {
+        return;
+    }
     store_.remove(endedKey);
     store_.remove(beganKey);
     store_.synchronize();
