@@ -36,6 +36,8 @@ inline const QColor panelBackground = QColor::fromRgbF(0.055F, 0.062F, 0.082F);
 inline const QColor controlBackground = QColor::fromRgbF(0.09F, 0.10F, 0.13F);
 inline const QColor gridLine = QColor::fromRgbF(0.14F, 0.16F, 0.20F);
 inline const QColor gridLineStrong = QColor::fromRgbF(0.24F, 0.27F, 0.33F);
+/// Of what is disabled, and of the thumb of a scroll bar.
+inline const QColor dimmed = QColor::fromRgbF(0.36F, 0.40F, 0.48F);
 inline const QColor axisText = QColor::fromRgbF(0.52F, 0.56F, 0.63F);
 inline const QColor primaryText = QColor::fromRgbF(0.93F, 0.94F, 0.96F);
 inline const QColor accent = QColor::fromRgbF(0.20F, 0.55F, 1.00F);

@@ -19,6 +19,8 @@ namespace TarvaneApp {
 namespace {
 
 constexpr int smallestSliderWidth = 120;
+// So that sliders of like values end under each other.
+constexpr int smallestTextWidth = 56;
 
 // Scrolling a form must not turn what happens to lie under the pointer.
 class StillSlider final : public QSlider {
@@ -71,7 +73,7 @@ void ValueSlider::layOut() {
     slider_->setPageStep(std::max(steps / 10, 1));
     // As wide as the widest value, so that the slider doesn't move under the pointer.
     const QFontMetrics metrics(text_->font());
-    int width = 0;
+    int width = smallestTextWidth;
     for (const double value : {scale_.lowest, scale_.highest}) {
         width = std::max(width, metrics.horizontalAdvance(scale_.text(value)));
     }

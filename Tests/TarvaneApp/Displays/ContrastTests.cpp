@@ -42,6 +42,7 @@ TEST(Contrast, textsOfTheThemeAreLegibleOnItsGrounds) {
                 << color.name().toStdString() << " on " << ground.name().toStdString();
         }
         EXPECT_GE(Contrast::ratio(Theme::accent, ground), Contrast::mark);
+        EXPECT_GE(Contrast::ratio(Theme::dimmed, ground), Contrast::mark);
     }
     for (const TarvaneKit::RGBAColor& signal :
          {TarvaneKit::SignalColors::green, TarvaneKit::SignalColors::yellow,
