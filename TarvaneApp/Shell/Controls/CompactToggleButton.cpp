@@ -63,7 +63,9 @@ void CompactToggleButton::paintEvent(QPaintEvent*) {
     }
     paintPlate(painter, rect(), Theme::Radius::control, ground);
     painter.setFont(labelFont());
-    painter.setPen(isSelected() ? Contrast::textOn(ground) : Theme::axisText);
+    painter.setPen(isSelected()   ? Contrast::textOn(ground)
+                   : underMouse() ? Theme::primaryText
+                                  : Theme::axisText);
     painter.drawText(rect(), Qt::AlignCenter, text());
     if (hasFocus()) {
         paintFocusRing(painter, rect(), Theme::Radius::control - 1.0,

@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include "Displays/FocusRing.h"
+#include "Displays/Plate.h"
 #include "Displays/Theme.h"
 #include "Shell/Controls/Icon.h"
 
@@ -10,7 +11,7 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr double dimmed = 0.4;
+constexpr double faded = 0.4;
 
 }  // namespace
 
@@ -35,17 +36,19 @@ void IconButton::setHelp(const QString& name, const QString& toolTip) {
 }
 
 QSize IconButton::sizeHint() const {
-    return {iconSize_ + 2 * margin, iconSize_ + 2 * margin};
+    return {side, side};
 }
 
 void IconButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setOpacity(isEnabled() ? 1.0 : dimmed);
+    painter.setOpacity(isEnabled() ? 1.0 : faded);
+    if (isDown() || (underMouse() && isEnabled())) {
+        paintPlate(painter, rect(), Theme::Radius::control,
+                   isDown() ? Theme::controlBackground : Theme::gridLine);
+    }
     if (!symbol_.isEmpty()) {
-        const QColor color = isDown()                      ? color_.darker(130)
-                             : underMouse() && isEnabled() ? color_.lighter(115)
-                                                           : color_;
-        Icon::paint(painter, symbol_, QRectF(margin, margin, iconSize_, iconSize_), color);
+        const double left = margin(iconSize_);
+        Icon::paint(painter, symbol_, QRectF(left, left, iconSize_, iconSize_), color_);
     }
     if (hasFocus()) {
         paintFocusRing(painter, rect(), Theme::Radius::control);

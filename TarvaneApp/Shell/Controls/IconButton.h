@@ -9,11 +9,13 @@ namespace TarvaneApp {
 class IconButton : public QAbstractButton {
     Q_OBJECT
   public:
-    /// `iconSize` in logical pixels; the button is a little larger, for the focus ring.
+    /// `iconSize` in logical pixels.
     explicit IconButton(int iconSize, QWidget* parent = nullptr);
 
-    /// How far the button reaches beyond its symbol on each side.
-    static constexpr int margin = 3;
+    /// All are as large as the plate that shows under the pointer, whatever their symbol.
+    static constexpr int side = 28;
+    /// How far a button reaches beyond a symbol of that size on each side.
+    static constexpr int margin(int iconSize) { return (side - iconSize) / 2; }
 
     /// An empty name draws nothing; the button keeps its place.
     void setSymbol(const QString& name, const QColor& color);
@@ -27,6 +29,7 @@ class IconButton : public QAbstractButton {
     QSize sizeHint() const override;
 
   protected:
+    int iconSize() const { return iconSize_; }
     void paintEvent(QPaintEvent* event) override;
 
   private:

@@ -31,18 +31,18 @@ void IconTextMenuButton::setText(const QString& text) {
 QSize IconTextMenuButton::sizeHint() const {
     const QSize icon = IconMenuButton::sizeHint();
     const int textWidth = std::min(fontMetrics().horizontalAdvance(text()), widestText);
-    return {icon.width() + Theme::Space::related + textWidth, icon.height()};
+    return {icon.width() + textWidth + Theme::Space::row, icon.height()};
 }
 
 QSize IconTextMenuButton::minimumSizeHint() const {
     const QSize icon = IconMenuButton::sizeHint();
-    return {icon.width() + Theme::Space::related + narrowestText, icon.height()};
+    return {icon.width() + narrowestText + Theme::Space::row, icon.height()};
 }
 
 void IconTextMenuButton::paintEvent(QPaintEvent* event) {
     IconMenuButton::paintEvent(event);
-    const int left = IconMenuButton::sizeHint().width() - margin + Theme::Space::related;
-    const QRect room = rect().adjusted(left, 0, -margin, 0);
+    const QRect room =
+        rect().adjusted(IconMenuButton::sizeHint().width(), 0, -Theme::Space::row, 0);
     QPainter painter(this);
     painter.setFont(font());
     painter.setPen(underMouse() ? Theme::primaryText : Theme::axisText);

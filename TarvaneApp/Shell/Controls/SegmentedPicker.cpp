@@ -22,6 +22,7 @@ class Segment final : public QAbstractButton {
     Segment(const QString& label, QWidget* parent) : QAbstractButton(parent) {
         setText(label);
         setCheckable(true);
+        setAttribute(Qt::WA_Hover);
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     }
     QSize sizeHint() const override { return {20, Theme::controlHeight}; }
@@ -34,9 +35,9 @@ class Segment final : public QAbstractButton {
             paintPlate(painter, body, Theme::Radius::control - inset, Theme::accent);
         }
         painter.setFont(Typeface::installed().systemFont(Theme::Text::title));
-        painter.setPen(isChecked() ? Contrast::textOn(Theme::accent)
-                       : isDown()  ? Theme::primaryText
-                                   : Theme::axisText);
+        painter.setPen(isChecked()                ? Contrast::textOn(Theme::accent)
+                       : isDown() || underMouse() ? Theme::primaryText
+                                                  : Theme::axisText);
         painter.drawText(rect(), Qt::AlignCenter, text());
         if (hasFocus()) {
             paintFocusRing(painter, body, Theme::Radius::control - inset - 1.0,

@@ -63,7 +63,7 @@ LevelHistoryPanelView::LevelHistoryPanelView(MeterEngine& engine,
     header->row().addWidget(extremes);
     header->row().addWidget(resetButton_);
     header->row().addWidget(zoomMenu_);
-    header->row().addWidget(new ExportButton(header));
+    header->addIcons({new ExportButton(header)});
     header->setExpendable({caption_, extremes});
     header->orderTabs(*graph_);
 

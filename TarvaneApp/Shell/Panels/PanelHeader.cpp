@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Displays/Theme.h"
+#include "Shell/Controls/IconButton.h"
 #include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
@@ -12,6 +13,10 @@ namespace TarvaneApp {
 namespace {
 
 constexpr double letterSpacing = 0.5;
+
+// With and without controls, so that graphs beside each other begin at one height.
+constexpr int headerHeight = Theme::controlHeight + 2 * Theme::Space::row;
+constexpr int marginUpDown = (headerHeight - IconButton::side) / 2;
 
 // From left to right, including those inside other widgets.
 void collectTabStops(const QLayout& layout, std::vector<QWidget*>& stops) {
@@ -32,10 +37,9 @@ void collectTabStops(const QLayout& layout, std::vector<QWidget*>& stops) {
 
 PanelHeader::PanelHeader(const QString& title, QWidget* parent)
     : QWidget(parent), row_(new QHBoxLayout(this)) {
-    row_->setContentsMargins(Theme::Margins::row);
+    row_->setContentsMargins(Theme::Space::panel, marginUpDown, Theme::Space::panel, marginUpDown);
     row_->setSpacing(Theme::Space::panel);
-    // With and without controls, so that graphs beside each other begin at one height.
-    setMinimumHeight(Theme::controlHeight + 2 * Theme::Space::row);
+    setMinimumHeight(headerHeight);
     auto* label = makeTextLabel(title.toUpper(), Theme::Text::caption, Theme::axisText, this);
     QFont font = Theme::sectionLabelFont();
     font.setLetterSpacing(QFont::AbsoluteSpacing, letterSpacing);
@@ -43,6 +47,18 @@ PanelHeader::PanelHeader(const QString& title, QWidget* parent)
     label->setAccessibleName(title);  // not every letter a capital
     row_->addWidget(label);
     expendable_ = {label};
+}
+
+void PanelHeader::addIcons(const std::vector<QWidget*>& buttons) {
+    auto* icons = new QHBoxLayout;
+    icons->setSpacing(0);
+    for (QWidget* button : buttons) {
+        icons->addWidget(button);
+    }
+    row_->addLayout(icons);
+    row_->setContentsMargins(Theme::Space::panel, marginUpDown,
+                             Theme::Space::panel - IconButton::margin(Theme::Symbol::header),
+                             marginUpDown);
 }
 
 void PanelHeader::setExpendable(std::vector<QWidget*> widgets) {

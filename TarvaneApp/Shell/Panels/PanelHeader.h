@@ -16,6 +16,10 @@ class PanelHeader final : public QWidget {
     /// Where controls are added, after the title.
     QHBoxLayout& row() { return *row_; }
 
+    /// Icon buttons, and what stands in for one, at the right end: plate by plate, and the last
+    /// one's symbol ends where the graph does.
+    void addIcons(const std::vector<QWidget*>& buttons);
+
     /// These are hidden where there is no room for all, the first one first and the title last.
     /// Only the header shows and hides them.
     void setExpendable(std::vector<QWidget*> widgets);

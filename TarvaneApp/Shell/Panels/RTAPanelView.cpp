@@ -68,11 +68,11 @@ RTAPanelView::RTAPanelView(MeterEngine& engine, const std::optional<UUID>& fixed
     averagingRow->addWidget(averaging_);
     header->row().addLayout(averagingRow);
     header->row().addWidget(unitPicker_);
-    header->row().addWidget(optionsButton_);
+    std::vector<QWidget*> icons{optionsButton_};
     if (arrangement != nullptr) {
-        header->row().addWidget(
-            new PanelMaximizeToggleButton(*arrangement, PanelLayout::rtaOnly, header));
+        icons.push_back(new PanelMaximizeToggleButton(*arrangement, PanelLayout::rtaOnly, header));
     }
+    header->addIcons(icons);
     header->setExpendable({averagingLabel});
     header->orderTabs(*graph_);
 

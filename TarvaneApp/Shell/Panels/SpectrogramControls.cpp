@@ -124,6 +124,8 @@ void SpectrogramControls::add(QBoxLayout& layout, const QString& name, int value
     row->addWidget(slider);
     auto* value = makeTextLabel({}, Theme::Text::caption, Theme::axisText, this);
     value->setFixedWidth(isColumn ? levelValueWidth : valueWidth);
+    value->setAlignment(isColumn ? Qt::AlignRight | Qt::AlignVCenter
+                                 : Qt::AlignLeft | Qt::AlignVCenter);
     row->addWidget(value);
     layout.addLayout(row);
     controls_.push_back({slider, value, std::move(show)});

@@ -58,13 +58,13 @@ SpectrogramPanelView::SpectrogramPanelView(MeterEngine& engine,
         header_->row().addWidget(picker);
     }
     header_->row().addStretch(1);
-    header_->row().addWidget(controls_);
-    header_->row().addWidget(adjustButton_);
+    std::vector<QWidget*> icons{controls_, adjustButton_};
     adjustButton_->hide();
     if (arrangement != nullptr) {
-        header_->row().addWidget(
+        icons.push_back(
             new PanelMaximizeToggleButton(*arrangement, PanelLayout::spectrogramOnly, header_));
     }
+    header_->addIcons(icons);
     header_->orderTabs(*picture_);
 
     framePanel(this, header_, picture_, 0)->addWidget(new FrequencyAxisStrip(this));

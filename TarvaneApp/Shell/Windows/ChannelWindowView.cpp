@@ -12,6 +12,7 @@
 #include "Shell/Controls/Divider.h"
 #include "Shell/Controls/ElidedLabel.h"
 #include "Shell/Controls/Icon.h"
+#include "Shell/Controls/IconButton.h"
 #include "Shell/Controls/TextLabel.h"
 #include "Shell/Panels/ChannelWindowArrangement.h"
 #include "Shell/Panels/ModuleLayoutView.h"
@@ -27,6 +28,7 @@ namespace {
 
 constexpr QSize smallestSize(360, 200);
 constexpr QSize firstSize(960, 820);
+constexpr int headerMargin = 5;  // the button's plate has its own
 
 }  // namespace
 
@@ -73,7 +75,9 @@ QWidget* ChannelWindowView::makeHeader(const UUID& channelID, QWidget* parent) {
     input_ = new ElidedLabel(Theme::Text::body, Theme::axisText, header);
     status_ = new ElidedLabel(Theme::Text::caption, Theme::axisText, header);
     auto* row = new QHBoxLayout(header);
-    row->setContentsMargins(Theme::Margins::row);
+    row->setContentsMargins(Theme::Space::panel, headerMargin,
+                            Theme::Space::panel - IconButton::margin(Theme::Symbol::toolbar),
+                            headerMargin);
     row->setSpacing(Theme::Space::row);
     row->addWidget(dot_);
     row->addWidget(name_);

@@ -50,7 +50,7 @@ MainToolbar::MainToolbar(MeterEngine& engine, ProfileStore& profiles, const AppC
               menu.addAction(resetPeakHold, [&engine] { engine.resetPeakHold(); });
           },
           this)) {
-    constexpr int ring = IconButton::margin;
+    constexpr int ring = IconButton::margin(Theme::Symbol::transport);
     row_->setContentsMargins(Theme::Space::panel - ring, paddingUpDown - ring,
                              Theme::Space::panel - ring, paddingUpDown - ring);
     row_->setSpacing(spacing - ring);
