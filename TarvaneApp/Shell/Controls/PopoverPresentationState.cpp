@@ -19,6 +19,7 @@ class Popover final : public QWidget {
     Popover(QWidget* parent, const PopoverPresentationState::Content& makeContent)
         : QWidget(parent, Qt::Popup | Qt::FramelessWindowHint) {
         setAttribute(Qt::WA_DeleteOnClose);
+        setAttribute(Qt::WA_TranslucentBackground);
         // The click that closes it does nothing else; passed on to the button it would open it
         // again.
         setAttribute(Qt::WA_NoMouseReplay);
@@ -45,8 +46,11 @@ class Popover final : public QWidget {
   protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        painter.fillRect(rect(), Theme::gridLineStrong);
-        painter.fillRect(rect().adjusted(1, 1, -1, -1), Theme::panelBackground);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Theme::gridLineStrong);
+        painter.setBrush(Theme::panelBackground);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Theme::Radius::panel,
+                                Theme::Radius::panel);
     }
 };
 

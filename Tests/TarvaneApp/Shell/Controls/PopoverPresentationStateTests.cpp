@@ -7,6 +7,8 @@
 #include <QScreen>
 #include <QTest>
 
+#include "Displays/Theme.h"
+
 namespace TarvaneApp {
 namespace PopoverPresentationStateTests {
 
@@ -53,6 +55,14 @@ TEST_F(PopoverPresentationStateTests, escapeAndAClickBesideItCloseIt) {
     state.setPresented(true);
     QTest::mouseClick(popover(), Qt::LeftButton, {}, QPoint(-20, 10));
     EXPECT_FALSE(state.isPresented());
+}
+
+TEST_F(PopoverPresentationStateTests, itsCornersAreRoundWithAHairlineAroundIt) {
+    state.setPresented(true);
+    const QImage picture = popover()->grab().toImage();
+    EXPECT_EQ(picture.pixelColor(0, 0).alpha(), 0);
+    EXPECT_EQ(picture.pixel(picture.width() / 2, 0), Theme::gridLineStrong.rgb());
+    EXPECT_EQ(picture.pixel(picture.width() / 2, 2), Theme::panelBackground.rgb());
 }
 
 TEST_F(PopoverPresentationStateTests, itStandsUnderItsButtonAroundItsContent) {
