@@ -31,7 +31,7 @@ LoudnessControls::LoudnessControls(MeterSettings& settings, QWidget* parent)
       target_(new MenuButton(QStringLiteral("Loudness target"), this)) {
     auto* row = layOutRow(this, Theme::Space::row);
     row->addWidget(label_);
-    readout_->setFixedWidth(readoutWidth);
+    readout_->setMinimumWidth(readoutWidth);
     readout_->setToolTip(
         QStringLiteral("Momentary (400 ms), Short-Term (3 s) or Integrated (since reset)"));
     row->addWidget(readout_);
@@ -43,12 +43,20 @@ LoudnessControls::LoudnessControls(MeterSettings& settings, QWidget* parent)
 }
 
 void LoudnessControls::setNarrow(bool narrow) {
+    if (narrow == isNarrow_) {
+        return;
+    }
+    isNarrow_ = narrow;
     label_->setVisible(!narrow);
+    readout_->setMinimumWidth(narrow ? 0 : readoutWidth);
+    readout_->setTight(narrow);
+    target_->setTight(narrow);
+    layout()->setSpacing(narrow ? Theme::Space::related : Theme::Space::row);
 }
 
 int LoudnessControls::ordinaryWidth() const {
-    return sizeHint().width() +
-           (label_->isHidden() ? label_->sizeHint().width() + Theme::Space::row : 0);
+    return label_->sizeHint().width() + readoutWidth + target_->ordinaryWidth() +
+           2 * Theme::Space::row;
 }
 
 void LoudnessControls::showReadout() {

@@ -16,9 +16,9 @@ class LoudnessControls final : public QWidget {
   public:
     explicit LoudnessControls(MeterSettings& settings, QWidget* parent = nullptr);
 
-    /// Without the label, for a window that has no room for it.
+    /// Without the label and with tighter menus, for a window that has no room for more.
     void setNarrow(bool narrow);
-    /// With the label, whether it is shown or not.
+    /// That of the row when it isn't narrow.
     int ordinaryWidth() const;
 
   private:
@@ -29,6 +29,7 @@ class LoudnessControls final : public QWidget {
     QLabel* label_;
     MenuButton* readout_;
     MenuButton* target_;
+    bool isNarrow_ = false;
 };
 
 }  // namespace TarvaneApp

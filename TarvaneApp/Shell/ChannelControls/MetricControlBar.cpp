@@ -21,6 +21,18 @@ constexpr int narrowestWidth = 320;
 
 }  // namespace
 
+int MetricControlBar::spacingOf(Fit fit) {
+    switch (fit) {
+        case Fit::roomy:
+            return Theme::Space::group;
+        case Fit::close:
+            return Theme::Space::section;
+        case Fit::menus:
+            break;
+    }
+    return Theme::Space::related;
+}
+
 MetricControlBar::MetricControlBar(MeterEngine& engine,
                                    std::optional<TarvaneKit::UUID> fixedChannelID, QWidget* parent)
     : QWidget(parent),
@@ -59,31 +71,63 @@ void MetricControlBar::channelChanged() {
     arrange();
 }
 
-// The width of the whole row, where there is room for it.
-int MetricControlBar::ordinaryWidth() const {
+bool MetricControlBar::picksChannel() const {
+    return channelPicker_ != nullptr && !channelPicker_->isHidden();
+}
+
+// Of the row with buttons, the channel's name whole.
+int MetricControlBar::widthOf(Fit fit) const {
+    const int spacing = spacingOf(fit);
     const int controls = engine_.readoutUnit(channelID()) == ReadoutUnit::lufs
                              ? loudnessControls_->ordinaryWidth()
-                             : splControls_->sizeHint().width();
-    const int pickers = channelPicker_ != nullptr && !channelPicker_->isHidden()
-                            ? channelPicker_->sizeHint().width() + Theme::Space::group
-                            : 0;
-    return 2 * Theme::Space::panel + pickers + unitPicker_->sizeHint().width() + divider_->width() +
-           2 * Theme::Space::group + controls;
+                             : splControls_->widthWith(spacing);
+    const int picker = picksChannel() ? channelPicker_->ordinaryWidth() + spacing : 0;
+    return 2 * Theme::Space::panel + picker + unitPicker_->ordinaryWidth() + divider_->width() +
+           2 * spacing + controls;
+}
+
+MetricControlBar::Fit MetricControlBar::fit() const {
+    return width() >= widthOf(Fit::roomy)   ? Fit::roomy
+           : width() >= widthOf(Fit::close) ? Fit::close
+                                            : Fit::menus;
 }
 
 // Nothing is set twice: a change requests another layout, which comes back here.
 void MetricControlBar::arrange() {
     const bool isLoudness = engine_.readoutUnit(channelID()) == ReadoutUnit::lufs;
-    const bool isNarrow = width() < ordinaryWidth();
-    const int spacing = isNarrow ? Theme::Space::row : Theme::Space::group;
+    const Fit fitting = fit();
+    const bool isNarrow = fitting == Fit::menus;
+    const int spacing = spacingOf(fitting);
     if (row_->spacing() != spacing) {
         row_->setSpacing(spacing);
     }
+    if (!isNarrow) {
+        splControls_->setSpacing(spacing);
+    }
     loudnessControls_->setNarrow(isNarrow);
+    unitPicker_->setTight(isNarrow);
     divider_->setVisible(!isNarrow);
     splControls_->setVisible(!isLoudness && !isNarrow);
     splMenus_->setVisible(!isLoudness && isNarrow);
     loudnessControls_->setVisible(isLoudness);
+    if (picksChannel()) {
+        channelPicker_->setTight(isNarrow);
+        limitChannelName();
+    }
+}
+
+// The name gives way ahead of the menus in the row; beside the buttons there is room for all of it.
+void MetricControlBar::limitChannelName() {
+    int others = 0;
+    for (const QWidget* widget :
+         {static_cast<QWidget*>(unitPicker_), static_cast<QWidget*>(splMenus_),
+          static_cast<QWidget*>(loudnessControls_)}) {
+        others += widget->isHidden() ? 0 : widget->sizeHint().width() + row_->spacing();
+    }
+    const int widest = channelPicker_->widthIn(width() - 2 * Theme::Space::panel - others);
+    if (channelPicker_->maximumWidth() != widest) {
+        channelPicker_->setMaximumWidth(widest);
+    }
 }
 
 QSize MetricControlBar::minimumSizeHint() const {

@@ -33,8 +33,15 @@ class MetricControlBar final : public QWidget {
 
   private:
     void channelChanged();
+    /// The first of these that there is room for.
+    enum class Fit { roomy, close, menus };
+
+    static int spacingOf(Fit fit);
+    Fit fit() const;
+    int widthOf(Fit fit) const;
     void arrange();
-    int ordinaryWidth() const;
+    void limitChannelName();
+    bool picksChannel() const;
     TarvaneKit::UUID channelID() const;
 
     MeterEngine& engine_;

@@ -1,16 +1,15 @@
 #include "Shell/ChannelControls/SPLControlMenus.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
 #include "Shell/ChannelControls/LeqPresets.h"
 #include "Shell/Controls/BareLayout.h"
+#include "Shell/Controls/ElidedLabel.h"
 #include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/MenuButton.h"
-#include "Shell/Controls/TextLabel.h"
 
 namespace TarvaneApp {
 
@@ -23,13 +22,12 @@ SPLControlMenus::SPLControlMenus(MeterEngine& engine, const UUID& channelID, QWi
       mode_(new MenuButton(QStringLiteral("Metric"), this)),
       weighting_(new MenuButton(QStringLiteral("Weighting"), this)),
       timeWeighting_(new MenuButton(QStringLiteral("Time weighting"), this)),
-      leqNote_(makeTextLabel({}, Theme::Text::caption, Theme::axisText, this)) {
-    auto* row = layOutRow(this, Theme::Space::row);
+      leqNote_(new ElidedLabel(Theme::Text::caption, Theme::axisText, this)) {
+    auto* row = layOutRow(this, Theme::Space::related);
     for (MenuButton* menu : {mode_, weighting_, timeWeighting_}) {
-        menu->letShrink();
+        menu->setTight(true);
         row->addWidget(menu);
     }
-    leqNote_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     row->addWidget(leqNote_, 1);
     followChannels(
         engine.channelChanges(), this, [this](const UUID& id) { return id == channelID_; },

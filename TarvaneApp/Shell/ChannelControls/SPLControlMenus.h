@@ -7,10 +7,9 @@
 #include "Core/UUID.h"
 #include "Records/ChannelDisplaySettings.h"
 
-class QLabel;
-
 namespace TarvaneApp {
 
+class ElidedLabel;
 class MenuButton;
 class MeterEngine;
 
@@ -32,7 +31,7 @@ class SPLControlMenus final : public QWidget {
     MenuButton* mode_;
     MenuButton* weighting_;
     MenuButton* timeWeighting_;
-    QLabel* leqNote_;
+    ElidedLabel* leqNote_;
 };
 
 }  // namespace TarvaneApp

@@ -90,6 +90,19 @@ void SPLControls::setChannelID(const UUID& channelID) {
     showDisplay();
 }
 
+void SPLControls::setSpacing(int spacing) {
+    if (layout()->spacing() != spacing) {
+        layout()->setSpacing(spacing);
+        splGroup_->layout()->setSpacing(spacing);
+    }
+}
+
+int SPLControls::widthWith(int spacing) const {
+    // A divider has a gap on each side; the levels have two dividers, the others one.
+    const int gaps = splGroup_->isHidden() ? 2 : 4;
+    return sizeHint().width() + gaps * (spacing - layout()->spacing());
+}
+
 void SPLControls::showDisplay() {
     const ChannelDisplaySettings display = engine_.display(channelID_);
     modePicker_->setSelectedIndex(EnumChoice<MetricMode>::index(display.metricMode));

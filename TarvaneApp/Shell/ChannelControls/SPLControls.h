@@ -23,6 +23,10 @@ class SPLControls final : public QWidget {
 
     void setChannelID(const TarvaneKit::UUID& channelID);
 
+    /// Between its groups and their dividers.
+    void setSpacing(int spacing);
+    int widthWith(int spacing) const;
+
   private:
     template <class E>
     struct Toggle {

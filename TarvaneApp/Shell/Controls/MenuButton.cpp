@@ -19,7 +19,8 @@ namespace {
 constexpr int dotSize = 8;
 constexpr int dotGap = 5;
 constexpr int widestText = 220;
-constexpr int narrowestText = 12;
+// Letters of which nobody can tell a word aren't worth their room.
+constexpr int narrowestText = 44;
 
 QFont labelFont() {
     return Typeface::installed().systemFont(Theme::Text::caption);
@@ -35,9 +36,20 @@ MenuButton::MenuButton(const QString& name, QWidget* parent) : QToolButton(paren
 }
 
 void MenuButton::letShrink() {
+    mayShrink_ = true;
     setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
-    setMinimumWidth(2 * Theme::Space::button + narrowestText + Theme::Space::related +
-                    Theme::Symbol::chevron);
+}
+
+void MenuButton::setTight(bool isTight) {
+    if (isTight != isTight_) {
+        isTight_ = isTight;
+        updateGeometry();
+        update();
+    }
+}
+
+int MenuButton::padding() const {
+    return isTight_ ? Theme::Space::related : Theme::Space::button;
 }
 
 void MenuButton::setItems(std::vector<Item> items) {
@@ -75,30 +87,57 @@ void MenuButton::tellName() {
     setAccessibleName(name_ + QStringLiteral(": ") + text());
 }
 
+int MenuButton::widthWith(int textWidth) const {
+    return 2 * padding() + (dot_ ? dotSize + dotGap : 0) + textWidth + Theme::Space::related +
+           Theme::Symbol::chevron;
+}
+
 QSize MenuButton::sizeHint() const {
     const int textWidth = std::min(QFontMetrics(labelFont()).horizontalAdvance(text()), widestText);
-    return {2 * Theme::Space::button + (dot_ ? dotSize + dotGap : 0) + textWidth +
-                Theme::Space::related + Theme::Symbol::chevron,
-            Theme::controlHeight};
+    return {widthWith(textWidth), Theme::controlHeight};
+}
+
+int MenuButton::ordinaryWidth() const {
+    return sizeHint().width() + 2 * (Theme::Space::button - padding());
+}
+
+int MenuButton::widthIn(int room) const {
+    const int whole = sizeHint().width();
+    const bool isWordless = dot_ && room < widthWith(narrowestText);
+    return room >= whole ? whole
+           : isWordless  ? minimumSizeHint().width()
+                         : std::max(room, minimumSizeHint().width());
+}
+
+QSize MenuButton::minimumSizeHint() const {
+    const QSize whole = sizeHint();
+    if (!mayShrink_) {
+        return whole;
+    }
+    // The dot alone tells which one it is.
+    return {std::min(widthWith(dot_ ? 0 : narrowestText), whole.width()), whole.height()};
 }
 
 void MenuButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     paintPlate(painter, rect(), Theme::Radius::control,
                isDown() || underMouse() ? Theme::gridLine : Theme::controlBackground);
-    double x = Theme::Space::button;
+    double x = padding();
     if (dot_) {
         painter.setBrush(*dot_);
         painter.drawEllipse(QRectF(x, (height() - dotSize) / 2.0, dotSize, dotSize));
         x += dotSize + dotGap;
     }
-    const double right = width() - Theme::Space::button - Theme::Symbol::chevron;
+    const double right = width() - padding() - Theme::Symbol::chevron;
     const QRectF textRect(x, 0.0, right - Theme::Space::related - x, height());
     painter.setFont(labelFont());
     painter.setPen(Theme::primaryText);
-    painter.drawText(textRect, Qt::AlignLeft | Qt::AlignVCenter,
-                     painter.fontMetrics().elidedText(text(), Qt::ElideRight,
-                                                      static_cast<int>(textRect.width()) + 1));
+    const bool fits = painter.fontMetrics().horizontalAdvance(text()) <= textRect.width() + 1.0;
+    if (fits || !dot_ || textRect.width() >= narrowestText) {
+        painter.drawText(textRect, Qt::AlignLeft | Qt::AlignVCenter,
+                         painter.fontMetrics().elidedText(text(), Qt::ElideRight,
+                                                          static_cast<int>(textRect.width()) + 1));
+    }
     Icon::paint(painter, QStringLiteral("chevron.down"),
                 QRectF(right, (height() - Theme::Symbol::chevron) / 2.0, Theme::Symbol::chevron,
                        Theme::Symbol::chevron),

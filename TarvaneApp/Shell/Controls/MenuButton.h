@@ -33,17 +33,29 @@ class MenuButton : public QToolButton {
 
     /// The text may be cut short where the row has too little width.
     void letShrink();
+    /// Less room around the text, for a row that is short of it.
+    void setTight(bool isTight);
+
+    /// That of the button when it isn't tight.
+    int ordinaryWidth() const;
+    /// How wide a button that may shrink should be where there is so much room for it.
+    int widthIn(int room) const;
 
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;
 
   private:
     void tellName();
+    int padding() const;
+    int widthWith(int textWidth) const;
 
     QString name_;
     std::optional<QColor> dot_;
+    bool mayShrink_ = false;
+    bool isTight_ = false;
     QActionGroup* group_ = nullptr;
 };
 

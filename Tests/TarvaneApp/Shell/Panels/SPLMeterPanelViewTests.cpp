@@ -15,6 +15,7 @@
 #include "Displays/Readouts/ClipBadge.h"
 #include "LiveDisplays/LiveClockReadoutView.h"
 #include "LiveDisplays/LiveSPLReadoutView.h"
+#include "Shell/ChannelControls/ChannelPickerMenu.h"
 #include "Shell/ChannelControls/LoudnessControls.h"
 #include "Shell/ChannelControls/MetricControlBar.h"
 #include "Shell/ChannelControls/ReadoutUnitPicker.h"
@@ -521,6 +522,46 @@ TEST_F(NarrowControlBarTests, loudnessAndALongNameFitToo) {
     expectAllInside();
     resizeTo(900);
     EXPECT_TRUE(the<LoudnessControls>().findChild<QLabel*>()->isVisible());
+    expectAllInside();
+}
+
+// Which unit, what and how it is weighted stays to be read; which channel its dot tells, too.
+TEST_F(NarrowControlBarTests, theChannelsNameGivesWayAheadOfTheMenus) {
+    addChannel("Loudspeaker behind the organ, left", "desk", 2);
+    engine->splMeterChannelID.set(engine->extraChannels().back().id);
+    const ChannelPickerMenu& picker = the<ChannelPickerMenu>();
+    int widest = 0;
+    for (int width = 320; width <= 960; width += 20) {
+        resizeTo(width);
+        for (const MenuButton* menu : bar->findChildren<MenuButton*>()) {
+            if (menu->isVisible() && menu != &picker) {
+                EXPECT_GE(menu->width(), menu->sizeHint().width())
+                    << menu->text().toStdString() << " at " << width;
+            }
+        }
+        EXPECT_GE(picker.width(), picker.minimumSizeHint().width());
+        EXPECT_GE(picker.width(), widest) << "at " << width;
+        widest = the<SPLControlMenus>().isVisible() ? picker.width() : 0;
+        expectAllInside();
+    }
+    EXPECT_EQ(picker.width(), picker.sizeHint().width());
+}
+
+TEST_F(NarrowControlBarTests, theButtonsStandCloserBeforeTheyBecomeMenus) {
+    const auto gap = [&] {
+        const auto& picker = the<ReadoutUnitPicker>();
+        const auto& controls = the<SPLControls>();
+        return controls.x() - (picker.x() + picker.width());
+    };
+    resizeTo(960);
+    ASSERT_TRUE(the<SPLControls>().isVisible());
+    EXPECT_EQ(gap(), 41) << "20 pixels on each side of the divider";
+    int width = 960;
+    while (gap() == 41 && width > 320) {
+        resizeTo(width -= 10);
+    }
+    EXPECT_TRUE(the<SPLControls>().isVisible());
+    EXPECT_EQ(gap(), 25) << "12 pixels on each side";
     expectAllInside();
 }
 
