@@ -2,22 +2,34 @@
 // to write to, on any Qt platform, with QT_SCALE_FACTOR for other scales.
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
+#include <QDoubleSpinBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPixmap>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QSlider>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
+#include <QToolTip>
 #include <array>
 #include <cmath>
 #include <iostream>
 #include <numbers>
 
 #include "Calibration/MicCalFile.h"
+#include "Displays/Theme.h"
 #include "Engine/LiveMeterData.h"
 #include "Engine/MeterEngine.h"
 #include "LiveDisplays/LiveLevelHistoryGraph.h"
@@ -99,6 +111,11 @@ class Stage {
 
     void shoot(const QString& name, QWidget& widget) const {
         settle();
+        save(name, widget);
+    }
+
+    // As it is now: a tooltip goes with the next event.
+    void save(const QString& name, QWidget& widget) const {
         const QString path = QDir(folder_).filePath(name + QStringLiteral(".png"));
         if (!widget.grab().save(path)) {
             std::cerr << "can't write " << path.toStdString() << '\n';
@@ -674,13 +691,145 @@ void shootDesktop(Stage& stage) {
     stage.shoot(QStringLiteral("desktop-tray"), board);
 }
 
+// The main window and the smallest channel window, as users have them on screens of all sizes.
+void shootWindowSizes(Stage& stage) {
+    using namespace TarvaneApp;
+    ChannelConfig channel;
+    channel.name = "Balcony Left";
+    channel.color = channelColors[1];
+    stage.engine.extraChannels.set({channel});
+    stage.engine.updateDisplay(TarvaneKit::UUID::main(),
+                               [](auto& display) { display.showsPeakHold = true; });
+    stage.start();
+    stage.play(6.0, 0.12);
+    shootSizesOf(stage, stage.window, QStringLiteral("sizes-main"),
+                 {QSize(900, 700), QSize(1400, 900), QSize(1920, 1080), QSize(3840, 2160)});
+    ChannelWindowView window(stage.engine, channel.id);
+    window.setAttribute(Qt::WA_DeleteOnClose, false);
+    window.show();
+    shootSizesOf(stage, window, QStringLiteral("sizes-channel"), {QSize(360, 200)});
+    for (const int width : {320, 360, 480, 600, 700, 900}) {
+        for (const bool isLoudness : {false, true}) {
+            stage.engine.mainInputMeasuresLoudness.set(isLoudness);
+            SPLMeterPanelView meter(stage.engine, std::nullopt);
+            meter.resize(width, 220);
+            meter.show();
+            stage.shoot(QStringLiteral("sizes-meter-%1-%2")
+                            .arg(isLoudness ? QStringLiteral("loudness") : QStringLiteral("level"))
+                            .arg(width),
+                        meter);
+        }
+    }
+    stage.engine.mainInputMeasuresLoudness.set(false);
+    stage.engine.stop();
+    stage.engine.extraChannels.set({});
+}
+
+// The toolkit's controls in every state, beside each other.
+void shootControls(Stage& stage) {
+    QWidget board;
+    auto* rows = new QFormLayout(&board);
+    const auto add = [&](const QString& label, auto make) {
+        auto* holder = new QWidget(&board);
+        auto* row = new QHBoxLayout(holder);
+        for (const char* state : {"", "hovered", "disabled"}) {
+            QWidget* control = make(holder);
+            control->setAttribute(Qt::WA_UnderMouse, QLatin1String(state) == "hovered");
+            control->setEnabled(QLatin1String(state) != "disabled");
+            row->addWidget(control);
+        }
+        rows->addRow(label, holder);
+    };
+    add(QStringLiteral("Button"), [](QWidget* parent) { return new QPushButton("Apply", parent); });
+    add(QStringLiteral("Proposed"), [](QWidget* parent) {
+        auto* button = new QPushButton(QStringLiteral("Save"), parent);
+        button->setDefault(true);
+        return button;
+    });
+    add(QStringLiteral("Flat"), [](QWidget* parent) {
+        auto* button = new QPushButton(QStringLiteral("Reset Peak Hold"), parent);
+        button->setFlat(true);
+        return button;
+    });
+    add(QStringLiteral("Icon"), [](QWidget* parent) {
+        auto* button = new TarvaneApp::IconButton(TarvaneApp::Theme::Symbol::options, parent);
+        button->setSymbol(QStringLiteral("slider.horizontal.3"), TarvaneApp::Theme::axisText);
+        return button;
+    });
+    add(QStringLiteral("Check box"), [](QWidget* parent) {
+        auto* box = new QCheckBox(QStringLiteral("Stereo pair"), parent);
+        box->setChecked(true);
+        return box;
+    });
+    add(QStringLiteral("Radio button"), [](QWidget* parent) {
+        auto* button = new QRadioButton(QStringLiteral("Left"), parent);
+        button->setAutoExclusive(false);
+        button->setChecked(true);
+        return button;
+    });
+    add(QStringLiteral("Picker"), [](QWidget* parent) {
+        auto* picker = new QComboBox(parent);
+        picker->addItems({QStringLiteral("1/3 Octave"), QStringLiteral("1/6 Octave")});
+        return picker;
+    });
+    add(QStringLiteral("Text"),
+        [](QWidget* parent) { return new QLineEdit(QStringLiteral("Balcony"), parent); });
+    add(QStringLiteral("Number"), [](QWidget* parent) { return new QDoubleSpinBox(parent); });
+    add(QStringLiteral("Slider"), [](QWidget* parent) {
+        auto* slider = new QSlider(Qt::Horizontal, parent);
+        slider->setValue(40);
+        return slider;
+    });
+    add(QStringLiteral("Scroll bar"), [](QWidget* parent) {
+        auto* bar = new QScrollBar(Qt::Horizontal, parent);
+        bar->setValue(40);
+        return bar;
+    });
+    board.show();
+    board.activateWindow();
+    stage.shoot(QStringLiteral("controls"), board);
+    for (auto* control : {static_cast<QWidget*>(board.findChild<QSlider*>()),
+                          static_cast<QWidget*>(board.findChild<QLineEdit*>()),
+                          static_cast<QWidget*>(board.findChild<QCheckBox*>()),
+                          static_cast<QWidget*>(board.findChild<QRadioButton*>())}) {
+        control->setFocus(Qt::TabFocusReason);
+        stage.shoot(
+            QStringLiteral("controls-focus-") + QLatin1String(control->metaObject()->className()),
+            board);
+    }
+    board.findChild<QLineEdit*>()->setFocus();
+    board.findChild<QLineEdit*>()->selectAll();
+    stage.shoot(QStringLiteral("controls-selection"), board);
+    auto* picker = board.findChild<QComboBox*>();
+    picker->showPopup();
+    stage.shoot(QStringLiteral("controls-list"), *QApplication::activePopupWidget());
+    picker->hidePopup();
+    QToolTip::showText(QPoint(10, 10),
+                       QStringLiteral("Choose where each module goes and how the main window is "
+                                      "arranged"),
+                       &board);
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window->inherits("QTipLabel")) {
+            stage.save(QStringLiteral("controls-tooltip"), *window);
+            break;
+        }
+    }
+    QToolTip::hideText();
+    for (QAction* menu : stage.window.menuBar()->actions()) {
+        menu->menu()->popup(QPoint(0, 0));
+        menu->menu()->setActiveAction(menu->menu()->actions().front());
+        stage.shoot(QStringLiteral("controls-menu-") + menu->text().remove(u'&'), *menu->menu());
+        menu->menu()->close();
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     if (argc < 2) {
         std::cerr << "usage: TarvaneWindowPictures <folder> "
-                     "[main|windows|panels|preferences|audio|help|desktop…]\n";
+                     "[main|windows|panels|preferences|audio|help|desktop|sizes|controls…]\n";
         return 2;
     }
     const QStringList sets = QApplication::arguments().mid(2);
@@ -692,7 +841,8 @@ int main(int argc, char** argv) {
          {std::pair("main", &shootAll), std::pair("windows", &shootWindows),
           std::pair("panels", &shootPanels), std::pair("preferences", &shootPreferences),
           std::pair("audio", &shootAudio), std::pair("help", &shootHelp),
-          std::pair("desktop", &shootDesktop)}) {
+          std::pair("desktop", &shootDesktop), std::pair("sizes", &shootWindowSizes),
+          std::pair("controls", &shootControls)}) {
         if (sets.isEmpty() || sets.contains(QLatin1String(name))) {
             shoot(stage);
         }
