@@ -138,6 +138,9 @@ class Desk:
         wait_until(lambda: self.xdotool("search", "--onlyvisible", "--class", "weston",
                                         "windowmove", "0", "0", "windowfocus"), 10,
                    "The compositor shows no window")
+        # It counts the pointer's ways from where it saw the pointer first, which its window's move
+        # made another place: in the corner both agree.
+        self.xdotool("mousemove", str(width - 1), str(height - 1), "mousemove", "0", "0")
         self.env.update(WAYLAND_DISPLAY=name, QT_QPA_PLATFORM="wayland")
 
     def _start_bus(self):
