@@ -1252,7 +1252,7 @@ def a_covered_window_computes_nothing_and_is_of_now_when_it_is_seen_again(desk):
     program = metering(desk)
 
     def loudest():
-        return program.reading(ANALYZER).partition(":")[0]
+        return text_of(program.wait_for(ANALYZER, "chart")).partition(":")[0]
 
     wait_until(lambda: loudest() == "1k", 20, "the analyzer doesn't show the tone")
     program.key("F11")
