@@ -1,6 +1,7 @@
 #include "Shell/Windows/ErrorAlert.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QMessageBox>
 
 namespace TarvaneApp {
@@ -11,8 +12,21 @@ ErrorAlert::ErrorAlert(const QString& title, const Message& message, std::functi
       title_(title),
       message_(message),
       dismiss_(std::move(dismiss)),
-      window_(window) {
+      window_(window),
+      hasAppeared_(window->isVisible()) {
+    if (!hasAppeared_) {
+        window->installEventFilter(this);
+    }
     follow(message, this, [this] { messageChanged(); });
+}
+
+// An alert that the window system gets ahead of the window would lie under it.
+bool ErrorAlert::eventFilter(QObject* window, QEvent* event) {
+    if (event->type() == QEvent::Show && !hasAppeared_) {
+        hasAppeared_ = true;
+        QMetaObject::invokeMethod(this, &ErrorAlert::messageChanged, Qt::QueuedConnection);
+    }
+    return QObject::eventFilter(window, event);
 }
 
 // A dialog that is answered takes what lies over it along.
@@ -30,6 +44,9 @@ void ErrorAlert::messageChanged() {
         if (box_) {
             box_->close();
         }
+        return;
+    }
+    if (!hasAppeared_) {
         return;
     }
     if (!box_) {

@@ -22,9 +22,13 @@ class ErrorAlert final : public QObject {
   public:
     using Message = Observable<std::optional<std::string>>;
 
-    /// `window` owns it, and is under the alert while the user is in none of the program's.
+    /// `window` owns it, and is under the alert while the user is in none of the program's. What is
+    /// told before the window's first appearance waits for that.
     ErrorAlert(const QString& title, const Message& message, std::function<void()> dismiss,
                QWidget* window);
+
+  protected:
+    bool eventFilter(QObject* window, QEvent* event) override;
 
   private:
     void messageChanged();
@@ -34,6 +38,7 @@ class ErrorAlert final : public QObject {
     const Message& message_;
     const std::function<void()> dismiss_;
     QWidget* window_;
+    bool hasAppeared_;
     QPointer<QMessageBox> box_;
 };
 
