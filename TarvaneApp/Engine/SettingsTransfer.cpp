@@ -220,10 +220,10 @@ constexpr std::tuple spectrogramAndPanels{
     plain(&S::ringOutEnabled, &M::ringOutEnabled),
     plain(&S::ringOutSensitivity, &M::ringOutSensitivity)};
 
-constexpr std::tuple placements{plain(&S::splMeterPlacement, &M::splMeterPlacement),
-                                plain(&S::rtaPlacement, &M::rtaPlacement),
-                                plain(&S::spectrogramPlacement, &M::spectrogramPlacement),
-                                plain(&S::levelHistoryPlacement, &M::levelHistoryPlacement)};
+constexpr std::tuple placementFields{plain(&S::splMeterPlacement, &M::splMeterPlacement),
+                                     plain(&S::rtaPlacement, &M::rtaPlacement),
+                                     plain(&S::spectrogramPlacement, &M::spectrogramPlacement),
+                                     plain(&S::levelHistoryPlacement, &M::levelHistoryPlacement)};
 
 constexpr std::tuple arrangement{
     plain(&S::graphOrientation, &M::graphOrientation),
@@ -257,7 +257,7 @@ SettingsSnapshot SettingsTransfer::capture() const {
         (captureAll(table, settings_, snapshot), ...);
     };
     captureTables(inputs, channelsAndMeter, leq, trafficLights, headline, loudness, ranges,
-                  spectrogramAndPanels, placements, arrangement);
+                  spectrogramAndPanels, placementFields, arrangement);
     snapshot.calibration->inputGain.reset();  // of the device at this moment
     return snapshot;
 }
@@ -280,7 +280,7 @@ void SettingsTransfer::apply(const SettingsSnapshot& snapshot, bool includeAudio
     applyAll(loudness, snapshot, settings_);
     applySpectrogramRanges(snapshot);
     applyAll(spectrogramAndPanels, snapshot, settings_);
-    layout_.placeTogether([&] { applyAll(placements, snapshot, settings_); });
+    layout_.placeTogether([&] { applyAll(placementFields, snapshot, settings_); });
     applyAll(arrangement, snapshot, settings_);
     run_.restartOnOtherSources();
 }

@@ -22,7 +22,7 @@ using TarvaneKit::UUID;
 namespace {
 
 // A shorter movement is an unsteady click.
-constexpr double shortestDrag = 2.0;
+constexpr double shortestScroll = 2.0;
 
 }  // namespace
 
@@ -129,7 +129,7 @@ void LiveSpectrogramView::mouseMoveEvent(QMouseEvent* event) {
     }
     const QPointF translation = event->position() - *pressedAt_;
     if (view_.scrollState.isDragging ||
-        std::hypot(translation.x(), translation.y()) >= shortestDrag) {
+        std::hypot(translation.x(), translation.y()) >= shortestScroll) {
         scrollBack(translation.y());
     }
 }

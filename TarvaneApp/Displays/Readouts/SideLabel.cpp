@@ -14,39 +14,39 @@ namespace {
 constexpr double titleTracking = 0.5;
 constexpr double rowGap = 3.0;
 
-QFont titleFont(double textScale, const Typeface& typeface) {
+QFont sideTitleFont(double textScale, const Typeface& typeface) {
     QFont font = typeface.systemFont(Theme::Text::tick * textScale, QFont::DemiBold);
     font.setLetterSpacing(QFont::AbsoluteSpacing, titleTracking * textScale);
     return font;
 }
 
-QFont valueFont(double textScale, const Typeface& typeface) {
+QFont sideValueFont(double textScale, const Typeface& typeface) {
     return typeface.roundedFont(Theme::Text::number * textScale, QFont::DemiBold);
 }
 
-QFont unitFont(double textScale, const Typeface& typeface) {
+QFont sideUnitFont(double textScale, const Typeface& typeface) {
     return typeface.systemFont(Theme::Text::tick * textScale);
 }
 
 double unitHeight(const QString& unit, double textScale, const Typeface& typeface) {
-    return unit.isEmpty() ? 0.0 : QFontMetricsF(unitFont(textScale, typeface)).height();
+    return unit.isEmpty() ? 0.0 : QFontMetricsF(sideUnitFont(textScale, typeface)).height();
 }
 
 }  // namespace
 
 QSizeF SideLabel::size(double textScale, const Typeface& typeface) const {
-    const QFont titleFace = titleFont(textScale, typeface);
-    const QFont valueFace = valueFont(textScale, typeface);
+    const QFont titleFace = sideTitleFont(textScale, typeface);
+    const QFont valueFace = sideValueFont(textScale, typeface);
     return {std::max({TabularText::width(QStringLiteral("-000.0"), valueFace),
                       QFontMetricsF(titleFace).horizontalAdvance(title),
-                      QFontMetricsF(unitFont(textScale, typeface)).horizontalAdvance(unit)}),
+                      QFontMetricsF(sideUnitFont(textScale, typeface)).horizontalAdvance(unit)}),
             QFontMetricsF(titleFace).capHeight() + rowGap * textScale +
                 QFontMetricsF(valueFace).height() + unitHeight(unit, textScale, typeface)};
 }
 
 void SideLabel::paint(QPainter& painter, const QRectF& rect, double textScale,
                       const Typeface& typeface) const {
-    const QFont titleFace = titleFont(textScale, typeface);
+    const QFont titleFace = sideTitleFont(textScale, typeface);
     const QFontMetricsF titleMetrics(titleFace);
     // The tracking behind the last letter isn't part of the word.
     const double titleWidth = titleMetrics.horizontalAdvance(title) - titleTracking * textScale;
@@ -56,7 +56,7 @@ void SideLabel::paint(QPainter& painter, const QRectF& rect, double textScale,
         QPointF(rect.center().x() - titleWidth / 2.0, rect.top() + titleMetrics.capHeight()),
         title);
 
-    const QFont valueFace = valueFont(textScale, typeface);
+    const QFont valueFace = sideValueFont(textScale, typeface);
     const double foot = rect.bottom() - unitHeight(unit, textScale, typeface);
     painter.setPen(Contrast::legible(color, Theme::panelBackground));
     TabularText::draw(painter,
@@ -64,7 +64,7 @@ void SideLabel::paint(QPainter& painter, const QRectF& rect, double textScale,
                               foot - QFontMetricsF(valueFace).descent()),
                       value, valueFace);
     if (!unit.isEmpty()) {
-        painter.setFont(unitFont(textScale, typeface));
+        painter.setFont(sideUnitFont(textScale, typeface));
         painter.setPen(Theme::axisText);
         painter.drawText(QRectF(rect.left(), foot, rect.width(), rect.bottom() - foot),
                          Qt::AlignCenter, unit);

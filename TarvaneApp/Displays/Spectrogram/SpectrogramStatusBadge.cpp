@@ -9,7 +9,7 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr double inset = Theme::Space::related;  // from the plot's corner
+constexpr double cornerInset = Theme::Space::related;  // from the plot's corner
 constexpr double marginAcross = Theme::Space::related;
 constexpr double marginUpDown = 3.0;
 constexpr double plateOpacity = 0.85;
@@ -27,8 +27,9 @@ QString SpectrogramStatusBadge::text() const {
 QRectF SpectrogramStatusBadge::rect(const QSizeF& plot, const Typeface& typeface) const {
     const QFontMetricsF metrics(badgeFont(typeface));
     const double width = std::min(metrics.horizontalAdvance(text()) + 2.0 * marginAcross,
-                                  std::max(plot.width() - 2.0 * inset, 0.0));
-    return {plot.width() - inset - width, inset, width, metrics.height() + 2.0 * marginUpDown};
+                                  std::max(plot.width() - 2.0 * cornerInset, 0.0));
+    return {plot.width() - cornerInset - width, cornerInset, width,
+            metrics.height() + 2.0 * marginUpDown};
 }
 
 void SpectrogramStatusBadge::paint(QPainter& painter, const QSizeF& plot,

@@ -15,7 +15,7 @@ namespace {
 constexpr double graphMargin = 10.0;
 constexpr double paddingAcross = 14.0;
 constexpr double radius = 8.0;
-constexpr double plateOpacity = 0.95;
+constexpr double livePlateOpacity = 0.95;
 // Nothing of the graph is legible through it.
 constexpr double heldPlateOpacity = 0.93;
 // What is large stays 3:1 above its plate.
@@ -87,7 +87,7 @@ void RingOutBannerView::paint(QPainter& painter, const QSizeF& graph,
     painter.save();
     painter.setOpacity(presence);
     paintPlate(painter, plate, radius,
-               Theme::faded(Theme::panelBackground, isLive ? plateOpacity : heldPlateOpacity));
+               Theme::faded(Theme::panelBackground, isLive ? livePlateOpacity : heldPlateOpacity));
     const double textOpacity = isLive ? 1.0 : heldTextOpacity;
     const PixelGrid grid(painter);
     const double hairline = grid.lineWidth(1.0);

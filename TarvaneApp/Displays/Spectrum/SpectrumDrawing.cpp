@@ -15,7 +15,7 @@ using TarvaneKit::OctaveBand;
 
 namespace {
 
-constexpr double ruleOpacity = 0.4;  // of floor and ceiling
+constexpr double limitOpacity = 0.4;  // of floor and ceiling
 constexpr double ruleDash = 5.0;
 constexpr double ruleGap = 4.0;
 
@@ -136,7 +136,7 @@ void drawFloorAndCeiling(QPainter& painter, const SpectrumView& view, const QSiz
             const double left = grid.snapped(x);
             const double right = grid.snapped(std::min(x + ruleDash, size.width()));
             painter.fillRect(QRectF(left, top, right - left, grid.lineWidth(1.0)),
-                             Theme::faded(Qt::white, ruleOpacity));
+                             Theme::faded(Qt::white, limitOpacity));
         }
     }
 }

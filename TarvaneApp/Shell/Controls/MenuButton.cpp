@@ -18,9 +18,9 @@ namespace {
 
 constexpr int dotSize = 8;
 constexpr int dotGap = 5;
-constexpr int widestText = 220;
+constexpr int widestTitle = 220;
 // Letters of which nobody can tell a word aren't worth their room.
-constexpr int narrowestText = 44;
+constexpr int narrowestTitle = 44;
 
 QFont labelFont() {
     return Typeface::installed().systemFont(Theme::Text::caption);
@@ -93,7 +93,8 @@ int MenuButton::widthWith(int textWidth) const {
 }
 
 QSize MenuButton::sizeHint() const {
-    const int textWidth = std::min(QFontMetrics(labelFont()).horizontalAdvance(text()), widestText);
+    const int textWidth =
+        std::min(QFontMetrics(labelFont()).horizontalAdvance(text()), widestTitle);
     return {widthWith(textWidth), Theme::controlHeight};
 }
 
@@ -103,7 +104,7 @@ int MenuButton::ordinaryWidth() const {
 
 int MenuButton::widthIn(int room) const {
     const int whole = sizeHint().width();
-    const bool isWordless = dot_ && room < widthWith(narrowestText);
+    const bool isWordless = dot_ && room < widthWith(narrowestTitle);
     return room >= whole ? whole
            : isWordless  ? minimumSizeHint().width()
                          : std::max(room, minimumSizeHint().width());
@@ -115,7 +116,7 @@ QSize MenuButton::minimumSizeHint() const {
         return whole;
     }
     // The dot alone tells which one it is.
-    return {std::min(widthWith(dot_ ? 0 : narrowestText), whole.width()), whole.height()};
+    return {std::min(widthWith(dot_ ? 0 : narrowestTitle), whole.width()), whole.height()};
 }
 
 void MenuButton::paintEvent(QPaintEvent*) {
@@ -133,7 +134,7 @@ void MenuButton::paintEvent(QPaintEvent*) {
     painter.setFont(labelFont());
     painter.setPen(Theme::primaryText);
     const bool fits = painter.fontMetrics().horizontalAdvance(text()) <= textRect.width() + 1.0;
-    if (fits || !dot_ || textRect.width() >= narrowestText) {
+    if (fits || !dot_ || textRect.width() >= narrowestTitle) {
         painter.drawText(textRect, Qt::AlignLeft | Qt::AlignVCenter,
                          painter.fontMetrics().elidedText(text(), Qt::ElideRight,
                                                           static_cast<int>(textRect.width()) + 1));

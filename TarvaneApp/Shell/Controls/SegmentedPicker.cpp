@@ -15,7 +15,7 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr double inset = 2.0;  // of a segment in the picker
+constexpr double segmentInset = 2.0;  // of a segment in the picker
 
 class Segment final : public QAbstractButton {
   public:
@@ -30,9 +30,10 @@ class Segment final : public QAbstractButton {
   protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        const QRectF body = QRectF(rect()).adjusted(inset, inset, -inset, -inset);
+        const QRectF body =
+            QRectF(rect()).adjusted(segmentInset, segmentInset, -segmentInset, -segmentInset);
         if (isChecked()) {
-            paintPlate(painter, body, Theme::Radius::control - inset, Theme::accent);
+            paintPlate(painter, body, Theme::Radius::control - segmentInset, Theme::accent);
         }
         painter.setFont(Typeface::installed().systemFont(Theme::Text::title));
         painter.setPen(isChecked()                ? Contrast::textOn(Theme::accent)
@@ -40,7 +41,7 @@ class Segment final : public QAbstractButton {
                                                   : Theme::axisText);
         painter.drawText(rect(), Qt::AlignCenter, text());
         if (hasFocus()) {
-            paintFocusRing(painter, body, Theme::Radius::control - inset - 1.0,
+            paintFocusRing(painter, body, Theme::Radius::control - segmentInset - 1.0,
                            isChecked() ? Contrast::textOn(Theme::accent) : Theme::accent);
         }
     }

@@ -24,8 +24,8 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr QSize smallestSize(420, 360);
-constexpr QSize firstSize(620, 640);
+constexpr QSize smallestNotesSize(420, 360);
+constexpr QSize firstNotesSize(620, 640);
 constexpr double badgeTint = 0.18;
 
 class Badge final : public QLabel {
@@ -53,8 +53,8 @@ ReleaseNotesWindowView::ReleaseNotesWindowView() : QWidget(nullptr, Qt::Window) 
     setSpokenRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("What's New in Tarvane"));
     setWindowIcon(Icon::application());
-    setMinimumSize(smallestSize);
-    resize(firstSize);
+    setMinimumSize(smallestNotesSize);
+    resize(firstNotesSize);
     auto* page = new ReadingPage(this);
     layOutColumn(this, 0)->addWidget(page);
     QVBoxLayout& column = page->column();
