@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "Displays/Plate.h"
 #include "Displays/Theme.h"
 
 namespace TarvaneApp {
@@ -46,11 +47,7 @@ class Popover final : public QWidget {
   protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Theme::gridLineStrong);
-        painter.setBrush(Theme::panelBackground);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Theme::Radius::panel,
-                                Theme::Radius::panel);
+        paintRaisedPanel(painter, rect());
     }
 };
 

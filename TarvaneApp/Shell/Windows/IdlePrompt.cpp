@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "Displays/Plate.h"
 #include "Displays/RawText.h"
 #include "Displays/Theme.h"
 #include "Engine/MeterEngine.h"
@@ -102,11 +103,7 @@ void IdlePrompt::place() {
 
 void IdlePrompt::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Theme::gridLineStrong);
-    painter.setBrush(Theme::panelBackground);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Theme::Radius::panel,
-                            Theme::Radius::panel);
+    paintRaisedPanel(painter, rect());
 }
 
 }  // namespace TarvaneApp
