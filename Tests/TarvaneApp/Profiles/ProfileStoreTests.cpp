@@ -1,7 +1,6 @@
 #include "Profiles/ProfileStore.h"
 
 #include <algorithm>
-#include <csignal>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -10,11 +9,11 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "Core/TextFile.h"
+#include "Support/FullDisk.h"
 #include "Support/TemporaryFolder.h"
 #include "TarvaneApp/Engine/EngineFixture.h"
 #include "TarvaneApp/Profiles/FixedPanels.h"
@@ -323,23 +322,16 @@ TEST_F(ProfileStoreTests, aFolderThatMayOnlyBeReadLosesNothing) {
     EXPECT_EQ(fileNames(), Names{"Show.json"});
 }
 
-// Past the limit of a file's size a write fails, as it does on a full disk.
 TEST_F(ProfileStoreTests, aFullDiskLosesNothingOfTheOldFile) {
     save("Show");
     const auto before = profile("Show");
-    rlimit usual{};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &usual), 0);
-    rlimit tight = usual;
-    tight.rlim_cur = 1024;
-    auto* const usualAction = std::signal(SIGXFSZ, SIG_IGN);
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &tight), 0);
+    std::optional<TarvaneTests::FullDisk> full(1024);
     engine->viewMode.set(SpectrumViewMode::line);
     save("Show");
     save("Other");
     panels.chosen = {temporary.path() / "carried.json"};
     profiles->exportProfile(before);
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &usual), 0);
-    std::signal(SIGXFSZ, usualAction);
+    full.reset();
     for (const char* message :
          {"Couldn't save \"Show\": File too large", "Couldn't save \"Other\": File too large",
           "Couldn't export \"Show\": File too large"}) {

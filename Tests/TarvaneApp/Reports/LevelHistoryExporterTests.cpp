@@ -10,11 +10,11 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <csignal>
+#include <optional>
 
+#include "Support/FullDisk.h"
 #include "TarvaneApp/Reports/ReportFixture.h"
 
 namespace TarvaneApp {
@@ -232,20 +232,13 @@ TEST_F(LevelHistoryExporterTests, aFileIsReplacedAsAWholeOrNotAtAll) {
               QStringList{QStringLiteral("Report.txt")});
 }
 
-// Past the limit of a file's size a write fails, as it does on a full disk.
 TEST_F(LevelHistoryExporterTests, aFullDiskLeavesTheOldFileWhole) {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("Report.txt"));
     LevelHistoryExporter::write("of last night", path);
-    rlimit usual{};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &usual), 0);
-    rlimit tight = usual;
-    tight.rlim_cur = 1024;
-    auto* const usualAction = std::signal(SIGXFSZ, SIG_IGN);
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &tight), 0);
+    std::optional<TarvaneTests::FullDisk> full(1024);
     EXPECT_EQ(errorOf(QByteArray(100000, 'x'), path), "File too large");
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &usual), 0);
-    std::signal(SIGXFSZ, usualAction);
+    full.reset();
     EXPECT_EQ(contents(path), "of last night");
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files),
               QStringList{QStringLiteral("Report.txt")});

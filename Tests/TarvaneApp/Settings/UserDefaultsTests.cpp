@@ -11,15 +11,17 @@
 #include <chrono>
 #include <csignal>
 #include <functional>
+#include <optional>
 #include <random>
 #include <thread>
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "Support/FullDisk.h"
 
 namespace TarvaneApp {
 namespace UserDefaultsTests {
@@ -179,19 +181,12 @@ TEST_F(UserDefaultsTests, aFullDiskCostsNothingThatWasStored) {
         defaults.setText("kept", "yes");
     }
     UserDefaults defaults(path, retryInterval);
-    // Past the limit of a file's size a write fails, as it does on a full disk.
-    rlimit usual{};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &usual), 0);
-    rlimit tight = usual;
-    tight.rlim_cur = 4096;
-    auto* const usualAction = std::signal(SIGXFSZ, SIG_IGN);
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &tight), 0);
+    std::optional<TarvaneTests::FullDisk> full(4096);
     const std::string large(20000, 'x');
     defaults.setText("large", large);
     defaults.synchronize();
     waitUntil([&] { return defaults.saveFailure()().has_value(); });
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &usual), 0);
-    std::signal(SIGXFSZ, usualAction);
+    full.reset();
     EXPECT_EQ(UserDefaults(path).text("kept"), "yes");
     waitUntil([&] { return !defaults.saveFailure()(); });
     EXPECT_EQ(UserDefaults(path).text("kept"), "yes");
