@@ -1160,12 +1160,18 @@ def settings_that_cannot_be_saved_are_told(desk):
     program.quit()
 
 
-@test
-def the_systems_end_keeps_settings_and_tells_of_the_measurement(desk):
+def metering_z_weighted(desk):
+    """A measurement under a setting that its user has just changed."""
     desk.plug_in("--tone", "1000:-20")
     program = metering(desk)
     program.click("Z weighting")
     expect_level(program, "SPL Z Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    return program
+
+
+@test
+def the_systems_end_keeps_settings_and_tells_of_the_measurement(desk):
+    program = metering_z_weighted(desk)
     program.process.send_signal(signal.SIGTERM)
     expect(program.process.wait(20) == 0, "it doesn't end cleanly")
     program = desk.launch()
@@ -1192,10 +1198,7 @@ def expect_cut_short(desk, weighting):
 def the_desktops_session_ends_it_cleanly(desk):
     session = Session()
     desk.env["SESSION_MANAGER"] = session.address
-    desk.plug_in("--tone", "1000:-20")
-    program = metering(desk)
-    program.click("Z weighting")
-    expect_level(program, "SPL Z Fast", -20 + SINE_RMS_RE_PEAK_DB)
+    program = metering_z_weighted(desk)
     session.end()
     expect(program.process.wait(20) == 0, "it doesn't end cleanly")
     expect(session.was_saved.is_set(), "it ends without a word")
@@ -1204,26 +1207,21 @@ def the_desktops_session_ends_it_cleanly(desk):
     expect_cut_short(desk, "Z")
 
 
-@test
-def a_display_that_goes_costs_no_setting_and_is_told(desk):
-    desk.plug_in("--tone", "1000:-20")
-    program = metering(desk)
-    program.click("Z weighting")
-    expect_level(program, "SPL Z Fast", -20 + SINE_RMS_RE_PEAK_DB)
+def lose_the_display(desk):
+    program = metering_z_weighted(desk)
     desk.lose_display()
     program.process.wait(20)
     expect_cut_short(desk, "Z")
+
+
+@test
+def a_display_that_goes_costs_no_setting_and_is_told(desk):
+    lose_the_display(desk)
 
 
 @test
 def a_compositor_that_goes_costs_no_setting_and_is_told(desk):
-    desk.plug_in("--tone", "1000:-20")
-    program = metering(desk)
-    program.click("Z weighting")
-    expect_level(program, "SPL Z Fast", -20 + SINE_RMS_RE_PEAK_DB)
-    desk.lose_display()
-    program.process.wait(20)
-    expect_cut_short(desk, "Z")
+    lose_the_display(desk)
 
 
 a_compositor_that_goes_costs_no_setting_and_is_told.desk = {"wayland": True}

@@ -45,13 +45,18 @@ class ApplicationFixture : public testing::Test {
     }
 
     TarvaneApp::MeterEngine& engine() { return application->engine(); }
-    static TarvaneApp::MainWindow& theMainWindow() {
+    template <class Window>
+    static QList<Window*> windows() {
+        QList<Window*> found;
         for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (auto* found = qobject_cast<TarvaneApp::MainWindow*>(widget)) {
-                return *found;
+            if (auto* window = qobject_cast<Window*>(widget)) {
+                found.append(window);
             }
         }
-        throw std::logic_error("there is no main window");
+        return found;
+    }
+    static TarvaneApp::MainWindow& theMainWindow() {
+        return *windows<TarvaneApp::MainWindow>().at(0);
     }
 
     FakeAudioSystem audio;

@@ -33,16 +33,6 @@ class HelpMenuTests : public TarvaneTests::ApplicationFixture {
         }
         throw std::logic_error(text.toStdString());
     }
-    template <class Window>
-    static QList<Window*> windows() {
-        QList<Window*> found;
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (auto* window = qobject_cast<Window*>(widget)) {
-                found.append(window);
-            }
-        }
-        return found;
-    }
     /// Opened twice there is one, where it was; closed, it can be opened anew.
     template <class Window>
     void opensOneWindow(const QString& text) {

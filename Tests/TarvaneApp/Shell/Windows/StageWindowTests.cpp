@@ -25,16 +25,12 @@ class StageWindowTests : public TarvaneTests::ApplicationFixture {
         : ApplicationFixture({.id = 41, .uid = "desk", .name = "Desk", .channelCount = 2}) {}
 
     template <class Window>
-    static QList<Window*> windows() {
-        QList<Window*> found;
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (auto* window = qobject_cast<Window*>(widget); window && window->isVisible()) {
-                found.append(window);
-            }
-        }
+    static QList<Window*> openWindows() {
+        QList<Window*> found = windows<Window>();
+        found.removeIf([](const Window* window) { return !window->isVisible(); });
         return found;
     }
-    static StageWindow& theStage() { return *windows<StageWindow>().at(0); }
+    static StageWindow& theStage() { return *openWindows<StageWindow>().at(0); }
     static const StageReadoutView& shown() {
         return theStage().findChild<LiveStageReadoutView*>()->view();
     }
@@ -60,12 +56,12 @@ class StageWindowTests : public TarvaneTests::ApplicationFixture {
 TEST_F(StageWindowTests, f11CoversTheWindowsScreenAndEscapeOrF11EndIt) {
     for (const Qt::Key end : {Qt::Key_Escape, Qt::Key_F11}) {
         press(theMainWindow(), Qt::Key_F11);
-        ASSERT_EQ(windows<StageWindow>().size(), 1);
+        ASSERT_EQ(openWindows<StageWindow>().size(), 1);
         EXPECT_TRUE(theStage().isFullScreen());
         EXPECT_EQ(theStage().screen(), theMainWindow().screen());
         EXPECT_EQ(theStage().size(), theMainWindow().screen()->size());
         press(theStage(), end);
-        EXPECT_TRUE(windows<StageWindow>().isEmpty());
+        EXPECT_TRUE(openWindows<StageWindow>().isEmpty());
     }
     EXPECT_TRUE(theMainWindow().isVisible());
 }
@@ -73,7 +69,7 @@ TEST_F(StageWindowTests, f11CoversTheWindowsScreenAndEscapeOrF11EndIt) {
 TEST_F(StageWindowTests, aSecondF11InTheSameWindowEndsItToo) {
     press(theMainWindow(), Qt::Key_F11);
     press(theMainWindow(), Qt::Key_F11);
-    EXPECT_TRUE(windows<StageWindow>().isEmpty());
+    EXPECT_TRUE(openWindows<StageWindow>().isEmpty());
 }
 
 TEST_F(StageWindowTests, itStandsOnTheScreenOfTheWindowThatItIsOf) {
@@ -118,11 +114,11 @@ TEST_F(StageWindowTests, inAChannelWindowItShowsThatChannelBesideTheMainOne) {
     channel.show();
     settle();
     press(channel, Qt::Key_F11);
-    ASSERT_EQ(windows<StageWindow>().size(), 1);
+    ASSERT_EQ(openWindows<StageWindow>().size(), 1);
     EXPECT_EQ(theStage().fixedChannelID(), id);
     EXPECT_TRUE(shown().label.startsWith(QStringLiteral("Balcony · SPL A Fast")));
     press(theMainWindow(), Qt::Key_F11);
-    EXPECT_EQ(windows<StageWindow>().size(), 2);
+    EXPECT_EQ(openWindows<StageWindow>().size(), 2);
     engine().removeChannel(id);
     settle();
     EXPECT_FALSE(shown().label.contains(QStringLiteral("Balcony")));

@@ -30,16 +30,6 @@ class WindowSceneTests : public TarvaneTests::ApplicationFixture {
         return id;
     }
 
-    template <class Window>
-    static QList<Window*> windows() {
-        QList<Window*> found;
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (auto* window = qobject_cast<Window*>(widget)) {
-                found.append(window);
-            }
-        }
-        return found;
-    }
     static QAction* item(const QString& text) {
         for (QAction* action : theMainWindow().findChildren<QAction*>()) {
             if (action->text() == text) {
