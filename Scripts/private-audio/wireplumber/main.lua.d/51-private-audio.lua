@@ -6,3 +6,5 @@ default_access.properties["enable-flatpak-portal"] = false
 device_defaults.properties["use-persistent-storage"] = false
 stream_defaults.properties["restore-props"] = false
 stream_defaults.properties["restore-target"] = false
+
+load_script("ready.lua")
