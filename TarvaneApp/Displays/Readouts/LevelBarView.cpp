@@ -15,8 +15,8 @@ namespace TarvaneApp {
 namespace {
 
 constexpr double fineStepDB = 10.0;
-constexpr double coarseStepDB = 20.0;
-constexpr double widestFineRangeDB = 60.0;
+constexpr double coarseScaleStepDB = 20.0;
+constexpr double widestFineScaleDB = 60.0;
 
 // Heights from top to bottom at scale 1: 11 captions, 4, 10 track, 3, 4 ticks, 1, 11 labels.
 constexpr double captionHeight = 11.0;
@@ -127,7 +127,7 @@ std::vector<double> LevelBarView::ticks(const Range& range) {
         return {};
     }
     const double width = range.upper - range.lower;
-    const double step = width > widestFineRangeDB ? coarseStepDB : fineStepDB;
+    const double step = width > widestFineScaleDB ? coarseScaleStepDB : fineStepDB;
     std::vector<double> ticks;
     const double first = std::ceil(range.lower / step);
     const double last = std::floor(range.upper / step);

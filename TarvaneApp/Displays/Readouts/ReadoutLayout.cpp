@@ -20,7 +20,7 @@ constexpr double badgeGap = 10.0;  // between the label and a badge beside it
 // The button is a control and keeps its size, as all controls do.
 constexpr QSizeF resetButtonSize(112.0, 24.0);
 
-constexpr double marginAcross = 12.0;
+constexpr double panelMarginAcross = 12.0;
 constexpr double marginUpDown = 6.0;
 
 // The bar grows with the room, from this size on and up to three times.
@@ -136,7 +136,7 @@ bool buttonHasRow(const Room& room, const Arrangement& arrangement) {
 }
 
 double innerWidth(const Room& room) {
-    return room.size.width() - 2.0 * marginAcross;
+    return room.size.width() - 2.0 * panelMarginAcross;
 }
 
 // Without the level bar and the margins.

@@ -14,7 +14,7 @@ namespace TarvaneApp {
 
 namespace {
 
-constexpr double plateOpacity = 0.55;
+constexpr double labelPlateOpacity = 0.55;
 constexpr double coloredPlateOpacity = 0.9;  // over bars of any colour
 constexpr double frequencyLabelGap = 3.0;    // between a rule and its label
 constexpr double frequencyLabelTop = 10.0;   // above the bottom
@@ -29,7 +29,7 @@ constexpr double floorCeilingShift = -15.0;
 constexpr double largestNameShare = 0.4;
 constexpr double furtherIn = 64.0;  // beside the label of the ceiling
 
-QFont labelFont(const Typeface& typeface) {
+QFont spectrumLabelFont(const Typeface& typeface) {
     return typeface.systemFont(Theme::Text::tick, QFont::Medium);
 }
 
@@ -43,7 +43,7 @@ class LabelPlacer {
   public:
     LabelPlacer(const QSizeF& size, const Typeface& typeface)
         : bounds_(QPointF(), size),
-          font_(labelFont(typeface)),
+          font_(spectrumLabelFont(typeface)),
           height_(QFontMetricsF(font_).height()),
           ascent_(QFontMetricsF(font_).ascent()) {}
 
@@ -65,7 +65,7 @@ class LabelPlacer {
                const QColor& color = Theme::primaryText) {
         const SpectrumLabel label{
             text, QRectF(left, std::min(top, lowestTop()), width(text), height_), color,
-            color == Theme::primaryText ? plateOpacity : coloredPlateOpacity};
+            color == Theme::primaryText ? labelPlateOpacity : coloredPlateOpacity};
         const QRectF ink(label.rect.left(), label.rect.top(), label.rect.width(), ascent_);
         const bool isClear =
             bounds_.contains(ink) && std::ranges::none_of(taken_, [&](const QRectF& other) {
@@ -194,7 +194,7 @@ SpectrumLabels layoutLabels(const SpectrumView& view, const QSizeF& size,
 
 void paintLabels(QPainter& painter, const std::vector<SpectrumLabel>& labels,
                  const Typeface& typeface) {
-    const QFont font = labelFont(typeface);
+    const QFont font = spectrumLabelFont(typeface);
     const double ascent = QFontMetricsF(font).ascent();
     for (const SpectrumLabel& label : labels) {
         paintPlate(painter, label.plate(), Theme::Radius::label,

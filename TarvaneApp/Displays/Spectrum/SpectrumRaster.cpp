@@ -25,7 +25,7 @@ namespace {
 constexpr std::uint32_t weightSteps = 64;
 constexpr std::uint32_t weightStep = fullWeight / weightSteps;
 
-std::size_t at(int index) {
+std::size_t slot(int index) {
     return static_cast<std::size_t>(index);
 }
 
@@ -123,8 +123,8 @@ void SpectrumRaster::prepareGrid(const SpectrumView& view, const QSizeF& size, d
         bands_.clear();
         bars_.clear();
         linePositions_.clear();
-        strokeShares_.resize(at(rows_ + 2));
-        areaShares_.resize(at(rows_ + 2));
+        strokeShares_.resize(slot(rows_ + 2));
+        areaShares_.resize(slot(rows_ + 2));
     }
     curveKey_.reset();
     stillColumns_.clear();
@@ -193,9 +193,9 @@ void SpectrumRaster::prepareFill(const QColor& traceColor) {
         column.rect(),
         Theme::spectrumFillGradient(traceColor, gridKey_->size.height() * gridKey_->pixelRatio));
     painter.end();
-    fill_.resize(at(rows_));
+    fill_.resize(slot(rows_));
     for (int y = 0; y < rows_; ++y) {
-        fill_[at(y)] = *reinterpret_cast<const QRgb*>(column.constScanLine(y));
+        fill_[slot(y)] = *reinterpret_cast<const QRgb*>(column.constScanLine(y));
     }
 }
 
@@ -215,12 +215,12 @@ std::vector<SpectrumRaster::BarPlace> SpectrumRaster::barPlaces(
 }
 
 void SpectrumRaster::prepareBars(const SpectrumView& view) {
-    if (bands_ == view.bands && firstShare_.size() == at(columns_ + 1)) {
+    if (bands_ == view.bands && firstShare_.size() == slot(columns_ + 1)) {
         return;
     }
     bands_ = view.bands;
     bars_ = barPlaces(view, bands_);
-    std::vector<std::vector<BarShare>> byColumn(at(columns_));
+    std::vector<std::vector<BarShare>> byColumn(slot(columns_));
     for (std::size_t i = 0; i < bars_.size(); ++i) {
         const int first = std::max(static_cast<int>(bars_[i].left), 0);
         for (int x = first; x < columns_ && static_cast<float>(x) < bars_[i].right; ++x) {
@@ -229,7 +229,7 @@ void SpectrumRaster::prepareBars(const SpectrumView& view) {
             const std::uint32_t weight =
                 static_cast<std::uint32_t>(std::lround(covered * weightSteps)) * weightStep;
             if (weight > 0) {
-                byColumn[at(x)].push_back({static_cast<int>(i), weight});
+                byColumn[slot(x)].push_back({static_cast<int>(i), weight});
             }
         }
     }
@@ -262,13 +262,13 @@ const QRgb* SpectrumRaster::stillColumn(int ground, bool hasArea, std::uint32_t 
         stillColumns_.resize(groundColumns_.size() * 2 * (weightSteps + 1));
     }
     if (!hasArea && weight == 0) {
-        return groundColumns_[at(ground)].data();
+        return groundColumns_[slot(ground)].data();
     }
     const std::size_t index =
-        (at(ground) * 2 + (hasArea ? 1 : 0)) * (weightSteps + 1) + weight / weightStep;
+        (slot(ground) * 2 + (hasArea ? 1 : 0)) * (weightSteps + 1) + weight / weightStep;
     std::vector<QRgb>& column = stillColumns_[index];
     if (column.empty()) {
-        column = groundColumns_[at(ground)];
+        column = groundColumns_[slot(ground)];
         for (std::size_t y = 0; y < column.size(); ++y) {
             if (hasArea) {
                 column[y] = over(column[y], fill_[y], fullWeight);
@@ -337,7 +337,7 @@ void SpectrumRaster::composeColumn(const SpectrumView& view, int column, QRgb* p
         const Rows rows = hold_.strokeCoverage(column, strokeShares_);
         const QRgb color = premultiplied(view.peakColor);
         for (int y = rows.first; y < rows.end; ++y) {
-            pixels[y] = over(pixels[y], color, PixelBlend::weight(strokeShares_[at(y)]));
+            pixels[y] = over(pixels[y], color, PixelBlend::weight(strokeShares_[slot(y)]));
         }
         blended[1] = rows;
     }
@@ -348,7 +348,7 @@ void SpectrumRaster::composeColumn(const SpectrumView& view, int column, QRgb* p
 
 // Ground, area and line. Returns the row from which on the area covers all.
 int SpectrumRaster::composeArea(const SpectrumView& view, int column, QRgb* pixels, Rows& blended) {
-    const int ground = groundOfColumn_[at(column)];
+    const int ground = groundOfColumn_[slot(column)];
     const QRgb* bare = stillColumn(ground, false, 0);
     if (!hasLine_) {
         std::copy(bare, bare + rows_, pixels);
@@ -361,11 +361,11 @@ int SpectrumRaster::composeArea(const SpectrumView& view, int column, QRgb* pixe
     std::copy(bare, bare + areaFrom, pixels);
     std::copy(covered + areaFrom, covered + rows_, pixels + areaFrom);
     for (int y = area.first; y < area.end; ++y) {
-        pixels[y] = over(pixels[y], fill_[at(y)], PixelBlend::weight(areaShares_[at(y)]));
+        pixels[y] = over(pixels[y], fill_[slot(y)], PixelBlend::weight(areaShares_[slot(y)]));
     }
     const QRgb color = premultiplied(view.traceColor);
     for (int y = stroke.first; y < stroke.end; ++y) {
-        pixels[y] = over(pixels[y], color, PixelBlend::weight(strokeShares_[at(y)]));
+        pixels[y] = over(pixels[y], color, PixelBlend::weight(strokeShares_[slot(y)]));
     }
     blended = stroke;
     if (!area.isEmpty()) {
@@ -377,22 +377,22 @@ int SpectrumRaster::composeArea(const SpectrumView& view, int column, QRgb* pixe
 
 void SpectrumRaster::composeBars(int column, QRgb* pixels, int areaFrom,
                                  std::span<const Rows> blended) {
-    const int first = firstShare_[at(column)];
-    const int end = firstShare_[at(column) + 1];
+    const int first = firstShare_[slot(column)];
+    const int end = firstShare_[slot(column) + 1];
     for (int index = first; index < end; ++index) {
-        const BarShare& share = shares_[at(index)];
-        const float top = barTops_[at(share.bar)];
+        const BarShare& share = shares_[slot(index)];
+        const float top = barTops_[slot(share.bar)];
         int y = static_cast<int>(top);
         if (y >= rows_) {
             continue;
         }
         const auto blend = [&](int until) {
             for (; y < until; ++y) {
-                pixels[y] = over(pixels[y], fill_[at(y)], share.weight);
+                pixels[y] = over(pixels[y], fill_[slot(y)], share.weight);
             }
         };
         const float inTopRow = static_cast<float>(y + 1) - top;
-        pixels[y] = over(pixels[y], fill_[at(y)],
+        pixels[y] = over(pixels[y], fill_[slot(y)],
                          PixelBlend::weight(inTopRow * static_cast<float>(share.weight) /
                                             static_cast<float>(fullWeight)));
         ++y;
@@ -423,7 +423,7 @@ void SpectrumRaster::composeBars(int column, QRgb* pixels, int areaFrom,
 
 void SpectrumRaster::copyBarColumn(int column, QRgb* pixels, Rows rows, int areaFrom,
                                    std::uint32_t weight) {
-    const int ground = groundOfColumn_[at(column)];
+    const int ground = groundOfColumn_[slot(column)];
     const int border = std::clamp(areaFrom, rows.first, rows.end);
     if (rows.first < border) {
         const QRgb* still = stillColumn(ground, false, weight);

@@ -13,7 +13,7 @@ namespace TarvaneApp {
 namespace {
 
 // Steppers under each other are equally wide.
-constexpr int smallestWidth = 104;
+constexpr int smallestStepperWidth = 104;
 
 }  // namespace
 
@@ -28,7 +28,7 @@ ValueStepper::ValueStepper(const Scale& scale, std::function<void(double)> onCha
     setKeyboardTracking(false);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    setMinimumWidth(smallestWidth);
+    setMinimumWidth(smallestStepperWidth);
     setFixedHeight(Theme::controlHeight);
     connect(this, &QDoubleSpinBox::valueChanged, this, std::move(onChange));
     connect(this, &QDoubleSpinBox::editingFinished, this,

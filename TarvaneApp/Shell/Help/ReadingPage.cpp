@@ -17,7 +17,7 @@ namespace {
 // A line of more letters makes the eye lose its way back.
 constexpr int lettersInLine = 70;
 
-constexpr int margin = 28;
+constexpr int pageMargin = 28;
 
 // By a text as the pages have it.
 int widthOfLine() {
@@ -31,9 +31,9 @@ int widthOfLine() {
 
 ReadingPage::ReadingPage(QWidget* parent) : QScrollArea(parent) {
     auto* content = new QWidget;
-    content->setMaximumWidth(widthOfLine() + 2 * margin);
+    content->setMaximumWidth(widthOfLine() + 2 * pageMargin);
     column_ = new QVBoxLayout(content);
-    column_->setContentsMargins(margin, margin, margin, margin);
+    column_->setContentsMargins(pageMargin, pageMargin, pageMargin, pageMargin);
     column_->setSpacing(Theme::Space::section);
     setWidgetResizable(true);
     setAlignment(Qt::AlignHCenter | Qt::AlignTop);

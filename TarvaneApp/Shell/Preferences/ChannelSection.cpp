@@ -25,7 +25,7 @@ using TarvaneKit::UUID;
 
 namespace {
 
-constexpr double dimmed = 0.4;
+constexpr double dimmedOpacity = 0.4;
 
 }  // namespace
 
@@ -96,7 +96,7 @@ void ChannelSection::refresh() {
         return;  // it is about to go
     }
     const QString name = QString::fromStdString(info->name);
-    const double opacity = info->isEnabled ? 1.0 : dimmed;
+    const double opacity = info->isEnabled ? 1.0 : dimmedOpacity;
     dot_->setColor(Theme::faded(Theme::color(info->color), opacity));
     name_->setText(name);
     name_->setEnabled(info->isEnabled);

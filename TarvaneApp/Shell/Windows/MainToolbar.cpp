@@ -27,7 +27,7 @@ using TarvaneKit::UUID;
 namespace {
 
 constexpr int paddingUpDown = 10;
-constexpr int spacing = 14;
+constexpr int groupSpacing = 14;
 constexpr int spinnerInset = 2;
 
 constexpr QLatin1String resetPeakHold("Reset Peak Hold");
@@ -53,7 +53,7 @@ MainToolbar::MainToolbar(MeterEngine& engine, ProfileStore& profiles, const AppC
     constexpr int ring = IconButton::margin(Theme::Symbol::transport);
     row_->setContentsMargins(Theme::Space::panel - ring, paddingUpDown - ring,
                              Theme::Space::panel - ring, paddingUpDown - ring);
-    row_->setSpacing(spacing - ring);
+    row_->setSpacing(groupSpacing - ring);
     row_->addWidget(startButton_);
     row_->addWidget(pauseButton_);
     row_->addWidget(pausedNote_);

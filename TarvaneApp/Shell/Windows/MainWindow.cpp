@@ -25,7 +25,7 @@ constexpr int smallestWidth = 900;
 constexpr int smallestHeight = 260;
 constexpr int smallestHeightWithGraphs = 600;
 constexpr int historyHeight = 170;
-constexpr QSize firstSize(1200, 920);
+constexpr QSize mainWindowSize(1200, 920);
 
 }  // namespace
 
@@ -37,7 +37,7 @@ MainWindow::MainWindow(MeterEngine& engine, ProfileStore& profiles, const AppCom
         this, [this] { limitSize(); }, engine.rtaPlacement, engine.spectrogramPlacement,
         engine.levelHistoryPlacement);
     connect(room_, &ScreenRoom::changed, this, &MainWindow::limitSize);
-    resize(firstSize.boundedTo(room_->size()));
+    resize(mainWindowSize.boundedTo(room_->size()));
     content_ = new ContentView(engine, profiles, commands, this);
     setCentralWidget(content_);
     // No control is pressed or ringed until the user moves the focus there.
