@@ -6,28 +6,20 @@
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
 
-#include <QCoreApplication>
-#include <QEventLoop>
 #include <ctime>
-#include <memory>
-#include <vector>
 
-#include "Engine/MeterChannel.h"
 #include "Engine/MeterEngine.h"
+#include "EngineDesk.h"
 #include "Metering/ChannelAnalysis.h"
 #include "Settings/UserDefaults.h"
 #include "Support/FakeAudioSystem.h"
 #include "Support/ManualTime.h"
-#include "Support/MemoryStore.h"
-#include "Support/Signals.h"
 #include "Support/TemporaryFolder.h"
-#include "TickCost.h"
 
 namespace TarvaneBenchmarks {
 namespace {
 
 using namespace TarvaneApp;
-using TarvaneKit::UUID;
 
 double cpuSeconds(clockid_t clock) {
     timespec time{};
@@ -35,85 +27,18 @@ double cpuSeconds(clockid_t clock) {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
 }
 
-void ensureApplication() {
-    static int argc = 1;
-    static char name[] = "benchmark";
-    static char* argv[] = {name, nullptr};
-    static const QCoreApplication application(argc, argv);
-}
-
-// An engine with so many stereo channels on one device, each shown in every way.
-class Desk {
-  public:
-    explicit Desk(int channelCount) {
-        audio_.plugIn({.id = 40, .uid = "desk", .name = "Desk", .channelCount = 2});
-        audio_.setDefaultInput(40);
-        engine_ = std::make_unique<MeterEngine>(MeterEngine::Environment{
-            .audio = audio_, .store = store_, .clock = clock_, .tickTimer = timer_});
-        engine_->refreshDevices();
-        engine_->selectedDeviceUID.set("desk");
-        std::vector<ChannelConfig> channels(static_cast<std::size_t>(channelCount - 1));
-        std::vector<UUID> ids{UUID::main()};
-        ChannelDisplaySettings display;
-        display.octaveFraction = TarvaneKit::OctaveFraction::fortyEighthOctave;
-        for (ChannelConfig& channel : channels) {
-            channel.deviceUID = "desk";
-            channel.isStereo = true;
-            channel.measuresLoudness = true;
-            channel.ringOutEnabled = true;
-            channel.display = display;
-            ids.push_back(channel.id);
-        }
-        engine_->mainInputIsStereo.set(true);
-        engine_->mainInputMeasuresLoudness.set(true);
-        engine_->ringOutEnabled.set(true);
-        engine_->octaveFraction.set(display.octaveFraction);
-        engine_->extraChannels.set(std::move(channels));
-        spectra_.update(*engine_, ids, ChannelDemand::rta);
-        spectrograms_.update(*engine_, ids, ChannelDemand::spectrogram);
-        QObject::connect(&engine_->meterChannel(ids.back()).live, &LiveMeterData::willChange,
-                         [this] { ++publications_; });
-        engine_->start();
-        while (engine_->isStarting()) {
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
-        feed(ChannelAnalysis::windowLength);
-    }
-
-    void feed(int frames) {
-        audio_.feed("desk", {TarvaneKit::Testing::whiteNoise(frames, 0.1, 1),
-                             TarvaneKit::Testing::whiteNoise(frames, 0.1, 2)});
-    }
-    void tick() {
-        clock_.advance(1.0 / 60.0);
-        const int before = publications_;
-        timer_.fire();
-        while (publications_ == before) {
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
-    }
-
-  private:
-    TarvaneTests::FakeAudioSystem audio_;
-    TarvaneTests::MemoryStore store_;
-    TarvaneTests::ManualClock clock_;
-    TarvaneTests::ManualTickTimer timer_;
-    std::unique_ptr<MeterEngine> engine_;
-    ChannelDemandRegistration spectra_;
-    ChannelDemandRegistration spectrograms_;
-    int publications_ = 0;
-};
-
 // Argument: stereo channels.
 void wholeTick(benchmark::State& state) {
     ensureApplication();
     const auto channels = static_cast<double>(state.range(0));
-    Desk desk(static_cast<int>(state.range(0)));
+    EngineDesk desk(static_cast<int>(state.range(0)));
+    const auto noise = EngineDesk::noise(EngineDesk::framesPerTick);
+    desk.feed(EngineDesk::noise(ChannelAnalysis::windowLength));
     double mainSeconds = 0.0;
     double allSeconds = 0.0;
     for (auto _ : state) {
         state.PauseTiming();
-        desk.feed(framesPerTick);
+        desk.feed(noise);
         state.ResumeTiming();
         const double mainBefore = cpuSeconds(CLOCK_THREAD_CPUTIME_ID);
         const double allBefore = cpuSeconds(CLOCK_PROCESS_CPUTIME_ID);
