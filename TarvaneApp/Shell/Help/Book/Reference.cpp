@@ -13,8 +13,8 @@ HelpTopic keyboardShortcuts() {
         "Every shortcut in one place.",
         {
             Heading{"Metering"},
-            Paragraph{
-                "In the main window, in every module's window and in every channel's window:"},
+            Paragraph{"In the main window, in every module's window, in every channel's window and "
+                      "in the full-screen meter; not in the settings and in this help:"},
             Shortcuts{{
                 {"Space", "Start or stop; while a device opens, cancel"},
                 {"P", "Pause without clearing, or resume"},
@@ -29,7 +29,7 @@ HelpTopic keyboardShortcuts() {
                 {"Ctrl+,", "Open the settings"},
                 {"Ctrl+Q", "Quit"},
                 {"Ctrl+Shift+C", "Show the clock instead of the SPL meter, or the meter again"},
-                {"F11", "The SPL meter on the full screen"},
+                {"F11", "The SPL meter on the full screen, or the end of it"},
                 {"Ctrl+0", "Show the main window"},
                 {"Ctrl+? or F1", "Open this help"},
             }},
@@ -37,9 +37,11 @@ HelpTopic keyboardShortcuts() {
             Shortcuts{{
                 {"Tab, Shift+Tab", "The next or the previous control or graph"},
                 {"Arrow keys", "Within a row of choices, a list or a slider"},
+                {"F10", "Open the menu bar of the main window"},
                 {"Alt+F, Alt+V, Alt+P, Alt+W, Alt+H", "Open a menu of the main window"},
                 {"Ctrl+W", "Close the window; not the main one"},
-                {"Esc", "Close the settings, About, what is new, or a popover"},
+                {"Esc",
+                 "Close the settings, About, what is new, the full-screen meter, or a popover"},
                 {"Ctrl+Tab, Ctrl+Shift+Tab",
                  "In the settings: the next or the previous tab, also with Ctrl+Page Down and "
                  "Ctrl+Page Up"},
@@ -64,10 +66,10 @@ HelpTopic keyboardShortcuts() {
                 {"Wheel, pinch", "Zoom at the pointer; a sideways wheel goes through time"},
                 {"Drag", "Go through time; a double-click resets"},
             }},
-            Heading{"The grip between the graphs"},
+            Heading{"The grips under the meter and between the graphs"},
             Shortcuts{{
-                {"Arrow keys", "Give one graph more room"},
-                {"Double-click", "Equal halves"},
+                {"Arrow keys", "Give one side more room"},
+                {"Double-click", "Equal halves of the graphs; the meter's own height"},
             }},
             Heading{"This help"},
             Shortcuts{{
@@ -88,20 +90,21 @@ HelpTopic troubleshooting() {
             Heading{"The meter doesn't start"},
             Bullets{{
                 "“No audio input device is available.” Nothing is plugged in, or the card's "
-                "profile has no input: choose another profile in the system's sound settings, then "
-                "press **Refresh Devices** in **Preferences > Audio**.",
-                "“There is no audio server.” PipeWire isn't running in this session. Log in again, "
-                "or start it.",
+                "profile has no input: choose another profile in the system's sound settings.",
+                "“Failed to enumerate audio devices”, or for System Output “needs PipeWire 0.3.65 "
+                "or later”: PipeWire isn't running in this session. Log in again, or start it.",
                 "“The device delivered no audio within 5 seconds.” It is asleep or hung: unplug "
                 "it, plug it in, press start.",
             }},
             Heading{"It runs, but the level stays at the bottom"},
             Bullets{{
+                "Look at the device in the toolbar: a chosen one that isn't connected was replaced "
+                "by the default.",
                 "Look at **Input level** under **Input Gain**. If it moves, you look at another "
                 "channel; if not, try the other entries of **Input**.",
-                "Phantom power off, a muted input, a gain at its minimum, a pad.",
-                "System Output reads what programs play: with nothing playing it reads "
-                "nothing.",
+                "Phantom power off, a muted input, a gain at its minimum, a pad. Near −240 nothing "
+                "at all arrives.",
+                "System Output reads what programs play: with nothing playing it reads nothing.",
             }},
             Heading{"It reads dBFS and should read dB SPL"},
             Bullets{{
@@ -116,9 +119,10 @@ HelpTopic troubleshooting() {
                 "of 94 where its maker means another level.",
                 "The gain was turned on the device's own knob, which no computer sees. Calibrate "
                 "again.",
-                "The calibration belongs to another device: the form then says so. Calibrate "
-                "again.",
+                "The calibration belongs to another device. Calibrate again.",
                 "A weighting: bass reads far lower in A than in C.",
+                "The analyzer reads more than the meter. It always does: see **Real-Time "
+                "Analyzer**.",
             }},
             Heading{"“GAP” under the reading"},
             Paragraph{
@@ -127,15 +131,18 @@ HelpTopic troubleshooting() {
                 "in. Levels around a gap are still right; an Leq misses the gap's time."},
             Heading{"No ring-out alert"},
             Paragraph{
-                "It listens only while the analyzer shows that channel in a window that isn't "
-                "minimized or wholly covered, and only to a tone "
-                "that is still growing. See **Ring-Out Alerts**."},
+                "It listens only while an analyzer shows that channel in a window that can be "
+                "seen, and only to a tone that is still growing. See **Ring-Out Alerts**."},
             Heading{"“Device or input changes take effect after a restart.”"},
             Paragraph{"A running measurement stays with its devices. Press **Restart Now**, which "
                       "starts a new session: export the old one before."},
             Heading{"A window or module is gone"},
-            Paragraph{"**Window > Show Main Window**, then **Layout** and **All in Main Window** "
-                      "bring everything back."},
+            Bullets{{
+                "Start Tarvane again: the one that runs shows its main window. **Layout** and "
+                "**All in Main Window** there bring every module back.",
+                "“Tarvane is already running but doesn't answer.” It hangs. Starting anyway takes "
+                "its place; its measurement is lost.",
+            }},
         },
     };
 }

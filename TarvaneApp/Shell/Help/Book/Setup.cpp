@@ -17,7 +17,7 @@ HelpTopic channels() {
                       "window, a console bus. Each has its own calibration, color, unit, display "
                       "and history, and all run together."},
             Steps{{
-                "Open **Preferences > Audio** and press **Add Channel**.",
+                "Open **Settings > Audio** and press **Add Channel**.",
                 "Give it a **Name**: menus, windows and reports call it by that.",
                 "Choose **Device** and **Input**. Tarvane proposes the next free input of the main "
                 "input's device.",
@@ -28,26 +28,28 @@ HelpTopic channels() {
             }},
             Heading{"See them"},
             Bullets{{
-                "Each module's header now has a picker with a colored dot. Meter, analyzer, "
-                "spectrogram and history may each show another channel.",
+                "Each module's row of controls now has a picker with a colored dot. Meter, "
+                "analyzer, spectrogram and history may each show another channel.",
                 "The overlay menu of **Real-Time Analyzer** and **Level History** lays channels "
-                "over each other, in their colors.",
+                "over each other, in their colors. One that doesn't fit the scale is in the menu "
+                "with the reason.",
                 "**Extra channels** in the toolbar opens a channel in its own window: see "
                 "**Channel Windows**.",
             }},
             Heading{"Switch off, take away"},
-            Paragraph{
-                "With **Enabled** off a channel sits out from the next start on, and keeps all its "
-                "settings. **Remove Channel** takes it away with its calibration. A click on "
-                "a section's name folds it to one line with name and input."},
+            Paragraph{"With **Enabled** off a channel stands still, and sits out from the next "
+                      "start on. It keeps all its settings. **Remove Channel**, at the end of its "
+                      "section, takes it away with its calibration and its history, and doesn't "
+                      "ask. A click on a section's name folds it to one line with name and input."},
             Heading{"What belongs together"},
             Bullets{{
                 "Channels of one device share one stream: they are aligned to the sample. "
                 "Different devices run on their own clocks.",
                 "A device that can't be opened, or is pulled out, is told once, and the channels "
                 "of other devices go on. Only the main input's device ends the run with it.",
-                "Averaging, Leq, thresholds and the loudness target are for all channels. The rest "
-                "is each channel's own.",
+                "For all channels alike: averaging, Leq, thresholds, the loudness target and the "
+                "loudness shown large, and the pace and colors of the spectrogram. The rest is "
+                "each channel's own.",
             }},
             Tip{"A channel that isn't on screen costs next to nothing, and its level history is "
                 "complete all the same."},
@@ -64,20 +66,20 @@ HelpTopic stereoPairs() {
             Paragraph{"A mix, a pair of microphones or a stream has two sides, and is one thing to "
                       "measure. Added together as voltages, sides that are out of phase would "
                       "cancel: the analyzer would show notches that nobody hears. So Tarvane "
-                      "measures each side and adds their energies."},
+                      "measures each side and combines their energies."},
             Steps{{
-                "Open **Preferences > Audio** and unfold the channel.",
+                "Open **Settings > Audio** and unfold the channel.",
                 "Choose the left side under **Input**.",
                 "Switch **Stereo pair** on, and choose the other side under **Right channel**. The "
                 "two need not be neighbors.",
-                "While metering runs, press **Restart Now**.",
+                "While metering runs, press **Restart Now**. It begins a new session.",
             }},
             Heading{"What it reads"},
             Bullets{{
                 "Level and Leq: the mean of both sides' energy. The same signal on both reads as "
                 "one of them alone does; with one side silent the reading is 3 dB lower.",
                 "**Peak**: the higher of the two sides.",
-                "L and R stand beside the combined level.",
+                "L and R stand under the combined level.",
                 "Spectrum and spectrogram: both sides, averaged by power.",
                 "Loudness: the sum, as ITU-R BS.1770 wants it. The same signal on both sides reads "
                 "3 dB more than on one.",
@@ -88,10 +90,14 @@ HelpTopic stereoPairs() {
                       "microphones of different sensitivity use two channels, calibrate each, and "
                       "lay them over each other. A pair fits two mics that are alike with equal "
                       "gain, and every feed from a console or a program."},
+            Paragraph{"Calibrate such mics before you pair them, with **Stereo pair** off: with "
+                      "the calibrator on one mic alone the pair reads 3 dB low, and would be set 3 "
+                      "dB too high for good."},
             Heading{"When one side is missing"},
-            Paragraph{"Look at L and R: a dash is silence. Check cable and routing, and that "
-                      "**Right channel** is not the input of something else. If the device that "
-                      "you choose has too few inputs for the pair, Tarvane switches it off."},
+            Paragraph{"Look at L and R: a dash is digital silence, a much lower number a side "
+                      "without a signal. Check cable and routing, and that **Right channel** is "
+                      "not the input of something else. If the device that you choose has too few "
+                      "inputs for the pair, Tarvane switches it off."},
             Tip{"System Output is a stereo pair from the start; there is nothing to set."},
         },
     };
@@ -121,8 +127,8 @@ HelpTopic digitalFeeds() {
                       "so leave it at full."},
             Heading{"Network audio and other programs"},
             Bullets{{
-                "RTP and AES67 streams come in through PipeWire's own RTP module, and are a "
-                "**Device** like any other: see below.",
+                "RTP and AES67 streams are a **Device** like any other, once PipeWire takes them "
+                "in: see below.",
                 "The output of one program alone: make a virtual input in PipeWire, connect the "
                 "program to it, and choose that.",
                 "Virtual and network devices start out as **Digital feed**. If one carries a "
@@ -130,18 +136,21 @@ HelpTopic digitalFeeds() {
             }},
             Heading{"An input of another machine"},
             Steps{{
-                "In your home folder make the file .config/pipewire/pipewire.conf.d/network.conf "
-                "with this in it: context.modules = [ { name = libpipewire-module-rtp-source args "
-                "= { stream.props = { media.class = Audio/Source } } } ]",
-                "If the sender announces itself elsewhere than at 224.0.0.56, say where within "
-                "args: AES67 equipment uses sap.ip = 239.255.255.255.",
-                "Log in again, so that PipeWire reads it. On a machine that sends with PipeWire "
-                "the module is libpipewire-module-rtp-sink.",
-                "Each stream that is announced becomes a **Device** by the name of its session.",
+                "In your home folder make the file .config/pipewire/pipewire.conf.d/network.conf. "
+                "For PipeWire 0.3.65, as Debian 12 has it, put this into it: context.modules = [ { "
+                "name = libpipewire-module-rtp-source args = { stream.props = { media.class = "
+                "Audio/Source }}} ]",
+                "For PipeWire 1.0 and newer put in this: context.modules = [ { name = "
+                "libpipewire-module-rtp-sap args = { stream.rules = [ { matches = [ { rtp.session "
+                "= \"~.*\" } ] actions = { create-stream = { media.class = Audio/Source }}} ]}} ]",
+                "If the sender announces itself elsewhere than at 224.0.0.56, say where behind "
+                "“args = {”: AES67 equipment uses sap.ip = 239.255.255.255.",
+                "Log in again. Each stream that is announced becomes a **Device** by the name of "
+                "its session.",
             }},
             Paragraph{"What the network loses PipeWire replaces by silence, and tells nobody: the "
-                      "level falls for as long, and there is no GAP. Use a cable and no Wi-Fi. A "
-                      "sender that is switched off is a lost device, and is told."},
+                      "level falls for as long, and there is no GAP. Use a cable. A sender that is "
+                      "switched off is a lost device, and is told."},
             Heading{"What can go wrong"},
             Bullets{{
                 "A full-scale sine reads −3.0 dBFS and not 0: the meter shows the level of its "
@@ -169,12 +178,12 @@ HelpTopic channelWindows() {
             Heading{"Open one"},
             Bullets{{
                 "Choose the channel in **Window > Channel Windows**, or under **Extra channels** "
-                "in the toolbar.",
-                "Or press **Open in Window** in the channel's section in **Preferences > Audio**.",
+                "in the toolbar. Both need a channel beside the main input.",
+                "Or press **Open in Window** in the channel's section in **Settings > Audio**. The "
+                "main input can have one, too.",
             }},
-            Paragraph{"Both menus are there once there is a channel beside the main input. A "
-                      "channel has one window: opened again, it comes to the front. Windows that "
-                      "are open when you quit open again with the next start."},
+            Paragraph{"A channel has one window: opened again, it comes to the front. Windows that "
+                      "are open when you quit open again with the next launch."},
             Heading{"Arrange it"},
             Steps{{
                 "Press the layout button at the right of its header.",
@@ -183,9 +192,9 @@ HelpTopic channelWindows() {
                 "is arranged. **Same as Main Window** goes by the main window, now and later.",
                 "**Reset to Main Window Layout** forgets what is special here.",
             }},
-            Paragraph{
-                "Drag the grip between the graphs: each window has its own division. The same "
-                "choices stand in the section **Channel Window** of the channel's settings."},
+            Paragraph{"Drag the grips under the meter and between the graphs: each window has its "
+                      "own division. The same choices stand in the section **Channel Window** of "
+                      "the channel's settings."},
             Heading{"What it shares"},
             Bullets{{
                 "**Space** and **P** start, stop and pause here, too: for all channels at once.",
@@ -196,11 +205,13 @@ HelpTopic channelWindows() {
             Heading{"When it stays empty"},
             Bullets{{
                 "“Press Start in the main window”: nothing runs. **Space** does it from here.",
-                "“Turned off in Preferences > Audio”: switch **Enabled** on.",
+                "“Turned off in Preferences > Audio”: switch **Enabled** on in **Settings > "
+                "Audio**. While metering, press **Restart Now**.",
                 "“This channel has been removed.”: close the window.",
             }},
             Tip{"For a display that is read from afar show **SPL Meter** alone: the number grows "
-                "with its window."},
+                "with its window. **F11** in this window gives the channel's number the whole "
+                "screen."},
         },
     };
 }
@@ -223,8 +234,8 @@ HelpTopic windowLayout() {
                 "**Main Window**: here.",
                 "**Separate Window**: in a window of its own, for another screen or a corner of "
                 "this one. Close it, and the module is back in the main window.",
-                "**Hidden**: nowhere. A graph that is hidden isn't computed; levels and the "
-                "history are measured all the same.",
+                "**Hidden**: nowhere. A graph that is hidden isn't computed, and no feedback is "
+                "looked for; levels and the history are measured all the same.",
             }},
             Paragraph{"One module stays in the main window: if you send the last one away, the SPL "
                       "meter comes back."},
@@ -236,10 +247,13 @@ HelpTopic windowLayout() {
                 "**Level History Position**: **Above Graphs** or **Below Graphs**. Without a graph "
                 "in the window it takes all the room that is left.",
                 "The grip between the graphs divides their room: drag it, use the arrow keys, or "
-                "double-click for halves.",
+                "double-click for halves. The one under the meter sets its height; a double-click "
+                "gives it back its own.",
                 "The arrows at the right of a graph's header expand it over both, and bring the "
                 "other one back.",
             }},
+            Paragraph{"A window that is too small for all leaves out the second graph, then both, "
+                      "then the history. They are back once it is larger."},
             Heading{"What comes back"},
             Paragraph{"Placements and windows return when Tarvane starts again, where they were; a "
                       "window whose screen is gone moves onto one that is there. Under Wayland the "
@@ -266,18 +280,23 @@ HelpTopic profiles() {
             Heading{"Save and load"},
             Steps{{
                 "Set Tarvane up as you want it.",
-                "Open **Preferences > Profiles**, type a **Profile name**, press **Save**. A name "
-                "that exists is overwritten.",
+                "Open **Settings > Profiles**, type a **Profile name**, press **Save**. A name "
+                "that exists is overwritten, without a question.",
                 "Load it from the toolbar, where the name of the profile in use stands, from the "
-                "menu **Profiles**, or with **Load**.",
+                "menu **Profiles**, or with **Load**. What you have changed since the last save is "
+                "gone.",
                 "Changed something? The item “Save to” in the menu **Profiles** puts it into the "
                 "profile in use. Until then the file keeps what it had.",
             }},
+            Heading{"While metering"},
+            Paragraph{"A profile with other inputs starts a new session at once, and clears the "
+                      "one that runs: export it before. Any profile begins the Leq anew."},
             Heading{"Several people, one microphone"},
             Paragraph{"Switch **Loading also switches input device & calibration** off. Loading "
                       "then takes name, color and display of each channel, and leaves device, "
                       "input and calibration as they are: nobody measures with somebody else's "
-                      "offset. Leave it on to move between rooms with their own microphones."},
+                      "offset. It adds and removes no channel. Leave it on to move between rooms "
+                      "with their own microphones."},
             Heading{"On another computer"},
             Bullets{{
                 "**Export…**, in a profile's menu, writes it to a file; **Import…** there takes it "
@@ -285,15 +304,13 @@ HelpTopic profiles() {
                 "**Show in File Manager** opens the folder of all profiles, usually "
                 "~/.local/share/Tarvane/Profiles. A file that you copy there is listed at once.",
                 "A device that the other computer lacks is shown as **Unavailable Device**. Choose "
-                "one that is there. The calibration stays, and the form warns that it was made on "
-                "another device.",
+                "one that is there: until you do, the main input starts on the default input. A "
+                "reference tone stays, and the form warns that it was measured on another device.",
             }},
             Heading{"Good to know"},
             Bullets{{
                 "The name in the toolbar is the profile last loaded or saved. It doesn't promise "
                 "that nothing was changed since.",
-                "Loaded while metering, other inputs count from the next start: press **Restart "
-                "Now**.",
                 "Not in a profile: the recorded session, and where windows stand.",
             }},
             Tip{"Save one profile as soon as a room is calibrated. After an evening of turning "

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QString>
 
 #include "Shell/Help/Prose.h"
@@ -119,6 +120,21 @@ TEST(HelpBookTests, everyTopicHasItsSymbolAndEnoughToRead) {
         }
         EXPECT_GE(words, 150) << topic.title;
         EXPECT_LE(words, 450) << topic.title;
+    }
+}
+
+TEST(HelpBookTests, nothingIsOfAnotherPlatform) {
+    const QRegularExpression foreign(
+        "\\b(macOS|Mac|Finder|Dock|Core ?Audio|Apple|Microsoft|ASIO|Cmd|Command|Option|Registry)"
+        "\\b|[⌘⇧⌥⌃]");
+    for (const HelpTopic& topic : allHelpTopics()) {
+        for (const HelpBlock& block : topic.blocks) {
+            for (const std::string& text : textsOf(block)) {
+                const auto found = foreign.match(QString::fromStdString(text));
+                EXPECT_FALSE(found.hasMatch())
+                    << topic.title << ": " << found.captured().toStdString();
+            }
+        }
     }
 }
 

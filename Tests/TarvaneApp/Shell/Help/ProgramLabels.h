@@ -69,7 +69,7 @@ class ProgramLabels {
         } else if (const auto* tabs = qobject_cast<const QTabWidget*>(&widget)) {
             for (int i = 0; i < tabs->count(); ++i) {
                 add(tabs->tabText(i));
-                add("Preferences > " + tabs->tabText(i));
+                add(tabs->window()->windowTitle() + " > " + tabs->tabText(i));
             }
         }
     }

@@ -8,6 +8,9 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QTest>
+#include <algorithm>
+#include <optional>
+#include <vector>
 
 #include "Shell/ChannelControls/RTAOptionsView.h"
 #include "Shell/Forms/FoldingGroup.h"
@@ -19,6 +22,7 @@
 #include "Shell/Windows/ChannelWindowLayoutControls.h"
 #include "Shell/Windows/ChannelWindowView.h"
 #include "Shell/Windows/ExportOptions.h"
+#include "Shell/Windows/MainToolbar.h"
 #include "TarvaneApp/Shell/Help/ProgramLabels.h"
 #include "TarvaneApp/Shell/Windows/ApplicationFixture.h"
 
@@ -96,6 +100,18 @@ class HelpBookTruthTests : public TarvaneTests::ApplicationFixture {
         }
     }
 
+    /// Where a button of the toolbar begins; absent for none, or one that isn't shown.
+    static std::optional<int> placeInToolbar(const QString& label) {
+        const auto* toolbar = theMainWindow().findChild<MainToolbar*>();
+        for (const auto* button : toolbar->findChildren<QAbstractButton*>()) {
+            if (button->isVisible() &&
+                (button->text() == label || button->accessibleName() == label)) {
+                return button->mapTo(toolbar, QPoint()).x();
+            }
+        }
+        return std::nullopt;
+    }
+
     TarvaneTests::ProgramLabels program;
 };
 
@@ -115,6 +131,23 @@ TEST_F(HelpBookTruthTests, theBookHasTheLetterOfEveryMenu) {
         const QString key = QKeySequence::mnemonic(menu->text()).toString();
         EXPECT_TRUE(keys.contains(key)) << key.toStdString();
     }
+}
+
+TEST_F(HelpBookTruthTests, theToolbarIsToldFromLeftToRight) {
+    engine().addChannel();
+    settle();
+    const auto& blocks = helpTopic("The Main Window")->blocks;
+    const auto* told = std::get_if<HelpBlocks::Bullets>(&blocks.at(1));
+    ASSERT_NE(told, nullptr);
+    std::vector<int> places;
+    for (const std::string& item : told->items) {
+        const QStringList words = boldWords({item});
+        if (const auto place = words.isEmpty() ? std::nullopt : placeInToolbar(words.front())) {
+            places.push_back(*place);
+        }
+    }
+    EXPECT_EQ(places.size(), 5U);  // all but the pause, and the device, which is no button
+    EXPECT_TRUE(std::ranges::is_sorted(places));
 }
 
 TEST_F(HelpBookTruthTests, whatTheBookPrintsBoldIsATopicAKeyOrOnTheScreen) {
