@@ -8,9 +8,12 @@ const std::vector<ReleaseNote>& releaseNotes() {
          "October 8, 2026",
          {"Help for every part of the program, with a search: **Help > Tarvane Help**.",
           "**Calibrate** shows the level and the offset it will give before you press it, and "
-          "warns "
-          "of a tone that isn't steady or that no calibrator plays.",
-          "An extra channel that can't be opened is told once, and the others go on."}},
+          "warns of a tone that isn't steady or that no calibrator plays.",
+          "An extra channel that can't be opened is told once, and the others go on.",
+          "**F11** shows the level alone over the whole screen. Where the desktop has a tray, an "
+          "icon there shows whether Tarvane meters.",
+          "Audio that the system lost is marked under the reading and in the history. A "
+          "measurement that was cut short is told at the next launch."}},
         {"1.3.0",
          "October 7, 2026",
          {"**Profiles**: the whole setup under a name, a click away in the toolbar, in a file that "
@@ -23,12 +26,12 @@ const std::vector<ReleaseNote>& releaseNotes() {
          {"Program loudness in LUFS after ITU-R BS.1770 and EBU R128: momentary, short-term, "
           "integrated, loudness range and true peak, against a target of your choice.",
           "**Level History**: the whole session as a graph, with its loudest and quietest moments.",
-          "System Output measures what the computer is playing; digital feeds read in dBFS or "
-          "LUFS and need no calibration."}},
+          "System Output measures what the computer is playing; digital feeds read in dBFS or LUFS "
+          "and need no calibration."}},
         {"1.1.1",
          "September 30, 2026",
-         {"A reference calibration remembers the input gain, and the level in dB SPL stays right "
-          "when the gain is turned afterwards.",
+         {"A reference calibration remembers the input gain. Where the device reports its gain, "
+          "the level in dB SPL stays right when it is turned afterwards.",
           "A device that is unplugged while metering is told once; **Start** works again when it "
           "is back."}},
         {"1.1.0",
@@ -40,10 +43,10 @@ const std::vector<ReleaseNote>& releaseNotes() {
           "Other channels can be laid over the analyzer."}},
         {"1.0.0",
          "Initial release",
-         {"Sound level with A, C and Z weighting, Fast and Slow after IEC 61672-1; Peak, and Leq "
-          "over a time of your choice, with Min and Max.",
-          "Real-time analyzer from full octave to 1/48 octave, with peak hold and "
-          "target curves, and a scrolling spectrogram.",
+         {"Sound level with A, C and Z weighting, Fast and Slow after IEC 61672-1; Peak, and an "
+          "Leq with a weighting and a length of its own; with Min and Max.",
+          "Real-time analyzer from full octave to 1/48 octave, with peak hold and target curves, "
+          "and a scrolling spectrogram.",
           "Calibration by a microphone's calibration file or by a reference tone.",
           "Ring-out alerts that name the frequency and note of feedback, and traffic-light colors "
           "for the level."}},
