@@ -15,7 +15,6 @@ set(CPACK_COMPONENTS_GROUPING ALL_COMPONENTS_IN_ONE)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
-set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "live sound level, loudness and spectrum meter")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "Tarvane reads a measurement microphone, any input of an interface, or what
@@ -36,11 +35,8 @@ file(CONFIGURE OUTPUT "${CMAKE_CURRENT_BINARY_DIR}/PackageDate.cmake"
   CONTENT "set(ENV{SOURCE_DATE_EPOCH} @TARVANE_SOURCE_DATE@)\n" @ONLY)
 set(CPACK_PROJECT_CONFIG_FILE "${CMAKE_CURRENT_BINARY_DIR}/PackageDate.cmake")
 
-# Folders that everybody may look into, whatever umask they were made with.
-file(WRITE "${CMAKE_CURRENT_BINARY_DIR}/PackageFolders.cmake" [=[
-file(CHMOD_RECURSE "${CPACK_TEMPORARY_INSTALL_DIRECTORY}" DIRECTORY_PERMISSIONS
-  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-]=])
-set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_CURRENT_BINARY_DIR}/PackageFolders.cmake")
+# It is packed for good there.
+set(CPACK_POST_BUILD_SCRIPTS "${CMAKE_CURRENT_SOURCE_DIR}/FinishPackage.cmake")
+set(CPACK_DEBIAN_COMPRESSION_TYPE none)
 
 include(CPack)
