@@ -121,6 +121,49 @@ def it_is_the_same_whoever_makes_it(package):
         expect(permissions == usual, f"{path} is {permissions}")
 
 
+def commit_date():
+    """In seconds since 1970; None in an archive."""
+    if not (ROOT / ".git").exists():
+        return None
+    return int(run("git", "-c", f"safe.directory={ROOT}", "log", "-1", "--format=%ct", cwd=ROOT))
+
+
+def copy_without_git(folder):
+    """The tree as an archive has it: the project's files, with the commit's date."""
+    names = run("bash", "-c", "source Scripts/common.sh && tracked_files '*'", cwd=ROOT).splitlines()
+    date = commit_date()
+    for name in names:
+        if (ROOT / name).is_file():
+            (folder / name).parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy2(ROOT / name, folder / name)
+            if date:
+                os.utime(folder / name, (date, date))
+
+
+def package_date(tree):
+    """The one that all of a package bears, in seconds since 1970."""
+    told = (tree / "build/release/Packaging/PackageDate.cmake").read_text()
+    return int(re.search(r"EPOCH} (\d+)", told)[1])
+
+
+@test
+def a_new_commit_is_a_new_date_in_a_build_folder_that_is_there(_package):
+    with tempfile.TemporaryDirectory(prefix="tarvane-commits-") as folder:
+        tree = Path(folder)
+        copy_without_git(tree)
+        run("git", "init", "--quiet", cwd=tree)
+        for date, build in (
+                (1_000_000_000, ["--preset", "release"]),
+                (1_100_000_000, ["--build", "build/release", "--target", "Packaging/tarvane.1.gz"])):
+            run("git", "-c", "user.name=somebody", "-c", "user.email=somebody@tarvane.example",
+                "commit", "--quiet", "--allow-empty", "--message", "A change", cwd=tree,
+                variables={"GIT_COMMITTER_DATE": f"@{date} +0000"})
+            run("cmake", *build, cwd=tree)
+            expect(package_date(tree) == date, f"it is of {package_date(tree)}, the commit of {date}")
+        manual = gzip.decompress((tree / "build/release/Packaging/tarvane.1.gz").read_bytes())
+        expect(b"2004-11-09" in manual, f"{manual[:80]}")
+
+
 @test
 def lintian_finds_nothing(package):
     # It warns of its being run by root, who builds in containers.
