@@ -90,9 +90,11 @@ class Package:
 
 # Two people and places that make something, as far apart as one machine has them: of two umasks, time
 # zones and languages, and in memory too, a file system that keeps a folder's files in another order, and
-# folders in another size. Neither has a compiler's cache, which would answer one with the other's.
+# folders in another size. Neither has a compiler's cache, which would answer one with the other's, and
+# there Python takes no text for UTF-8 that it isn't told to be.
 HERE = {"umask": 0o022, "variables": {"TZ": "East-14", "CCACHE_DISABLE": "1"}}
 THERE = {"umask": 0o077, "variables": {"TZ": "West12", "CCACHE_DISABLE": "1", "LC_ALL": "C",
+                                       "PYTHONUTF8": "0", "PYTHONCOERCECLOCALE": "0",
                                        "DPKG_DEB_THREADS_MAX": "1"}}
 
 
@@ -144,6 +146,33 @@ def package_date(tree):
     """The one that all of a package bears, in seconds since 1970."""
     told = (tree / "build/release/Packaging/PackageDate.cmake").read_text()
     return int(re.search(r"EPOCH} (\d+)", told)[1])
+
+
+@test
+def an_archive_without_git_makes_the_same_in_another_folder(package):
+    # A source with contract checks, which name the place that they stand in, and what is installed
+    # beside the program.
+    source = "TarvaneKit/CMakeFiles/TarvaneKit.dir/DSP/WeightingFilter.cpp.o"
+    made = []
+    with tempfile.TemporaryDirectory(prefix="tarvane-archive-") as first, folder_elsewhere() as second:
+        for tree, person in (Path(first), HERE), (Path(second) / "deeper", THERE):
+            copy_without_git(tree)
+            build, documents = tree / "build/release", tree / "build/release/Packaging"
+            run("cmake", "--preset", "release", cwd=tree, **person)
+            run("cmake", "--build", build, "--target", source, "tarvane-documents", **person)
+            files = [build / source, *(path for path in documents.iterdir()
+                                       if path.suffix in (".gz", ".png", ".xml"))]
+            made.append({str(path.relative_to(build)): path.read_bytes() for path in files})
+            date = package_date(tree)
+            expected = commit_date() or int((ROOT / "CHANGELOG.md").stat().st_mtime)
+            expect(date == expected, f"it is of {date}, the tree of {expected}")
+            manual = gzip.decompress((documents / "tarvane.1.gz").read_bytes()).decode()
+            version = package.field("Version")
+            expect(f'"Tarvane {version}"' in manual, f"the manual isn't of {version}: {manual[:80]}")
+    # With three documents and nine sizes of the icon.
+    expect(len(made[0]) == 13 and made[0].keys() == made[1].keys(), f"{list(made[0])} were made")
+    different = [name for name, content in made[0].items() if content != made[1][name]]
+    expect(not different, f"{different} differ")
 
 
 @test
