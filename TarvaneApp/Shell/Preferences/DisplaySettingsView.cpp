@@ -49,7 +49,7 @@ void DisplaySettingsView::addMeter() {
                       settingValue(engine_.splReadoutShowsClock));
     section.addHelp(QStringLiteral(
         "Replaces the whole SPL meter module — value, Min/Max, and Reset — with a live clock, "
-        "wherever that module is placed. Also toggled from the app menu or Ctrl+Shift+C."));
+        "wherever that module is placed. Also toggled from the View menu or Ctrl+Shift+C."));
     section.addToggle(QStringLiteral("Show level bar in SPL meter"),
                       settingValue(engine_.splMeterShowsLevelBar));
     section.addHelp(QStringLiteral(

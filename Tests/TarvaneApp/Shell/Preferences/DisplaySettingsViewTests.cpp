@@ -77,7 +77,7 @@ TEST_F(DisplaySettingsViewTests, theMetersPlaceShowsAClockOrALevelBar) {
     EXPECT_FALSE(engine->splMeterShowsLevelBar());
     EXPECT_TRUE(labels(form).contains(QStringLiteral(
         "Replaces the whole SPL meter module — value, Min/Max, and Reset — with a live clock, "
-        "wherever that module is placed. Also toggled from the app menu or Ctrl+Shift+C.")));
+        "wherever that module is placed. Also toggled from the View menu or Ctrl+Shift+C.")));
     EXPECT_TRUE(labels(form).contains(QStringLiteral(
         "Readout units, the RTA's view, band resolution, peak hold, ring-out sensitivity and "
         "target curve are set per channel, in each channel's Display section in the Audio tab.")));
