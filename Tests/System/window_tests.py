@@ -343,12 +343,12 @@ def a_profile_brings_a_setup_back_with_and_without_its_input(desk):
 
     # With its input: what is metered changes at once.
     other_setup()
-    program.press("Load", "push button")
+    program.press("Load Night & Day", "push button")
     expect_level(program, "SPL C Fast", -20 + SINE_RMS_RE_PEAK_DB)
     # Without: the weighting comes back, and the input stays.
     other_setup()
     program.press("Loading also switches input device & calibration", "check box")
-    program.press("Load", "push button")
+    program.press("Load Night & Day", "push button")
     expect_level(program, "SPL C Fast", -26 + SINE_RMS_RE_PEAK_DB)
 
 
@@ -379,7 +379,7 @@ def a_profile_is_carried_to_another_user(desk):
         program.press("Import…", "push button")
         choose_file(desk, program, carried, "Import Profiles")
         program.wait_for(name, "label")
-    program.press("Load", "push button")
+    program.press("Load Show", "push button")
     program.wait_for("SPL C Fast", "label")
 
 

@@ -44,6 +44,8 @@ ProfileRow::ProfileRow(MeterEngine& engine, ProfileStore& profiles, int place, Q
       current_(new QLabel(this)),
       name_(new ElidedLabel(Theme::Text::title, Theme::primaryText, this)),
       saved_(makeTextLabel({}, Theme::Text::caption, Theme::axisText, this)),
+      load_(makeFormButton(
+          QStringLiteral("Load"), [this] { profiles_.load(profile(), engine_); }, this)),
       more_(new IconMenuButton(
           Theme::Symbol::toolbar,
           [this](QMenu& menu) {
@@ -71,8 +73,7 @@ ProfileRow::ProfileRow(MeterEngine& engine, ProfileStore& profiles, int place, Q
     texts->addWidget(name_);
     texts->addWidget(saved_);
     row->addLayout(texts, 1);
-    row->addWidget(makeFormButton(
-        QStringLiteral("Load"), [this] { profiles_.load(profile(), engine_); }, this));
+    row->addWidget(load_);
     row->addWidget(more_);
 }
 
@@ -86,6 +87,7 @@ void ProfileRow::showProfile() {
     current_->setVisible(profiles_.activeProfileName() == shown.name);
     name_->setText(name);
     saved_->setText(savedText(shown.savedAt));
+    load_->setAccessibleName(QStringLiteral("Load ") + name);
     more_->setHelp(QStringLiteral("More for ") + name, QStringLiteral("More"));
 }
 

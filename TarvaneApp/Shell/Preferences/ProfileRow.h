@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class QLabel;
+class QPushButton;
 
 namespace TarvaneApp {
 
@@ -34,6 +35,7 @@ class ProfileRow final : public QWidget {
     QLabel* current_;
     ElidedLabel* name_;
     QLabel* saved_;
+    QPushButton* load_;
     IconMenuButton* more_;
 };
 
