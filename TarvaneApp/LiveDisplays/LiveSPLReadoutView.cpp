@@ -49,6 +49,11 @@ RGBAColor barColor(double peakDBFS, bool isClipping) {
                                          : TarvaneKit::SignalColors::green;
 }
 
+// Of "PEAK dBFS", not every letter a capital.
+QString barName(const LevelBarView& bar) {
+    return QString(bar.unitLabel).replace(QStringLiteral("PEAK"), QStringLiteral("Peak"));
+}
+
 QString barUnit(const LevelBarView& bar) {
     const QString peak = QStringLiteral("PEAK ");
     return bar.unitLabel.startsWith(peak) ? bar.unitLabel.mid(peak.size()) : bar.unitLabel;
@@ -83,10 +88,10 @@ std::vector<DrawnValue> valuesOf(const SPLReadoutView& view, const SPLReadoutGeo
 std::vector<DrawnValue> valuesOf(const LoudnessReadoutView& view,
                                  const LoudnessReadoutGeometry& geometry) {
     std::vector<DrawnValue> values{
-        {view.targetLabel().title,
+        {QStringLiteral("Target"),
          spokenLevel(view.target.targetLUFS, loudnessUnit(LoudnessMetric::integrated)),
          geometry.target},
-        {view.truePeakLabel().title,
+        {QStringLiteral("True peak"),
          spokenLevel(view.readings.truePeakMax, loudnessUnit(LoudnessMetric::truePeakMax)),
          geometry.truePeak},
     };
@@ -400,7 +405,7 @@ std::vector<SpokenPart> LiveSPLReadoutView::spokenParts() const {
         {QStringLiteral("Lost audio"), badge.lostAudioText(),
          badge.clipText().isEmpty() && badge.lost.count > 0 ? spokenPlace(frame().clipBadge)
                                                             : QRect()},
-        {levelBar_ ? levelBar_->unitLabel : QStringLiteral("PEAK"),
+        {levelBar_ ? barName(*levelBar_) : QStringLiteral("Peak"),
          levelBar_ ? spokenLevel(levelBar_->valueDB, barUnit(*levelBar_)) : QString(),
          levelBarRect_.toAlignedRect()},
     };

@@ -168,8 +168,8 @@ class Measurement:
                        "the loudness doesn't fall")
             self._program.press("Reset Integration", "push button")
             player = self._file("peak", quarter_rate_tone(self._rate, 0.5, 6))
-            wait_until(lambda: self._program.level("TRUE PEAK") is not None, 10, "there is no peak")
-            shown = self._program.settled_level("TRUE PEAK")
+            wait_until(lambda: self._program.level("True peak") is not None, 10, "there is no peak")
+            shown = self._program.settled_level("True peak")
             player.stop()
             reading = Reading("EBU Tech 3341, 16: true peak", goal, -0.4, 0.2, shown)
             if reading.is_within():

@@ -74,6 +74,7 @@ MainToolbar::MainToolbar(MeterEngine& engine, ProfileStore& profiles, const AppC
                           Theme::Symbol::transport - 2 * spinnerInset,
                           Theme::Symbol::transport - 2 * spinnerInset);
     pausedNote_->setText(QStringLiteral("PAUSED"));
+    pausedNote_->setAccessibleName(QStringLiteral("Paused"));  // not every letter a capital
     resetPeakHoldButton_->setFlat(true);
     resetPeakHoldButton_->setFocusPolicy(Qt::TabFocus);
     resetPeakHoldButton_->setFont(Typeface::installed().systemFont(Theme::Text::body));

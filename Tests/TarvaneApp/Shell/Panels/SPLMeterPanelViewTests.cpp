@@ -226,7 +226,7 @@ TEST_F(SPLMeterPanelViewTests, aTargetIsChosenAndColoursWhatIsShownAtOnce) {
     choose(target, "Streaming (−14 LUFS)");
     EXPECT_EQ(engine->loudnessTarget(), LoudnessTarget::presets()[2]);
     EXPECT_EQ(live().loudness()->color, TarvaneKit::SignalColors::yellow) << "9 LU under it";
-    EXPECT_EQ(part("TARGET").value, QStringLiteral("-14.0 LUFS"));
+    EXPECT_EQ(part("Target").value, QStringLiteral("-14.0 LUFS"));
     EXPECT_EQ(live().levelBar()->targetBand, (LevelBarView::Range{-15.0, -13.0}));
 
     LoudnessTarget own = engine->loudnessTarget();
@@ -299,8 +299,8 @@ TEST_F(SPLMeterPanelViewTests, aScreenReaderReadsTheLoudness) {
     QAccessibleInterface* meter = QAccessible::queryAccessibleInterface(&live());
     EXPECT_EQ(meter->text(QAccessible::Name), QStringLiteral("Short-Term"));
     EXPECT_EQ(meter->text(QAccessible::Value), QStringLiteral("-23.0 LUFS"));
-    EXPECT_EQ(part("TARGET").value, QStringLiteral("-23.0 LUFS"));
-    EXPECT_EQ(part("TRUE PEAK").value, QStringLiteral("-20.0 dBTP"));
+    EXPECT_EQ(part("Target").value, QStringLiteral("-23.0 LUFS"));
+    EXPECT_EQ(part("True peak").value, QStringLiteral("-20.0 dBTP"));
     EXPECT_EQ(part("Momentary").value, QStringLiteral("-23.0 LUFS"));
     EXPECT_EQ(part("Integrated").value, QStringLiteral("-23.0 LUFS"));
     EXPECT_EQ(part("LUFS").value, QStringLiteral("-23.0 LUFS"));
@@ -309,15 +309,15 @@ TEST_F(SPLMeterPanelViewTests, aScreenReaderReadsTheLoudness) {
     engine->mainInputMeasuresLoudness.set(false);
     settle();
     EXPECT_EQ(live().spokenParts().size(), count);
-    EXPECT_TRUE(part("TARGET").place.isEmpty());
+    EXPECT_TRUE(part("Target").place.isEmpty());
     EXPECT_FALSE(part("MIN").place.isEmpty());
 }
 
 TEST_F(SPLMeterPanelViewTests, everyDrawnLoudnessSaysWhatItIsUnderThePointer) {
     engine->mainInputMeasuresLoudness.set(true);
     settle();
-    expectHelp("TARGET", QStringLiteral("EBU R128 (−23 LUFS): on target within ±1 LU"));
-    expectHelp("TRUE PEAK",
+    expectHelp("Target", QStringLiteral("EBU R128 (−23 LUFS): on target within ±1 LU"));
+    expectHelp("True peak",
                QStringLiteral("Highest true peak since the last reset (ceiling -1.0 dBTP)"));
     for (const char* name : {"Momentary", "Short-Term", "Integrated", "Loudness Range"}) {
         expectHelp(name, QLatin1String(name));
@@ -362,7 +362,7 @@ TEST_F(SPLMeterPanelViewTests, beforeAStartEveryValueIsADash) {
     engine->mainInputMeasuresLoudness.set(true);
     settle();
     EXPECT_EQ(live().loudness()->spokenValue(), QStringLiteral("—"));
-    EXPECT_EQ(part("TRUE PEAK").value, QStringLiteral("—"));
+    EXPECT_EQ(part("True peak").value, QStringLiteral("—"));
 }
 
 TEST_F(SPLMeterPanelViewTests, aMonoChannelHasNoSides) {

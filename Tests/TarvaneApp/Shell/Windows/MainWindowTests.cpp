@@ -548,7 +548,7 @@ TEST_F(MainWindowTests, aScreenReaderReadsTheLevels) {
     }
     EXPECT_EQ(parts[QStringLiteral("MAX")], QStringLiteral("-23.0 dBFS"));
     EXPECT_EQ(parts[QStringLiteral("Reading")], QStringLiteral("SPL A Fast  (dBFS, uncalibrated)"));
-    EXPECT_EQ(parts[QStringLiteral("PEAK dBFS")], QStringLiteral("-20.0 dBFS"));
+    EXPECT_EQ(parts[QStringLiteral("Peak dBFS")], QStringLiteral("-20.0 dBFS"));
     EXPECT_TRUE(parts.contains(QStringLiteral("Reset Min/Max")));
 }
 
