@@ -64,7 +64,7 @@ class AccessibleButton final : public QAccessibleWidget {
         state.checkable = button_.isCheckable();
         state.checked = button_.isChecked();
         state.pressed = button_.isDown();
-        state.hasPopup = opensMenu() || !popups().isEmpty();
+        state.hasPopup = opensMenu() || opensPopover(button_);
         return state;
     }
 

@@ -8,6 +8,7 @@
 
 #include "Displays/Plate.h"
 #include "Displays/Theme.h"
+#include "Shell/Controls/SpokenRole.h"
 
 namespace TarvaneApp {
 
@@ -55,6 +56,7 @@ class Popover final : public QWidget {
 
 PopoverPresentationState::PopoverPresentationState(QAbstractButton& button, Content makeContent)
     : button_(button), makeContent_(std::move(makeContent)) {
+    setOpensPopover(button);
     connect(&button, &QAbstractButton::clicked, this, [this] { setPresented(!isPresented()); });
 }
 

@@ -8,6 +8,7 @@ namespace TarvaneApp {
 namespace {
 
 constexpr char key[] = "spokenRole";
+constexpr char popoverKey[] = "opensPopover";
 
 }  // namespace
 
@@ -19,6 +20,14 @@ std::optional<QAccessible::Role> spokenRole(const QWidget& widget) {
     const QVariant role = widget.property(key);
     return role.isValid() ? std::optional(static_cast<QAccessible::Role>(role.toInt()))
                           : std::nullopt;
+}
+
+void setOpensPopover(QWidget& button) {
+    button.setProperty(popoverKey, true);
+}
+
+bool opensPopover(const QWidget& button) {
+    return button.property(popoverKey).toBool();
 }
 
 }  // namespace TarvaneApp

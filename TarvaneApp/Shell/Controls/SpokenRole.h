@@ -13,4 +13,8 @@ void setSpokenRole(QWidget& widget, QAccessible::Role role);
 /// None where nothing was set.
 std::optional<QAccessible::Role> spokenRole(const QWidget& widget);
 
+/// A press of the button opens a popover, which a screen reader tells of ahead of the press.
+void setOpensPopover(QWidget& button);
+bool opensPopover(const QWidget& button);
+
 }  // namespace TarvaneApp

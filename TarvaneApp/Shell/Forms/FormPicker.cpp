@@ -11,7 +11,7 @@ constexpr int fewestCharacters = 12;
 
 }  // namespace
 
-FormPicker::FormPicker(std::function<void(int)> onPick, QWidget* parent) : QComboBox(parent) {
+FormPicker::FormPicker(std::function<void(int)> onPick, QWidget* parent) : DropDown(parent) {
     setFocusPolicy(Qt::StrongFocus);
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     setMinimumContentsLength(fewestCharacters);

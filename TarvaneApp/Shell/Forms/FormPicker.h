@@ -1,12 +1,13 @@
 // A drop-down list of a form.
 #pragma once
 
-#include <QComboBox>
 #include <functional>
+
+#include "Shell/Controls/DropDown.h"
 
 namespace TarvaneApp {
 
-class FormPicker : public QComboBox {
+class FormPicker : public DropDown {
     Q_OBJECT
   public:
     /// `onPick` runs with the index that the user picked.

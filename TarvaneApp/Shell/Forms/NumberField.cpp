@@ -63,7 +63,7 @@ void NumberField::showNumber(double number) {
 void NumberField::showProblem() {
     const bool isProblem = !number();
     problem_->setVisible(isProblem);
-    field_->setAccessibleDescription(isProblem ? scale_.problem : QString());
+    field_->setAccessibleDescription(isProblem ? scale_.problem : scale_.unit);
 }
 
 }  // namespace TarvaneApp

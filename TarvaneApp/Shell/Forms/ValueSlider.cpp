@@ -40,7 +40,7 @@ ValueSlider::ValueSlider(NumberScale scale, std::function<void(double)> onMove, 
       slider_(new StillSlider(Qt::Horizontal, this)),
       text_(makeTextLabel({}, Theme::Text::body, Theme::primaryText, this)) {
     setFocusProxy(slider_);
-    setFocusPolicy(Qt::StrongFocus);
+    slider_->setFocusPolicy(Qt::StrongFocus);
     slider_->setMinimumWidth(smallestSliderWidth);
     text_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto* row = layOutRow(this, Theme::Space::row);

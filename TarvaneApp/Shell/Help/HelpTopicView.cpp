@@ -23,6 +23,7 @@ HelpTopicView::HelpTopicView(const HelpTopic& topic, HelpNavigation& navigation,
                              const QString& makerSite, QWidget* parent)
     : QWidget(parent), page_(new ReadingPage(this)) {
     setFocusProxy(page_);
+    page_->setAccessibleName(utf8Text(topic.title));
     layOutColumn(this, 0)->addWidget(page_);
     QVBoxLayout& column = page_->column();
     column.addWidget(new HeadingLabel(utf8Text(topic.title), HelpLook::titleSize));

@@ -56,6 +56,7 @@ ReleaseNotesWindowView::ReleaseNotesWindowView() : QWidget(nullptr, Qt::Window) 
     setMinimumSize(smallestNotesSize);
     resize(firstNotesSize);
     auto* page = new ReadingPage(this);
+    page->setAccessibleName(windowTitle());
     layOutColumn(this, 0)->addWidget(page);
     QVBoxLayout& column = page->column();
     const auto& notes = releaseNotes();

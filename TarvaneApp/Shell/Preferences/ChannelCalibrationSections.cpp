@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "Shell/Controls/FileDialogLabels.h"
 #include "Shell/Controls/FileDrop.h"
 #include "Shell/Forms/Form.h"
 #include "Shell/Forms/FormSection.h"
@@ -137,6 +138,7 @@ void addMicCalFileRows(FormSection& section, const ChannelValues& channel) {
                                        QStringLiteral("Calibration files (*.txt *.cal *.frd *.csv)"
                                                       ";;All files (*)"));
         dialog->setAttribute(Qt::WA_DeleteOnClose);
+        labelLists(*dialog);
         dialog->setFileMode(QFileDialog::ExistingFile);
         QObject::connect(dialog, &QFileDialog::fileSelected, &section,
                          [load](const QString& path) { load(path.toStdString()); });

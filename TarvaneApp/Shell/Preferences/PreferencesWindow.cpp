@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QScrollArea>
 #include <QShortcut>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -48,6 +49,9 @@ PreferencesWindow::PreferencesWindow(const Environment& environment)
     column->setContentsMargins(0, Theme::Space::section, 0, 0);
     column->addWidget(tabs_);
     tabs_->setDocumentMode(true);
+    // The bar has the focus, and says which tab it is.
+    tabs_->setFocusPolicy(Qt::NoFocus);
+    tabs_->tabBar()->setFocusPolicy(Qt::TabFocus);
     tabs_->setIconSize(QSize(Theme::Symbol::tab, Theme::Symbol::tab));
     addTab(
         QStringLiteral("Audio"), QStringLiteral("waveform.circle"),

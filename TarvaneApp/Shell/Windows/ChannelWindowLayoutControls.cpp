@@ -1,7 +1,6 @@
 #include "Shell/Windows/ChannelWindowLayoutControls.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -10,6 +9,7 @@
 #include "Engine/MeterEngine.h"
 #include "Settings/Observable.h"
 #include "Shell/Controls/BareLayout.h"
+#include "Shell/Controls/DropDown.h"
 #include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/MenuItems.h"
 #include "Shell/Controls/TextLabel.h"
@@ -64,7 +64,7 @@ void ChannelWindowLayoutControls::addToggle(QVBoxLayout& column, const QString& 
 template <class E>
 void ChannelWindowLayoutControls::addPicker(QFormLayout& rows, const QString& name,
                                             std::optional<E> ChannelWindowLayout::*field) {
-    auto* picker = new QComboBox(this);
+    auto* picker = new DropDown(this);
     picker->setAccessibleName(name);
     picker->addItem(QStringLiteral("Same as Main Window"));
     picker->addItems(EnumChoice<E>::labels());

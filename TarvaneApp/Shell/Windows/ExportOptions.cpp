@@ -1,7 +1,6 @@
 #include "Shell/Windows/ExportOptions.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
@@ -10,6 +9,7 @@
 #include <cstddef>
 
 #include "Displays/Theme.h"
+#include "Shell/Controls/DropDown.h"
 #include "Shell/Controls/EnumChoice.h"
 #include "Shell/Controls/MenuItems.h"
 #include "Shell/Controls/TextLabel.h"
@@ -36,7 +36,7 @@ ExportOptions::ExportOptions(QFileDialog& panel, std::vector<ChannelInfo> channe
     auto* row = new QHBoxLayout;
     row->setSpacing(labelSpacing);
     auto* label = new QLabel(QStringLiteral("&Format:"), this);
-    auto* formats = new QComboBox(this);
+    auto* formats = new DropDown(this);
     formats->addItems(EnumChoice<Format>::labels());
     formats->setAccessibleName(QStringLiteral("Format"));
     label->setBuddy(formats);

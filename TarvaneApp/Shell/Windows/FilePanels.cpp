@@ -5,6 +5,7 @@
 #include <QFileDialog>
 
 #include "Displays/RawText.h"
+#include "Shell/Controls/FileDialogLabels.h"
 
 namespace TarvaneApp {
 
@@ -19,6 +20,7 @@ std::filesystem::path path(const QString& file) {
 std::optional<std::filesystem::path> FilePanels::fileToSave(const std::string& title,
                                                             const std::string& proposedName) {
     QFileDialog panel(QApplication::activeWindow(), utf8Text(title));
+    labelLists(panel);
     panel.setAcceptMode(QFileDialog::AcceptSave);
     panel.setNameFilter(QStringLiteral("JSON files (*.json)"));
     panel.setDefaultSuffix(QStringLiteral("json"));

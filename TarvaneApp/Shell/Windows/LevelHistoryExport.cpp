@@ -15,6 +15,7 @@
 #include "Engine/MeterEngine.h"
 #include "Reports/LevelHistoryExporter.h"
 #include "Settings/KeyValueStore.h"
+#include "Shell/Controls/FileDialogLabels.h"
 #include "Shell/Controls/NoteBar.h"
 #include "Shell/Windows/ExportOptions.h"
 
@@ -82,6 +83,7 @@ void LevelHistoryExport::begin() {
     panel_->setAcceptMode(QFileDialog::AcceptSave);
     // The desktop's own dialog has no room for the channels.
     panel_->setOption(QFileDialog::DontUseNativeDialog);
+    labelLists(*panel_);
     panel_->selectFile(proposedName(proposed, engine_) + u'.' +
                        LevelHistoryExporter::fileExtension(LevelHistoryExporter::Format::pdf));
     auto* options = new ExportOptions(*panel_, std::move(channels), proposed, panel_);

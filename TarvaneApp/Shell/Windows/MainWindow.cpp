@@ -41,8 +41,8 @@ MainWindow::MainWindow(MeterEngine& engine, ProfileStore& profiles, const AppCom
     content_ = new ContentView(engine, profiles, commands, this);
     setCentralWidget(content_);
     // No control is pressed or ringed until the user moves the focus there.
-    centralWidget()->setFocusPolicy(Qt::ClickFocus);
-    centralWidget()->setFocus();
+    setFocusPolicy(Qt::ClickFocus);
+    setFocus();
     makeMenus(commands);
     new MeteringKeys(engine, *this);
     new ErrorAlert(

@@ -78,7 +78,7 @@ TEST_F(ControlAccessibilityTests, allThatTakesTheFocusHasANameOfItsOwn) {
     settle();
     std::set<std::string> names;
     walk([&](QAccessibleInterface& element) {
-        if (element.state().focusable && element.role() != QAccessible::Client) {
+        if (element.state().focusable) {
             EXPECT_FALSE(name(element).empty());
             EXPECT_TRUE(names.insert(name(element)).second) << name(element);
         }
@@ -91,6 +91,11 @@ TEST_F(ControlAccessibilityTests, titlesAreNotShouted) {
     EXPECT_NE(find("Level History"), nullptr);
     EXPECT_EQ(find("REAL-TIME ANALYZER"), nullptr);
     EXPECT_EQ(find("LEVEL HISTORY"), nullptr);
+    start();
+    engine->pause();
+    EXPECT_EQ(find("PAUSED"), nullptr);
+    EXPECT_EQ(find("PEAK dBFS"), nullptr);
+    EXPECT_NE(find("Peak dBFS"), nullptr);
 }
 
 TEST_F(ControlAccessibilityTests, oneOfARowIsARadioButton) {
@@ -146,6 +151,8 @@ TEST_F(ControlAccessibilityTests, aSwitchInTheMenuBarIsACheckBoxWithItsKey) {
 
 TEST_F(ControlAccessibilityTests, aPopoverIsUnderItsButtonWhileItIsOpen) {
     EXPECT_EQ(find("Octave-normalized display"), nullptr);
+    EXPECT_TRUE(at("RTA options").state().hasPopup) << "it tells so ahead of the press";
+    EXPECT_FALSE(at("Start").state().hasPopup);
     press(at("RTA options"));
     QAccessibleInterface* inside = find("Octave-normalized display");
     ASSERT_NE(inside, nullptr);

@@ -5,12 +5,16 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QTabWidget>
+#include <QTest>
 #include <set>
 #include <string>
 
 #include "Shell/Forms/FoldingGroup.h"
 #include "Shell/Preferences/PreferencesWindow.h"
+#include "Shell/Preferences/ProfilesSettingsView.h"
 #include "Shell/Windows/ChannelWindowView.h"
 #include "Shell/Windows/StandaloneModule.h"
 #include "TarvaneApp/Shell/Windows/ApplicationFixture.h"
@@ -64,6 +68,11 @@ class Reader {
             }
             if (child->role() == QAccessible::StaticText) {
                 EXPECT_FALSE(nameOf(*child).isEmpty()) << "a label in " << group.toStdString();
+            }
+            if (child->state().focusable) {
+                EXPECT_FALSE(nameOf(*child).isEmpty())
+                    << child->object()->metaObject()->className() << " takes the focus in "
+                    << group.toStdString();
             }
             if (isControl(*child)) {
                 readControl(*child, group);
@@ -128,6 +137,18 @@ class SpokenWindowsTests : public TarvaneTests::ApplicationFixture {
         }
         FAIL() << "there is no " << command;
     }
+    void saveProfile(const char* name) {
+        auto& form = *the<PreferencesWindow>().findChild<ProfilesSettingsView*>();
+        auto& field = *form.findChild<QLineEdit*>();
+        field.selectAll();
+        QTest::keyClicks(&field, QLatin1String(name));
+        for (auto* button : form.findChildren<QPushButton*>()) {
+            if (button->text() == QStringLiteral("Save")) {
+                button->click();
+            }
+        }
+        settle();
+    }
     static QWidget& titled(const char* title) {
         for (QWidget* widget : QApplication::topLevelWidgets()) {
             if (widget->isVisible() && widget->windowTitle() == QString::fromUtf8(title)) {
@@ -143,8 +164,10 @@ TEST_F(SpokenWindowsTests, theMainWindow) {
 }
 
 TEST_F(SpokenWindowsTests, everyTabOfTheSettingsWithAllChannelsUnfolded) {
-    application->showSettings();
+    application->showProfiles();
     settle();
+    saveProfile("Matinee");
+    saveProfile("Night");
     auto& window = the<PreferencesWindow>();
     auto& tabs = *window.findChild<QTabWidget*>();
     for (FoldingGroup* group : window.findChildren<FoldingGroup*>()) {
