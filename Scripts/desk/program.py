@@ -9,7 +9,7 @@ from .failure import DeskFailure
 from .processes import cpu_shares, wait_until
 
 
-def _atspi():
+def atspi():
     import gi
 
     gi.require_version("Atspi", "2.0")
@@ -23,7 +23,7 @@ MAIN_WINDOW = "Tarvane"
 
 def text_of(element):
     """What a drawn value, a label or a field reads."""
-    return _atspi().Text.get_text(element, 0, -1) if "Text" in element.get_interfaces() else ""
+    return atspi().Text.get_text(element, 0, -1) if "Text" in element.get_interfaces() else ""
 
 
 class Program:
@@ -38,7 +38,7 @@ class Program:
         if self.process.poll() is not None:
             raise DeskFailure(f"The program ended with {self.process.returncode}: "
                               f"{self._desk.processes.log('tarvane')}")
-        Atspi = _atspi()
+        Atspi = atspi()
         desktop = Atspi.get_desktop(0)
         desktop.clear_cache()
         for index in range(desktop.get_child_count()):
@@ -65,7 +65,7 @@ class Program:
     def find(self, name=None, role=None):
         """The first element with that name (or whose name matches a pattern) and role, that is
         on screen; None if there is none."""
-        Atspi = _atspi()
+        Atspi = atspi()
         for element in self.elements():
             try:
                 if role is not None and element.get_role_name() != role:
@@ -173,17 +173,17 @@ class Program:
 
     def extents(self, name, role="chart"):
         """Where it is on the screen: x, y, width, height. A graph, unless told otherwise."""
-        Atspi = _atspi()
+        Atspi = atspi()
         return Atspi.Component.get_extents(self.wait_for(name, role), Atspi.CoordType.SCREEN)
 
     def press(self, name, role=None):
         """As a screen reader does it: the element's first action, without the pointer."""
-        if not _atspi().Action.do_action(self.wait_for(name, role), 0):
+        if not atspi().Action.do_action(self.wait_for(name, role), 0):
             raise DeskFailure(f"{name!r} can't be pressed.")
 
     def slide(self, name, value):
         """As a screen reader does it: sets a slider to a number of its steps."""
-        if not _atspi().Value.set_current_value(self.wait_for(name, "slider"), value):
+        if not atspi().Value.set_current_value(self.wait_for(name, "slider"), value):
             raise DeskFailure(f"{name!r} can't be moved.")
 
     def key(self, *keys):
@@ -235,7 +235,7 @@ class Program:
     def has_state(element, state):
         """One of AT-SPI's, as "CHECKED"."""
         return element is not None and element.get_state_set().contains(
-            getattr(_atspi().StateType, state))
+            getattr(atspi().StateType, state))
 
     # Cost.
 

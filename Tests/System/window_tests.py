@@ -27,6 +27,7 @@ from desk.program import text_of  # noqa: E402
 from desk.session import Session  # noqa: E402
 from desk.tone import pink_noise, rising_sine, sine_1khz  # noqa: E402
 from desk.tray import Tray  # noqa: E402
+import spoken  # noqa: E402
 from end_to_end import Measurement, a_weighting  # noqa: E402
 from network import OtherMachine  # noqa: E402
 
@@ -1064,6 +1065,239 @@ def a_popped_out_module_comes_back_under_wayland(desk):
 
 
 a_popped_out_module_comes_back_under_wayland.desk = {"wayland": True}
+
+
+def radio(*names):
+    return [("radio button", name) for name in names]
+
+
+def boxes(*names):
+    return [("check box", name) for name in names]
+
+
+def items(*names):
+    return [("menu item", name) for name in names]
+
+
+def entries(*names):
+    return [("list item", name) for name in names]
+
+
+def submenus(*named):
+    """Each a title with its choices."""
+    return [control for title, *choices in named for control in items(title) + radio(*choices)]
+
+
+CHANNELS = ("Main Input", "Stage", "Truck")
+BANDS_OFFERED = [f"1/{share} Octave" for share in (1, 3, 6, 12, 24, 48)]
+TARGET_CURVES = ("None", "Flat", "X-Curve (SMPTE ST202 / ISO 2969)")
+SENSITIVITIES = ("Low", "Normal", "High")
+LOUDNESS_TARGETS = ("EBU R128 (−23 LUFS)", "ATSC A/85 (−24 LKFS)", "Streaming (−14 LUFS)",
+                    "Podcast (−16 LUFS)")
+MODULES = ("SPL Meter", "Real-Time Analyzer", "Spectrogram", "Level History")
+ARRANGEMENT = (("RTA & Spectrogram", "Stacked", "Side by Side"),
+               ("Graph Order", "RTA First", "Spectrogram First"),
+               ("Level History Position", "Above Graphs", "Below Graphs"))
+RTA_OPTIONS = [
+    *radio("Green", "Blue", "Pink", "Yellow", "Violet", "Cyan", "Orange", "White"),
+    *radio("Bands", "Line", "Both"), ("push button", "Bands: 1/3 Octave"), *boxes("Peak hold"),
+    *radio("Orange", "Red", "Yellow", "White", "Cyan", "Pink"),
+    *boxes("Octave-normalized display"), ("push button", "Target curve: Flat"),
+    ("slider", "Target curve level"), *boxes("Ring-Out"),
+    ("push button", "Ring-Out sensitivity: Normal")]
+
+# What opens in each window, by what the name of its opener begins with, and its controls in reading
+# order. "RTA options > Bands: " is the menu of a button in a popover.
+OPENED = {
+    "Tarvane": {
+        "File": items("Export Level History…", "Settings…", "Quit"),
+        "View": [*boxes("Show Clock Instead of SPL Meter", "Show Level Bar in SPL Meter"),
+                 *items("Full-Screen SPL Meter")],
+        "Profiles": [*radio("Matinee", "Night"), *items('Save to "Night"', "Manage Profiles…")],
+        "Window": items("Show Main Window", "Channel Windows", *CHANNELS),
+        "Help": items("Tarvane Help", "What's New in Tarvane", "About Tarvane"),
+        "Profile: Night": [*radio("Matinee", "Night"), *items("Manage Profiles…")],
+        "Extra channels": items(*CHANNELS, "Channel Settings…"),
+        "Layout": [
+            *submenus(*((module, "Main Window", "Separate Window", "Hidden")
+                        for module in MODULES), *ARRANGEMENT),
+            *items("All in Main Window", "SPL Meter Only", "Level History Only",
+                   "SPL Meter in Its Own Window", "RTA in Its Own Window",
+                   "Spectrogram in Its Own Window")],
+        "Channel: Main Input": radio(*CHANNELS),
+        "Readout unit: dBFS": radio("dBFS", "LUFS"),
+        "RTA channel: Main Input": radio(*CHANNELS),
+        "Overlay other channels on this RTA": [*boxes("Stage", "Truck"), *items("Clear Overlays")],
+        "Averaging: ": radio("Fast", "Slow", "Infinite", "None"),
+        "RTA readout unit: dBFS": radio("dBFS", "LUFS"),
+        "RTA options": RTA_OPTIONS,
+        "RTA options > Bands: ": radio(*BANDS_OFFERED),
+        "RTA options > Target curve: ": radio(*TARGET_CURVES),
+        "RTA options > Ring-Out sensitivity: ": radio(*SENSITIVITIES),
+        "Spectrogram channel: Main Input": radio(*CHANNELS),
+        "Level history channel: Main Input": radio("Follow SPL Meter", *CHANNELS),
+        "Overlay other channels' history":
+            boxes("Stage", "Truck  (reads in LUFS, this history in dBFS)"),
+        "Time range: Session": radio("Session", "Last 1 min", "Last 5 min", "Last 15 min"),
+    },
+    # As narrow as their modules get, with menus in the place of buttons.
+    "Tarvane — Stage": {
+        "Layout": [*boxes("SPL Meter", "Real-Time Analyzer", "Spectrogram", "Level History"),
+                   *(("combo box", title) for title, *_ in ARRANGEMENT),
+                   ("push button", "Reset to Main Window Layout")],
+        **{f"Layout > {title}": entries("Same as Main Window", *choices)
+           for title, *choices in ARRANGEMENT},
+        "Metric: SPL": radio("SPL", "Peak", "Leq"),
+        "Weighting: A": radio("A", "C", "Z"),
+        "Time weighting: Fast": radio("Fast", "Slow", "Infinite", "None"),
+        "Adjust Floor": [("slider", name) for name in ("Floor", "Ceiling", "Speed",
+                                                       "Slice Height")],
+    },
+    "Tarvane — Truck": {
+        "Loudness: ": radio("M", "S", "I", "LRA", "TP", "M Max", "S Max"),
+        "Loudness target: EBU R128 (−23 LUFS)": radio(*LOUDNESS_TARGETS),
+    },
+}
+# The same in each tab of the Settings.
+OF_SETTINGS = {
+    "Audio": {
+        "Device": entries("Default Input", "Measurement Mic", "Test Interface 8ch", "Tone Mic",
+                          "System Output (what the computer is playing)"),
+        "Input": entries("Input 1", "Input 2"),
+        "Source": entries("Microphone", "Digital feed"),
+        "Readout": entries("dBFS", "LUFS"),
+        "RTA view": entries("Banded", "Line", "Both"),
+        "Band resolution": entries(*BANDS_OFFERED),
+        "Target curve: ": radio(*TARGET_CURVES),
+        "Sensitivity": entries(*SENSITIVITIES),
+    },
+    "Display": {},
+    "Leq": {
+        "Weighting": entries("A", "C", "Z"),
+        "Integration time": entries("1 sec", "10 sec", "1 min", "15 min", "1 hour", "8 hours",
+                                    "24 hours"),
+    },
+    "Loudness": {
+        "Preset": entries(*LOUDNESS_TARGETS),
+        "Headline value": entries("Momentary", "Short-Term", "Integrated"),
+    },
+    "Traffic Light": {},
+    "Profiles": {"More for Night": items("Overwrite with Current Settings", "Export…", "Delete…")},
+}
+OPENERS = ("push button", "menu item", "combo box")
+
+
+def opener_in(shown, name):
+    """Of what is shown, by the beginning of its name."""
+    for _, it in shown.walk():
+        if it.role in OPENERS and it.called().startswith(name):
+            return it
+    raise AssertionError(f"nothing is called {name!r} in {shown.controls()}")
+
+
+def open_under(opener):
+    """What it opens, read once it is open."""
+    spoken.press(opener.element)
+    popup = wait_until(lambda: spoken.popup_of(opener.element), 10,
+                       f"{opener.called()!r} opens nothing")
+    return spoken.read(popup)
+
+
+def close_under(desk, opener):
+    """By Escape, which closes what was opened last and nothing else."""
+    expect(spoken.popup_of(opener.element), f"what {opener.called()!r} opened is gone already")
+    desk.xdotool("key", "Escape")
+    wait_until(lambda: spoken.popup_of(opener.element) is None, 10,
+               f"Escape doesn't close {opener.called()!r}")
+
+
+def expect_faultless(where, shown):
+    found = list(spoken.faults(shown))
+    expect(not found, "\n".join((f"{where}:", *found)))
+
+
+def expect_opened(desk, window, way, controls):
+    openers, shown = [], window
+    for name in way.split(" > "):
+        openers.append(opener_in(shown, name))
+        shown = open_under(openers[-1])
+    where = f"{window.name} > {way}"
+    expect(shown.controls() == controls, f"{where} has {shown.controls()}")
+    expect_faultless(where, shown)
+    for opener in reversed(openers):
+        close_under(desk, opener)
+
+
+def expect_all_opened(desk, window, opened):
+    expect_faultless(window.name, window)
+    for way, controls in opened.items():
+        expect_opened(desk, window, way, controls)
+
+
+def expect_dialog(desk, program, title, role="dialog"):
+    """Faultless as it lies there; Escape closes it."""
+    expect_faultless(title, spoken.read(program.wait_for(title, role)))
+    desk.xdotool("key", "Escape")
+    wait_until(lambda: program.find(title, role) is None, 10, f"Escape doesn't close {title!r}")
+
+
+def read_window(program, title):
+    return spoken.read(program.wait_for(title, "frame"))
+
+
+def three_channels(desk):
+    """The main input, a channel in dBFS and one in LUFS, of one device."""
+    desk.plug_in("--tone", "1000:-20", channels=2)
+    channels = ",".join(
+        '{\\"id\\":\\"%s\\",\\"name\\":\\"%s\\",\\"channelIndex\\":1,\\"measuresLoudness\\":%s}'
+        % channel for channel in (("11111111-2222-3333-4444-555555555555", "Stage", "false"),
+                                  ("21111111-2222-3333-4444-555555555555", "Truck", "true")))
+    desk.write_settings(extraChannels=f'"@ByteArray([{channels}])"', targetCurveName="Flat")
+
+
+def save_profiles(desk, program, *names):
+    program.key("ctrl+comma")
+    program.press("Profiles", "page tab")
+    for name in names:
+        program.click("Profile name", "text")
+        desk.xdotool("key", "ctrl+a")
+        desk.xdotool("type", name)
+        program.press("Save", "push button")
+        program.wait_for(f"More for {name}", "push button")
+
+
+def resize(desk, title, width, height):
+    window = desk.xdotool_output("search", "--onlyvisible", "--name", f"^{title}$").split()[0]
+    desk.xdotool("windowsize", "--sync", window, str(width), str(height))
+    desk.xdotool("windowactivate", "--sync", window)
+
+
+@test
+def a_screen_reader_reads_all_that_opens(desk):
+    three_channels(desk)
+    program = metering(desk)
+    save_profiles(desk, program, "Matinee", "Night")
+    for tab, opened in OF_SETTINGS.items():
+        program.press(tab, "page tab")
+        expect_all_opened(desk, read_window(program, "Settings"), opened)
+    program.press("More for Night", "push button")
+    program.press("Delete…", "menu item")
+    expect_dialog(desk, program, "Profiles", "alert")
+    program.press("Audio", "page tab")
+    program.press("Load Cal File…", "push button")
+    expect_dialog(desk, program, "Load Cal File")
+    desk.xdotool("key", "Escape")
+    program.bring_to_front()
+    for title, opened in OPENED.items():
+        if title != "Tarvane":
+            program.press("Extra channels", "push button")
+            program.press(title.removeprefix("Tarvane — "), "menu item")
+            program.wait_for(title, "frame")
+            resize(desk, title, 480, 800)
+            time.sleep(0.5)  # until its modules have arranged themselves
+        expect_all_opened(desk, read_window(program, title), opened)
+    program.key("ctrl+shift+e")
+    expect_dialog(desk, program, "Export Level History")
 
 
 def open_tray(desk):
