@@ -29,10 +29,19 @@ def text_of(element):
 class Program:
     def __init__(self, desk):
         self._desk = desk
+        # The services of the tree are there first: a program that is refused at its start isn't in it.
+        wait_until(self._tree_answers, 20, "The accessibility bus doesn't answer")
         self.process = desk.processes.start("tarvane", [str(desk.program("tarvane"))], desk.env)
         self._application = wait_until(self._find_application, 20, "The program shows no window")
 
     # What there is.
+
+    @staticmethod
+    def _tree_answers():
+        try:
+            return atspi().get_desktop(0).get_child_count() >= 0
+        except Exception:  # not yet
+            return False
 
     def _find_application(self):
         if self.process.poll() is not None:
