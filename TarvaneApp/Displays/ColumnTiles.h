@@ -9,28 +9,52 @@
 #include <cstring>
 #include <vector>
 
+#include "Displays/PixelRows.h"
+
 namespace TarvaneApp {
 
 class ColumnTiles {
   public:
+    static constexpr int tileColumns = 16;  // of four bytes: a cache line
+
+    static constexpr std::size_t tileCount(int columns) {
+        return static_cast<std::size_t>((columns + tileColumns - 1) / tileColumns);
+    }
+
     /// Calls `compose(column, pixels)` for each column of the area; it writes all pixels of the
     /// column within the area, top down. The picture has 32 bits a pixel and contains the area.
     template <class Compose>
     void draw(QImage& picture, const QRect& area, Compose compose) {
+        const PixelRows all{.first = 0, .end = area.height()};
+        draw(
+            picture, area, [all](int) { return all; },
+            [&compose](int column, PixelRows, QRgb* pixels) { compose(column, pixels); });
+    }
+
+    /// Draws of each tile, counted from the area's left edge, the rows that `rowsOf(tile)` gives,
+    /// counted from its top, and leaves the others as they are. `compose(column, rows, pixels)`
+    /// writes those rows; `pixels` is where the area's first one would stand.
+    template <class RowsOf, class Compose>
+    void draw(QImage& picture, const QRect& area, RowsOf rowsOf, Compose compose) {
         const std::size_t stride = static_cast<std::size_t>(area.height()) + padding;
         pixels_.resize(tileColumns * stride);
         const int right = area.left() + area.width();
         // Outside the loop: each call to `bits` checks whether the picture is shared.
         uchar* const bits = picture.bits() + area.top() * picture.bytesPerLine();
         const qsizetype bytesPerLine = picture.bytesPerLine();
+        int tile = 0;
         for (int left = area.left(); left < right; left += tileColumns) {
+            const PixelRows rows = rowsOf(tile++);
+            if (rows.isEmpty()) {
+                continue;
+            }
             const int count = std::min(tileColumns, right - left);
             for (int i = 0; i < count; ++i) {
-                compose(left + i, pixels_.data() + static_cast<std::size_t>(i) * stride);
+                compose(left + i, rows, pixels_.data() + static_cast<std::size_t>(i) * stride);
             }
-            int y = 0;
+            int y = rows.first;
             if (count == tileColumns) {
-                for (; y + block <= area.height(); y += block) {
+                for (; y + block <= rows.end; y += block) {
                     for (int i = 0; i < tileColumns; i += block) {
                         auto* corner = bits + y * bytesPerLine + (left + i) * pixelBytes;
                         transpose(pixels_.data() + static_cast<std::size_t>(i) * stride + y, stride,
@@ -38,7 +62,7 @@ class ColumnTiles {
                     }
                 }
             }
-            for (; y < area.height(); ++y) {
+            for (; y < rows.end; ++y) {
                 auto* row = reinterpret_cast<QRgb*>(bits + y * bytesPerLine) + left;
                 for (int i = 0; i < count; ++i) {
                     row[i] =
@@ -49,7 +73,6 @@ class ColumnTiles {
     }
 
   private:
-    static constexpr int tileColumns = 16;  // of four bytes: a cache line
     static constexpr int block = 4;
     static constexpr int pixelBytes = static_cast<int>(sizeof(QRgb));
     // Between two columns, so that neighbours don't share a set of the cache.

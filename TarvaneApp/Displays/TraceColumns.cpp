@@ -155,24 +155,22 @@ void TraceColumns::blendStroke(QImage& picture, QRgb color) {
     }
 }
 
-bool TraceColumns::isWhole(int column) const {
-    const int place = column * cutsPerColumn + margin;
-    const auto first = static_cast<std::size_t>(place);
-    return std::all_of(least_.begin() + static_cast<std::ptrdiff_t>(first),
-                       least_.begin() + static_cast<std::ptrdiff_t>(first + cutsPerColumn),
-                       [](float least) { return least != infinity; });
+TraceColumns::Rows TraceColumns::strokeRows(int column) const {
+    const int place = column * cutsPerColumn;
+    const float* top = top_.data() + static_cast<std::size_t>(place);
+    const float* bottom = bottom_.data() + static_cast<std::size_t>(place);
+    return rowsOf(*std::min_element(top, top + cutsPerColumn),
+                  *std::max_element(bottom, bottom + cutsPerColumn), rows_);
 }
 
 TraceColumns::Rows TraceColumns::strokeCoverage(int column, std::vector<float>& shares) const {
-    const int place = column * cutsPerColumn;
-    const auto first = static_cast<std::size_t>(place);
-    const float* top = top_.data() + first;
-    const float* bottom = bottom_.data() + first;
-    const Rows rows = rowsOf(*std::min_element(top, top + cutsPerColumn),
-                             *std::max_element(bottom, bottom + cutsPerColumn), rows_);
+    const Rows rows = strokeRows(column);
     if (rows.isEmpty()) {
         return rows;
     }
+    const int place = column * cutsPerColumn;
+    const float* top = top_.data() + static_cast<std::size_t>(place);
+    const float* bottom = bottom_.data() + static_cast<std::size_t>(place);
     RunningShares running(shares, rows);
     for (int cut = 0; cut < cutsPerColumn; ++cut) {
         if (top[cut] < bottom[cut]) {
@@ -184,33 +182,42 @@ TraceColumns::Rows TraceColumns::strokeCoverage(int column, std::vector<float>& 
     return rows;
 }
 
-TraceColumns::Rows TraceColumns::areaCoverage(int column, std::vector<float>& shares) const {
+// Infinite in a cut that the trace doesn't reach.
+float TraceColumns::areaEdge(int place) const {
+    const float least = least_[static_cast<std::size_t>(place)];
+    const float greatest = greatest_[static_cast<std::size_t>(place)];
+    return least <= greatest
+               ? std::clamp((least + greatest) / 2.0F, 0.0F, static_cast<float>(rows_))
+               : infinity;
+}
+
+TraceColumns::Rows TraceColumns::areaRows(int column) const {
     const int place = column * cutsPerColumn + margin;
-    const auto first = static_cast<std::size_t>(place);
-    const float* least = least_.data() + first;
-    const float* greatest = greatest_.data() + first;
-    const auto edge = [&](int cut) {
-        return std::clamp((least[cut] + greatest[cut]) / 2.0F, 0.0F, static_cast<float>(rows_));
-    };
     float highest = infinity;
     float lowest = -infinity;
     for (int cut = 0; cut < cutsPerColumn; ++cut) {
-        if (least[cut] <= greatest[cut]) {
-            highest = std::min(highest, edge(cut));
-            lowest = std::max(lowest, edge(cut));
-        }
+        const float edge = areaEdge(place + cut);
+        highest = std::min(highest, edge);
+        lowest = std::max(lowest, edge);
     }
-    Rows rows = rowsOf(highest, lowest, rows_);
+    if (highest == infinity) {
+        return {.first = rows_, .end = rows_};
+    }
+    const Rows rows = rowsOf(highest, std::min(lowest, static_cast<float>(rows_)), rows_);
+    return {.first = rows.first, .end = lowest == infinity ? rows_ : rows.end};
+}
+
+TraceColumns::Rows TraceColumns::areaCoverage(int column, std::vector<float>& shares) const {
+    const Rows rows = areaRows(column);
     if (rows.isEmpty()) {
         return rows;
     }
-    if (!isWhole(column)) {
-        rows.end = rows_;
-    }
+    const int place = column * cutsPerColumn + margin;
     RunningShares running(shares, rows);
     for (int cut = 0; cut < cutsPerColumn; ++cut) {
-        if (least[cut] <= greatest[cut]) {
-            running.begin(edge(cut));
+        const float edge = areaEdge(place + cut);
+        if (edge != infinity) {
+            running.begin(edge);
         }
     }
     running.sum();

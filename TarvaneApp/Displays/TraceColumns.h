@@ -14,17 +14,15 @@
 #include <span>
 #include <vector>
 
+#include "Displays/PixelRows.h"
+
 namespace TarvaneApp {
 
 class TraceColumns {
   public:
     static constexpr int cutsPerColumn = 4;
 
-    struct Rows {
-        int first = 0;
-        int end = 0;
-        bool isEmpty() const { return first >= end; }
-    };
+    using Rows = PixelRows;
 
     /// Starts over, on a picture of that size.
     void start(int columns, int rows);
@@ -37,16 +35,18 @@ class TraceColumns {
     /// Blends the stroke into the picture, which is opaque; the colour is premultiplied.
     void blendStroke(QImage& picture, QRgb color);
 
-    /// Whether the area reaches over the whole width of the column.
-    bool isWhole(int column) const;
-
     /// Writes the shares of the stroke, at their rows; none is visible outside of those returned.
     Rows strokeCoverage(int column, std::vector<float>& shares) const;
-    /// The same of the area under the trace. From the last row returned on it is covered all
-    /// over, where the column is whole.
+    /// The same of the area under the trace. From the end of those returned on it covers all.
     Rows areaCoverage(int column, std::vector<float>& shares) const;
 
+    /// The rows of both without the shares: from where on the stroke may be seen until where;
+    /// and from where on the area covers something until where it covers all.
+    Rows strokeRows(int column) const;
+    Rows areaRows(int column) const;
+
   private:
+    float areaEdge(int place) const;
     void addPiece(const QPointF& from, const QPointF& control, const QPointF& to);
     void addCut(double position, double y);
 

@@ -14,26 +14,21 @@ SparseLayer::SparseLayer(const QImage& picture) {
         int x = 0;
         while (x < width) {
             const int start = x;
+            const auto source = static_cast<std::ptrdiff_t>(pixels_.size());
             while (x < width && qAlpha(row[x]) != 0) {
                 pixels_.push_back(row[x++]);
             }
             if (x > start) {
-                runs_.push_back({start, y, x - start});
+                runs_.push_back({start, y, x - start, source});
             }
             ++x;
         }
     }
 }
 
-void SparseLayer::blendInto(QImage& target) const {
-    const QRgb* source = pixels_.data();
-    uchar* const bits = target.bits();
-    const qsizetype bytesPerLine = target.bytesPerLine();
-    for (const Run& run : runs_) {
-        auto* pixels = reinterpret_cast<QRgb*>(bits + run.y * bytesPerLine) + run.x;
-        for (int i = 0; i < run.length; ++i) {
-            pixels[i] = PixelBlend::over(pixels[i], *source++, PixelBlend::fullWeight);
-        }
+void SparseLayer::blend(QRgb* target, const QRgb* source, int count) {
+    for (int i = 0; i < count; ++i) {
+        target[i] = PixelBlend::over(target[i], source[i], PixelBlend::fullWeight);
     }
 }
 

@@ -39,56 +39,36 @@ const QImage& SpectrumRaster::image(const SpectrumView& view, const QSizeF& size
     columns_ = qRound(size.width() * pixelRatio);
     rows_ = qRound(size.height() * pixelRatio);
     if (columns_ < 1 || rows_ < 1) {
+        gridKey_.reset();
         image_ = QImage();
+        renewedArea_ = QRect();
         return image_;
     }
+    isAllAnew_ = false;
     prepareGrid(view, size, pixelRatio);
     prepareFill(view.traceColor);
     prepareBars(view);
     prepareCurve(view);
     prepareLabels(view);
+    placeMoving(view);
+    findRenewed();
 
-    hasLine_ = view.showsLine() && !view.lineSpectrumDB.empty();
-    hasHold_ = view.showsLine() && view.showPeakHold &&
-               view.linePeakHoldDB.size() == view.lineSpectrumDB.size();
-    hasBars_ = view.showsBands() && match(view.bands, view.bandLevelsDB);
-    if (hasLine_) {
-        placeTrace(line_, view, view.lineSpectrumDB, view.sampleRate, view.levelOffsetDB,
-                   SpectrumStroke::line);
+    const auto rowsOf = [this](int tile) { return renewed_.ofTile(tile); };
+    tiles_.draw(image_, image_.rect(), rowsOf, [&](int column, Rows rows, QRgb* pixels) {
+        composeColumn(view, column, rows, pixels);
+    });
+    for (const BandLine& line : bandLines_) {
+        blendBandLine(line);
     }
-    if (hasHold_) {
-        placeTrace(hold_, view, view.linePeakHoldDB, view.sampleRate, view.levelOffsetDB,
-                   SpectrumStroke::linePeakHold);
+    for (std::size_t i = 0; i < overlays_.size(); ++i) {
+        overlays_[i].blendStroke(image_, premultiplied(view.overlays[i].color));
     }
-    if (hasBars_) {
-        barTops(view, view.bandLevelsDB, view.levelOffsetDB, barTops_);
-    }
-    tiles_.draw(image_, image_.rect(),
-                [&](int column, QRgb* pixels) { composeColumn(view, column, pixels); });
-    if (hasBars_) {
-        drawBandLines(bars_, barTops_, SpectrumStroke::bandCap, view.traceColor);
-    }
-    if (view.showsBands() && view.showPeakHold && match(view.bands, view.bandPeakHoldDB)) {
-        barTops(view, view.bandPeakHoldDB, view.levelOffsetDB, holdTops_);
-        drawBandLines(bars_, holdTops_, SpectrumStroke::bandPeakHold, view.peakColor);
-    }
-    for (const SpectrumOverlay& overlay : view.overlays) {
-        if (view.showsLine()) {
-            placeTrace(overlay_, view, overlay.lineSpectrumDB, overlay.sampleRate,
-                       overlay.levelOffsetDB, SpectrumStroke::overlay);
-            overlay_.blendStroke(image_, premultiplied(overlay.color));
-        } else if (match(overlay.bands, overlay.bandLevelsDB)) {
-            barTops(view, overlay.bandLevelsDB, overlay.levelOffsetDB, holdTops_);
-            drawBandLines(barPlaces(view, overlay.bands), holdTops_, SpectrumStroke::bandPeakHold,
-                          overlay.color);
-        }
-    }
-    curve_.blendInto(image_);
+    curve_.blendInto(image_, rowsOf);
     if (view.activeRingAlert) {
         QPainter painter(&image_);
         drawRingAlertMarker(painter, view, size);
     }
-    labels_.blendInto(image_);
+    labels_.blendInto(image_, rowsOf);
     return image_;
 }
 
@@ -116,6 +96,7 @@ void SpectrumRaster::prepareGrid(const SpectrumView& view, const QSizeF& size, d
                              gridKey_->pixelRatio == pixelRatio && gridKey_->minHz == view.minHz &&
                              gridKey_->maxHz == view.maxHz;
     gridKey_ = key;
+    isAllAnew_ = true;
     ++layersDrawn_;
     if (!isSameShape) {
         image_ = layer(QImage::Format_RGB32);
@@ -143,6 +124,7 @@ void SpectrumRaster::prepareLabels(const SpectrumView& view) {
         return;
     }
     labelsCovered_ = view.covered;
+    isAllAnew_ = true;
     QImage labels = layer(QImage::Format_ARGB32_Premultiplied);
     {
         QPainter painter(&labels);
@@ -185,6 +167,7 @@ void SpectrumRaster::prepareFill(const QColor& traceColor) {
         return;
     }
     fillColor_ = traceColor;
+    isAllAnew_ = true;
     stillColumns_.clear();
     QImage column(1, rows_, QImage::Format_ARGB32_Premultiplied);
     column.fill(Qt::transparent);
@@ -219,6 +202,7 @@ void SpectrumRaster::prepareBars(const SpectrumView& view) {
         return;
     }
     bands_ = view.bands;
+    isAllAnew_ = true;
     bars_ = barPlaces(view, bands_);
     std::vector<std::vector<BarShare>> byColumn(slot(columns_));
     for (std::size_t i = 0; i < bars_.size(); ++i) {
@@ -248,6 +232,7 @@ void SpectrumRaster::prepareCurve(const SpectrumView& view) {
     }
     curveKey_ = {.curve = view.targetCurve, .referenceDB = view.targetCurveReferenceDB};
     labelsCovered_.reset();  // the curve's name is one of them
+    isAllAnew_ = true;
     ++layersDrawn_;
     QImage picture = layer(QImage::Format_ARGB32_Premultiplied);
     {
@@ -330,36 +315,128 @@ void SpectrumRaster::barTops(const SpectrumView& view, const std::vector<double>
     }
 }
 
-void SpectrumRaster::composeColumn(const SpectrumView& view, int column, QRgb* pixels) {
+void SpectrumRaster::placeMoving(const SpectrumView& view) {
+    const Contents contents{.line = view.showsLine() && !view.lineSpectrumDB.empty(),
+                            .hold = view.showsLine() && view.showPeakHold &&
+                                    view.linePeakHoldDB.size() == view.lineSpectrumDB.size(),
+                            .bars = view.showsBands() && match(view.bands, view.bandLevelsDB),
+                            .ring = view.activeRingAlert.has_value()};
+    isAllAnew_ = isAllAnew_ || contents != contents_ || contents.ring;
+    contents_ = contents;
+    if (contents.line) {
+        placeTrace(line_, view, view.lineSpectrumDB, view.sampleRate, view.levelOffsetDB,
+                   SpectrumStroke::line);
+    }
+    if (contents.hold) {
+        placeTrace(hold_, view, view.linePeakHoldDB, view.sampleRate, view.levelOffsetDB,
+                   SpectrumStroke::linePeakHold);
+    }
+    bandLines_.clear();
+    if (contents.bars) {
+        barTops(view, view.bandLevelsDB, view.levelOffsetDB, barTops_);
+        placeBandLines(bars_, barTops_, SpectrumStroke::bandCap, view.traceColor);
+    }
+    if (view.showsBands() && view.showPeakHold && match(view.bands, view.bandPeakHoldDB)) {
+        barTops(view, view.bandPeakHoldDB, view.levelOffsetDB, lineTops_);
+        placeBandLines(bars_, lineTops_, SpectrumStroke::bandPeakHold, view.peakColor);
+    }
+    overlays_.resize(view.showsLine() ? view.overlays.size() : 0);
+    for (std::size_t i = 0; i < view.overlays.size(); ++i) {
+        const SpectrumOverlay& overlay = view.overlays[i];
+        if (view.showsLine()) {
+            placeTrace(overlays_[i], view, overlay.lineSpectrumDB, overlay.sampleRate,
+                       overlay.levelOffsetDB, SpectrumStroke::overlay);
+        } else if (match(overlay.bands, overlay.bandLevelsDB)) {
+            barTops(view, overlay.bandLevelsDB, overlay.levelOffsetDB, lineTops_);
+            placeBandLines(barPlaces(view, overlay.bands), lineTops_, SpectrumStroke::bandPeakHold,
+                           overlay.color);
+        }
+    }
+}
+
+void SpectrumRaster::placeBandLines(const std::vector<BarPlace>& places,
+                                    const std::vector<float>& tops, double thickness,
+                                    const QColor& color) {
+    const double height = thickness * gridKey_->pixelRatio;
+    const QRgb pixel = premultiplied(color);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        bandLines_.push_back({QRectF(QPointF(places[i].left, tops[i] - height / 2.0),
+                                     QPointF(places[i].right, tops[i] + height / 2.0)),
+                              pixel});
+    }
+}
+
+void SpectrumRaster::findRenewed() {
+    renewed_.start(columns_, rows_, isAllAnew_);
+    if (contents_.line) {
+        renewStroke(line_);
+        for (int column = 0; column < columns_; ++column) {
+            renewed_.add(column, column + 1, line_.areaRows(column));
+        }
+    }
+    if (contents_.hold) {
+        renewStroke(hold_);
+    }
+    if (contents_.bars) {
+        for (std::size_t i = 0; i < bars_.size(); ++i) {
+            const int top = static_cast<int>(barTops_[i]);
+            renewed_.add(static_cast<int>(bars_[i].left),
+                         static_cast<int>(std::ceil(bars_[i].right)),
+                         {std::min(top, rows_), std::min(top + 1, rows_)});
+        }
+    }
+    for (const BandLine& line : bandLines_) {
+        const QRect pixels = line.rect.toAlignedRect() & image_.rect();
+        if (!pixels.isEmpty()) {
+            renewed_.add(pixels.left(), pixels.left() + pixels.width(),
+                         {pixels.top(), pixels.top() + pixels.height()});
+        }
+    }
+    for (const TraceColumns& overlay : overlays_) {
+        renewStroke(overlay);
+    }
+    renewedArea_ = renewed_.bounds();
+}
+
+void SpectrumRaster::renewStroke(const TraceColumns& trace) {
+    for (int column = 0; column < columns_; ++column) {
+        const Rows rows = trace.strokeRows(column);
+        if (!rows.isEmpty()) {
+            renewed_.add(column, column + 1, rows);
+        }
+    }
+}
+
+void SpectrumRaster::composeColumn(const SpectrumView& view, int column, Rows rows, QRgb* pixels) {
     std::array<Rows, 2> blended{};
-    const int areaFrom = composeArea(view, column, pixels, blended[0]);
-    if (hasHold_) {
-        const Rows rows = hold_.strokeCoverage(column, strokeShares_);
+    const int areaFrom = composeArea(view, column, rows, pixels, blended[0]);
+    if (contents_.hold) {
+        const Rows stroke = hold_.strokeCoverage(column, strokeShares_);
         const QRgb color = premultiplied(view.peakColor);
-        for (int y = rows.first; y < rows.end; ++y) {
+        for (int y = stroke.first; y < stroke.end; ++y) {
             pixels[y] = over(pixels[y], color, PixelBlend::weight(strokeShares_[slot(y)]));
         }
-        blended[1] = rows;
+        blended[1] = stroke;
     }
-    if (hasBars_) {
-        composeBars(column, pixels, areaFrom, blended);
+    if (contents_.bars) {
+        composeBars(column, rows, pixels, areaFrom, blended);
     }
 }
 
 // Ground, area and line. Returns the row from which on the area covers all.
-int SpectrumRaster::composeArea(const SpectrumView& view, int column, QRgb* pixels, Rows& blended) {
+int SpectrumRaster::composeArea(const SpectrumView& view, int column, Rows rows, QRgb* pixels,
+                                Rows& blended) {
     const int ground = groundOfColumn_[slot(column)];
     const QRgb* bare = stillColumn(ground, false, 0);
-    if (!hasLine_) {
-        std::copy(bare, bare + rows_, pixels);
+    if (!contents_.line) {
+        std::copy(bare + rows.first, bare + rows.end, pixels + rows.first);
         return rows_;
     }
     const Rows stroke = line_.strokeCoverage(column, strokeShares_);
     const Rows area = line_.areaCoverage(column, areaShares_);
-    const int areaFrom = area.isEmpty() ? rows_ : area.end;
     const QRgb* covered = stillColumn(ground, true, 0);
-    std::copy(bare, bare + areaFrom, pixels);
-    std::copy(covered + areaFrom, covered + rows_, pixels + areaFrom);
+    std::copy(bare + rows.first, bare + area.end, pixels + rows.first);
+    std::copy(covered + area.end, covered + rows.end, pixels + area.end);
     for (int y = area.first; y < area.end; ++y) {
         pixels[y] = over(pixels[y], fill_[slot(y)], PixelBlend::weight(areaShares_[slot(y)]));
     }
@@ -372,10 +449,10 @@ int SpectrumRaster::composeArea(const SpectrumView& view, int column, QRgb* pixe
         blended.first = stroke.isEmpty() ? area.first : std::min(stroke.first, area.first);
         blended.end = std::max(stroke.end, area.end);
     }
-    return areaFrom;
+    return area.end;
 }
 
-void SpectrumRaster::composeBars(int column, QRgb* pixels, int areaFrom,
+void SpectrumRaster::composeBars(int column, Rows rows, QRgb* pixels, int areaFrom,
                                  std::span<const Rows> blended) {
     const int first = firstShare_[slot(column)];
     const int end = firstShare_[slot(column) + 1];
@@ -397,18 +474,18 @@ void SpectrumRaster::composeBars(int column, QRgb* pixels, int areaFrom,
                                             static_cast<float>(fullWeight)));
         ++y;
         if (end - first > 1) {
-            blend(rows_);
+            blend(rows.end);
             continue;
         }
         // Copied where nothing but ground and area lies under the bar.
-        while (y < rows_) {
-            int clearUntil = rows_;
+        while (y < rows.end) {
+            int clearUntil = rows.end;
             int blendedUntil = y;
-            for (const Rows& rows : blended) {
-                if (rows.first <= y && y < rows.end) {
-                    blendedUntil = std::max(blendedUntil, rows.end);
-                } else if (rows.first > y && !rows.isEmpty()) {
-                    clearUntil = std::min(clearUntil, rows.first);
+            for (const Rows& drawn : blended) {
+                if (drawn.contains(y)) {
+                    blendedUntil = std::max(blendedUntil, drawn.end);
+                } else if (drawn.first > y && !drawn.isEmpty()) {
+                    clearUntil = std::min(clearUntil, drawn.first);
                 }
             }
             if (blendedUntil > y) {
@@ -435,19 +512,8 @@ void SpectrumRaster::copyBarColumn(int column, QRgb* pixels, Rows rows, int area
     }
 }
 
-void SpectrumRaster::drawBandLines(const std::vector<BarPlace>& places,
-                                   const std::vector<float>& tops, double thickness,
-                                   const QColor& color) {
-    const double height = thickness * gridKey_->pixelRatio;
-    const QRgb pixel = premultiplied(color);
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        blendRect(QRectF(QPointF(places[i].left, tops[i] - height / 2.0),
-                         QPointF(places[i].right, tops[i] + height / 2.0)),
-                  pixel);
-    }
-}
-
-void SpectrumRaster::blendRect(const QRectF& rect, QRgb color) {
+void SpectrumRaster::blendBandLine(const BandLine& line) {
+    const QRectF& rect = line.rect;
     const auto covered = [](double start, double end, int cell) {
         return std::min(end, cell + 1.0) - std::max(start, static_cast<double>(cell));
     };
@@ -459,7 +525,7 @@ void SpectrumRaster::blendRect(const QRectF& rect, QRgb color) {
         auto* row = reinterpret_cast<QRgb*>(image_.scanLine(y));
         const double share = covered(rect.top(), rect.bottom(), y);
         for (int x = left; x < right; ++x) {
-            row[x] = over(row[x], color,
+            row[x] = over(row[x], line.color,
                           PixelBlend::weight(share * covered(rect.left(), rect.right(), x)));
         }
     }

@@ -3,6 +3,7 @@
 //
 // - What stands still (grid, rules, target curve, labels) is drawn once by the plain drawing:
 //   the grid as the few different pixel columns that it consists of, the rest as sparse layers.
+// - Above and below what moves the picture stays as it is: only the rows between are drawn anew.
 // - What moves is drawn by pixel column. A column is ground, area, bar or both over long
 //   stretches, which are copied from columns made once; only the rows about a trace are blended.
 //
@@ -17,6 +18,7 @@
 #include <vector>
 
 #include "Displays/ColumnTiles.h"
+#include "Displays/Spectrum/RenewedRows.h"
 #include "Displays/Spectrum/SparseLayer.h"
 #include "Displays/Spectrum/SpectrumView.h"
 #include "Displays/TraceColumns.h"
@@ -31,6 +33,10 @@ class SpectrumRaster {
     /// The graph without its readout, in RGB32 with `pixelRatio` device pixels per logical one.
     /// Valid until the next call. Null for a size without pixels.
     const QImage& image(const SpectrumView& view, const QSizeF& size, double pixelRatio);
+    /// That of the last call.
+    const QImage& image() const { return image_; }
+    /// What may look different in it than in the one before; in device pixels.
+    const QRect& renewed() const { return renewedArea_; }
 
     /// How often the still parts were drawn.
     int layersDrawn() const { return layersDrawn_; }
@@ -60,7 +66,20 @@ class SpectrumRaster {
         int bar;
         std::uint32_t weight;
     };
-    using Rows = TraceColumns::Rows;
+    // A cap, a held level or another channel's level, across a band.
+    struct BandLine {
+        QRectF rect;  // device pixels
+        QRgb color;
+    };
+    using Rows = PixelRows;
+    // What moves at all.
+    struct Contents {
+        bool line = false;
+        bool hold = false;
+        bool bars = false;
+        bool ring = false;
+        bool operator==(const Contents&) const = default;
+    };
 
     void prepareGrid(const SpectrumView& view, const QSizeF& size, double pixelRatio);
     void prepareLabels(const SpectrumView& view);
@@ -79,16 +98,21 @@ class SpectrumRaster {
                     double width);
     const std::vector<double>& linePositions(const SpectrumView& view, double sampleRate);
 
-    void composeColumn(const SpectrumView& view, int column, QRgb* pixels);
-    int composeArea(const SpectrumView& view, int column, QRgb* pixels, Rows& blended);
-    void composeBars(int column, QRgb* pixels, int areaFrom, std::span<const Rows> blended);
+    void placeMoving(const SpectrumView& view);
+    void placeBandLines(const std::vector<BarPlace>& places, const std::vector<float>& tops,
+                        double thickness, const QColor& color);
+    void findRenewed();
+    void renewStroke(const TraceColumns& trace);
+
+    void composeColumn(const SpectrumView& view, int column, Rows rows, QRgb* pixels);
+    int composeArea(const SpectrumView& view, int column, Rows rows, QRgb* pixels, Rows& blended);
+    void composeBars(int column, Rows rows, QRgb* pixels, int areaFrom,
+                     std::span<const Rows> blended);
     void copyBarColumn(int column, QRgb* pixels, Rows rows, int areaFrom, std::uint32_t weight);
     /// A column of ground, with or without the area over it, under a bar of that weight.
     const QRgb* stillColumn(int ground, bool hasArea, std::uint32_t weight);
 
-    void drawBandLines(const std::vector<BarPlace>& places, const std::vector<float>& tops,
-                       double thickness, const QColor& color);
-    void blendRect(const QRectF& rect, QRgb color);
+    void blendBandLine(const BandLine& line);
 
     const QColor ground_;
     const Typeface typeface_;
@@ -126,15 +150,17 @@ class SpectrumRaster {
     std::vector<QPointF> points_;
     TraceColumns line_;
     TraceColumns hold_;
-    TraceColumns overlay_;
-    bool hasLine_ = false;
-    bool hasHold_ = false;
-    bool hasBars_ = false;
+    std::vector<TraceColumns> overlays_;
+    Contents contents_;
     std::vector<float> barTops_;
-    std::vector<float> holdTops_;
+    std::vector<float> lineTops_;
+    std::vector<BandLine> bandLines_;  // in the order in which they are drawn
     std::vector<float> strokeShares_;
     std::vector<float> areaShares_;
     ColumnTiles tiles_;
+    bool isAllAnew_ = true;
+    RenewedRows renewed_;
+    QRect renewedArea_;
 };
 
 }  // namespace TarvaneApp

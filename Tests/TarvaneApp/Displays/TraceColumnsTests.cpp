@@ -81,12 +81,10 @@ TEST(TraceColumns, theAreaUnderALineIsAllThatLiesBelow) {
     EXPECT_EQ(cut.rows.first, 10);
     EXPECT_EQ(cut.rows.end, 11);  // covered all over from here
     EXPECT_NEAR(cut.at(10), 0.75F, 1e-5F);
-    EXPECT_TRUE(trace.isWhole(7));
 }
 
 TEST(TraceColumns, aColumnThatTheAreaReachesOnlyInPartIsCoveredInPartDownToTheEnd) {
     const TraceColumns trace = straight({{5.5, 10.0}, {20.0, 10.0}}, 1.0);
-    EXPECT_FALSE(trace.isWhole(5));
     const Cut cut = area(trace, 5);
     EXPECT_EQ(cut.rows.end, rows);
     EXPECT_NEAR(cut.at(30), 0.5F, 1e-5F);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QPainter>
 #include <cmath>
 
 #include "Displays/Spectrum/SpectrumDrawing.h"
@@ -97,6 +98,106 @@ TEST(SpectrumRaster, aRasterInUseDrawsWhatANewOneDraws) {
             EXPECT_EQ(raster.image(view, QSizeF(size), 1.0), fast(view, size, 1.0)) << name;
         }
     }
+}
+
+SpectrumView withLevelsMoved(SpectrumView view, std::uint32_t seed) {
+    TarvaneTests::Roughness roughness(seed);
+    const double rise = 60.0 * roughness.next();
+    view.lineSpectrumDB =
+        TarvaneTests::raisedBy(TarvaneTests::noiseSpectrum(55.0, seed), rise + roughness.next());
+    view.bandLevelsDB = TarvaneTests::bandsOf(view.lineSpectrumDB, view.bands);
+    view.linePeakHoldDB = TarvaneTests::raisedBy(view.linePeakHoldDB, 20.0 * roughness.next());
+    view.bandPeakHoldDB = TarvaneTests::raisedBy(view.bandPeakHoldDB, 20.0 * roughness.next());
+    for (SpectrumOverlay& overlay : view.overlays) {
+        overlay.lineSpectrumDB =
+            TarvaneTests::raisedBy(overlay.lineSpectrumDB, 30.0 * roughness.next());
+        overlay.bandLevelsDB =
+            TarvaneTests::raisedBy(overlay.bandLevelsDB, 30.0 * roughness.next());
+    }
+    // Now and then there is less to see.
+    if (seed % 5 == 0) {
+        view.overlays.pop_back();
+    }
+    if (seed % 7 == 0) {
+        view.lineSpectrumDB.clear();
+        view.linePeakHoldDB.clear();
+    }
+    if (seed % 11 == 0) {
+        view.bandPeakHoldDB.clear();
+    }
+    view.activeRingAlert =
+        seed % 6 == 0 ? std::optional(TarvaneTests::ringAt(800.0)) : std::nullopt;
+    return view;
+}
+
+bool isSameOutside(const QRect& area, QImage before, QImage after) {
+    for (QImage* picture : {&before, &after}) {
+        picture->setDevicePixelRatio(1.0);
+        QPainter(picture).fillRect(area, Qt::black);
+    }
+    return before == after;
+}
+
+TEST(SpectrumRaster, drawingOnlyWhatMovesGivesTheWholePicture) {
+    for (const SpectrumViewMode mode :
+         {SpectrumViewMode::both, SpectrumViewMode::line, SpectrumViewMode::banded}) {
+        for (const double scale : {1.0, 1.5}) {
+            SpectrumRaster raster(Theme::panelBackground, pinned);
+            SpectrumView view = fullSpectrum();
+            view.viewMode = mode;
+            view.activeRingAlert.reset();  // with one all is drawn anew
+            const QImage before = raster.image(view, {480.0, 200.0}, scale).copy();
+            for (std::uint32_t frame = 1; frame <= 40; ++frame) {
+                const SpectrumView moved = withLevelsMoved(view, frame);
+                ASSERT_EQ(raster.image(moved, {480.0, 200.0}, scale),
+                          fast(moved, {480, 200}, scale))
+                    << frame << '@' << scale;
+                ASSERT_EQ(raster.image(), raster.image(moved, {480.0, 200.0}, scale));
+                raster.image(view, {480.0, 200.0}, scale);
+                ASSERT_TRUE(
+                    isSameOutside(raster.renewed(), fast(moved, {480, 200}, scale), raster.image()))
+                    << frame << '@' << scale;
+            }
+            EXPECT_EQ(raster.image(), before);
+            for (std::uint32_t frame = 1; frame <= 3; ++frame) {
+                SpectrumView ringing = withLevelsMoved(view, frame);
+                ringing.activeRingAlert = TarvaneTests::ringAt(800.0 * frame);
+                ASSERT_EQ(raster.image(ringing, {480.0, 200.0}, scale),
+                          fast(ringing, {480, 200}, scale))
+                    << frame << '@' << scale;
+            }
+        }
+    }
+}
+
+TEST(SpectrumRaster, whatLevelsDontReachStays) {
+    SpectrumRaster raster(Theme::panelBackground, pinned);
+    SpectrumView view = ordinarySpectrum();
+    const QRect whole(0, 0, 480, 200);
+    raster.image(view, whole.size(), 1.0);
+    EXPECT_EQ(raster.renewed(), whole);
+    view.lineSpectrumDB = TarvaneTests::raisedBy(view.lineSpectrumDB, 1.0);
+    raster.image(view, whole.size(), 1.0);
+    EXPECT_EQ(raster.renewed().width(), whole.width());
+    EXPECT_LT(raster.renewed().height(), 0.8 * whole.height());
+    view.traceColor = Qt::red;
+    raster.image(view, whole.size(), 1.0);
+    EXPECT_EQ(raster.renewed(), whole);
+    view.activeRingAlert = TarvaneTests::ringAt(800.0);
+    raster.image(view, whole.size(), 1.0);
+    EXPECT_EQ(raster.renewed(), whole);
+    raster.image(SpectrumView(), whole.size(), 1.0);
+    raster.image(SpectrumView(), whole.size(), 1.0);
+    EXPECT_TRUE(raster.renewed().isEmpty()) << "nothing moves in an empty graph";
+}
+
+TEST(SpectrumRaster, aSizeThatComesBackIsDrawnWhole) {
+    SpectrumRaster raster(Theme::panelBackground, pinned);
+    const QSize size(480, 200);
+    raster.image(fullSpectrum(), QSizeF(size), 1.0);
+    EXPECT_TRUE(raster.image(fullSpectrum(), {480.0, 0.0}, 1.0).isNull());
+    EXPECT_TRUE(raster.renewed().isEmpty());
+    EXPECT_EQ(raster.image(fullSpectrum(), QSizeF(size), 1.0), fast(fullSpectrum(), size, 1.0));
 }
 
 TEST(SpectrumRaster, newLevelsDrawNoLayerAnew) {
