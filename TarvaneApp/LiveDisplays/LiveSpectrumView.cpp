@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPaintEvent>
 #include <QPainter>
 #include <algorithm>
 
@@ -145,13 +146,49 @@ void LiveSpectrumView::refresh() {
     banner_.alert = live.currentRingAlert ? live.currentRingAlert : live.heldRingAlert;
     banner_.isLive = live.currentRingAlert.has_value();
     bannerFade_.follow(banner_);
-    update();
+    isStale_ = true;
+    if (isSeen(*this)) {
+        draw();
+        updateRenewed();
+    }
 }
 
-void LiveSpectrumView::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
+bool LiveSpectrumView::isDrawn() const {
+    const double ratio = devicePixelRatioF();
+    return !isStale_ && view_.covered == bannerFade_.shown().rect(size()) &&
+           raster_.image().devicePixelRatio() == ratio &&
+           raster_.image().size() == QSize(qRound(width() * ratio), qRound(height() * ratio));
+}
+
+void LiveSpectrumView::draw() {
     view_.covered = bannerFade_.shown().rect(size());
-    painter.drawImage(QPointF(0.0, 0.0), raster_.image(view_, size(), devicePixelRatioF()));
+    raster_.image(view_, size(), devicePixelRatioF());
+    isStale_ = false;
+}
+
+// Drawn ahead of its paint event, the graph has only those of its pixels painted and sent to the
+// window system that changed. What lies over it may follow the levels too.
+void LiveSpectrumView::updateRenewed() {
+    if (view_.hover.frequencyHz || banner_.alert) {
+        update();
+        return;
+    }
+    const double ratio = devicePixelRatioF();
+    const QRect& renewed = raster_.renewed();
+    update(QRectF(renewed.x() / ratio, renewed.y() / ratio, renewed.width() / ratio,
+                  renewed.height() / ratio)
+               .toAlignedRect());
+}
+
+void LiveSpectrumView::paintEvent(QPaintEvent* event) {
+    if (!isDrawn()) {
+        draw();
+        if (event->rect() != rect()) {
+            update();
+        }
+    }
+    QPainter painter(this);
+    painter.drawImage(QPointF(0.0, 0.0), raster_.image());
     paintHover(painter, view_, size());
     bannerFade_.shown().paint(painter, size());
     if (hasFocus()) {

@@ -50,6 +50,9 @@ class LiveSpectrumView final : public QWidget, public SpokenDisplay {
     void contextChanged();
     void registerDemand();
     void refresh();
+    bool isDrawn() const;
+    void draw();
+    void updateRenewed();
     void hoverAt(double x);
     void leaveHover();
     double levelOffsetDB(const TarvaneKit::UUID& channelID) const;
@@ -66,6 +69,7 @@ class LiveSpectrumView final : public QWidget, public SpokenDisplay {
     RingOutBannerView banner_;
     RingOutBannerFade bannerFade_;
     SpectrumRaster raster_;
+    bool isStale_ = true;  // the picture, of what the view says
 };
 
 }  // namespace TarvaneApp
