@@ -36,6 +36,12 @@ void makeRoom(std::vector<float>& block, std::size_t frames) {
     }
 }
 
+// Of both sides' powers. Minus infinity where neither side has one.
+double combinedLevelDB(const SPLMetric& metric, double left, double right) {
+    const bool isPeak = std::holds_alternative<SPLMetric::Peak>(metric.reading);
+    return 10.0 * std::log10(isPeak ? std::max(left, right) : (left + right) / 2.0);
+}
+
 }  // namespace
 
 ChannelProcessor::ChannelProcessor(const UUID& channelID, bool stereo)
@@ -191,17 +197,23 @@ void ChannelProcessor::putReading(const LevelMeters& meters, const LoudnessMeter
     readings_->put(reading_);
 }
 
-LevelReadings::Taken ChannelProcessor::takeReadings() {
-    if (!isConfigured()) {
-        return {};
+LevelReadings::Taken ChannelProcessor::takeReadings(LevelReadings::Taken recycled) {
+    LevelReadings::Taken taken = std::move(recycled);
+    taken.clear();
+    const LevelMeters meters = levelMeters();
+    if (meters.left == nullptr) {
+        return taken;
     }
-    LevelReadings::Taken taken = readings_->take();
+    readings_->take(taken);
     if (taken.unreadFrames > 0) {
-        taken.readings.push_back({.endFrame = taken.frame,
-                                  .frameCount = taken.unreadFrames,
-                                  .firstValue = taken.values.size()});
-        const std::vector<double> now = values(recordedMetrics());
-        taken.values.insert(taken.values.end(), now.begin(), now.end());
+        const std::size_t first = taken.values.size();
+        const std::size_t count = recordedMetrics().size();
+        taken.readings.push_back(
+            {.endFrame = taken.frame, .frameCount = taken.unreadFrames, .firstValue = first});
+        taken.values.resize(first + 2 * count);  // with the right side's scratch
+        const std::span now = std::span(taken.values).subspan(first);
+        read(recordedMetrics(), meters, loudnessMeter().get(), now.first(count), now.last(count));
+        taken.values.resize(first + count);
     }
     return taken;
 }
@@ -226,30 +238,15 @@ bool ChannelProcessor::isConfigured() const {
     return isConfigured_;
 }
 
-double ChannelProcessor::combine(const SPLMetric& metric, double left, double right) {
-    if (std::holds_alternative<SPLMetric::Peak>(metric.reading)) {
-        return std::max(left, right);
-    }
-    if (!std::isfinite(left) && !std::isfinite(right)) {
-        return std::max(left, right);
-    }
-    const auto power = [](double levelDB) {
-        return std::isfinite(levelDB) ? std::pow(10.0, levelDB / 10.0) : 0.0;
-    };
-    return 10.0 * std::log10((power(left) + power(right)) / 2.0);
-}
-
 double ChannelProcessor::value(const SPLMetric& metric) const {
-    if (const auto* loudness = std::get_if<SPLMetric::Loudness>(&metric.reading)) {
-        const auto meter = loudnessMeter();
-        return meter ? meter->value(loudness->metric) : noValue;
-    }
     const LevelMeters meters = levelMeters();
     if (meters.left == nullptr) {
         return noValue;
     }
-    const double left = meters.left->value(metric);
-    return meters.right == nullptr ? left : combine(metric, left, meters.right->value(metric));
+    double result = noValue;
+    double right = noValue;
+    read({&metric, 1}, meters, loudnessMeter().get(), {&result, 1}, {&right, 1});
+    return result;
 }
 
 std::vector<double> ChannelProcessor::values(std::span<const SPLMetric> metrics) const {
@@ -266,11 +263,14 @@ std::vector<double> ChannelProcessor::values(std::span<const SPLMetric> metrics)
 void ChannelProcessor::read(std::span<const SPLMetric> metrics, const LevelMeters& meters,
                             const LoudnessMeter* loudness, std::span<double> result,
                             std::span<double> right) {
-    meters.left->values(metrics, result);
-    if (meters.right != nullptr) {
-        meters.right->values(metrics, right);
+    if (meters.right == nullptr) {
+        meters.left->values(metrics, result);
+    } else {
+        right = right.first(metrics.size());
+        meters.left->powers(metrics, result);
+        meters.right->powers(metrics, right);
         for (std::size_t i = 0; i < result.size(); ++i) {
-            result[i] = combine(metrics[i], result[i], right[i]);
+            result[i] = combinedLevelDB(metrics[i], result[i], right[i]);
         }
     }
     std::optional<LoudnessReadings> readings;  // read at most once, so that all are of one instant

@@ -71,8 +71,9 @@ class ChannelProcessor {
     /// The metrics of the level history.
     static const std::vector<TarvaneKit::SPLMetric>& recordedMetrics();
     /// What the level history hasn't had yet: the current readings of `recordedMetrics()` where
-    /// audio has come in, behind those that the display was too late for. Main thread.
-    LevelReadings::Taken takeReadings();
+    /// audio has come in, behind those that the display was too late for. What was taken before
+    /// may be given back: its memory is used again. Main thread.
+    LevelReadings::Taken takeReadings(LevelReadings::Taken recycled = {});
 
     /// Left and right; absent for a loudness, and unless stereo and configured.
     std::optional<std::vector<double>> sideValues(const TarvaneKit::SPLMetric& metric) const;
@@ -124,11 +125,10 @@ class ChannelProcessor {
                  std::span<const float> left, std::span<const float> right, bool hasRight);
     void settle(const LevelMeters& meters, TarvaneKit::LoudnessMeter* loudness,
                 std::span<const float> left, std::span<const float> right);
-    /// `right` is the scratch of the right side; without one it may be empty.
+    /// `right` is the right side's scratch; without one it may be empty.
     static void read(std::span<const TarvaneKit::SPLMetric> metrics, const LevelMeters& meters,
                      const TarvaneKit::LoudnessMeter* loudness, std::span<double> result,
                      std::span<double> right);
-    static double combine(const TarvaneKit::SPLMetric& metric, double left, double right);
 
     double sampleRate_ = 48000.0;
 

@@ -23,6 +23,14 @@ std::size_t readingsIn(double seconds) {
 
 }  // namespace
 
+void LevelReadings::Taken::clear() {
+    readings.clear();
+    values.clear();
+    holes.clear();
+    frame = 0;
+    unreadFrames = 0;
+}
+
 LevelReadings::LevelReadings(std::size_t valueCount, double sampleRate)
     : valueCount_(valueCount),
       lateFrames_(static_cast<std::int64_t>(std::ceil(sampleRate * lateSeconds))),
@@ -69,14 +77,14 @@ void LevelReadings::noteHole(std::int64_t frameCount) {
     waiting_.holes.push_back({.endFrame = waiting_.frame, .frameCount = frameCount});
 }
 
-LevelReadings::Taken LevelReadings::take() {
+// Copied, not swapped: the capture side keeps the memory that it was given.
+void LevelReadings::take(Taken& taken) {
     const std::lock_guard hold(lock_);
-    Taken taken = waiting_;
+    taken = waiting_;
     waiting_.readings.clear();
     waiting_.values.clear();
     waiting_.holes.clear();
     waiting_.unreadFrames = 0;
-    return taken;
 }
 
 }  // namespace TarvaneApp

@@ -34,6 +34,8 @@ class LevelReadings {
         std::int64_t frame = 0;         ///< where the channel is now
         std::int64_t unreadFrames = 0;  ///< behind the last reading
 
+        /// Keeps the memory.
+        void clear();
         std::span<const double> valuesOf(const Reading& reading, std::size_t valueCount) const {
             return std::span(values).subspan(reading.firstValue, valueCount);
         }
@@ -56,7 +58,7 @@ class LevelReadings {
     void noteHole(std::int64_t frameCount);
 
     /// Main thread: takes all, and counts the rest as read.
-    Taken take();
+    void take(Taken& taken);
 
   private:
     const std::size_t valueCount_;

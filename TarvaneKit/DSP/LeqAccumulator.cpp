@@ -1,18 +1,12 @@
 #include "DSP/LeqAccumulator.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 #include "Core/Contract.h"
+#include "DSP/AmplitudeLevel.h"
 
 namespace TarvaneKit {
-
-namespace {
-
-constexpr double meanSquareFloor = 1e-24;  // -240 dB
-
-}  // namespace
 
 LeqAccumulator::LeqAccumulator(double integrationSeconds, double sampleRate)
     : integrationSeconds_(integrationSeconds), sampleRate_(sampleRate) {
@@ -49,12 +43,15 @@ double LeqAccumulator::elapsedFraction() const {
     return integrationSeconds_ > 0.0 ? std::min(elapsedSeconds_ / integrationSeconds_, 1.0) : 0.0;
 }
 
+double LeqAccumulator::meanSquare() const {
+    return hasAudio() ? sumOfSquares_ / (elapsedSeconds_ * sampleRate_) : 0.0;
+}
+
 double LeqAccumulator::currentLeqDB() const {
-    if (!(elapsedSeconds_ > 0.0)) {
+    if (!hasAudio()) {
         return -std::numeric_limits<double>::infinity();
     }
-    const double meanSquare = sumOfSquares_ / (elapsedSeconds_ * sampleRate_);
-    return 10.0 * std::log10(meanSquare > meanSquareFloor ? meanSquare : meanSquareFloor);
+    return powerLevelDB(meanSquare());
 }
 
 }  // namespace TarvaneKit

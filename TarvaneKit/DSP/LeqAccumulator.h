@@ -24,9 +24,13 @@ class LeqAccumulator {
     /// The same for a block whose sum of squares is known.
     void advance(double blockSumOfSquares, int sampleCount);
 
+    /// Whether a sample has come since the last reset.
+    bool hasAudio() const { return elapsedSeconds_ > 0.0; }
     bool isComplete() const { return !(integrationSeconds_ > elapsedSeconds_); }
     /// From 0 to 1; 0 for an integration time of 0.
     double elapsedFraction() const;
+    /// In units of full scale squared; 0 before the first sample.
+    double meanSquare() const;
     /// Relative to full scale; minus infinity before the first sample, -240 dB for silence.
     double currentLeqDB() const;
 

@@ -50,8 +50,12 @@ void PeakDetector::advance(double largestMagnitude, int sampleCount) {
     }
 }
 
+double PeakDetector::peak() const {
+    return *std::ranges::max_element(segmentMaxima_);
+}
+
 double PeakDetector::peakDB() const {
-    return amplitudeLevelDB(*std::ranges::max_element(segmentMaxima_));
+    return amplitudeLevelDB(peak());
 }
 
 }  // namespace TarvaneKit

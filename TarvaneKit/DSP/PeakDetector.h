@@ -29,6 +29,8 @@ class PeakDetector {
     /// The same for a run of samples that doesn't reach past `samplesToSegmentEnd()` and whose
     /// largest absolute value is known.
     void advance(double largestMagnitude, int sampleCount);
+    /// The largest absolute value.
+    double peak() const;
     /// Relative to full scale; -240 dB for silence.
     double peakDB() const;
 

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "Core/Contract.h"
+#include "DSP/AmplitudeLevel.h"
 
 namespace TarvaneKit {
 
@@ -137,6 +138,13 @@ void SPLMetricEngine::values(std::span<const SPLMetric> metrics, std::span<doubl
                            [this](const SPLMetric& metric) { return readingOf(metric); });
 }
 
+void SPLMetricEngine::powers(std::span<const SPLMetric> metrics, std::span<double> result) const {
+    TARVANE_PRECONDITION(metrics.size() == result.size());
+    const std::lock_guard guard(lock_);
+    std::ranges::transform(metrics, result.begin(),
+                           [this](const SPLMetric& metric) { return powerOf(metric); });
+}
+
 std::optional<SPLMetricEngine::LeqProgress> SPLMetricEngine::leqProgress(
     const std::string& id) const {
     const std::lock_guard guard(lock_);
@@ -160,6 +168,25 @@ double SPLMetricEngine::readingOf(const SPLMetric& metric) const {
         return found == leqAccumulators_.end() ? noValue : found->second.accumulator.currentLeqDB();
     }
     return noValue;
+}
+
+double SPLMetricEngine::powerOf(const SPLMetric& metric) const {
+    const auto aboveFloor = [](double power) { return power > lowestPower ? power : lowestPower; };
+    if (const auto* spl = std::get_if<SPLMetric::SPL>(&metric.reading)) {
+        const WeightedMeters& meters = meters_[indexOf(spl->weighting)];
+        return aboveFloor(meters.levels[indexOf(spl->timeWeighting)].meanSquare());
+    }
+    if (const auto* peak = std::get_if<SPLMetric::Peak>(&metric.reading)) {
+        const double amplitude = meters_[indexOf(peak->weighting)].peak.peak();
+        return aboveFloor(amplitude * amplitude);
+    }
+    if (const auto* leq = std::get_if<SPLMetric::Leq>(&metric.reading)) {
+        const auto found = leqAccumulators_.find(leq->id);
+        if (found != leqAccumulators_.end() && found->second.accumulator.hasAudio()) {
+            return aboveFloor(found->second.accumulator.meanSquare());
+        }
+    }
+    return 0.0;
 }
 
 }  // namespace TarvaneKit

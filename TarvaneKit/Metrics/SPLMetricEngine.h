@@ -63,6 +63,9 @@ class SPLMetricEngine {
     std::vector<double> values(std::span<const SPLMetric> metrics) const;
     /// The same without allocation; both spans have one length.
     void values(std::span<const SPLMetric> metrics, std::span<double> result) const;
+    /// 10^(value / 10) of each, without a way over its level: what the two sides of a stereo
+    /// channel are put together from. 0 where there is no value.
+    void powers(std::span<const SPLMetric> metrics, std::span<double> result) const;
     /// Empty for an unknown id.
     std::optional<LeqProgress> leqProgress(const std::string& id) const;
 
@@ -83,8 +86,9 @@ class SPLMetricEngine {
         LeqAccumulator accumulator;
     };
 
-    // The caller holds the lock.
+    // The caller of these holds the lock.
     double readingOf(const SPLMetric& metric) const;
+    double powerOf(const SPLMetric& metric) const;
 
     mutable std::mutex lock_;
     CalibrationProfile calibration_;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cmath>
 #include <limits>
@@ -250,6 +252,31 @@ TEST(SPLMetricEngine, valuesAreInOrderAndEqualToTheSingleOnes) {
         EXPECT_EQ(intoSpan[i], values[i]);
     }
     EXPECT_TRUE(engine.values(std::vector<SPLMetric>{}).empty());
+}
+
+TEST(SPLMetricEngine, powersAreThoseOfTheValues) {
+    SPLMetricEngine engine(sampleRate, {});
+    engine.configureLeq("user", Weighting::c, 60.0);
+    const auto metrics = allMetrics();
+    std::vector<double> powers(metrics.size());
+    const auto expectThoseOfTheValues = [&] {
+        engine.powers(metrics, powers);
+        for (std::size_t i = 0; i < metrics.size(); ++i) {
+            EXPECT_NEAR(10.0 * std::log10(powers[i]), engine.value(metrics[i]), 1e-9);
+        }
+    };
+    engine.powers(metrics, powers);
+    EXPECT_EQ(std::ranges::count(powers, 0.0), 1) << "no audio, no Leq";
+    EXPECT_EQ(std::ranges::count(powers, 1e-24), static_cast<std::ptrdiff_t>(metrics.size()) - 1);
+    engine.processBlock(constant(0.0F, 100));
+    expectThoseOfTheValues();
+    engine.processBlock(sine(200.0, 0.05));
+    expectThoseOfTheValues();
+    engine.powers(
+        std::array{SPLMetric::leq("unknown"), SPLMetric::loudness(LoudnessMetric::momentary)},
+        std::span(powers).first(2));
+    EXPECT_EQ(powers[0], 0.0);
+    EXPECT_EQ(powers[1], 0.0);
 }
 
 TEST(SPLMetricEngine, aBlockAllocatesNothing) {
