@@ -8,6 +8,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 
 namespace TarvaneKit {
 
@@ -18,6 +19,10 @@ struct GatingHistogram {
 
     std::array<std::int64_t, binCount> counts{};
     std::array<double, binCount> energies{};  ///< summed mean squares
+    // The bins outside hold nothing. A programme fills a tenth or two of them, and the rest needn't
+    // come into the cache ten times a second.
+    int usedBegin = binCount;
+    int usedEnd = 0;
 
     /// Bin i begins at -70 + 0.1 i LUFS; beyond either end it is the end's bin, the lowest one
     /// for a NaN.
@@ -28,6 +33,11 @@ struct GatingHistogram {
     std::optional<double> meanEnergy(int fromBin) const;
     /// By nearest rank, as the centre of its bin, in LUFS; empty without blocks from that bin on.
     std::optional<double> percentileLoudness(double percent, int fromBin) const;
+
+  private:
+    /// Those from that bin on which may hold something.
+    template <class T>
+    std::span<const T> used(const std::array<T, binCount>& bins, int fromBin) const;
 };
 
 }  // namespace TarvaneKit

@@ -54,6 +54,31 @@ TEST(GatingHistogram, theMeanIsOfTheBlocksFromABinOn) {
     EXPECT_EQ(histogram.meanEnergy(800), std::nullopt);
 }
 
+// Whatever bins hold something: the sums over all of them.
+TEST(GatingHistogram, gatesOutsideAndInsideOfWhatIsUsedGiveTheSumsOverAll) {
+    GatingHistogram histogram;
+    for (const double loudness : {-23.0, -40.0, -22.9, -31.5}) {
+        histogram.add(loudness, -loudness);
+        for (int from = 0; from <= GatingHistogram::binCount; ++from) {
+            double energy = 0.0;
+            double count = 0.0;
+            for (auto i = static_cast<std::size_t>(from); i < GatingHistogram::binCount; ++i) {
+                energy += histogram.energies[i];
+                count += static_cast<double>(histogram.counts[i]);
+            }
+            const auto mean = histogram.meanEnergy(from);
+            const auto lowest = histogram.percentileLoudness(0.0, from);
+            ASSERT_EQ(mean.has_value(), count > 0.0);
+            ASSERT_EQ(lowest.has_value(), count > 0.0);
+            if (mean) {
+                EXPECT_NEAR(*mean, energy / count, 1e-12);
+                EXPECT_GT(histogram.counts[static_cast<std::size_t>(GatingHistogram::bin(*lowest))],
+                          0);
+            }
+        }
+    }
+}
+
 // EBU Tech 3342 by nearest rank: of n blocks in order, the one at round(p (n-1) / 100).
 TEST(GatingHistogram, aPercentileIsTheCentreOfTheBinThatHoldsItsRank) {
     GatingHistogram histogram;

@@ -258,7 +258,8 @@ TEST(LoudnessMeter, asksNothingOfTheHeapHoweverLongItRuns) {
 
 // A week has 6 048 000 blocks. What they leave behind is the two histograms, of fixed size.
 TEST(LoudnessMeter, aWeekOfBlocksStaysExact) {
-    static_assert(sizeof(GatingHistogram) == 800 * (sizeof(std::int64_t) + sizeof(double)));
+    static_assert(sizeof(GatingHistogram) ==
+                  800 * (sizeof(std::int64_t) + sizeof(double)) + 2 * sizeof(int));
     GatingHistogram week;
     constexpr int blocks = 7 * 24 * 3600 * 10;
     const auto before = TarvaneTests::RealtimeGuard::counts().allocations;
