@@ -111,6 +111,13 @@ void RingOutDetector::History::removeOlderThan(double seconds, Date now) {
     }
 }
 
+void RingOutDetector::History::prefetch() const {
+    if (!samples_.empty()) {
+        __builtin_prefetch(&samples_.back());
+        __builtin_prefetch(samples_.data() + begin_);
+    }
+}
+
 void RingOutDetector::History::clear() {
     samples_.clear();
     begin_ = 0;
@@ -134,11 +141,13 @@ std::vector<RingAlert> RingOutDetector::update(std::span<const double> spectrumD
 }
 
 std::vector<RingAlert> RingOutDetector::update(const LineSpectrum& spectrum, Date frameDate) {
-    PeakPicker::findPeaks(spectrum, sampleRate_, fftSize_, configuration.peakPicker, workspace_,
-                          peaks_);
+    // Each history is memory of its own, and the search for peaks is long enough to fetch them all.
     for (RingTrack& track : tracks_) {
         track.isMatched = false;
+        track.history.prefetch();
     }
+    PeakPicker::findPeaks(spectrum, sampleRate_, fftSize_, configuration.peakPicker, workspace_,
+                          peaks_);
     std::vector<RingAlert> alerts;
     std::optional<RingAlert> strongest;
     double strongestLevelDB = 0.0;

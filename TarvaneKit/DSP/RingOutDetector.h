@@ -106,6 +106,8 @@ class RingOutDetector {
     class History {
       public:
         std::span<const Sample> samples() const { return std::span(samples_).subspan(begin_); }
+        /// What `append` and `removeOlderThan` will touch.
+        void prefetch() const;
         void append(const Sample& sample);
         void removeOlderThan(double seconds, Date now);
         void clear();
