@@ -65,6 +65,15 @@ float correctionGain(const CalibrationProfile& calibration, double frequencyHz) 
         10.0, (calibration.broadbandOffsetDB() + calibration.micCorrectionDB(frequencyHz)) / 20.0));
 }
 
+// By a factor for each, or by one for all.
+void correct(std::span<float> magnitudes, std::span<const float> gains) {
+    if (gains.size() == 1) {
+        TarvaneKit::scaleFinite(magnitudes, gains.front(), magnitudes);
+    } else {
+        TarvaneKit::multiplyFinite(magnitudes, gains, magnitudes);
+    }
+}
+
 // Follows the levels up at once, and lets the rest fall at the holds' pace.
 void updateHold(std::span<const double> levelsDB, double elapsedSeconds,
                 std::vector<double>& heldDB) {
@@ -160,11 +169,13 @@ void ChannelAnalysis::followCalibration(const AnalysisSettings& settings,
     const CalibrationProfile& calibration =
         request.calibration ? *request.calibration : uncalibrated;
     const auto spectrogramLines = tables_->spectrogramColumns.lines();
-    correctionGains_.assign(lineCount, correctionGain(calibration, 0.0));
-    spectrogramCorrectionGains_.assign(spectrogramLines.size(), correctionGains_[0]);
+    correctionGains_.assign(1, correctionGain(calibration, 0.0));
+    spectrogramCorrectionGains_ = correctionGains_;
     if (!calibration.micCalFile) {
         return;  // the same at all frequencies
     }
+    correctionGains_.resize(lineCount);
+    spectrogramCorrectionGains_.resize(spectrogramLines.size());
     for (int i = 0; i < lineCount; ++i) {
         correctionGains_[static_cast<std::size_t>(i)] =
             correctionGain(calibration, sampleRate_ * i / fftSize);
@@ -202,7 +213,7 @@ void ChannelAnalysis::analyzeSpectrum(const AnalysisSettings& settings,
         fftAnalyzer_->magnitudeSpectrum(window.right.last(fftSize), right);
         TarvaneKit::rootMeanSquare(magnitudes, right, magnitudes);
     }
-    TarvaneKit::multiplyFinite(magnitudes, correctionGains_, magnitudes);
+    correct(magnitudes, correctionGains_);
 
     const std::span powers(scratch.linePowers.data(), lineCount);
     const std::span levelsDB(scratch.lineLevelsDB.data(), lineCount);
@@ -257,7 +268,7 @@ std::vector<float> ChannelAnalysis::spectrogramRow(const ChannelAnalysisRequest&
         magnitudesAtLines(window.right, right);
         TarvaneKit::rootMeanSquare(magnitudes, right, magnitudes);
     }
-    TarvaneKit::multiplyFinite(magnitudes, spectrogramCorrectionGains_, magnitudes);
+    correct(magnitudes, spectrogramCorrectionGains_);
 
     const std::span powers(scratch.linePowers.data(), lines.size());
     const std::span levelsDB(scratch.lineLevelsDB.data(), lines.size());

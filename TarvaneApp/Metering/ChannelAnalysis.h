@@ -82,7 +82,8 @@ class ChannelAnalysis {
     int calibrationGeneration_ = -1;
     std::optional<TarvaneKit::Date> lastUpdate_;
 
-    // Amplitude factors: of each line, and of the lines that the spectrogram's columns read.
+    // Amplitude factors: of each line, and of the lines that the spectrogram's columns read. A
+    // single one where all are alike, which spares a channel without a microphone file the table.
     std::vector<float> correctionGains_;
     std::vector<float> spectrogramCorrectionGains_;
 

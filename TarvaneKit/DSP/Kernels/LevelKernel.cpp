@@ -96,12 +96,21 @@ void multiplyOnTarget(const double* a, const double* b, double* out, int count) 
     });
 }
 
+template <class D, class V>
+HWY_INLINE V finite(D d, V product) {
+    const auto number = hn::IfThenElseZero(hn::Eq(product, product), product);
+    return hn::Min(number, hn::Set(d, std::numeric_limits<float>::max()));
+}
+
 void multiplyFiniteOnTarget(const float* a, const float* b, float* out, int count) {
     forEachFloats(count, [=](auto d, int i) HWY_ATTR {
-        const auto largest = hn::Set(d, std::numeric_limits<float>::max());
-        const auto product = hn::Mul(hn::LoadU(d, a + i), hn::LoadU(d, b + i));
-        const auto number = hn::IfThenElseZero(hn::Eq(product, product), product);
-        hn::StoreU(hn::Min(number, largest), d, out + i);
+        hn::StoreU(finite(d, hn::Mul(hn::LoadU(d, a + i), hn::LoadU(d, b + i))), d, out + i);
+    });
+}
+
+void scaleFiniteOnTarget(const float* a, float factor, float* out, int count) {
+    forEachFloats(count, [=](auto d, int i) HWY_ATTR {
+        hn::StoreU(finite(d, hn::Mul(hn::LoadU(d, a + i), hn::Set(d, factor))), d, out + i);
     });
 }
 
@@ -156,6 +165,7 @@ HWY_EXPORT(tiltLevelsOnTarget);
 HWY_EXPORT(addOnTarget);
 HWY_EXPORT(multiplyOnTarget);
 HWY_EXPORT(multiplyFiniteOnTarget);
+HWY_EXPORT(scaleFiniteOnTarget);
 HWY_EXPORT(rootMeanSquareOnTarget);
 HWY_EXPORT(moveTowardsOnTarget);
 HWY_EXPORT(followLevelsOnTarget);
@@ -214,6 +224,11 @@ void multiplyFinite(std::span<const float> a, std::span<const float> b, std::spa
     TARVANE_PRECONDITION(a.size() == out.size());
     TARVANE_PRECONDITION(b.size() == out.size());
     HWY_DYNAMIC_DISPATCH(multiplyFiniteOnTarget)(a.data(), b.data(), out.data(), countOf(out));
+}
+
+void scaleFinite(std::span<const float> a, float factor, std::span<float> out) {
+    TARVANE_PRECONDITION(a.size() == out.size());
+    HWY_DYNAMIC_DISPATCH(scaleFiniteOnTarget)(a.data(), factor, out.data(), countOf(out));
 }
 
 void rootMeanSquare(std::span<const float> a, std::span<const float> b, std::span<float> out) {

@@ -32,6 +32,8 @@ void add(std::span<const double> a, std::span<const double> b, std::span<double>
 void multiply(std::span<const double> a, std::span<const double> b, std::span<double> out);
 /// out[i] = a[i] b[i], in place allowed; at most the largest number, NaN as 0.
 void multiplyFinite(std::span<const float> a, std::span<const float> b, std::span<float> out);
+/// The same with one factor for all.
+void scaleFinite(std::span<const float> a, float factor, std::span<float> out);
 /// out[i] = sqrt(a[i]^2 + b[i]^2) sqrt(1/2), in place allowed.
 void rootMeanSquare(std::span<const float> a, std::span<const float> b, std::span<float> out);
 

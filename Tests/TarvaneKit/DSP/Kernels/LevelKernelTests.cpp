@@ -229,6 +229,14 @@ TEST_P(LevelKernel, aProductThatIsNoNumberCountsAs0AndEndsAtTheLargest) {
                 return std::isnan(product) ? 0.0F : std::min(product, FloatLimits::max());
             },
             count);
+        for (const float factor : {0.3F, 1e30F, FloatLimits::infinity()}) {
+            const Floats factors(static_cast<std::size_t>(count), factor);
+            Floats expected(factors.size());
+            multiplyFinite(std::span(a).first(factors.size()), factors, expected);
+            expectWrites<float>(
+                [&](std::span<float> out) { scaleFinite(first(a, out), factor, out); },
+                [&](std::size_t i) { return expected[i]; }, count);
+        }
     }
 }
 

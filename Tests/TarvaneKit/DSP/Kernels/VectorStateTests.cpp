@@ -117,6 +117,7 @@ TEST_P(VectorState, theUpperHalvesOfRegistersAreLeftEmpty) {
         {"sums", [&] { add(rough, rough, levels); }},
         {"products", [&] { multiply(rough, rough, levels); }},
         {"finite products", [&] { multiplyFinite(magnitudes, magnitudes, narrow); }},
+        {"finite products with one factor", [&] { scaleFinite(magnitudes, 1.5F, narrow); }},
         {"root mean squares", [&] { rootMeanSquare(magnitudes, magnitudes, narrow); }},
         {"averages", [&] { moveTowards(rough, 0.1, levels); }},
         {"followed levels", [&] { followLevels(rough, 0.2, 0.1, levels); }},
