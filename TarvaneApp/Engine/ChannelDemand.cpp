@@ -7,8 +7,12 @@ namespace TarvaneApp {
 using TarvaneKit::UUID;
 
 void ChannelDemandCounts::remove(ChannelDemand demand, const UUID& id) {
-    const auto found = counts_.find({id, demand});
-    if (found != counts_.end() && --found->second == 0) {
+    const auto found = counts_.find(id);
+    if (found == counts_.end() || found->second[indexOf(demand)] == 0) {
+        return;
+    }
+    --found->second[indexOf(demand)];
+    if (found->second == PerDemand{}) {
         counts_.erase(found);
     }
 }

@@ -3,7 +3,9 @@
 #pragma once
 
 #include <QPointer>
-#include <map>
+#include <array>
+#include <cstddef>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -18,15 +20,21 @@ enum class ChannelDemand { rta, spectrogram };
 /// How many displays show what of which channel.
 class ChannelDemandCounts {
   public:
-    void add(ChannelDemand demand, const TarvaneKit::UUID& id) { ++counts_[{id, demand}]; }
+    void add(ChannelDemand demand, const TarvaneKit::UUID& id) { ++counts_[id][indexOf(demand)]; }
     /// One display less; nothing when there was none.
     void remove(ChannelDemand demand, const TarvaneKit::UUID& id);
     bool contains(ChannelDemand demand, const TarvaneKit::UUID& id) const {
-        return counts_.contains({id, demand});
+        const auto found = counts_.find(id);
+        return found != counts_.end() && found->second[indexOf(demand)] > 0;
     }
 
   private:
-    std::map<std::pair<TarvaneKit::UUID, ChannelDemand>, int> counts_;
+    using PerDemand = std::array<int, 2>;
+    static constexpr std::size_t indexOf(ChannelDemand demand) {
+        return static_cast<std::size_t>(demand);
+    }
+
+    std::unordered_map<TarvaneKit::UUID, PerDemand> counts_;
 };
 
 /// A display's own part of the counts, lifted when the display goes away, however it goes.

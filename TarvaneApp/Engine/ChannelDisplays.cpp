@@ -11,6 +11,7 @@ using TarvaneKit::CalibrationSource;
 using TarvaneKit::OctaveBand;
 using TarvaneKit::RGBAColor;
 using TarvaneKit::SPLMetric;
+using TarvaneKit::TrafficLightConfig;
 using TarvaneKit::UUID;
 
 namespace {
@@ -29,8 +30,13 @@ SpectrogramRange& ofScale(SpectrogramRanges& ranges, RTAScale scale) {
 }  // namespace
 
 ChannelDisplaySettings ChannelDisplays::display(const UUID& id) const {
+    const ChannelDisplaySettings* own = ownDisplay(id);
+    return own != nullptr ? *own : settings_.mainDisplay();
+}
+
+const ChannelDisplaySettings* ChannelDisplays::ownDisplay(const UUID& id) const {
     const ChannelConfig* channel = channels_.extraChannel(id);
-    return channel != nullptr && channel->display ? *channel->display : settings_.mainDisplay();
+    return channel != nullptr && channel->display ? &*channel->display : nullptr;
 }
 
 void ChannelDisplays::updateDisplay(const UUID& id,
@@ -67,12 +73,13 @@ void ChannelDisplays::pinChannelsFollowingMain(const ChannelDisplaySettings& to)
 }
 
 SPLMetric ChannelDisplays::meterMetric(const UUID& id) const {
-    const ChannelDisplaySettings settings = display(channels_.resolvedChannelID(id));
-    switch (settings.metricMode) {
+    const ChannelDisplaySettings* own = ownDisplay(id);
+    switch (settings_.metricMode.of(own)) {
         case MetricMode::spl:
-            return SPLMetric::spl(settings.splWeighting, settings.splTimeWeighting);
+            return SPLMetric::spl(settings_.splWeighting.of(own),
+                                  settings_.splTimeWeighting.of(own));
         case MetricMode::peak:
-            return SPLMetric::peak(settings.peakWeighting);
+            return SPLMetric::peak(settings_.peakWeighting.of(own));
         case MetricMode::leq:
             break;
     }
@@ -91,7 +98,7 @@ SPLMetric ChannelDisplays::historyMetric(const UUID& id) const {
 }
 
 const std::vector<OctaveBand>& ChannelDisplays::bands(const UUID& id) const {
-    const TarvaneKit::OctaveFraction fraction = display(id).octaveFraction;
+    const TarvaneKit::OctaveFraction fraction = settings_.octaveFraction.of(ownDisplay(id));
     auto& bands = bandCache_[fraction];
     if (bands.empty()) {
         bands = TarvaneKit::OctaveBands::standardBands(fraction, lowestHz, highestHz);
@@ -124,7 +131,8 @@ bool ChannelDisplays::isCalibrated(const UUID& id) const {
 }
 
 RTAScale ChannelDisplays::rtaScale(const UUID& id) const {
-    return isCalibrated(id) && !display(id).showsDBFS ? RTAScale::spl : RTAScale::dbfs;
+    return isCalibrated(id) && !settings_.splReadoutShowsDBFS.of(ownDisplay(id)) ? RTAScale::spl
+                                                                                 : RTAScale::dbfs;
 }
 
 ReadoutUnit ChannelDisplays::readoutUnit(const UUID& id) const {
@@ -140,18 +148,29 @@ std::string ChannelDisplays::levelUnitLabel(const UUID& id) const {
 }
 
 double ChannelDisplays::splReadoutDisplayOffsetDB(const UUID& id) const {
-    return display(id).showsDBFS && !channels_.measuresLoudness(id)
+    return settings_.splReadoutShowsDBFS.of(ownDisplay(id)) && !channels_.measuresLoudness(id)
                ? levelScale(id).value_or(LevelScale{}).offsetDB
                : 0.0;
 }
 
-ActiveTrafficLight ChannelDisplays::activeTrafficLight(const UUID& id) const {
+const TrafficLightConfig& ChannelDisplays::loudnessTrafficLight() const {
+    const LoudnessTarget& target = settings_.loudnessTarget();
+    const LoudnessColors& colors = settings_.loudnessColors();
+    if (!loudnessTrafficLight_ || loudnessTarget_ != target || loudnessColors_ != colors) {
+        loudnessTarget_ = target;
+        loudnessColors_ = colors;
+        loudnessTrafficLight_ = target.trafficLight(colors);
+    }
+    return *loudnessTrafficLight_;
+}
+
+ChannelDisplays::TrafficLight ChannelDisplays::trafficLight(const UUID& id) const {
     const auto scale = levelScale(id);
     if (!scale) {
         return {settings_.trafficLightConfigDBFS(), 0.0};
     }
     if (channels_.measuresLoudness(id)) {
-        return {settings_.loudnessTarget().trafficLight(settings_.loudnessColors()), 0.0};
+        return {loudnessTrafficLight(), 0.0};
     }
     if (rtaScale(id) == RTAScale::spl) {
         return {settings_.trafficLightConfig(), 0.0};
@@ -160,8 +179,13 @@ ActiveTrafficLight ChannelDisplays::activeTrafficLight(const UUID& id) const {
     return {settings_.trafficLightConfigDBFS(), scale->offsetDB};
 }
 
+ActiveTrafficLight ChannelDisplays::activeTrafficLight(const UUID& id) const {
+    const TrafficLight light = trafficLight(id);
+    return {light.config, light.offsetDB};
+}
+
 RGBAColor ChannelDisplays::trafficLightColor(double levelDB, const UUID& id) const {
-    const ActiveTrafficLight light = activeTrafficLight(id);
+    const TrafficLight light = trafficLight(id);
     return light.config.color(levelDB - light.offsetDB);
 }
 

@@ -2,7 +2,8 @@
 // calibration: metric, bands, unit, colours, the range of its spectrogram.
 //
 // An extra channel has display settings of its own, or follows the main input's. Looks settings
-// and channels up and writes settings; keeps nothing but the bands. Main thread only.
+// and channels up and writes settings; keeps nothing but tables that they determine. Main
+// thread only.
 #pragma once
 
 #include <functional>
@@ -17,6 +18,7 @@
 #include "Engine/InputGains.h"
 #include "Engine/MeterSettings.h"
 #include "Metrics/SPLMetric.h"
+#include "Records/LoudnessTarget.h"
 #include "Records/RTAScale.h"
 
 namespace TarvaneApp {
@@ -69,6 +71,15 @@ class ChannelDisplays {
         bool isCalibrated = false;
         double offsetDB = 0.0;  ///< from a raw level to the channel's
     };
+    /// The same as `ActiveTrafficLight`, of a table that somebody else keeps.
+    struct TrafficLight {
+        const TarvaneKit::TrafficLightConfig& config;
+        double offsetDB;
+    };
+    TrafficLight trafficLight(const TarvaneKit::UUID& id) const;
+    const TarvaneKit::TrafficLightConfig& loudnessTrafficLight() const;
+    /// Null where the channel follows the main input.
+    const ChannelDisplaySettings* ownDisplay(const TarvaneKit::UUID& id) const;
     /// Empty for an unknown channel.
     std::optional<LevelScale> levelScale(const TarvaneKit::UUID& id) const;
     void pinChannelsFollowingMain(const ChannelDisplaySettings& to);
@@ -78,6 +89,10 @@ class ChannelDisplays {
     MeterSettings& settings_;
     ChannelList& channels_;
     const InputGains& gains_;
+    /// The loudness target's table, and what it was made of last.
+    mutable LoudnessTarget loudnessTarget_;
+    mutable LoudnessColors loudnessColors_;
+    mutable std::optional<TarvaneKit::TrafficLightConfig> loudnessTrafficLight_;
     /// Per fraction, filled at first need.
     mutable std::map<TarvaneKit::OctaveFraction, std::vector<TarvaneKit::OctaveBand>> bandCache_;
 };

@@ -171,8 +171,20 @@ std::vector<ChannelInfo> ChannelList::activeChannelInfos() const {
 }
 
 const ChannelConfig* ChannelList::extraChannel(const UUID& id) const {
-    const auto found = std::ranges::find(settings_.extraChannels(), id, &ChannelConfig::id);
-    return found != settings_.extraChannels().end() ? &*found : nullptr;
+    const std::vector<ChannelConfig>& channels = settings_.extraChannels();
+    // Whoever goes through the channels asks for one several times and then for the next.
+    for (const std::size_t i : {lastFound_, lastFound_ + 1}) {
+        if (i < channels.size() && channels[i].id == id) {
+            lastFound_ = i;
+            return &channels[i];
+        }
+    }
+    const auto found = std::ranges::find(channels, id, &ChannelConfig::id);
+    if (found == channels.end()) {
+        return nullptr;
+    }
+    lastFound_ = static_cast<std::size_t>(found - channels.begin());
+    return &*found;
 }
 
 std::optional<ChannelInfo> ChannelList::channelInfo(const UUID& id) const {

@@ -2,6 +2,7 @@
 // called. The records are settings; this is where they are looked up and edited. Main thread only.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
@@ -56,6 +57,7 @@ class ChannelList {
     const InputDevices& devices_;
     const InputGains& gains_;
     ErrorMessage& errorMessage_;
+    mutable std::size_t lastFound_ = 0;  // where to look first
 };
 
 }  // namespace TarvaneApp

@@ -37,6 +37,12 @@ class DisplaySetting final : public Setting<T>, public DisplaySettingBase {
         settings.list.push_back(this);
     }
 
+    /// The field of a channel with display settings of its own; null is one that follows the main
+    /// input.
+    const T& of(const ChannelDisplaySettings* own) const {
+        return own != nullptr ? own->*field_ : (*this)();
+    }
+
     void read(ChannelDisplaySettings& into) const override { into.*field_ = (*this)(); }
     void assign(const ChannelDisplaySettings& from) override {
         if (from.*field_ != (*this)()) {

@@ -11,11 +11,11 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "AudioIO/AudioSystem.h"
@@ -32,6 +32,7 @@
 #include "Engine/TickTimer.h"
 #include "Metering/AnalysisSettings.h"
 #include "Metering/CaptureGroup.h"
+#include "Metering/LevelReadings.h"
 #include "Metering/ParallelLoop.h"
 #include "Metering/StartPlan.h"
 #include "Settings/Published.h"
@@ -185,7 +186,7 @@ class Run {
     ChannelChanges& changes_;
     ErrorMessage& errorMessage_;
 
-    std::map<TarvaneKit::UUID, std::unique_ptr<MeterChannel>> channels_;
+    std::unordered_map<TarvaneKit::UUID, std::unique_ptr<MeterChannel>> channels_;
     std::vector<std::shared_ptr<CaptureGroup>> captureGroups_;
     std::vector<StartPlan> plans_;                 // of the run as it began
     std::shared_ptr<StartAttempt> attempt_;        // of the start under way
@@ -200,6 +201,8 @@ class Run {
     };
     const std::shared_ptr<Addressee> addressee_;
     int runGeneration_ = 0;  // raised when a run begins and when it ends
+
+    LevelReadings::Taken taken_;  // of the channel published last: memory for the next
 
     bool analysisInFlight_ = false;
     std::uint64_t tickCount_ = 0;

@@ -178,10 +178,12 @@ void Run::publishSpectrogram(std::vector<std::vector<float>>& rows, LiveMeterDat
 void Run::publishLevels(MeterChannel& channel) {
     LiveMeterData& live = channel.live;
     const SPLMetric metric = displays_.displayedMetric(channel.id);
-    const double value = channel.processor->value(metric);
+    live.loudness = channel.processor->loudnessReadings();
+    const auto* loudness = std::get_if<SPLMetric::Loudness>(&metric.reading);
+    const double value = loudness != nullptr && live.loudness ? (*live.loudness)[loudness->metric]
+                                                              : channel.processor->value(metric);
     live.currentSPLValueDB = value;
     live.sideSPLValuesDB = channel.processor->sideValues(metric).value_or(std::vector<double>{});
-    live.loudness = channel.processor->loudnessReadings();
     widenMinMax(live, value);
     live.trafficLightColor = displays_.trafficLightColor(value, channel.id);
     live.leqElapsedFraction = channel.processor->leqElapsedFraction();
@@ -194,7 +196,8 @@ void Run::recordLevels(MeterChannel& channel, Date now) {
     if (!channel.processor || !history.sessionStartDate()) {
         return;
     }
-    const LevelReadings::Taken taken = channel.processor->takeReadings();
+    taken_ = channel.processor->takeReadings(std::move(taken_));
+    const LevelReadings::Taken& taken = taken_;
     const double nowElapsed = secondsBetween(channel.levelHistoryBegan, now);
     const std::size_t valueCount = history.metrics().size();
     const auto shown = history.index(displays_.displayedMetric(channel.id));

@@ -162,6 +162,31 @@ TEST_F(ChannelListTests, anUnknownChannelIsMadeForItsViewAndResolvesToTheMainInp
     EXPECT_FALSE(engine->channelInfo(unknown));
 }
 
+TEST_F(ChannelListTests, aChannelIsFoundWhateverWasLookedUpBeforeAndWhateverIsRemoved) {
+    for (const char* name : {"A", "B", "C", "D"}) {
+        addChannel(name, "desk", 0);
+    }
+    const auto expectAllFound = [&] {
+        const auto channels = engine->extraChannels();
+        for (const ChannelConfig& first : channels) {
+            for (const ChannelConfig& second : channels) {
+                EXPECT_EQ(engine->channelInfo(first.id)->name, first.name);
+                EXPECT_EQ(engine->channelInfo(second.id)->name, second.name);
+            }
+        }
+    };
+    expectAllFound();
+    const UUID removed = engine->extraChannels().back().id;
+    EXPECT_EQ(engine->channelInfo(removed)->name, "D");
+    engine->removeChannel(removed);
+    EXPECT_FALSE(engine->channelInfo(removed));
+    expectAllFound();
+    auto channels = engine->extraChannels();
+    std::ranges::reverse(channels);
+    engine->extraChannels.set(channels);
+    expectAllFound();
+}
+
 TEST_F(ChannelListTests, devicesHaveTheirDisplayNames) {
     EXPECT_EQ(engine->deviceDisplayName(std::nullopt), "Default Input");
     EXPECT_EQ(engine->deviceDisplayName(TarvaneKit::systemOutputUID), "System Output");
