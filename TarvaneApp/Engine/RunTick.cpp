@@ -92,11 +92,16 @@ void Run::tick() {
     }
     analysisInFlight_ = true;
     const int generation = runGeneration_;
-    analysisQueue_.post([this, settings, generation, asked = std::move(asked),
+    const bool goesBack = tickCount_ % 2 == 0;
+    analysisQueue_.post([this, settings, generation, goesBack, asked = std::move(asked),
                          requests = std::move(requests), frames = std::move(frames)]() mutable {
+        const std::size_t last = requests.size() - 1;
         analysisLoop_.run(static_cast<int>(requests.size()), [&](int i) {
-            const auto& request = requests[static_cast<std::size_t>(i)];
-            ChannelFrame& frame = frames[static_cast<std::size_t>(i)];
+            // There and back in turn: what the cache still holds is of the channels that came last.
+            const auto at = static_cast<std::size_t>(i);
+            const std::size_t channel = goesBack ? last - at : at;
+            const auto& request = requests[channel];
+            ChannelFrame& frame = frames[channel];
             frame = request.processor->analyze(settings, request, std::move(frame));
         });
         mainThread_.post(
