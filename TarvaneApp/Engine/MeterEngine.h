@@ -36,7 +36,6 @@
 #include "Records/ChannelInfo.h"
 #include "Records/DisplayEnums.h"
 #include "Records/RTAScale.h"
-#include "Records/SettingsSnapshot.h"
 #include "Settings/Observable.h"
 
 namespace TarvaneKit {
@@ -52,6 +51,7 @@ namespace TarvaneApp {
 class Clock;
 class MeterChannel;
 class TickTimer;
+struct SettingsSnapshot;  // its table of keys is the costliest of all to compile
 
 class MeterEngine : public QObject, public MeterSettings {
     Q_OBJECT
