@@ -58,12 +58,13 @@ endfunction()
 
 # tarvane_box(<name> FOLDERS <folders…> [PUBLIC <boxes and libraries…>] [PRIVATE <the same…>]
 #             [EXCEPT <regex of paths in the folders that are no part of it>]
+#             [ALONE <regex of sources that are in no batch>]
 #             [INTERNAL <regex of headers that only the box itself includes>]
 #             [SOURCES <made ones…>] [PRECOMPILE <headers…>])
-# All sources in the folders and below them. The include root has each folder under the name that
-# is given here, and nothing else.
+# All sources in the folders and below them, TARVANE_BATCH_SIZE of them compiled as one. The include
+# root has each folder under the name that is given here, and nothing else.
 function(tarvane_box name)
-  cmake_parse_arguments(PARSE_ARGV 1 box "" "EXCEPT;INTERNAL"
+  cmake_parse_arguments(PARSE_ARGV 1 box "" "ALONE;EXCEPT;INTERNAL"
     "FOLDERS;PUBLIC;PRIVATE;SOURCES;PRECOMPILE")
   set(root "${CMAKE_BINARY_DIR}/include/${name}")
   add_library(${name} STATIC ${box_SOURCES})
@@ -78,9 +79,20 @@ function(tarvane_box name)
       list(FILTER sources EXCLUDE REGEX "${box_EXCEPT}")
       list(FILTER headers EXCLUDE REGEX "${box_EXCEPT}")
     endif()
-    target_sources(${name} PRIVATE ${sources} ${headers})
+    list(APPEND all_sources ${sources})
     list(APPEND all_headers ${headers})
   endforeach()
+  if(TARVANE_BATCH_SIZE GREATER 1)
+    set(alone)
+    if(box_ALONE)
+      set(alone ${all_sources})
+      list(FILTER alone INCLUDE REGEX "${box_ALONE}")
+      list(REMOVE_ITEM all_sources ${alone})
+    endif()
+    tarvane_batches(batches ${name} "${CMAKE_CURRENT_SOURCE_DIR}" ${TARVANE_BATCH_SIZE} ${all_sources})
+    set(all_sources ${batches} ${alone})
+  endif()
+  target_sources(${name} PRIVATE ${all_sources} ${all_headers})
   target_link_libraries(${name} PUBLIC ${box_PUBLIC} PRIVATE TarvaneFlags ${box_PRIVATE})
   target_include_directories(${name} PUBLIC "${root}")
   if(box_PRECOMPILE)
