@@ -146,7 +146,10 @@ std::vector<RingAlert> RingOutDetector::update(const LineSpectrum& spectrum, Dat
         track.isMatched = false;
         track.history.prefetch();
     }
-    PeakPicker::findPeaks(spectrum, sampleRate_, fftSize_, configuration.peakPicker, workspace_,
+    // The thread's, one for all detectors that it runs: it stays in the cache, where each
+    // detector's own would have left it between two frames.
+    thread_local PeakPicker::Workspace workspace;
+    PeakPicker::findPeaks(spectrum, sampleRate_, fftSize_, configuration.peakPicker, workspace,
                           peaks_);
     std::vector<RingAlert> alerts;
     std::optional<RingAlert> strongest;

@@ -146,7 +146,6 @@ class RingOutDetector {
     std::vector<RingTrack> tracks_;  // in order of creation
     std::optional<RingAlert> currentLiveAlert_;
     // Memory kept from frame to frame.
-    PeakPicker::Workspace workspace_;
     std::vector<TonalPeak> peaks_;
     std::vector<History> spareHistories_;
 };

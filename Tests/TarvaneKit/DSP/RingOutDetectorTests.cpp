@@ -9,6 +9,7 @@
 #include <limits>
 #include <random>
 #include <set>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -457,6 +458,26 @@ TEST_F(RingOutDetection, aClockThatStepsBackNeitherStopsNorFillsIt) {
     // Once the old samples lie in the past again, the tone is judged as any other.
     detector.reset();
     EXPECT_EQ(run(2.0, [](double time) { return growing(time); }).size(), 1U);
+}
+
+// Detectors that one thread runs in turn share the memory in which they search for peaks.
+TEST_F(RingOutDetection, whatAnotherDetectorHearsBetweenItsFramesChangesNothing) {
+    RingOutDetector longer(48000, 8192, at(Sensitivity::high));
+    RingOutDetector shorter(48000, 1024, at(Sensitivity::low));
+    std::vector<double> comb(4096, floorDB);
+    for (std::size_t bin = 40; bin < comb.size(); bin += 40) {
+        comb[bin - 1] = comb[bin + 1] = -20.0;
+        comb[bin] = -10.0;
+    }
+    const auto raised = run(2.0, [&](double time) {
+        longer.update(comb, dateAt(time));
+        shorter.update(std::span(comb).first(512), dateAt(time));
+        return growing(time);
+    });
+    EXPECT_EQ(longer.trackCount(), peakPicker.maxPeaks);
+    ASSERT_EQ(raised.size(), 1U);
+    EXPECT_DOUBLE_EQ(raised[0].seconds, 1.0);
+    EXPECT_NEAR(raised[0].alert.frequencyHz, 1000.0, 1e-6);
 }
 
 TEST_F(RingOutDetection, aWarmDetectorAllocatesNothingWhileNothingRings) {
