@@ -849,7 +849,7 @@ TEST(PipeWireInputEngine, whatAHandlerThatIsTooLateLosesIsToldAheadOfTheNextBloc
     engine->onAudioBuffer = [&](const float* const* channels, int count, int frames) {
         take(channels, count, frames);
         if (recorder.frames() > 24000 && mayNap.exchange(false)) {
-            std::this_thread::sleep_for(std::chrono::seconds(2));
+            eventually([&] { return engine->statistics().droppedFrames > 4800; });
         }
     };
     engine->start();
