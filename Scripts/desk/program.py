@@ -190,6 +190,31 @@ class Program:
         if not atspi().Action.do_action(self.wait_for(name, role), 0):
             raise DeskFailure(f"{name!r} can't be pressed.")
 
+    def open(self, button, name, role):
+        """Clicks the button until what it opens shows the element of that name: a window that has
+        only just come may not have the pointer yet."""
+        def is_open():
+            self.click(button, "push button")
+            try:
+                return self.wait_for(name, role, 3)
+            except DeskFailure:
+                return None
+
+        wait_until(is_open, 10, f"{button!r} opens nothing with {name!r}")
+
+    def type_into(self, name, text):
+        """Into the field of that name, which has the keys or is about to: types anew over what
+        came before it had them."""
+        def is_typed():
+            self._desk.xdotool("type", text)
+            try:
+                return wait_until(lambda: text_of(self.wait_for(name, "text")) == text, 3, "")
+            except DeskFailure:
+                self._desk.xdotool("key", "ctrl+a")
+                return False
+
+        wait_until(is_typed, 10, f"The field {name!r} doesn't take {text!r}")
+
     def slide(self, name, value):
         """As a screen reader does it: sets a slider to a number of its steps."""
         if not atspi().Value.set_current_value(self.wait_for(name, "slider"), value):

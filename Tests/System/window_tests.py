@@ -49,8 +49,14 @@ def test(function):
 
 
 def expect_level(program, reading, expected):
-    shown = program.settled_level(reading)
-    assert abs(shown - expected) <= TOLERANCE_DB, f"{reading} shows {shown}, not {expected}"
+    """Where the program tells of lost audio, as on a busy machine, also later."""
+    for _ in range(10):
+        shown = program.settled_level(reading)
+        if abs(shown - expected) <= TOLERANCE_DB:
+            return
+        if not program.find("Lost audio"):
+            break
+    raise AssertionError(f"{reading} shows {shown}, not {expected}")
 
 
 def expect(condition, what):
@@ -244,7 +250,7 @@ MIC_FILE = '"Sens Factor =-30dB, SERNO: 7000123"\n20 0.0\n20000 0.0\n'
 def choose_file(desk, program, path, dialog="Load Cal File"):
     """In the dialog that is open."""
     program.wait_for(dialog)
-    desk.xdotool("type", str(path))
+    program.type_into("File name:", str(path))
     desk.xdotool("key", "Return")
 
 
@@ -328,7 +334,7 @@ def a_profile_brings_a_setup_back_with_and_without_its_input(desk):
     program.key("ctrl+comma")
     program.press("Profiles", "page tab")
     program.click("Profile name", "text")
-    desk.xdotool("type", "Night & Day")
+    program.type_into("Profile name", "Night & Day")
     program.press("Save", "push button")
     program.wait_for("Profile: Night & Day", "push button")
 
@@ -362,7 +368,7 @@ def a_profile_is_carried_to_another_user(desk):
     program.key("ctrl+comma")
     program.press("Profiles", "page tab")
     program.click("Profile name", "text")
-    desk.xdotool("type", "Show")
+    program.type_into("Profile name", "Show")
     program.press("Save", "push button")
     program.click("More for Show", "push button")
     time.sleep(0.5)  # until the menu has the keys
@@ -446,7 +452,7 @@ def a_session_becomes_a_report_by_keyboard_alone(desk):
         report = desk.folder / f"night.{extension}"
         desk.xdotool("key", "alt+f", *["Down"] * place)
         desk.xdotool("key", "alt+n", "ctrl+a")
-        desk.xdotool("type", str(report.with_suffix("")))
+        program.type_into("File name:", str(report.with_suffix("")))
         desk.xdotool("key", "Return")
         program.wait_for(f"Exported {report.name}", "label")
         expect(report.exists(), f"there is no {report.name}")
@@ -455,7 +461,7 @@ def a_session_becomes_a_report_by_keyboard_alone(desk):
     program.key("ctrl+shift+e")
     program.wait_for("Export Level History")
     desk.xdotool("key", "alt+f", "Down", "Down", "alt+n", "ctrl+a")
-    desk.xdotool("type", str(desk.folder / "night"))
+    program.type_into("File name:", str(desk.folder / "night"))
     desk.xdotool("key", "Return")
     program.wait_for(re.compile("night.txt already exists"), "label")
     desk.xdotool("key", "Escape", "Escape")
@@ -1026,8 +1032,7 @@ the_first_start_under_wayland_reads_a_level.desk = {"wayland": True}
 def popovers_and_dividers_under_wayland_follow_the_pointer(desk):
     program = desk.launch()
     program.wait_for("Start", "push button")
-    program.click("RTA options", "push button")
-    program.wait_for("Octave-normalized display", "check box")
+    program.open("RTA options", "Octave-normalized display", "check box")
     before = is_checked(program, "Octave-normalized display")
     time.sleep(0.5)  # until the popover has the pointer
     program.click("Octave-normalized display", "check box")
@@ -1053,8 +1058,7 @@ popovers_and_dividers_under_wayland_follow_the_pointer.desk = {"wayland": True}
 def a_popped_out_module_comes_back_under_wayland(desk):
     program = desk.launch()
     program.wait_for("Start", "push button")
-    program.click("Layout", "push button")
-    program.wait_for("RTA in Its Own Window", "menu item")
+    program.open("Layout", "RTA in Its Own Window", "menu item")
     time.sleep(0.5)  # until the menu has the keys
     desk.xdotool("key", "Up", "Up", "Return")
     program.wait_for(RTA_WINDOW, "frame")
@@ -1261,7 +1265,7 @@ def save_profiles(desk, program, *names):
     for name in names:
         program.click("Profile name", "text")
         desk.xdotool("key", "ctrl+a")
-        desk.xdotool("type", name)
+        program.type_into("Profile name", name)
         program.press("Save", "push button")
         program.wait_for(f"More for {name}", "push button")
 
