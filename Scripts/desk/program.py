@@ -203,8 +203,8 @@ class Program:
         wait_until(is_open, 10, f"{button!r} opens nothing with {name!r}")
 
     def type_into(self, name, text):
-        """Into the field of that name, which has the keys or is about to: types anew over what
-        came before it had them."""
+        """Into the field of that name, which has the keys or is about to get them: what came too
+        early is lost, and all of it is then typed anew."""
         def is_typed():
             self._desk.xdotool("type", text)
             try:
